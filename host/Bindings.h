@@ -1,0 +1,182 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// Bindings tie a control of a dialog to a field of its record. Created with `new` in BuildObjects, they belong to
+// the dialog from then on.
+#pragma once
+
+#include "host/FehlerMeldung.h"
+#include "host/HostTypes.h"
+#include "host/Units.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+class CMDIDialog;
+
+/// Colours of an edit; both optional.
+struct CEditColors {
+    COLORREF text = RGB(0, 0, 0);
+    COLORREF background = RGB(255, 255, 255);
+};
+
+/// What became of a finished entry. A refusal carries the host message that says why, and its arguments.
+struct EntryResult {
+    enum class Outcome { taken, unchanged, refused };
+    Outcome outcome = Outcome::unchanged;
+    UINT message = 0;
+    std::vector<MessageArg> args{};
+};
+
+class CBinding
+{
+  public:
+    CBinding(CMDIDialog* parent, UINT controlId, const CEditColors* normal, const CEditColors* highlighted);
+    virtual ~CBinding() = default;
+    CBinding(const CBinding&) = delete;
+    CBinding& operator=(const CBinding&) = delete;
+
+    UINT ControlId() const { return m_controlId; }
+    const CEditColors* Colors(bool highlighted) const { return highlighted ? m_highlighted : m_normal; }
+
+    /// Shows the field in the control.
+    virtual void Show() = 0;
+    /// Takes a finished entry into the field. An empty one leaves the field as it is.
+    virtual EntryResult Take(const std::string& text) = 0;
+    /// Takes the control's selection into the field.
+    virtual void TakeSelection(int) {}
+    /// One spinner step up or down; true when the field changed.
+    virtual bool OnIncValue(int) { return false; }
+    /// The bound memory, to find the record's field behind a control.
+    virtual const void* Field() const = 0;
+
+  protected:
+    CMDIDialog& Dialog() const { return *m_dialog; }
+    std::string FieldLabel() const;
+
+  private:
+    CMDIDialog* m_dialog;
+    UINT m_controlId;
+    const CEditColors* m_normal;
+    const CEditColors* m_highlighted;
+};
+
+class CEditDouble : public CBinding
+{
+  public:
+    /// Range and step are in the field's unit (the step in the shown one); step 0 takes the control's default: a
+    /// thousandth of the decade that holds the range, not finer than the decimals shown.
+    CEditDouble(CMDIDialog* parent, UINT controlId, double* field, double minimum, double maximum, BYTE decimals,
+                double step, const CEditColors* normal, const CEditColors* highlighted, const UnitType* unit);
+
+    void Show() override;
+    EntryResult Take(const std::string& text) override;
+    bool OnIncValue(int direction) override;
+    const void* Field() const override { return m_field; }
+
+    bool InRange(double value) const { return value >= m_minimum && value <= m_maximum; }
+    void SetValPointer(double* field) { m_field = field; }
+    double Value() const { return *m_field; }
+    double Minimum() const { return m_minimum; }
+    double Maximum() const { return m_maximum; }
+    int Decimals() const { return m_decimals; }
+    double Step() const { return m_step; }
+    const std::optional<UnitType>& Unit() const { return m_unit; }
+
+  private:
+    double Factor() const;
+    std::string Format(double value) const;
+
+    double* m_field;
+    double m_minimum;
+    double m_maximum;
+    double m_step;
+    int m_decimals;
+    std::optional<UnitType> m_unit;
+};
+
+class CEditInt : public CBinding
+{
+  public:
+    CEditInt(CMDIDialog* parent, UINT controlId, std::int64_t* field, std::int64_t minimum, std::int64_t maximum,
+             std::int64_t step, const CEditColors* normal, const CEditColors* highlighted);
+
+    void Show() override;
+    EntryResult Take(const std::string& text) override;
+    bool OnIncValue(int direction) override;
+    const void* Field() const override { return m_field; }
+
+    bool InRange(std::int64_t value) const { return value >= m_minimum && value <= m_maximum; }
+    void SetValPointer(std::int64_t* field) { m_field = field; }
+    std::int64_t Value() const { return *m_field; }
+    std::int64_t Minimum() const { return m_minimum; }
+    std::int64_t Maximum() const { return m_maximum; }
+    std::int64_t Step() const { return m_step; }
+
+  private:
+    std::int64_t* m_field;
+    std::int64_t m_minimum;
+    std::int64_t m_maximum;
+    std::int64_t m_step;
+};
+
+/// A combo box whose entries stand for numbers; the field holds the number of the chosen entry.
+class CChoiceCombo : public CBinding
+{
+  public:
+    CChoiceCombo(CMDIDialog* parent, UINT controlId, std::int64_t* field, const CEditColors* normal,
+                 const CEditColors* highlighted);
+
+    EntryResult Take(const std::string& text) override;
+    void TakeSelection(int index) override;
+    const void* Field() const override { return m_field; }
+    void Show() override;
+    std::int64_t Value() const { return *m_field; }
+
+  protected:
+    struct Entry {
+        std::int64_t number;
+        std::string text;
+    };
+    virtual std::vector<Entry> Entries() const = 0;
+    std::int64_t* m_field;
+
+  private:
+    std::vector<Entry> m_shown;
+};
+
+/// Choice of a vehicle of the case. Lists the case's vehicles, headed by "(keines)" when `none` is given: the number
+/// the field takes when no vehicle is meant.
+class CFzgCombo : public CChoiceCombo
+{
+  public:
+    /// `first` is the lowest vehicle index offered, or a negative number to offer "(keines)" with it. `excluded`, when
+    /// given, points to a vehicle index that is not offered.
+    CFzgCombo(CMDIDialog* parent, UINT controlId, int first, std::int64_t* field, std::int64_t* excluded,
+              const CEditColors* normal, const CEditColors* highlighted);
+
+  protected:
+    std::vector<Entry> Entries() const override;
+
+  private:
+    int m_first;
+    const std::int64_t* m_excluded;
+};
+
+/// Choice of a phase column of the vehicle's path-time data: the used columns from 3 on, and the first free one.
+class CAbsCombo : public CChoiceCombo
+{
+  public:
+    CAbsCombo(CMDIDialog* parent, UINT controlId, std::int64_t* field, const CEditColors* normal,
+              const CEditColors* highlighted);
+    /// The field that holds the index of the vehicle whose columns are offered.
+    void SetVehicle(const std::int64_t* vehicle) { m_vehicle = vehicle; }
+
+  protected:
+    std::vector<Entry> Entries() const override;
+
+  private:
+    const std::int64_t* m_vehicle = nullptr;
+};

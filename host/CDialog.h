@@ -1,0 +1,139 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The three framework levels below every mask. Virtual operations stand in slot order.
+#pragma once
+
+#include "host/CWnd.h"
+#include "host/RecordField.h"
+
+#include <memory>
+#include <vector>
+
+class CBinding;
+class CKfzDaten;
+class CRuvData;
+class CUBEParameter;
+class CWegZeitDat;
+class UnitType;
+
+class CDialog : public CWnd
+{
+  public:
+    CDialog(UINT templateId, CWnd* parent);
+    ~CDialog() override;
+
+    virtual BOOL OnInitDialog();
+    virtual void OnOK();
+    virtual void OnCancel();
+
+    /// Runs the dialog modally. Returns the code it ended with (IDOK, IDCANCEL), -1 when it could not be created.
+    INT_PTR DoModal();
+    /// Ends a modal dialog with a code, a modeless one by destroying its window.
+    void EndDialog(int code);
+
+    UINT GetDialogId() const { return m_templateId; }
+    bool IsModal() const { return m_modal; }
+
+  protected:
+    /// Creates the window and its controls from the template. False when no module holds it.
+    bool CreateFromTemplate(CWnd* parent);
+    /// Called between the creation of the controls and OnInitDialog.
+    virtual void OnControlsCreated() {}
+
+    UINT m_templateId;
+    CWnd* m_parent;
+    int m_endCode = IDCANCEL;
+    bool m_modal = false;
+};
+
+/// A dialog with bound controls. Life of its window: template, controls, BuildObjects, SetupWindow, first
+/// UpdateDialog; ShutDownWindow when it closes.
+class CMDIDialog : public CDialog
+{
+  public:
+    CMDIDialog(UINT templateId, CWnd* parent);
+    ~CMDIDialog() override;
+
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
+    BOOL OnInitDialog() override;
+    void OnOK() override;
+    void OnCancel() override;
+
+    /// First opening state of the fields; the base shows nothing yet.
+    virtual void SetupWindow();
+    /// Releases what the mask holds; called once before the window goes.
+    virtual void ShutDownWindow();
+    /// Writes pairs (control ID, style code) of the buttons, returns the number of pairs.
+    virtual UINT GetCloneCropStyle(UINT* out);
+    /// Creates the window as a child of `parent`, shows and registers it. The object belongs to its window then.
+    virtual BOOL DoModeless(CWnd* parent);
+    /// Redraws every bound control from its field.
+    virtual void UpdateDialog();
+    /// Takes pending entries of all bound edits into their fields.
+    virtual void ReadData();
+    virtual void RepaintData();
+    /// A spinner changed the field bound to the control.
+    virtual void IncValue(int controlId);
+    virtual void SaveDlgPosition();
+    virtual void RestoreDlgPosition();
+    /// Creates the bindings; they belong to the dialog.
+    virtual void BuildObjects();
+    virtual void DrawHighlighting();
+
+    /// Redraws one bound control from its field.
+    void Update(UINT controlId);
+    void Enable(UINT controlId, BOOL enable);
+    /// Write protection (read-only) of an edit.
+    void ChangeProtection(UINT controlId, int protect);
+    /// Replaces the unit text inside a label by the user's unit.
+    void ReplaceChildWindowSubstringWithUnitString(UINT controlId, const UnitType& unit);
+
+    const std::vector<std::unique_ptr<CBinding>>& Bindings() const { return m_bindings; }
+    CBinding* FindBinding(UINT controlId) const;
+
+  protected:
+    void OnControlsCreated() override;
+    LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void PostNcDestroy() override;
+
+  private:
+    friend class CBinding;
+    void CloseWindow(int code);
+
+    std::vector<std::unique_ptr<CBinding>> m_bindings;
+    bool m_shutDown = false;
+};
+
+/// A calculation mask of a case.
+class CMDIRechDialog : public CMDIDialog
+{
+  public:
+    CMDIRechDialog(UINT dialogId, CWnd* parent, CRuvData& data, int* positionX, int* positionY);
+    ~CMDIRechDialog() override;
+
+    void SetupWindow() override;
+    void ShutDownWindow() override;
+    BOOL DoModeless(CWnd* parent) override;
+
+    /// Dialog resource whose help page the assistant shows.
+    virtual UINT GetDlgResIDForAssistant();
+    virtual void GlobalGeoDatChanged(UINT_PTR hint);
+    virtual void GlobalWZDatChanged(UINT_PTR hint);
+    virtual void GlobalUPaChanged(UINT_PTR hint);
+    /// The fields of the mask's record by name, for reports, scripts and tests.
+    virtual RecordFields DescribeRecord();
+
+    /// The open mask of this case with the dialog ID (passed in the pointer-sized argument), or null.
+    static CMDIRechDialog* FindMDIRechDialogByDlgId(CRuvData& data, char* dialogId);
+
+    CRuvData& RuvData() const { return m_data; }
+    CKfzDaten& KfzDat(std::size_t index) const;
+    CWegZeitDat& WZDat(std::size_t index) const;
+    CUBEParameter& UPa(std::size_t index) const;
+
+  protected:
+    CRuvData& m_data;
+    /// 1: the window is listed among the case's open masks and told of its changes.
+    int m_isCalculationMask = 0;
+};

@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "host/CKfzDaten.h"
+#include "host/CUBEParameter.h"
+#include "host/CWegZeitDat.h"
+#include "host/HostTypes.h"
+
+#include <array>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+class CWnd;
+
+/// Values a mask keeps per case, by field name. Their order and units are the mask's.
+using CMaskenWerte = std::map<std::string, std::vector<double>>;
+
+/// The open case: 16 vehicles with their path-time data and parameters, and what masks keep.
+class CRuvData
+{
+  public:
+    static constexpr std::size_t kFahrzeuge = 16;
+
+    CRuvData();
+    ~CRuvData();
+    CRuvData(const CRuvData&) = delete;
+    CRuvData& operator=(const CRuvData&) = delete;
+
+    // An index of 16 or more is a broken invariant.
+    CKfzDaten& KfzDat(std::size_t vehicle);
+    const CKfzDaten& KfzDat(std::size_t vehicle) const;
+    CWegZeitDat& WZDat(std::size_t vehicle);
+    CWegZeitRechDat& WZRechDat(std::size_t vehicle);
+    const CWegZeitRechDat& WZRechDat(std::size_t vehicle) const;
+    CUBEParameter& UPa(std::size_t vehicle);
+    const CUBEParameter& UPa(std::size_t vehicle) const;
+    CMaskenWerte& MaskenWerte(UINT maskId) { return m_maskenWerte[maskId]; }
+    const std::map<UINT, CMaskenWerte>& AlleMaskenWerte() const { return m_maskenWerte; }
+
+    bool IsFzgValid(std::int64_t vehicle) const;
+
+    std::string& Title() { return m_title; }
+    const std::string& Title() const { return m_title; }
+
+    /// Sends a message to all open masks of the case and to the main window, except `except`.
+    void BroadcastMessage(UINT message, WPARAM wParam, LPARAM lParam, const CWnd* except);
+
+    /// Tells the open masks that something of a vehicle changed.
+    void NotifyGeo(std::size_t vehicle);
+    void NotifyWZ(std::size_t vehicle);
+    void NotifyUPa(std::size_t vehicle);
+
+    /// What a newer program wrote into the case file and this one does not know; kept by the file's reader.
+    struct Unknown;
+    std::unique_ptr<Unknown> unknown;
+
+  private:
+    std::array<CKfzDaten, kFahrzeuge> m_kfz{};
+    std::array<CWegZeitRechDat, kFahrzeuge> m_wegZeit{};
+    std::array<CUBEParameter, kFahrzeuge> m_parameter{};
+    std::map<UINT, CMaskenWerte> m_maskenWerte;
+    std::string m_title;
+};
