@@ -139,6 +139,7 @@ class CChoiceCombo : public CBinding
     struct Entry {
         std::int64_t number;
         std::string text;
+        friend bool operator==(const Entry&, const Entry&) = default;
     };
     virtual std::vector<Entry> Entries() const = 0;
     std::int64_t* m_field;

@@ -16,6 +16,10 @@ class CRuvData;
 class CUBEParameter;
 class CWegZeitDat;
 class UnitType;
+namespace framework
+{
+struct Window;
+}
 
 class CDialog : public CWnd
 {
@@ -97,12 +101,18 @@ class CMDIDialog : public CDialog
     LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
     void PostNcDestroy() override;
 
+    /// Opens the help page of the dialog (button 9, F1).
+    virtual void ShowHelp();
+
   private:
     friend class CBinding;
+    void AddBinding(CBinding& binding);
+    void OnFinishedEntry(framework::Window& edit, CBinding& binding);
     void CloseWindow(int code);
 
     std::vector<std::unique_ptr<CBinding>> m_bindings;
     bool m_shutDown = false;
+    bool m_ownedByWindow = false;
 };
 
 /// A calculation mask of a case.
@@ -112,8 +122,8 @@ class CMDIRechDialog : public CMDIDialog
     CMDIRechDialog(UINT dialogId, CWnd* parent, CRuvData& data, int* positionX, int* positionY);
     ~CMDIRechDialog() override;
 
-    void SetupWindow() override;
     void ShutDownWindow() override;
+    /// Also lists the mask among the open ones of its case.
     BOOL DoModeless(CWnd* parent) override;
 
     /// Dialog resource whose help page the assistant shows.
@@ -133,6 +143,8 @@ class CMDIRechDialog : public CMDIDialog
     CUBEParameter& UPa(std::size_t index) const;
 
   protected:
+    void ShowHelp() override;
+
     CRuvData& m_data;
     /// 1: the window is listed among the case's open masks and told of its changes.
     int m_isCalculationMask = 0;

@@ -27,6 +27,9 @@ enum class PhasenArt : int {
     halfSightMarker = 16,
 };
 
+/// German name of a kind, as phase lists show it.
+const char* PhasenArtName(PhasenArt art);
+
 /// Turning side of a phase.
 inline constexpr int kSeiteLinks = 0;
 inline constexpr int kSeiteRechts = 1;

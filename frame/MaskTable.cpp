@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "frame/MaskTable.h"
+
+#include "masks/dynamics/CBeschlDlg.h"
+
+#include <array>
+#include <new>
+
+namespace
+{
+
+/// A mask that gets the case and no parent.
+template <class Dialog> CMDIRechDialog* Create(CRuvData& data)
+{
+    return new (std::nothrow) Dialog(data, nullptr);
+}
+
+constexpr std::array kMasks{
+    MaskEntry{400, "CBeschlDlg", "Berechnung der Beschleunigung", 2, &Create<CBeschlDlg>},
+    MaskEntry{401, "CGrenzVDlg", "Berechnung der Kurvengrenzgeschwindigkeit", 2, nullptr},
+    MaskEntry{417, "CRadKontaktDlg", "Radkontaktspuren", 4, nullptr},
+    MaskEntry{419, "CLadungDlg", "Ladungssicherung", 4, nullptr},
+    MaskEntry{450, "CAbVorDlg", "Abbiege-Vorgang", 3, nullptr},
+    MaskEntry{451, "CLosAbDlg", "Losfahren-Abbremsen", 2, nullptr},
+    MaskEntry{452, "CEinDlg", "Auffahrunfall", 3, nullptr},
+    MaskEntry{455, "CEinDlg", "Einbiegeunfall", 3, nullptr},
+    MaskEntry{456, "CMRAusweichDlg", "Ausweichvorgang eines Motorrades", 3, nullptr},
+    MaskEntry{458, "CSpurVorDlg", "Spurwechsel-Vorgang", 3, nullptr},
+    MaskEntry{459, "CTeilanhDlg", "Reagieren (mit Beschleunigung) - Bremsen", 2, nullptr},
+    MaskEntry{461, "CUeberholDlg", "Überhol-Vorgang", 3, nullptr},
+    MaskEntry{462, "CVermDlg", "Vermeidbarkeitsberechnung", 3, nullptr},
+    MaskEntry{463, "CWZRechDlg", "Weg-Zeit-Rechnen", 2, nullptr},
+    MaskEntry{464, "CWZCalcDlg", "Teilanhaltestrecken", 2, nullptr},
+    MaskEntry{466, "CUpnDlg", " UPN - Taschenrechner", 7, nullptr},
+    MaskEntry{468, "CVkonstDlg", "Weg - Zeit bei konstanter Geschwindigkeit", 2, nullptr},
+    MaskEntry{469, "CMRBremsDlg", "Motorrad-Bremsung (Exponentialansatz)", 2, nullptr},
+    MaskEntry{470, "CKurvenBremsDlg", "Kurven-Bremsung", 2, nullptr},
+    MaskEntry{471, "CWurfWeiteDlg", "Wurfweitenberechnung", 4, nullptr},
+    MaskEntry{472, "CHalbeSichtDlg", "Halbe Sicht", 3, nullptr},
+    MaskEntry{473, "CVorrangDlg", "Vorrang geben Problematik", 3, nullptr},
+    MaskEntry{474, "CFLIImportDlg", "Allgemeine Fahrdaten / GPS Daten importieren", 5, nullptr},
+    MaskEntry{484, "CDDDImportDlg", "DDD Daten importieren", 5, nullptr},
+    MaskEntry{486, "CESOImportDlg", "ESO Datenanalyse", 5, nullptr},
+    MaskEntry{487, "CSchrankenverfahrenDlg", "Schrankenverfahren", 4, nullptr},
+    MaskEntry{488, "CCDRImportDlg", "CDR Daten importieren", 5, nullptr},
+    MaskEntry{491, "CGoProImportDlg", "GoPro Daten importieren", 5, nullptr},
+    MaskEntry{492, "CGPXImportDlg", "GPX Daten importieren", 5, nullptr},
+    MaskEntry{493, "CFahrradDlg", "Anstreifspuren Fahrrad", 4, nullptr},
+    MaskEntry{494, "CVideoDlg", "Videoanalyse", 6, nullptr},
+};
+
+} // namespace
+
+std::span<const MaskEntry> MaskTable()
+{
+    return kMasks;
+}

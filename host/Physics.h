@@ -1,0 +1,9 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+inline constexpr double kPi = 3.141592653589793;
+/// Standard gravity as the masks use it, m/s².
+inline constexpr double kErdbeschleunigung = 9.81;
+/// km/h per m/s.
+inline constexpr double kKmhProMs = 3.6;

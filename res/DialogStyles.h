@@ -1,0 +1,41 @@
+/* SPDX-FileCopyrightText: The RuvMod authors
+ * SPDX-License-Identifier: Apache-2.0
+ *
+ * Style bits of dialog templates, as the resource format defines them. */
+#ifndef RUVMOD_DIALOG_STYLES_H
+#define RUVMOD_DIALOG_STYLES_H
+
+#define IDOK 1
+#define IDCANCEL 2
+#define IDHELP 9
+
+#define WS_CHILD 0x40000000
+#define WS_VISIBLE 0x10000000
+#define WS_DISABLED 0x08000000
+#define WS_CAPTION 0x00C00000
+#define WS_BORDER 0x00800000
+#define WS_VSCROLL 0x00200000
+#define WS_SYSMENU 0x00080000
+#define WS_GROUP 0x00020000
+#define WS_TABSTOP 0x00010000
+#define WS_MINIMIZEBOX 0x00020000
+
+#define DS_SETFONT 0x40
+#define DS_CONTROL 0x0400
+
+#define ES_RIGHT 0x0002
+#define ES_MULTILINE 0x0004
+#define ES_AUTOHSCROLL 0x0080
+#define ES_READONLY 0x0800
+
+#define CBS_DROPDOWNLIST 0x0003
+
+#define SS_RIGHT 0x0002
+#define SS_OWNERDRAW 0x000D
+
+/* Frame of a mask, of a page on one, and of its numeric fields. */
+#define MASKE_STYLE (WS_CHILD | WS_VISIBLE | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | DS_SETFONT)
+#define SEITE_STYLE (WS_CHILD | WS_VISIBLE | DS_SETFONT | DS_CONTROL)
+#define ZAHL_STYLE (ES_RIGHT | ES_AUTOHSCROLL | WS_BORDER | WS_TABSTOP)
+
+#endif

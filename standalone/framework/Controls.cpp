@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "host/Controls.h"
+
+#include "framework/WndAccess.h"
+
+#include <algorithm>
+#include <utility>
+
+using framework::Changed;
+using framework::Window;
+using framework::WindowOf;
+
+namespace
+{
+
+/// Sets a member of the window's state and tells the front end when that changed it.
+template <class T> void Assign(const CWnd& control, T Window::*member, T value)
+{
+    Window* window = WindowOf(control);
+    if (window == nullptr || window->*member == value)
+        return;
+    window->*member = std::move(value);
+    Changed(*window);
+}
+
+template <class T> T Get(const CWnd& control, T Window::*member, T absent)
+{
+    const Window* window = WindowOf(control);
+    return window == nullptr ? absent : window->*member;
+}
+
+} // namespace
+
+void CStatic::SetPainter(std::function<void(CDC&, const CRect&)> paint)
+{
+    if (Window* window = WindowOf(*this)) {
+        window->painter = std::move(paint);
+        window->kind = framework::Kind::field;
+        Changed(*window);
+    }
+}
+
+void CEdit::SetReadOnly(BOOL readOnly)
+{
+    Assign(*this, &Window::readOnly, readOnly != FALSE);
+}
+
+BOOL CEdit::IsReadOnly() const
+{
+    return Get(*this, &Window::readOnly, false);
+}
+
+int CButton::GetCheck() const
+{
+    return Get(*this, &Window::check, 0);
+}
+
+void CButton::SetCheck(int check)
+{
+    Assign(*this, &Window::check, check);
+}
+
+int CItemsCtrl::AddString(const std::string& utf8)
+{
+    Window* window = WindowOf(*this);
+    if (window == nullptr)
+        return -1;
+    window->items.push_back(utf8);
+    Changed(*window);
+    return static_cast<int>(window->items.size()) - 1;
+}
+
+void CItemsCtrl::ResetContent()
+{
+    if (Window* window = WindowOf(*this)) {
+        window->items.clear();
+        window->selection = -1;
+        Changed(*window);
+    }
+}
+
+int CItemsCtrl::GetCount() const
+{
+    const Window* window = WindowOf(*this);
+    return window == nullptr ? 0 : static_cast<int>(window->items.size());
+}
+
+std::string CItemsCtrl::GetItemText(int index) const
+{
+    const Window* window = WindowOf(*this);
+    return index < 0 || index >= GetCount() ? std::string{} : window->items[static_cast<std::size_t>(index)];
+}
+
+int CItemsCtrl::GetCurSel() const
+{
+    return Get(*this, &Window::selection, -1);
+}
+
+void CItemsCtrl::SetCurSel(int index)
+{
+    Assign(*this, &Window::selection, index >= 0 && index < GetCount() ? index : -1);
+}
+
+void CSliderCtrl::SetRange(int minimum, int maximum)
+{
+    Assign(*this, &Window::trackMinimum, minimum);
+    Assign(*this, &Window::trackMaximum, std::max(minimum, maximum));
+    SetPos(GetPos());
+}
+
+void CSliderCtrl::SetPos(int position)
+{
+    if (const Window* window = WindowOf(*this))
+        Assign(*this, &Window::trackPosition, std::clamp(position, window->trackMinimum, window->trackMaximum));
+}
+
+int CSliderCtrl::GetPos() const
+{
+    return Get(*this, &Window::trackPosition, 0);
+}

@@ -1,0 +1,238 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "framework/UiThread.h"
+
+#include "framework/WndAccess.h"
+#include "host/Assert.h"
+#include "host/CDialog.h"
+
+#include <algorithm>
+
+namespace framework
+{
+namespace
+{
+
+UiThread* g_current = nullptr;
+
+std::unique_ptr<CWnd> MakeControlObject(Kind kind)
+{
+    switch (kind) {
+    case Kind::edit:
+        return std::make_unique<CEdit>();
+    case Kind::button:
+    case Kind::check:
+    case Kind::radio:
+    case Kind::group:
+        return std::make_unique<CButton>();
+    case Kind::combo:
+        return std::make_unique<CComboBox>();
+    case Kind::list:
+        return std::make_unique<CListBox>();
+    case Kind::trackbar:
+        return std::make_unique<CSliderCtrl>();
+    default:
+        return std::make_unique<CStatic>();
+    }
+}
+
+} // namespace
+
+void NullFrontEnd::RunModal(Window& dialog, const std::function<bool()>& running)
+{
+    while (running()) {
+        UiThread::Current()->Send(dialog.handle, WM_CLOSE, 0, 0);
+        if (running())
+            static_cast<CDialog*>(dialog.object)->EndDialog(IDCANCEL);
+    }
+}
+
+int NullFrontEnd::ShowMessage(const Window*, const ShownMessage& message)
+{
+    return message.kind == MessageKind::question ? IDNO : IDOK;
+}
+
+UiThread::UiThread(FrontEnd& frontEnd) : m_frontEnd(&frontEnd)
+{
+    RUV_ASSERT(g_current == nullptr);
+    g_current = this;
+}
+
+UiThread::~UiThread()
+{
+    m_queue.clear();
+    while (!m_top.empty())
+        Destroy(m_top.back()->handle);
+    m_depth = 0;
+    DeleteCondemned();
+    g_current = nullptr;
+}
+
+UiThread* UiThread::Current()
+{
+    return g_current;
+}
+
+HWND UiThread::NextHandle()
+{
+    m_lastHandle += 4;
+    return reinterpret_cast<HWND>(m_lastHandle); // a number that only looks like an address
+}
+
+Window& UiThread::CreateTopWindow(CWnd& object, Kind kind, UINT id, Window* parent)
+{
+    RUV_ASSERT(object.m_hWnd == nullptr);
+    auto window = std::make_unique<Window>();
+    window->handle = NextHandle();
+    window->object = &object;
+    window->parent = parent;
+    window->kind = kind;
+    window->id = id;
+    object.m_hWnd = window->handle;
+    m_windows[window->handle] = window.get();
+    m_top.push_back(std::move(window));
+    return *m_top.back();
+}
+
+Window& UiThread::CreateControl(Window& dialog, Kind kind, UINT id)
+{
+    auto control = std::make_unique<Window>();
+    control->handle = NextHandle();
+    control->owned = MakeControlObject(kind);
+    control->object = control->owned.get();
+    control->object->m_hWnd = control->handle;
+    control->parent = &dialog;
+    control->kind = kind;
+    control->id = id;
+    m_windows[control->handle] = control.get();
+    dialog.children.push_back(std::move(control));
+    return *dialog.children.back();
+}
+
+void UiThread::Forget(Window& window)
+{
+    for (const auto& child : window.children)
+        Forget(*child);
+    if (window.object != nullptr)
+        window.object->m_hWnd = nullptr;
+    m_windows.erase(window.handle);
+}
+
+void UiThread::Destroy(HWND handle)
+{
+    Window* window = Find(handle);
+    if (window == nullptr)
+        return;
+    m_frontEnd->WindowVanished(*window);
+
+    // Dialogs opened from this one go with it.
+    for (;;) {
+        const auto child =
+            std::find_if(m_top.begin(), m_top.end(), [&](const auto& top) { return top->parent == window; });
+        if (child == m_top.end() || window->kind == Kind::frame)
+            break;
+        Destroy((*child)->handle);
+    }
+    for (const auto& top : m_top)
+        if (top->parent == window)
+            top->parent = nullptr;
+
+    CWnd* object = window->object;
+    const auto position =
+        std::find_if(m_top.begin(), m_top.end(), [&](const auto& top) { return top.get() == window; });
+    RUV_ASSERT(position != m_top.end());
+    m_gone.push_back(std::move(*position)); // handlers that are running may still look at it
+    m_top.erase(position);
+    Forget(*m_gone.back());
+    if (object != nullptr)
+        WndAccess::PostNcDestroy(*object);
+}
+
+Window* UiThread::Find(HWND window) const
+{
+    const auto found = m_windows.find(window);
+    return found == m_windows.end() ? nullptr : found->second;
+}
+
+std::vector<Window*> UiThread::Dialogs() const
+{
+    std::vector<Window*> dialogs;
+    for (const auto& top : m_top)
+        if (top->kind == Kind::dialog)
+            dialogs.push_back(top.get());
+    return dialogs;
+}
+
+LRESULT UiThread::Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    Window* target = Find(window);
+    if (target == nullptr || target->object == nullptr)
+        return 0;
+    const Scope scope(*this);
+    return WndAccess::WindowProc(*target->object, message, wParam, lParam);
+}
+
+void UiThread::Post(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    const Window* target = Find(window);
+    if (target == nullptr)
+        return;
+    const MSG msg{window, message, wParam, lParam};
+    m_queue.push_back(msg);
+    m_frontEnd->MessagePosted(target, msg);
+}
+
+void UiThread::DispatchPending()
+{
+    const Scope scope(*this);
+    while (!m_queue.empty()) {
+        MSG msg = m_queue.front();
+        m_queue.pop_front();
+        Window* target = Find(msg.hwnd);
+        if (target == nullptr || target->object == nullptr || target->object->PreTranslateMessage(&msg))
+            continue;
+        Send(msg.hwnd, msg.message, msg.wParam, msg.lParam);
+    }
+}
+
+void UiThread::FireTimer(HWND window, UINT_PTR id)
+{
+    Send(window, WM_TIMER, id, 0);
+}
+
+void UiThread::DeleteLater(CWnd* object)
+{
+    if (std::find(m_condemned.begin(), m_condemned.end(), object) == m_condemned.end())
+        m_condemned.push_back(object);
+}
+
+void UiThread::DeleteCondemned()
+{
+    while (!m_condemned.empty()) {
+        CWnd* object = m_condemned.back();
+        m_condemned.pop_back();
+        delete object;
+    }
+    m_gone.clear();
+}
+
+void UiThread::SetFocus(Window& control)
+{
+    if (m_focus == control.handle)
+        return;
+    m_focus = control.handle;
+    m_frontEnd->FocusChanged(control);
+}
+
+UiThread::Scope::~Scope()
+{
+    if (--m_thread.m_depth == 0)
+        m_thread.DeleteCondemned();
+}
+
+} // namespace framework
+
+CWinThread* AfxGetThread()
+{
+    return framework::UiThread::Current();
+}

@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The user-interface thread: windows, message dispatch, timers. One object per program; the program makes it first
+// and destroys it last.
+#pragma once
+
+#include "framework/FrontEnd.h"
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace framework
+{
+
+class UiThread : public CWinThread
+{
+  public:
+    explicit UiThread(FrontEnd& frontEnd);
+    ~UiThread();
+    UiThread(const UiThread&) = delete;
+    UiThread& operator=(const UiThread&) = delete;
+
+    /// The thread object; null outside its life.
+    static UiThread* Current();
+
+    FrontEnd& Front() const { return *m_frontEnd; }
+
+    /// Creates a window for `object` (a dialog or the main frame). It belongs to the thread.
+    Window& CreateTopWindow(CWnd& object, Kind kind, UINT id, Window* parent);
+    /// Creates a control on a dialog, with an object of its own.
+    Window& CreateControl(Window& dialog, Kind kind, UINT id);
+    /// Removes a window with its controls and tells its object. Harmless for a window that is gone.
+    void Destroy(HWND window);
+
+    Window* Find(HWND window) const;
+    /// Open dialogs in the order of their creation.
+    std::vector<Window*> Dialogs() const;
+
+    LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    void Post(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    /// Handles every queued message, also those that are posted meanwhile, then deletes objects whose window is gone.
+    void DispatchPending();
+    void FireTimer(HWND window, UINT_PTR id);
+
+    /// Deletes the object once no handler of it can be running any more.
+    void DeleteLater(CWnd* object);
+
+    void SetFocus(Window& control);
+    Window* Focus() const { return Find(m_focus); }
+
+    /// Holds deletions back while user input or a modal dialog is being handled.
+    class Scope
+    {
+      public:
+        explicit Scope(UiThread& thread) : m_thread(thread) { ++m_thread.m_depth; }
+        ~Scope();
+        Scope(const Scope&) = delete;
+        Scope& operator=(const Scope&) = delete;
+
+      private:
+        UiThread& m_thread;
+    };
+
+  private:
+    HWND NextHandle();
+    void Forget(Window& window);
+    void DeleteCondemned();
+
+    FrontEnd* m_frontEnd;
+    std::uintptr_t m_lastHandle = 0x100;
+    std::vector<std::unique_ptr<Window>> m_top;
+    std::vector<std::unique_ptr<Window>> m_gone;
+    std::unordered_map<HWND, Window*> m_windows;
+    std::deque<MSG> m_queue;
+    std::vector<CWnd*> m_condemned;
+    HWND m_focus = nullptr;
+    int m_depth = 0;
+};
+
+} // namespace framework

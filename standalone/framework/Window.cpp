@@ -1,0 +1,170 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "framework/Window.h"
+
+#include "host/Assert.h"
+
+#include <algorithm>
+
+namespace framework
+{
+namespace
+{
+
+/// Bytes of the UTF-8 character that starts at `at`.
+std::size_t CharacterLength(const std::string& text, std::size_t at)
+{
+    std::size_t end = at + 1;
+    while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+        ++end;
+    return end - at;
+}
+
+std::size_t IndexInParent(const Window& control)
+{
+    const auto& siblings = control.parent->children;
+    const auto found =
+        std::find_if(siblings.begin(), siblings.end(), [&](const auto& sibling) { return sibling.get() == &control; });
+    RUV_ASSERT(found != siblings.end());
+    return static_cast<std::size_t>(found - siblings.begin());
+}
+
+bool NamesItself(Kind kind)
+{
+    return kind != Kind::edit && kind != Kind::combo && kind != Kind::list && kind != Kind::trackbar &&
+           kind != Kind::field;
+}
+
+/// Units, signs and other fragments stand beside fields but do not name them.
+bool CanName(const Window& label)
+{
+    const std::string text = WithoutMnemonic(label.text);
+    return label.kind == Kind::label && !text.empty() && (text.size() > 6 || text.back() == ':');
+}
+
+} // namespace
+
+const char* KindName(Kind kind)
+{
+    switch (kind) {
+    case Kind::frame:
+        return "frame";
+    case Kind::dialog:
+        return "dialog";
+    case Kind::edit:
+        return "edit";
+    case Kind::button:
+        return "button";
+    case Kind::check:
+        return "check";
+    case Kind::radio:
+        return "radio";
+    case Kind::group:
+        return "group";
+    case Kind::combo:
+        return "combo";
+    case Kind::list:
+        return "list";
+    case Kind::trackbar:
+        return "trackbar";
+    case Kind::label:
+        return "static";
+    case Kind::field:
+        return "field";
+    }
+    return "";
+}
+
+Window* Window::Child(UINT childId) const
+{
+    for (const auto& child : children)
+        if (child->id == childId && child->HasId())
+            return child.get();
+    return nullptr;
+}
+
+std::string WithoutMnemonic(const std::string& text)
+{
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '&' && i + 1 < text.size())
+            ++i;
+        out.push_back(text[i]);
+    }
+    return out;
+}
+
+std::string MnemonicOf(const std::string& text)
+{
+    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+        if (text[i] != '&')
+            continue;
+        if (text[i + 1] == '&') {
+            ++i;
+            continue;
+        }
+        std::string letter = text.substr(i + 1, CharacterLength(text, i + 1));
+        if (letter.size() == 1 && letter[0] >= 'A' && letter[0] <= 'Z')
+            letter[0] = static_cast<char>(letter[0] - 'A' + 'a');
+        return letter;
+    }
+    return {};
+}
+
+std::string LabelOf(const Window& control)
+{
+    if (control.parent == nullptr || NamesItself(control.kind))
+        return WithoutMnemonic(control.text);
+    const auto& siblings = control.parent->children;
+    for (std::size_t i = IndexInParent(control); i-- > 0;)
+        if (CanName(*siblings[i]))
+            return WithoutMnemonic(siblings[i]->text);
+    return {};
+}
+
+std::string UnitTextOf(const Window& control)
+{
+    if (control.parent == nullptr)
+        return {};
+    const auto& siblings = control.parent->children;
+    const std::size_t next = IndexInParent(control) + 1;
+    if (next >= siblings.size() || siblings[next]->kind != Kind::label || CanName(*siblings[next]))
+        return {};
+    const CRect& beside = siblings[next]->rect;
+    const bool sameLine = beside.top < control.rect.bottom && beside.bottom > control.rect.top;
+    return sameLine && beside.left >= control.rect.right ? WithoutMnemonic(siblings[next]->text) : std::string{};
+}
+
+std::vector<Window*> RadioGroup(const Window& radio)
+{
+    const auto& siblings = radio.parent->children;
+    std::size_t first = IndexInParent(radio);
+    while (first > 0 && !siblings[first]->groupStart)
+        --first;
+    std::vector<Window*> group;
+    for (std::size_t i = first; i < siblings.size() && (i == first || !siblings[i]->groupStart); ++i)
+        if (siblings[i]->kind == Kind::radio)
+            group.push_back(siblings[i].get());
+    return group;
+}
+
+std::vector<Window*> TabOrder(const Window& dialog)
+{
+    std::vector<Window*> order;
+    for (const auto& child : dialog.children) {
+        if (!child->visible || !child->enabled)
+            continue;
+        if (child->kind == Kind::radio) {
+            const auto group = RadioGroup(*child);
+            const auto chosen = std::find_if(group.begin(), group.end(), [](const Window* w) { return w->check != 0; });
+            const Window* stop = chosen != group.end() ? *chosen : group.front();
+            if (stop == child.get())
+                order.push_back(child.get());
+        } else if (child->tabStop) {
+            order.push_back(child.get());
+        }
+    }
+    return order;
+}
+
+} // namespace framework

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The state of one window: a dialog or a control on it. Front ends read it; the classes of host/ are its handles.
+#pragma once
+
+#include "host/Controls.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace framework
+{
+
+enum class Kind {
+    frame, ///< main window
+    dialog,
+    edit,
+    button,
+    check,
+    radio,
+    group,
+    combo,
+    list,
+    trackbar,
+    label, ///< static text
+    field, ///< static that something is drawn in
+};
+
+/// Name of a kind as scripts see it: "edit", "button", ...
+const char* KindName(Kind kind);
+
+struct Window {
+    HWND handle = nullptr;
+    CWnd* object = nullptr;
+    std::unique_ptr<CWnd> owned; ///< the object of a control
+    Window* parent = nullptr;
+    std::vector<std::unique_ptr<Window>> children; ///< in template order, which is the tab order
+
+    Kind kind = Kind::label;
+    UINT id = 0;
+    std::string text;
+    CRect rect; ///< dialog units, relative to the parent
+    bool tabStop = false;
+    bool groupStart = false;
+    bool defaultButton = false;
+    bool rightAligned = false;
+    bool automatic = false; ///< a check box or radio button that switches itself
+    bool spinner = false;   ///< an edit that steps its value
+    bool enabled = true;
+    bool visible = true;
+    bool iconic = false;
+
+    bool readOnly = false; ///< edit: write-protected
+    bool modified = false; ///< edit: typed into since the entry was finished last
+    bool refused = false;  ///< edit: the entry finished last was not taken
+    int check = 0;
+    std::vector<std::string> items;
+    int selection = -1;
+    int trackMinimum = 0;
+    int trackMaximum = 100;
+    int trackPosition = 0;
+    std::function<void(CDC&, const CRect&)> painter;
+
+    /// Child with a control ID, or null. Controls without an ID of their own are not found.
+    Window* Child(UINT childId) const;
+    /// A control that has an ID of its own.
+    bool HasId() const { return id != 0 && id != 0xFFFF; }
+};
+
+/// Text without the mnemonic mark: "&Rechnen" → "Rechnen", "&&" → "&".
+std::string WithoutMnemonic(const std::string& text);
+/// The mnemonic letter as UTF-8 in lower case, empty when there is none.
+std::string MnemonicOf(const std::string& text);
+/// Text that names a control: its own, or for an input that of the static before it in template order.
+std::string LabelOf(const Window& control);
+/// Text of the static that follows an edit on its line (its unit), or "".
+std::string UnitTextOf(const Window& control);
+/// The controls the Tab key visits, in order; of a radio group only the checked or first button.
+std::vector<Window*> TabOrder(const Window& dialog);
+/// The radio buttons of the control's group.
+std::vector<Window*> RadioGroup(const Window& radio);
+
+} // namespace framework

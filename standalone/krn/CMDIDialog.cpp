@@ -1,0 +1,249 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "host/CDialog.h"
+
+#include "framework/UiThread.h"
+#include "framework/UserInput.h"
+#include "framework/WndAccess.h"
+#include "host/Assert.h"
+#include "host/Bindings.h"
+#include "krn/MessageTable.h"
+
+#include <array>
+
+using framework::Kind;
+using framework::UiThread;
+using framework::Window;
+using framework::WindowOf;
+
+CMDIDialog::CMDIDialog(UINT templateId, CWnd* parent) : CDialog(templateId, parent) {}
+
+CMDIDialog::~CMDIDialog() = default;
+
+void CMDIDialog::AddBinding(CBinding& binding)
+{
+    m_bindings.emplace_back(&binding);
+}
+
+CBinding* CMDIDialog::FindBinding(UINT controlId) const
+{
+    for (const auto& binding : m_bindings)
+        if (binding->ControlId() == controlId)
+            return binding.get();
+    return nullptr;
+}
+
+void CMDIDialog::OnControlsCreated()
+{
+    m_bindings.clear();
+    m_shutDown = false;
+    BuildObjects();
+}
+
+BOOL CMDIDialog::OnInitDialog()
+{
+    SetupWindow();
+    if (m_hWnd != nullptr)
+        UpdateDialog();
+    return TRUE;
+}
+
+void CMDIDialog::OnFinishedEntry(Window& edit, CBinding& binding)
+{
+    const EntryResult result = binding.Take(edit.text);
+    binding.Show();
+    edit.refused = result.outcome == EntryResult::Outcome::refused;
+    if (result.outcome == EntryResult::Outcome::taken)
+        SendMessage(WM_RUV_EDITCHANGED, edit.id);
+    else if (edit.refused)
+        UiThread::Current()->Front().EntryRefused(edit, krn::FormatMessage(result.message, result.args));
+}
+
+BOOL CMDIDialog::OnCommand(WPARAM wParam, LPARAM lParam)
+{
+    const UINT id = LOWORD(wParam);
+    const UINT code = HIWORD(wParam);
+    const Window* self = WindowOf(*this);
+    Window* control = self == nullptr ? nullptr : self->Child(id);
+    CBinding* binding = control == nullptr ? nullptr : FindBinding(id);
+    if (binding != nullptr) {
+        switch (code) {
+        case framework::kEntryFinished:
+            OnFinishedEntry(*control, *binding);
+            return TRUE;
+        case framework::kStepUp:
+        case framework::kStepDown:
+            if (binding->OnIncValue(code == framework::kStepUp ? 1 : -1)) {
+                binding->Show();
+                IncValue(static_cast<int>(id));
+            }
+            return TRUE;
+        default:
+            if (control->kind == Kind::combo && code == CBN_SELCHANGE) {
+                binding->TakeSelection(control->selection);
+                SendMessage(WM_RUV_EDITCHANGED, id);
+                return TRUE;
+            }
+        }
+    }
+    if (CDialog::OnCommand(wParam, lParam))
+        return TRUE;
+    if (code != BN_CLICKED)
+        return FALSE;
+    switch (id) {
+    case IDOK:
+        OnOK();
+        return TRUE;
+    case IDCANCEL:
+        OnCancel();
+        return TRUE;
+    case IDHELP:
+        ShowHelp();
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
+void CMDIDialog::ShowHelp()
+{
+    UiThread::Current()->Front().ShowHelp(m_templateId);
+}
+
+LRESULT CMDIDialog::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_CLOSE) {
+        OnCancel();
+        return 0;
+    }
+    return CDialog::DefWindowProc(message, wParam, lParam);
+}
+
+void CMDIDialog::CloseWindow(int code)
+{
+    if (!m_shutDown) {
+        m_shutDown = true;
+        ShutDownWindow();
+    }
+    EndDialog(code);
+}
+
+void CMDIDialog::OnOK()
+{
+    CloseWindow(IDOK);
+}
+
+void CMDIDialog::OnCancel()
+{
+    CloseWindow(IDCANCEL);
+}
+
+void CMDIDialog::PostNcDestroy()
+{
+    if (!m_shutDown) {
+        m_shutDown = true;
+        ShutDownWindow();
+    }
+    if (m_ownedByWindow)
+        UiThread::Current()->DeleteLater(this);
+}
+
+BOOL CMDIDialog::DoModeless(CWnd* parent)
+{
+    UiThread* thread = UiThread::Current();
+    if (thread == nullptr) {
+        delete this;
+        return FALSE;
+    }
+    const UiThread::Scope scope(*thread);
+    m_ownedByWindow = true;
+    if (CreateFromTemplate(parent))
+        return TRUE;
+    if (m_hWnd == nullptr)
+        thread->DeleteLater(this);
+    return FALSE;
+}
+
+void CMDIDialog::SetupWindow() {}
+
+void CMDIDialog::ShutDownWindow() {}
+
+UINT CMDIDialog::GetCloneCropStyle(UINT*)
+{
+    return 0;
+}
+
+void CMDIDialog::UpdateDialog()
+{
+    for (const auto& binding : m_bindings)
+        binding->Show();
+}
+
+void CMDIDialog::ReadData()
+{
+    const Window* self = WindowOf(*this);
+    if (self == nullptr)
+        return;
+    const HWND handle = m_hWnd;
+    for (const auto& child : self->children) {
+        if (child->kind == Kind::edit && child->modified)
+            framework::FinishEntry(*child);
+        if (!IsWindow(handle))
+            return;
+    }
+}
+
+void CMDIDialog::RepaintData()
+{
+    Invalidate();
+}
+
+void CMDIDialog::IncValue(int)
+{
+    PostMessage(WM_RUV_UPDATEDIALOG);
+}
+
+void CMDIDialog::SaveDlgPosition() {}
+
+void CMDIDialog::RestoreDlgPosition() {}
+
+void CMDIDialog::BuildObjects() {}
+
+void CMDIDialog::DrawHighlighting() {}
+
+void CMDIDialog::Update(UINT controlId)
+{
+    if (CBinding* binding = FindBinding(controlId))
+        binding->Show();
+}
+
+void CMDIDialog::Enable(UINT controlId, BOOL enable)
+{
+    if (CWnd* control = GetDlgItem(controlId))
+        control->EnableWindow(enable);
+}
+
+void CMDIDialog::ChangeProtection(UINT controlId, int protect)
+{
+    CWnd* control = GetDlgItem(controlId);
+    const Window* window = control == nullptr ? nullptr : WindowOf(*control);
+    if (window != nullptr && window->kind == Kind::edit)
+        static_cast<CEdit*>(control)->SetReadOnly(protect != 0);
+}
+
+void CMDIDialog::ReplaceChildWindowSubstringWithUnitString(UINT controlId, const UnitType& unit)
+{
+    CWnd* control = GetDlgItem(controlId);
+    if (control == nullptr)
+        return;
+    std::string text = control->GetWindowText();
+    // The template names the metric unit, longer texts first.
+    for (const char* metric : {"m/s²", "km/h", "m/s", "m"}) {
+        const std::size_t at = text.find(metric);
+        if (at == std::string::npos)
+            continue;
+        const std::string now = UnitsSystemConfiguration::GetInstance().UnitString(unit);
+        control->SetWindowText(text.replace(at, std::string_view(metric).size(), now));
+        return;
+    }
+}
