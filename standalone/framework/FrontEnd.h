@@ -12,6 +12,7 @@
 #include <vector>
 
 class CDialog;
+class CRuvData;
 
 namespace framework
 {
@@ -64,6 +65,8 @@ class FrontEnd
     virtual void ShowHelp(UINT /*dialogId*/) {}
     /// A message was posted; DispatchPending is wanted soon.
     virtual void MessagePosted(const Window* /*target*/, const MSG&) {}
+    /// Something in a case changed: vehicles, phases or parameters.
+    virtual void CaseChanged(CRuvData&) {}
     /// A message went to all windows of a case.
     virtual void MessageBroadcast(const MSG&) {}
 };

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "krn/CaseWindows.h"
+
+#include "framework/UiThread.h"
+#include "host/CRuvData.h"
+#include "krn/OpenMasks.h"
+
+#include <algorithm>
+
+using framework::UiThread;
+
+namespace krn
+{
+
+void BroadcastToWindows(CRuvData& data, UINT message, WPARAM wParam, LPARAM lParam, const CWnd* except)
+{
+    UiThread* thread = UiThread::Current();
+    if (thread == nullptr)
+        return;
+    const UiThread::Scope scope(*thread);
+    thread->Front().MessageBroadcast({nullptr, message, wParam, lParam});
+    for (CMDIRechDialog* mask : OpenMasks(data))
+        if (mask != except && IsWindow(mask->m_hWnd))
+            mask->SendMessage(message, wParam, lParam);
+    if (CWnd* main = thread->GetMainWnd(); main != nullptr && main != except)
+        main->SendMessage(message, wParam, lParam);
+}
+
+void NotifyOpenMasks(CRuvData& data, CaseChange kind, UINT_PTR vehicle)
+{
+    UiThread* thread = UiThread::Current();
+    if (thread == nullptr)
+        return;
+    const UiThread::Scope scope(*thread);
+    for (CMDIRechDialog* mask : OpenMasks(data)) {
+        if (!IsWindow(mask->m_hWnd))
+            continue; // closed by the mask before it
+        switch (kind) {
+        case CaseChange::geometry:
+            mask->GlobalGeoDatChanged(vehicle);
+            break;
+        case CaseChange::pathTime:
+            mask->GlobalWZDatChanged(vehicle);
+            break;
+        case CaseChange::parameter:
+            mask->GlobalUPaChanged(vehicle);
+            break;
+        }
+    }
+    thread->Front().CaseChanged(data);
+}
+
+} // namespace krn

@@ -1,0 +1,230 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "frame/RuvMod.h"
+#include "krn/MessageTable.h"
+#include "krn/NumberText.h"
+#include "support/MaskFixture.h"
+
+#include <cmath>
+#include <limits>
+
+namespace
+{
+
+using framework::InputResult;
+
+constexpr UINT kFriction = 4662;
+constexpr UINT kResult = 4663;
+constexpr UINT kDegrees = 4664;
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+/// Counts the messages that finished entries send.
+class CountingMask : public CMDIRechDialog
+{
+  public:
+    CountingMask(CRuvData& data, CWnd* parent) : CMDIRechDialog(400, parent, data, nullptr, nullptr)
+    {
+        m_isCalculationMask = 1;
+    }
+    const CMessageMap* GetMessageMap() const override
+    {
+        static constexpr CMessageEntry kEntries[] = {OnMessage<&CountingMask::OnEditChanged>(WM_RUV_EDITCHANGED)};
+        static constexpr CMessageMap kMap{nullptr, kEntries};
+        return &kMap;
+    }
+    void BuildObjects() override
+    {
+        calls.push_back("BuildObjects");
+        EXPECT_NE(GetDlgItem(kFriction), nullptr) << "controls stand before the bindings";
+        const UnitType speed(unitType::speedKmh);
+        new CEditDouble(this, kFriction, &value, -50.0, 300.0, 2, 0.0, nullptr, nullptr, &speed);
+        new CEditInt(this, kDegrees, &count, 0, 10, 4, nullptr, nullptr);
+    }
+    void SetupWindow() override
+    {
+        calls.push_back("SetupWindow");
+        value = 12.345;
+        CMDIRechDialog::SetupWindow();
+    }
+    void UpdateDialog() override
+    {
+        calls.push_back("UpdateDialog");
+        CMDIRechDialog::UpdateDialog();
+    }
+    void ShutDownWindow() override
+    {
+        calls.push_back("ShutDownWindow");
+        CMDIRechDialog::ShutDownWindow();
+    }
+    void IncValue(int id) override { stepped.push_back(id); }
+    LRESULT OnEditChanged(WPARAM id, LPARAM)
+    {
+        changed.push_back(static_cast<int>(id));
+        return 0;
+    }
+
+    double value = 0.0;
+    std::int64_t count = 0;
+    std::vector<int> changed;
+    std::vector<int> stepped;
+    static inline std::vector<std::string> calls;
+};
+
+class BindingsTest : public test::MaskTest
+{
+  protected:
+    BindingsTest()
+    {
+        CountingMask::calls.clear();
+        dialog = new CountingMask(data, &mainWindow);
+        dialog->DoModeless(&mainWindow);
+    }
+    CountingMask* dialog = nullptr;
+    framework::Window& mask = *thread.Dialogs().at(0);
+};
+
+TEST_F(BindingsTest, LifeOfAMaskRunsInOrder)
+{
+    EXPECT_EQ(Text(mask, kFriction), "12,35");
+    Press(mask, IDCANCEL);
+    EXPECT_EQ(CountingMask::calls,
+              (std::vector<std::string>{"BuildObjects", "SetupWindow", "UpdateDialog", "ShutDownWindow"}));
+}
+
+TEST_F(BindingsTest, AFinishedEntryIsOneChange)
+{
+    framework::Window& edit = Control(mask, kFriction);
+    framework::TypeText(edit, "5");
+    framework::TypeText(edit, "50");
+    framework::TypeText(edit, "50,5");
+    EXPECT_TRUE(dialog->changed.empty());
+    EXPECT_EQ(dialog->value, 12.345);
+    EXPECT_EQ(framework::FinishEntry(edit), InputResult::done);
+    EXPECT_EQ(framework::FinishEntry(edit), InputResult::done);
+    EXPECT_EQ(dialog->changed, std::vector<int>{kFriction});
+    EXPECT_EQ(dialog->value, 50.5);
+
+    // Going elsewhere finishes it as well.
+    framework::TypeText(edit, "60.25");
+    framework::TypeText(Control(mask, kDegrees), "3");
+    EXPECT_EQ(dialog->value, 60.25);
+    EXPECT_EQ(dialog->changed.size(), 2U);
+}
+
+TEST_F(BindingsTest, RefusedEntriesNameFieldValueAndRangeAndChangeNothing)
+{
+    for (const char* text : {"abc", "301", "-50,01", "1.234,5", "nan", "inf", "1e999", "0x10", "5 5", "--5", "∞"}) {
+        front.refusals.clear();
+        EXPECT_EQ(Enter(mask, kFriction, text), InputResult::refused) << text;
+        ASSERT_EQ(front.refusals.size(), 1U) << text;
+        const std::string& why = front.refusals[0].text;
+        EXPECT_NE(why.find("Reibungsbeiwert"), std::string::npos) << why;
+        EXPECT_NE(why.find(text), std::string::npos) << why;
+        EXPECT_NE(why.find("-50,00 bis 300,00"), std::string::npos) << why;
+        EXPECT_EQ(dialog->value, 12.345);
+        EXPECT_EQ(Text(mask, kFriction), "12,35");
+    }
+    EXPECT_TRUE(dialog->changed.empty());
+    EXPECT_EQ(Enter(mask, kDegrees, "2,5"), InputResult::refused);
+    EXPECT_EQ(Enter(mask, kDegrees, "11"), InputResult::refused);
+    EXPECT_EQ(Enter(mask, kDegrees, "10"), InputResult::done);
+    EXPECT_EQ(dialog->count, 10);
+}
+
+TEST_F(BindingsTest, ARefusedEntryStopsTheClickThatWouldUseIt)
+{
+    framework::TypeText(Control(mask, kFriction), "999");
+    EXPECT_EQ(Press(mask, 105), InputResult::refused);
+    framework::TypeText(Control(mask, kFriction), "999");
+    EXPECT_EQ(Press(mask, IDCANCEL), InputResult::done);
+    EXPECT_EQ(front.refusals.size(), 1U) << "cancelling asks for no valid entry";
+    EXPECT_TRUE(thread.Dialogs().empty());
+}
+
+TEST_F(BindingsTest, EmptyEntryLeavesTheOldValueAndRedrawingNeverRoundsIt)
+{
+    EXPECT_EQ(Enter(mask, kFriction, ""), InputResult::done);
+    EXPECT_EQ(Enter(mask, kFriction, "   "), InputResult::done);
+    EXPECT_EQ(Text(mask, kFriction), "12,35");
+    dialog->UpdateDialog();
+    dialog->ReadData();
+    EXPECT_EQ(dialog->value, 12.345);
+    EXPECT_TRUE(dialog->changed.empty());
+}
+
+TEST_F(BindingsTest, SpinnerStopsAtTheBounds)
+{
+    dialog->value = 299.5; // default step 1 for a range up to 300
+    StepOnce(mask, kFriction, +1);
+    EXPECT_EQ(dialog->value, 300.0);
+    StepOnce(mask, kFriction, +1);
+    EXPECT_EQ(dialog->stepped.size(), 1U) << "nothing changed at the bound";
+    dialog->value = 400.0; // a result beyond the range is not pulled back by a step away from it
+    StepOnce(mask, kFriction, +1);
+    EXPECT_EQ(dialog->value, 400.0);
+    StepOnce(mask, kFriction, -1);
+    EXPECT_EQ(dialog->value, 300.0);
+    dialog->value = kNan;
+    StepOnce(mask, kFriction, -1);
+    EXPECT_TRUE(std::isnan(dialog->value));
+
+    dialog->count = 8;
+    StepOnce(mask, kDegrees, +1);
+    EXPECT_EQ(dialog->count, 10);
+    EXPECT_TRUE(dialog->changed.empty()) << "steps report through IncValue alone";
+}
+
+TEST_F(BindingsTest, ImperialUnitsConvertWhatIsShownOnly)
+{
+    UnitsSystemConfiguration::GetInstance().SetSystem(UnitsSystem::imperial);
+    dialog->value = 160.9344;
+    dialog->UpdateDialog();
+    EXPECT_EQ(Text(mask, kFriction), "100,00");
+    Enter(mask, kFriction, "50");
+    EXPECT_NEAR(dialog->value, 80.4672, 1e-12);
+    EXPECT_EQ(Enter(mask, kFriction, "200"), InputResult::refused); // 321.9 km/h
+    EXPECT_NE(front.refusals.back().text.find("186,41"), std::string::npos) << front.refusals.back().text;
+    StepOnce(mask, kFriction, +1);
+    EXPECT_NEAR(dialog->value, 51.0 * 1.609344, 1e-12);
+}
+
+TEST(NumberTextTest, ShowsRoundedValuesWithoutNegativeZero)
+{
+    EXPECT_EQ(krn::FormatNumber(7.848, 2), "7,85");
+    EXPECT_EQ(krn::FormatNumber(-0.004, 2), "0,00");
+    EXPECT_EQ(krn::FormatNumber(-0.0, 0), "0");
+    EXPECT_EQ(krn::FormatNumber(-0.006, 2), "-0,01");
+    EXPECT_EQ(krn::FormatNumber(0.5, 0), "0");
+    EXPECT_EQ(krn::FormatNumber(123456789.125, 3), "123456789,125");
+    EXPECT_EQ(krn::FormatNumber(1e20, 2), "1,00e+20");
+    EXPECT_EQ(krn::FormatNumber(kNan, 2), "—");
+    EXPECT_EQ(krn::FormatNumber(-INFINITY, 2), "-∞");
+}
+
+TEST(NumberTextTest, ReadsCommaAndPoint)
+{
+    EXPECT_EQ(krn::ParseNumber("0,8"), 0.8);
+    EXPECT_EQ(krn::ParseNumber(" +0.8 "), 0.8);
+    EXPECT_EQ(krn::ParseNumber("-,5"), -0.5);
+    EXPECT_EQ(krn::ParseNumber("1e-3"), 0.001);
+    for (const char* text : {"", " ", "+", "-", ",", "1,2,3", "1 000", "+-1", "1e", "infinity", "NaN", "1m"})
+        EXPECT_EQ(krn::ParseNumber(text), std::nullopt) << text;
+    EXPECT_EQ(krn::ParseInteger("+12"), 12);
+    EXPECT_EQ(krn::ParseInteger("12,0"), std::nullopt);
+    EXPECT_EQ(krn::ParseInteger("99999999999999999999"), std::nullopt);
+}
+
+TEST(MessageTableTest, IsSortedUniqueAndKeepsBracesOfArguments)
+{
+    UINT last = 0;
+    for (const auto& message : krn::MessageTable()) {
+        EXPECT_LT(last, message.number);
+        last = message.number;
+    }
+    const std::vector<MessageArg> args{std::string("Feld"), std::string("{0}{1}"), 1.5, std::int64_t{7}};
+    EXPECT_EQ(krn::FormatMessage(1002, args).text,
+              "Feld: Der Wert {0}{1} liegt außerhalb des zulässigen Bereichs von 1,5 bis 7.");
+    EXPECT_EQ(krn::FormatMessage(4711, args).text, "Meldung 4711 · Feld · {0}{1} · 1,5 · 7");
+}
+
+} // namespace
