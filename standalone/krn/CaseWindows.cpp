@@ -40,10 +40,10 @@ void NotifyOpenMasks(CRuvData& data, CaseChange kind, UINT_PTR vehicle)
         case CaseChange::geometry:
             mask->GlobalGeoDatChanged(vehicle);
             break;
-        case CaseChange::pathTime:
+        case CaseChange::phases:
             mask->GlobalWZDatChanged(vehicle);
             break;
-        case CaseChange::parameter:
+        case CaseChange::parameters:
             mask->GlobalUPaChanged(vehicle);
             break;
         }
