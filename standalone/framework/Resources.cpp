@@ -326,7 +326,8 @@ CDynLinkLibrary::CDynLinkLibrary(AFX_EXTENSION_MODULE& extension, BOOL) : module
 {
     RUV_ASSERT(extension.attached);
     framework::Module link{std::unique_ptr<CDynLinkLibrary>(this), {}};
-    for (const auto& entry : *framework::ReadResourceImage(extension.resources))
+    const auto entries = framework::ReadResourceImage(extension.resources);
+    for (const auto& entry : *entries)
         link.entries[{entry.type, entry.name}] = entry.data;
     Chain().push_back(std::move(link));
 }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frame/MaskTable.h"
 #include "frame/RuvMod.h"
-#include "support/MaskFixture.h"
+#include "tests/support/MaskFixture.h"
 
 #include <set>
 

@@ -3,7 +3,7 @@
 #include "frame/RuvMod.h"
 #include "krn/MessageTable.h"
 #include "krn/NumberText.h"
-#include "support/MaskFixture.h"
+#include "tests/support/MaskFixture.h"
 
 #include <cmath>
 #include <limits>
