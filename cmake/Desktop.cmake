@@ -1,0 +1,25 @@
+# SPDX-FileCopyrightText: The RuvMod authors
+# SPDX-License-Identifier: Apache-2.0
+#
+# tavelin, the workstation. As with the command line, all but its main() is a library for the tests.
+
+file(GLOB desktop_sources CONFIGURE_DEPENDS standalone/desktop/*.cpp)
+list(FILTER desktop_sources EXCLUDE REGEX "/main\\.cpp$")
+file(GLOB desktop_resources CONFIGURE_DEPENDS standalone/desktop/*.qrc)
+if(NOT desktop_sources)
+    return()
+endif()
+
+find_package(Qt6 QUIET COMPONENTS Widgets PrintSupport Svg)
+if(NOT Qt6_FOUND)
+    message(STATUS "Qt 6 is not installed: building without the workstation")
+    return()
+endif()
+
+add_library(tavelin-parts STATIC ${desktop_sources} ${desktop_resources})
+set_target_properties(tavelin-parts PROPERTIES AUTOMOC ON AUTORCC ON)
+target_link_libraries(tavelin-parts
+    PUBLIC RuvMod ClassKrn Qt6::Widgets Qt6::PrintSupport Qt6::Svg
+    PRIVATE ruv_standalone_includes ruv_third_party)
+add_executable(tavelin standalone/desktop/main.cpp)
+target_link_libraries(tavelin PRIVATE tavelin-parts ruv_standalone_includes)

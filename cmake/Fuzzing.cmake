@@ -1,0 +1,15 @@
+# SPDX-FileCopyrightText: The RuvMod authors
+# SPDX-License-Identifier: Apache-2.0
+#
+# One program per fuzz/*Fuzz.cpp, under libFuzzer with the address and undefined-behaviour sanitizers.
+
+if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "RUV_FUZZ needs clang: use the preset fuzz")
+endif()
+file(GLOB fuzz_sources CONFIGURE_DEPENDS fuzz/*Fuzz.cpp)
+foreach(source IN LISTS fuzz_sources)
+    get_filename_component(name "${source}" NAME_WE)
+    add_executable(${name} "${source}")
+    target_link_libraries(${name} PRIVATE tavelin-cli-parts RuvMod ClassKrn ruv_standalone_includes ruv_third_party)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+endforeach()

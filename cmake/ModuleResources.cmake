@@ -1,0 +1,43 @@
+# SPDX-FileCopyrightText: The RuvMod authors
+# SPDX-License-Identifier: Apache-2.0
+#
+# Data that is compiled into the libraries: the module's dialogs and texts, and the fonts of drawings.
+
+# The resource compiler is the same for Linux and Windows; only its output is read, never linked by it.
+find_program(WINDRES_PROGRAM x86_64-w64-mingw32-windres REQUIRED)
+
+# Compiles res/RuvMod.rc and embeds the result in `target` between ruvmod_res_begin and ruvmod_res_end.
+function(ruv_add_resources target)
+    set(compiled "${CMAKE_BINARY_DIR}/RuvMod.res")
+    file(GLOB inputs CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/res/*")
+    add_custom_command(
+        OUTPUT "${compiled}"
+        COMMAND "${WINDRES_PROGRAM}" --codepage=65001 -O res
+            --preprocessor=gcc --preprocessor-arg=-E --preprocessor-arg=-xc --preprocessor-arg=-DRC_INVOKED
+            "--include-dir=${CMAKE_BINARY_DIR}/include/module" "--include-dir=${CMAKE_SOURCE_DIR}/res"
+            -i "${CMAKE_SOURCE_DIR}/res/RuvMod.rc" -o "${compiled}"
+        DEPENDS ${inputs}
+        COMMENT "Compiling the module's resources"
+        VERBATIM)
+    set(embedding "${CMAKE_SOURCE_DIR}/res/Resources.S")
+    set_source_files_properties("${embedding}" PROPERTIES
+        OBJECT_DEPENDS "${compiled}"
+        COMPILE_DEFINITIONS "RUVMOD_RES=\"${compiled}\"")
+    target_sources(${target} PRIVATE "${embedding}")
+endfunction()
+
+# Gives the assembler source that embeds the fonts of `target` their paths.
+function(ruv_embed_fonts target)
+    set(embedding "${CMAKE_SOURCE_DIR}/standalone/framework/EmbeddedFonts.S")
+    set(fonts /usr/share/fonts/truetype/noto)
+    set(regular "${fonts}/NotoSans-Regular.ttf")
+    set(bold "${fonts}/NotoSans-Bold.ttf")
+    foreach(font "${regular}" "${bold}")
+        if(NOT EXISTS "${font}")
+            message(FATAL_ERROR "${font} is missing: install the packages of cmake/packages.txt")
+        endif()
+    endforeach()
+    set_source_files_properties("${embedding}" PROPERTIES
+        OBJECT_DEPENDS "${regular};${bold}"
+        COMPILE_DEFINITIONS "NOTO_SANS_REGULAR=\"${regular}\";NOTO_SANS_BOLD=\"${bold}\"")
+endfunction()

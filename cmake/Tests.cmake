@@ -1,0 +1,38 @@
+# SPDX-FileCopyrightText: The RuvMod authors
+# SPDX-License-Identifier: Apache-2.0
+#
+# One program of tests, and one for the workstation's. ctest runs each suite as a process of its own.
+
+find_package(GTest REQUIRED)
+
+# ruv_add_tests(name sources libraries environment): the suites are listed when the program has been linked.
+function(ruv_add_tests name sources libraries environment)
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE ${libraries} ruv_standalone_includes ruv_third_party GTest::gtest)
+    target_compile_definitions(${name} PRIVATE TAVELIN_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+    set(suites "${CMAKE_BINARY_DIR}/${name}-suites.cmake")
+    add_custom_command(TARGET ${name} POST_BUILD
+        COMMAND "${CMAKE_COMMAND}" "-DPROGRAM=$<TARGET_FILE:${name}>" "-DENVIRONMENT=${environment}"
+            "-DOUTPUT=${suites}" -P "${CMAKE_SOURCE_DIR}/cmake/ListSuites.cmake"
+        BYPRODUCTS "${suites}"
+        VERBATIM)
+    set_property(DIRECTORY "${CMAKE_SOURCE_DIR}" APPEND PROPERTY TEST_INCLUDE_FILES "${suites}")
+endfunction()
+
+set(test_environment "TAVELIN_SOURCE_DIR=${CMAKE_SOURCE_DIR}" "TAVELIN_CLI=${CMAKE_BINARY_DIR}/bin/tavelin-cli")
+
+file(GLOB_RECURSE test_sources CONFIGURE_DEPENDS tests/*.cpp)
+set(desktop_test_sources ${test_sources})
+list(FILTER test_sources EXCLUDE REGEX "/tests/desktop/")
+list(FILTER desktop_test_sources INCLUDE REGEX "/tests/desktop/")
+
+if(TARGET tavelin-cli)
+    ruv_add_tests(ruvmod-tests "${test_sources}" "tavelin-cli-parts;RuvMod;ClassKrn" "${test_environment}")
+    add_dependencies(ruvmod-tests tavelin-cli)
+endif()
+if(TARGET tavelin-parts AND desktop_test_sources)
+    find_package(Qt6 REQUIRED COMPONENTS Test)
+    ruv_add_tests(tavelin-tests "${desktop_test_sources}" "tavelin-parts;Qt6::Test"
+        "${test_environment};QT_QPA_PLATFORM=offscreen")
+    set_target_properties(tavelin-tests PROPERTIES AUTOMOC ON)
+endif()
