@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The open case with its file, its history and its journal. Asks nothing and shows nothing: see CaseFileDialogs.h.
+#pragma once
+
+#include "host/CRuvData.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+namespace desktop
+{
+
+/// A case that a program left behind when it ended without closing it.
+struct LeftBehind {
+    QString journal; ///< what Recover and Discard take
+    QString title;   ///< of the case, or the name of its file
+    QString path;    ///< of the case file it was opened from, empty when it was never saved
+    QString time;    ///< when it was last written, as text
+};
+
+class CaseDocument : public QObject
+{
+    Q_OBJECT
+
+  public:
+    /// An empty case. With `journal` false nothing is written to the user's state folder.
+    explicit CaseDocument(bool journal = true, QObject* parent = nullptr);
+    ~CaseDocument() override;
+
+    /// The same object for the document's whole life: masks hold references to it. New, Open, Undo and Redo exchange
+    /// its content and tell the open masks.
+    CRuvData& Data() { return *m_data; }
+    const CRuvData& Data() const { return *m_data; }
+
+    /// Absolute path of the case file, empty for a case that was never saved.
+    const QString& Path() const { return m_path; }
+    /// Name of the file without its folder, or "Unbenannt".
+    QString DisplayName() const;
+    /// True when the case differs from its file.
+    bool IsModified() const { return m_modified; }
+
+    // The following return false when they failed; Error() says why, in German. Unsaved changes are not asked about.
+    bool New();
+    bool Open(const QString& path);
+    bool Save();
+    bool SaveAs(const QString& path);
+    const QString& Error() const { return m_error; }
+    /// What the file opened last contained that could not be taken over, in German.
+    const QStringList& Warnings() const { return m_warnings; }
+
+    /// Most recently used first; files that are gone are left out.
+    QStringList RecentFiles() const;
+
+    bool CanUndo() const;
+    bool CanRedo() const;
+    /// What Undo or Redo would take back or repeat, for the menu; empty when there is nothing.
+    QString UndoLabel() const;
+    QString RedoLabel() const;
+
+    /// Cases left behind by programs that no longer run.
+    static std::vector<LeftBehind> FindLeftBehind();
+    /// Opens such a case as a modified one. Its journal is removed once the document's own journal holds the case.
+    bool Recover(const LeftBehind& left);
+    static void Discard(const LeftBehind& left);
+
+  public slots:
+    void Undo();
+    void Redo();
+    /// Takes what changed since the last call into the history as one step. Nothing happens when nothing changed.
+    void Commit(const QString& label);
+    /// For FrontEnd::CaseChanged: something in the case changed. Commits when control returns to the event loop, so
+    /// that one user action is one step however many records it touches.
+    void NoteChange();
+    /// The label of the step that the changes noted until the next return to the event loop make, for example
+    /// "Maske 450 Abbiegen".
+    void NameNextStep(const QString& label);
+
+  signals:
+    /// The content of the case changed: redraw what shows it.
+    void changed();
+    void modifiedChanged(bool modified);
+    /// Path, name or title of the case changed.
+    void titleChanged();
+    /// What can be undone and redone changed.
+    void historyChanged();
+    void recentFilesChanged();
+    /// The journal could not be written, with the reason; said once until it works again.
+    void journalFailed(const QString& why);
+
+  private:
+    struct Parts;
+    std::unique_ptr<CRuvData> m_data;
+    std::unique_ptr<Parts> m_parts;
+    QString m_path;
+    QString m_error;
+    QStringList m_warnings;
+    bool m_modified = false;
+};
+
+} // namespace desktop
