@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 class CRuvData;
@@ -55,6 +56,7 @@ struct CWegZeitSpalte {
     std::vector<CDPoint> bahn; ///< trajectory, cm
     double endWeg = 0.0;       ///< cm along the trajectory
     double endGier = 0.0;      ///< rad
+    std::string weiteres{};    ///< what a newer program's case file says of the phase besides, as it stood there
 
     bool IsUsed() const { return art != PhasenArt::unused; }
     friend bool operator==(const CWegZeitSpalte&, const CWegZeitSpalte&) = default;
@@ -83,13 +85,29 @@ class CWegZeitDat
 class CWegZeitRechDat : public CWegZeitDat
 {
   public:
-    /// Inserts an unused column before `column`; the last one falls off. False out of range or when it is in use.
+    /// Inserts an unused column before `column`; the last one falls off. False out of range (below kErsteSpalte too)
+    /// or when it is in use. The selection stays with its phase, here and in Entfernen.
     bool Einfuegen(std::size_t column);
-    /// Removes `column`; the later ones move up.
+    /// Removes `column`; the later ones move up. False out of range.
     bool Entfernen(std::size_t column);
     /// Empties the columns from `first` to `last` (both included).
     void Loeschen(std::size_t first, std::size_t last = kSpalten - 1);
-    /// Completes each phase from the quantities given, chains the speeds and sums time and path.
+
+    /// Completes the used columns from kErsteSpalte on, in order, chains their speeds and sums time and path.
+    ///
+    /// - A column whose predecessor is used ends at the predecessor's start speed.
+    /// - A phase that is complete and obeys its motion law (to 1e-6 of its speeds and path) keeps every bit. When only
+    ///   the chained end speed disagrees, time and deceleration stay, start speed and path follow.
+    /// - In any other phase a time, deceleration or path of 0 is missing and follows from those given; of more than
+    ///   are needed, time and deceleration go before path, and path before start speed. A start speed counts as given
+    ///   unless it is 0 in a phase other than an accelerating one. A deceleration that nothing determines is 0. An
+    ///   accelerating or reaction phase without predecessor that ends at 0 lacks its end speed and is completed from
+    ///   its start.
+    /// - Laws: constant deceleration; threshold: deceleration rising linearly from that of the next column (0 when it
+    ///   is unused) to the phase's own; constant speed; no time: time 0, the speeds may differ.
+    /// - What cannot be completed, for lack or contradiction of quantities, stays as entered with time 0; a start
+    ///   speed of 0 becomes the end speed, so that the chain goes on.
+    /// - Quantities that are not numbers, or beyond 1e9, count as 0 and are cleared; none is left behind.
     void Berechnung();
     /// Writes the copy into the case under `vehicle` and tells open masks and views. Non-zero on success.
     int Uebertragen(CRuvData& data, std::size_t vehicle, CWnd* parent, int flag) const;

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "host/CKfzDaten.h"
+
+#include "host/CRuvData.h"
+
+int CKfzDaten::Uebertragen(CRuvData& data, std::size_t index, CWnd*, int) const
+{
+    if (index >= CRuvData::kFahrzeuge) {
+        return 0;
+    }
+    data.KfzDat(index) = *this;
+    data.NotifyGeo(index);
+    return 1;
+}
+
+CKfzDaten TypicalCar(const std::string& name, COLORREF color)
+{
+    CKfzDaten car;
+    car.name = name;
+    car.type = CKfzDaten::Type::car;
+    car.color = color;
+    car.mass = 1500.0;
+    car.length = 4.5;
+    car.width = 1.8;
+    car.height = 1.45;
+    car.wheelbase = 2.65;
+    car.track = 1.55;
+    car.frontOverhang = 0.9;
+    car.rearOverhang = 0.95;
+    car.turningCircle = 10.9;
+    car.turningCircleExtra = 0.25;
+    car.steeringRatio = 15.5;
+    return car;
+}

@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "host/CRuvData.h"
+
+#include "host/Assert.h"
+#include "krn/CaseUnknown.h"
+#include "krn/CaseWindows.h"
+
+CRuvData::CRuvData() = default;
+CRuvData::~CRuvData() = default;
+
+CKfzDaten& CRuvData::KfzDat(std::size_t vehicle)
+{
+    RUV_ASSERT(vehicle < kFahrzeuge);
+    return m_kfz[vehicle];
+}
+
+const CKfzDaten& CRuvData::KfzDat(std::size_t vehicle) const
+{
+    RUV_ASSERT(vehicle < kFahrzeuge);
+    return m_kfz[vehicle];
+}
+
+CWegZeitDat& CRuvData::WZDat(std::size_t vehicle)
+{
+    return WZRechDat(vehicle);
+}
+
+CWegZeitRechDat& CRuvData::WZRechDat(std::size_t vehicle)
+{
+    RUV_ASSERT(vehicle < kFahrzeuge);
+    return m_wegZeit[vehicle];
+}
+
+const CWegZeitRechDat& CRuvData::WZRechDat(std::size_t vehicle) const
+{
+    RUV_ASSERT(vehicle < kFahrzeuge);
+    return m_wegZeit[vehicle];
+}
+
+CUBEParameter& CRuvData::UPa(std::size_t vehicle)
+{
+    RUV_ASSERT(vehicle < kFahrzeuge);
+    return m_parameter[vehicle];
+}
+
+const CUBEParameter& CRuvData::UPa(std::size_t vehicle) const
+{
+    RUV_ASSERT(vehicle < kFahrzeuge);
+    return m_parameter[vehicle];
+}
+
+bool CRuvData::IsFzgValid(std::int64_t vehicle) const
+{
+    return vehicle >= 0 && vehicle < static_cast<std::int64_t>(kFahrzeuge) &&
+           m_kfz[static_cast<std::size_t>(vehicle)].IsValid();
+}
+
+void CRuvData::BroadcastMessage(UINT message, WPARAM wParam, LPARAM lParam, const CWnd* except)
+{
+    krn::BroadcastToWindows(*this, message, wParam, lParam, except);
+}
+
+void CRuvData::NotifyGeo(std::size_t vehicle)
+{
+    RUV_ASSERT(vehicle < kFahrzeuge);
+    krn::NotifyOpenMasks(*this, krn::CaseChange::geometry, vehicle);
+}
+
+void CRuvData::NotifyWZ(std::size_t vehicle)
+{
+    RUV_ASSERT(vehicle < kFahrzeuge);
+    krn::NotifyOpenMasks(*this, krn::CaseChange::phases, vehicle);
+}
+
+void CRuvData::NotifyUPa(std::size_t vehicle)
+{
+    RUV_ASSERT(vehicle < kFahrzeuge);
+    krn::NotifyOpenMasks(*this, krn::CaseChange::parameters, vehicle);
+}
