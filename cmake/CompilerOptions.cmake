@@ -41,8 +41,9 @@ endif()
 if(WIN32)
     set(CMAKE_SHARED_LIBRARY_PREFIX "")
     add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
-    # The DLLs need nothing beside them but each other.
-    add_link_options(-static)
+    # The DLLs need nothing beside them but each other, and export nothing of the compiler's own libraries.
+    add_link_options(-static -Wl,--exclude-libs,ALL
+        "$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,--export-all-symbols>")
 elseif(NOT RUV_SANITIZE)
     # A library that calls what it does not link is an error here as it is on Windows.
     add_link_options("$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,--no-undefined>")

@@ -26,3 +26,7 @@ foreach(folder nlohmann stb)
 endforeach()
 add_library(ruv_third_party INTERFACE)
 target_include_directories(ruv_third_party SYSTEM INTERFACE "${include_roots}/third-party")
+
+# What the module really sees, for cmake/check-layering.sh.
+file(GENERATE OUTPUT "${include_roots}/module.txt"
+    CONTENT "$<JOIN:$<TARGET_PROPERTY:RuvMod,INCLUDE_DIRECTORIES>,\n>\n")
