@@ -14,7 +14,7 @@ root=$(cd "$1" && pwd)
 
 # The machine's own mirror and how it is reached.
 # shellcheck disable=SC2016 # the dollar is for apt
-mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' | grep -m 1 debian || true)
+mirror=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' | grep -m 1 -E "/debian/?$" || true)
 debootstrap --variant=minbase --include=ca-certificates,git bookworm "$root" "${mirror:-http://deb.debian.org/debian}"
 cp /etc/resolv.conf /etc/hosts "$root/etc/"
 for file in /etc/apt/sources.list /etc/apt/sources.list.d/debian.sources; do
