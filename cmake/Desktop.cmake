@@ -4,11 +4,11 @@
 # tavelin, the workstation. As with the command line, all but its main() is a library for the tests.
 
 file(GLOB desktop_sources CONFIGURE_DEPENDS standalone/desktop/*.cpp)
-list(FILTER desktop_sources EXCLUDE REGEX "/main\\.cpp$")
 file(GLOB desktop_resources CONFIGURE_DEPENDS standalone/desktop/*.qrc)
-if(NOT desktop_sources)
+if(NOT "${CMAKE_SOURCE_DIR}/standalone/desktop/main.cpp" IN_LIST desktop_sources)
     return()
 endif()
+list(FILTER desktop_sources EXCLUDE REGEX "/main\\.cpp$")
 
 find_package(Qt6 QUIET COMPONENTS Widgets PrintSupport Svg)
 if(NOT Qt6_FOUND)

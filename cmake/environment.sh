@@ -40,7 +40,7 @@ need_packages() {
 
 # Sections that the workstation adds, empty while the tree has none.
 desktop_section() {
-    if compgen -G 'standalone/desktop/*.cpp' >/dev/null; then
+    if [[ -e standalone/desktop/main.cpp ]]; then
         echo desktop
     fi
 }
