@@ -97,12 +97,17 @@ TEST(Berechnung, AcceleratingReactionAndConstantSpeed)
     // From rest at 2 m/s² over 9 m: 6 m/s after 3 s. Without a predecessor the end speed is what is missing.
     const CWegZeitRechDat fromRest = Computed({{PhasenArt::accelerating, 0.0, 0.0, -2.0, 0.0, 9.0}});
     ExpectPhase(fromRest.spalten[kFirst], 21.6, 0.0, -2.0, 3.0, 9.0);
+    const CWegZeitRechDat steady = Computed({{PhasenArt::reaction, 0.0, 36.0, 0.0, 1.0, 0.0}});
+    ExpectPhase(steady.spalten[kFirst], 36.0, 36.0, 0.0, 1.0, 10.0);
+    // From 2 to 6 m/s at 2 m/s², and not from -2 m/s, which has the same path.
+    const CWegZeitRechDat faster = Computed({{PhasenArt::accelerating, 21.6, 0.0, -2.0, 0.0, 8.0}});
+    ExpectPhase(faster.spalten[kFirst], 21.6, 7.2, -2.0, 2.0, 8.0);
 
     // A reaction at constant speed and a start from rest before it, both known by one quantity besides the speed.
     const CWegZeitRechDat chain = Computed({{PhasenArt::braking, 0.0, 36.0, 5.0, 0.0, 0.0},
                                             {PhasenArt::reaction, 0.0, 0.0, 0.0, 1.0, 0.0},
                                             {PhasenArt::constantSpeed, 0.0, 0.0, 0.0, 0.0, 25.0},
-                                            {PhasenArt::accelerating, 0.0, 0.0, -2.0, 0.0, 0.0}});
+                                            {PhasenArt::accelerating, 0.0, 0.0, 0.0, 5.0, 0.0}});
     ExpectPhase(chain.spalten[kFirst], 0.0, 36.0, 5.0, 2.0, 10.0);
     ExpectPhase(chain.spalten[kFirst + 1], 36.0, 36.0, 0.0, 1.0, 10.0);
     ExpectPhase(chain.spalten[kFirst + 2], 36.0, 36.0, 0.0, 2.5, 25.0);
@@ -176,13 +181,18 @@ TEST(Berechnung, ChangedCollisionSpeedKeepsTimesAndDecelerations)
 
 TEST(Berechnung, WhatCannotBeCompletedStays)
 {
-    // Speeds alone, a deceleration of the wrong sign, an acceleration over more path than from rest.
+    // Speeds alone, a deceleration of the wrong sign, an acceleration over more path than from rest, a reaction that
+    // could end at any speed, a difference of speeds that is rounding.
     const CWegZeitRechDat speeds = Computed({{PhasenArt::braking, 20.0, 50.0, 0.0, 0.0, 0.0}});
     ExpectPhase(speeds.spalten[kFirst], 20.0, 50.0, 0.0, 0.0, 0.0);
     const CWegZeitRechDat sign = Computed({{PhasenArt::braking, 20.0, 50.0, -5.0, 0.0, 0.0}});
     ExpectPhase(sign.spalten[kFirst], 20.0, 50.0, -5.0, 0.0, 0.0);
     const CWegZeitRechDat path = Computed({{PhasenArt::accelerating, 18.0, 3.6, -2.0, 0.0, 30.0}});
     ExpectPhase(path.spalten[kFirst], 18.0, 3.6, -2.0, 0.0, 30.0);
+    const CWegZeitRechDat open = Computed({{PhasenArt::reaction, 0.0, 36.0, 2.0, 0.0, 0.0}});
+    ExpectPhase(open.spalten[kFirst], 0.0, 36.0, 2.0, 0.0, 0.0);
+    const CWegZeitRechDat none = Computed({{PhasenArt::braking, 36.0, std::nextafter(36.0, 40.0), 7.5, 0.0, 0.0}});
+    EXPECT_EQ(none.spalten[kFirst].zeit, 0.0);
     // An empty phase hands its speed on.
     const CWegZeitRechDat empty = Computed({{PhasenArt::braking, 0.0, 36.0, 5.0, 0.0, 0.0},
                                             {PhasenArt::braking},
@@ -251,6 +261,7 @@ TEST(Berechnung, EveryTimedPhaseDrivesAsItsNumbersSay)
         }
         const CWegZeitRechDat given = data;
         data.Berechnung();
+        bool risesAnew = false;
         for (std::size_t c = kFirst; c < kFirst + used; ++c) {
             const CWegZeitSpalte& s = data.spalten[c];
             const CWegZeitSpalte& g = given.spalten[c];
@@ -268,11 +279,22 @@ TEST(Berechnung, EveryTimedPhaseDrivesAsItsNumbersSay)
                 continue;
             }
             ++driven;
-            if (g.zeit != 0.0) {
+            // What was given and is not contradicted is still there.
+            const bool free = s.art != PhasenArt::constantSpeed;
+            const bool hasTime = g.zeit != 0.0, hasPath = g.weg != 0.0, hasDeceleration = g.verz != 0.0;
+            if (hasTime) {
                 ASSERT_EQ(s.zeit, g.zeit);
             }
-            if (g.verz != 0.0 && s.art != PhasenArt::constantSpeed) {
+            if (hasDeceleration && free) {
                 ASSERT_EQ(s.verz, g.verz);
+            }
+            // A threshold phase is completed once more when that gave the phase before it a deceleration to rise from.
+            risesAnew |= s.art == PhasenArt::threshold && data.spalten[c + 1].verz != given.spalten[c + 1].verz;
+            if (!risesAnew && hasPath && free && !(hasTime && hasDeceleration)) {
+                ASSERT_EQ(s.weg, g.weg);
+            }
+            if (!risesAnew && g.vAnf != 0.0 && free && hasTime + hasPath + hasDeceleration == 1) {
+                ASSERT_EQ(s.vAnf, g.vAnf);
             }
             const Driven forward = Drive(s, c + 1 < data.spalten.size() ? data.spalten[c + 1].verz : 0.0);
             const double scale = 1.0 + std::abs(s.vEnd) + std::abs(s.vAnf);
