@@ -30,6 +30,9 @@ class CKfzDaten
     double turningCircleExtra = 0.0; ///< added to each side for the diameter between walls
     double steeringRatio = 0.0;      ///< steering wheel angle to wheel angle
 
+    /// Distances from the reference point (the centre) to the rear and to the front, and half the width, m.
+    void Calc_Lv_Lh_HB(double& lh, double& lv, double& hb) const;
+
     bool IsValid() const { return type != Type::none; }
 
     /// Copies this record into the case under `index` and tells the open masks. Non-zero on success.

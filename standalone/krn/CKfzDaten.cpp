@@ -4,6 +4,13 @@
 
 #include "host/CRuvData.h"
 
+void CKfzDaten::Calc_Lv_Lh_HB(double& lh, double& lv, double& hb) const
+{
+    lh = length / 2.0;
+    lv = length / 2.0;
+    hb = width / 2.0;
+}
+
 int CKfzDaten::Uebertragen(CRuvData& data, std::size_t index, CWnd*, int) const
 {
     if (index >= CRuvData::kFahrzeuge) {

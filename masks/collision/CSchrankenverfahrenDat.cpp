@@ -1,0 +1,316 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "masks/collision/CSchrankenverfahrenDat.h"
+
+#include "host/CRuvData.h"
+#include "host/Physics.h"
+#include "masks/collision/SchrankenKurve.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+using schranken::Kurve;
+using Dat = CSchrankenverfahrenDat;
+
+constexpr double kMindestKarosserie = 0.5;
+constexpr double kSchwerpunkthoehe = 0.7; // share of the body height
+constexpr double kCmProM = 100.0;
+
+/// Distance behind a reference point at `vorn` metres along the axis.
+double Laengs(const Dat::Rechteck& wagen, const CDPoint& p, double vorn)
+{
+    const CDPoint offset = p - wagen.position;
+    return vorn - (offset.x * std::cos(wagen.winkel) + offset.y * std::sin(wagen.winkel));
+}
+
+double Quer(const Dat::Rechteck& wagen, const CDPoint& p)
+{
+    return (wagen.position.y - p.y) * std::cos(wagen.winkel) + (p.x - wagen.position.x) * std::sin(wagen.winkel);
+}
+
+/// Near end: the corner with the smallest square, far end: the one with the largest; the first wins ties.
+Dat::Bereich Enden(const Dat::Rechteck& wagen, const Dat::Rechteck& feld, double halbeLaenge)
+{
+    std::array<double, 4> d{};
+    const auto ecken = feld.Ecken();
+    std::transform(ecken.begin(), ecken.end(), d.begin(), [&](const CDPoint& p) {
+        const CDPoint offset = p - wagen.position;
+        return -(offset.x * std::cos(wagen.winkel) + offset.y * std::sin(wagen.winkel) - halbeLaenge);
+    });
+    const auto kleiner = [](double a, double b) { return a * a < b * b; };
+    return {*std::min_element(d.begin(), d.end(), kleiner), *std::max_element(d.begin(), d.end(), kleiner)};
+}
+
+Kurve Bremsung(double verzoegerung)
+{
+    Kurve kurve;
+    kurve.form = Kurve::Form::braking;
+    kurve.p = verzoegerung;
+    return kurve;
+}
+
+Kurve Verzoegerung(double verzoegerung, double d, double shift)
+{
+    Kurve kurve;
+    kurve.form = Kurve::Form::deceleration;
+    kurve.p = verzoegerung;
+    kurve.d = d;
+    kurve.shift = shift;
+    return kurve;
+}
+
+Kurve Polynom(double c3, double c2, double c1, double c0, double d, double shift = 0.0)
+{
+    Kurve kurve;
+    kurve.c3 = c3;
+    kurve.c2 = c2;
+    kurve.c1 = c1;
+    kurve.c0 = c0;
+    kurve.d = d;
+    kurve.shift = shift;
+    return kurve;
+}
+
+/// Fills a barrier's array: the lower curve at all distances, then the upper one.
+void Fuelle(Dat::Kurvenfeld& feld, const Kurve& unten, const Kurve& oben)
+{
+    std::array<double, Dat::kProben> s{};
+    std::array<double, Dat::kProben> v{};
+    for (std::size_t i = 0; i < Dat::kProben; ++i)
+        s[i] = feld[i].x;
+    schranken::SucheGeschwindigkeiten(unten, s, v);
+    for (std::size_t i = 0; i < Dat::kProben; ++i)
+        feld[i].y = v[i];
+    schranken::SucheGeschwindigkeiten(oben, s, v);
+    for (std::size_t i = 0; i < Dat::kProben; ++i)
+        feld[i + Dat::kProben].y = v[i];
+}
+
+/// The same pair of speeds at every distance.
+void Fuelle(Dat::Kurvenfeld& feld, double unten, double oben)
+{
+    for (std::size_t i = 0; i < Dat::kProben; ++i) {
+        feld[i].y = unten;
+        feld[i + Dat::kProben].y = oben;
+    }
+}
+
+} // namespace
+
+CDPoint Dat::Rechteck::Mitte() const
+{
+    CDPoint offset{breite / 2.0, laenge / 2.0};
+    offset.Rotate(winkel, {});
+    return position + offset;
+}
+
+std::array<CDPoint, 4> Dat::Rechteck::Ecken() const
+{
+    std::array<CDPoint, 4> ecken{CDPoint{0.0, 0.0}, {breite, 0.0}, {breite, laenge}, {0.0, laenge}};
+    for (CDPoint& ecke : ecken) {
+        ecke.Rotate(winkel, {});
+        ecke += position;
+    }
+    return ecken;
+}
+
+CSchrankenverfahrenDat::CSchrankenverfahrenDat(CRuvData& data) : CDlgData(data) {}
+
+bool CSchrankenverfahrenDat::FahrzeugGueltig() const
+{
+    return m_data.IsFzgValid(fahrzeugNr);
+}
+
+double CSchrankenverfahrenDat::Ueberhang() const
+{
+    if (!FahrzeugGueltig())
+        return 0.0;
+    double lh = 0.0;
+    double lv = 0.0;
+    double hb = 0.0;
+    KfzDat(static_cast<std::size_t>(fahrzeugNr)).Calc_Lv_Lh_HB(lh, lv, hb);
+    return lv;
+}
+
+void CSchrankenverfahrenDat::Projizieren()
+{
+    const Rechteck& wagen = objekte[fahrzeug];
+    if (!wagen.gesetzt || !FahrzeugGueltig())
+        return;
+    const double lv = Ueberhang();
+    const double halbeLaenge = KfzDat(static_cast<std::size_t>(fahrzeugNr)).length / 2.0;
+    if (const Rechteck& objekt = objekte[person]; objekt.gesetzt) {
+        personLaengs = Laengs(wagen, objekt.Mitte(), lv);
+        personQuer = Quer(wagen, objekt.Mitte());
+    }
+    if (const Rechteck& objekt = objekte[fahrrad]; objekt.gesetzt) {
+        fahrradLaengs = Laengs(wagen, objekt.Mitte(), lv);
+        fahrradQuer = Quer(wagen, objekt.Mitte());
+    }
+    if (objekte[kollisionsort].gesetzt)
+        kollision = Enden(wagen, objekte[kollisionsort], halbeLaenge);
+    if (objekte[gesamtfeld].gesetzt)
+        gesamt = Enden(wagen, objekte[gesamtfeld], halbeLaenge);
+    if (objekte[hauptfeld].gesetzt)
+        haupt = Enden(wagen, objekte[hauptfeld], halbeLaenge);
+    if (objekte[person].gesetzt && objekte[kollisionsort].gesetzt) {
+        kleinsterWeg = personLaengs < 0.0 ? personLaengs - 5.0 : -5.0;
+        groessterWeg = kollision.bis + 10.0;
+    }
+}
+
+Dat::Mangel CSchrankenverfahrenDat::Pruefen() const
+{
+    if (!objekte[fahrzeug].gesetzt)
+        return Mangel::fahrzeug;
+    if (!objekte[person].gesetzt)
+        return Mangel::person;
+    if (!objekte[kollisionsort].gesetzt)
+        return Mangel::kollisionsort;
+    if (verzoegerung == 0.0)
+        return Mangel::verzoegerung;
+    if (verzoegerungToleranz == 0.0)
+        return Mangel::toleranz;
+    return Mangel::keiner;
+}
+
+bool CSchrankenverfahrenDat::IstWirksam(Theorie theorie) const
+{
+    if (!theorien[theorie])
+        return false;
+    switch (theorie) {
+    case frontscheibe:
+    case scheinwerferHaupt:
+        return objekte[hauptfeld].gesetzt;
+    case scheinwerferGesamt:
+        return objekte[gesamtfeld].gesetzt;
+    case abwicklung:
+        return abwicklungWeg != 0.0;
+    default:
+        return true;
+    }
+}
+
+Dat::Schranke CSchrankenverfahrenDat::KurveVon(Theorie theorie)
+{
+    switch (theorie) {
+    case kuehnelGlobal:
+        return kurveKuehnelGlobal;
+    case kuehnelVerzoegerung:
+        return kurveKuehnelVerzoegerung;
+    case rauOtteSchulz:
+        return kurveRau;
+    case dettinger:
+        return kurveDettinger;
+    case ritterKrieg:
+        return kurveRitter;
+    case frontscheibe:
+        return kurveFrontscheibe;
+    case scheinwerferHaupt:
+        return kurveHauptfeld;
+    case scheinwerferGesamt:
+        return kurveGesamtfeld;
+    case abwicklung:
+        return kurveAbwicklung;
+    case geschwindigkeit:
+    case kTheorien:
+        break;
+    }
+    return kurveGeschwindigkeit;
+}
+
+void CSchrankenverfahrenDat::Berechnen()
+{
+    Projizieren();
+    Kurven();
+    BildeFlaeche();
+    Kontrolle();
+    ergebnisSteht = true;
+}
+
+void CSchrankenverfahrenDat::Kurven()
+{
+    for (Kurvenfeld& feld : kurven) {
+        for (std::size_t i = 0; i < kProben; ++i) {
+            const double s = static_cast<double>(i) * groessterWeg / static_cast<double>(kProben - 1);
+            feld[i] = {s, 0.0};
+            feld[i + kProben] = {s, 0.0};
+        }
+    }
+    const double d = personLaengs;
+    // f(w) = s with w = v + Δv puts the lower curve Δv below the nominal one, w = v - Δv the upper one above it.
+    if (verzoegerung != 0.0 && verzoegerungToleranz != 0.0)
+        Fuelle(kurven[kurveBremsung], Bremsung(verzoegerung - verzoegerungToleranz),
+               Bremsung(verzoegerung + verzoegerungToleranz));
+    if (IstWirksam(kuehnelGlobal))
+        Fuelle(kurven[kurveKuehnelGlobal], Polynom(0.0, 0.00375, 0.175, 0.0, d),
+               Polynom(6.81818e-6, 0.00255682, 0.1525, -0.827273, d));
+    if (IstWirksam(kuehnelVerzoegerung))
+        Fuelle(kurven[kurveKuehnelVerzoegerung], Verzoegerung(verzoegerung, d, kuehnelToleranz),
+               Verzoegerung(verzoegerung, d, -kuehnelToleranz));
+    if (IstWirksam(rauOtteSchulz))
+        Fuelle(kurven[kurveRau], Polynom(0.0, 0.0052, 0.0783, 0.0, d, rauToleranz),
+               Polynom(0.0, 0.0052, 0.0783, 0.0, d, -rauToleranz));
+    if (IstWirksam(dettinger))
+        Fuelle(kurven[kurveDettinger], Polynom(1.64e-5, 0.00452, 0.071, 2.5, d, dettingerToleranz),
+               Polynom(1.64e-5, 0.00452, 0.071, 2.5, d, -dettingerToleranz));
+    if (IstWirksam(ritterKrieg))
+        Fuelle(kurven[kurveRitter], Polynom(0.0, 0.0028313, 0.3, 0.0, d), Polynom(0.0, 0.0028313, 0.0271596, 0.0, d));
+    if (IstWirksam(frontscheibe))
+        Fuelle(kurven[kurveFrontscheibe], Polynom(0.00027203013, -0.01724212509, 0.66913310304, 0.0, haupt.von),
+               Polynom(0.00010088077, -0.00395580247, 0.127407966296, 0.0, haupt.bis));
+    if (IstWirksam(scheinwerferHaupt))
+        Fuelle(kurven[kurveHauptfeld], Polynom(0.0, 0.0, 0.388571, 0.0, haupt.von),
+               Polynom(0.0, 0.0, 0.223286, 0.0, haupt.bis));
+    if (IstWirksam(scheinwerferGesamt))
+        Fuelle(kurven[kurveGesamtfeld], Polynom(0.0, 0.0, 0.5, 0.0, gesamt.von),
+               Polynom(0.0, 0.0018, -0.00544, 0.0, gesamt.bis));
+    if (IstWirksam(abwicklung)) {
+        if (karosserie < kMindestKarosserie)
+            karosserie = 1.0;
+        const double koerper = objekte[person].laenge * kSchwerpunkthoehe * kCmProM;
+        const double unten = (abwicklungWeg - abwicklungToleranz - koerper) / (karosserie + karosserieToleranz);
+        const double oben = karosserie > karosserieToleranz
+                                ? (abwicklungWeg + abwicklungToleranz - koerper) / (karosserie - karosserieToleranz)
+                                : 0.0;
+        Fuelle(kurven[kurveAbwicklung], unten, oben);
+    }
+    if (IstWirksam(geschwindigkeit))
+        Fuelle(kurven[kurveGeschwindigkeit], geschwindigkeitVon,
+               geschwindigkeitBis == 0.0 ? schranken::kHoechstgeschwindigkeit : geschwindigkeitBis);
+}
+
+void CSchrankenverfahrenDat::FlaechenRechner(Kurvenfeld& band, const Kurvenfeld& schranke, std::size_t n)
+{
+    constexpr double kKleinsteObergrenze = 1.0; // km/h
+    for (std::size_t i = 0; i < std::min(n, kProben); ++i) {
+        double& unten = band[i].y;
+        double& oben = band[i + kProben].y;
+        const double grenzeUnten = schranke[i].y; // 0 leaves the band open below
+        const double grenzeOben = schranke[i + kProben].y;
+        const double neuUnten = std::max(unten, grenzeUnten);
+        const double neuOben = std::min(oben, grenzeOben);
+        // An upper speed of 0 is no solution; bounds that touch stay.
+        const bool leer = oben < kKleinsteObergrenze || grenzeOben == 0.0 || !(neuUnten <= neuOben);
+        unten = leer ? 0.0 : neuUnten;
+        oben = leer ? 0.0 : neuOben;
+    }
+}
+
+void CSchrankenverfahrenDat::BildeFlaeche()
+{
+    flaeche = kurven[kurveBremsung];
+    for (const Theorie theorie : {kuehnelGlobal, kuehnelVerzoegerung, rauOtteSchulz, frontscheibe, scheinwerferGesamt,
+                                  dettinger, ritterKrieg, scheinwerferHaupt, abwicklung, geschwindigkeit})
+        if (IstWirksam(theorie))
+            FlaechenRechner(flaeche, kurven[KurveVon(theorie)], kProben);
+    for (std::size_t i = 0; i < kProben; ++i) {
+        if (flaeche[i].x < kollision.von || flaeche[i].x > kollision.bis) {
+            flaeche[i].y = 0.0;
+            flaeche[i + kProben].y = 0.0;
+        }
+    }
+}
