@@ -3,6 +3,7 @@
 #include "frame/MaskTable.h"
 
 #include "masks/dynamics/CBeschlDlg.h"
+#include "masks/dynamics/CGrenzVDlg.h"
 
 #include <array>
 #include <new>
@@ -18,7 +19,7 @@ template <class Dialog> CMDIRechDialog* Create(CRuvData& data)
 
 constexpr std::array kMasks{
     MaskEntry{400, "CBeschlDlg", "Berechnung der Beschleunigung", 2, &Create<CBeschlDlg>},
-    MaskEntry{401, "CGrenzVDlg", "Berechnung der Kurvengrenzgeschwindigkeit", 2, nullptr},
+    MaskEntry{401, "CGrenzVDlg", "Berechnung der Kurvengrenzgeschwindigkeit", 2, &Create<CGrenzVDlg>},
     MaskEntry{417, "CRadKontaktDlg", "Radkontaktspuren", 4, nullptr},
     MaskEntry{419, "CLadungDlg", "Ladungssicherung", 4, nullptr},
     MaskEntry{450, "CAbVorDlg", "Abbiege-Vorgang", 3, nullptr},

@@ -39,6 +39,15 @@ class CRuvData
     const CUBEParameter& UPa(std::size_t vehicle) const;
     CMaskenWerte& MaskenWerte(UINT maskId) { return m_maskenWerte[maskId]; }
     const std::map<UINT, CMaskenWerte>& AlleMaskenWerte() const { return m_maskenWerte; }
+    /// What a mask keeps under a name, empty when it never did. Leaves the case as it is.
+    std::vector<double> GemerkteWerte(UINT maskId, const std::string& name) const
+    {
+        const auto mask = m_maskenWerte.find(maskId);
+        if (mask == m_maskenWerte.end())
+            return {};
+        const auto values = mask->second.find(name);
+        return values == mask->second.end() ? std::vector<double>{} : values->second;
+    }
 
     bool IsFzgValid(std::int64_t vehicle) const;
 

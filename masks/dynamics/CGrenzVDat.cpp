@@ -1,0 +1,198 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "masks/dynamics/CGrenzVDat.h"
+
+#include "host/CRuvData.h"
+#include "host/Physics.h"
+#include "res/resource.h"
+
+#include <cmath>
+
+namespace
+{
+
+/// Name of the six values in the case.
+constexpr const char* kKurvenwerte = "kurve";
+
+constexpr double kRadProGrad = 0.017453292519943295;
+constexpr double kGradProRad = 57.29577951308232;
+
+// Search for the central angle.
+constexpr double kErsterSchritt = 1.0;       // rad
+constexpr double kKleinsterSchritt = 1e-14;  // rad
+constexpr double kRadiusgleichheit = 0.0001; // m
+constexpr int kHoechstensSchritte = 20'000'000;
+
+/// Half the chord lies inside the circle.
+bool Passt(double sehneZuDurchmesser)
+{
+    return sehneZuDurchmesser >= -1.0 && sehneZuDurchmesser <= 1.0;
+}
+
+} // namespace
+
+RecordFields CGrenzVDat::Felder()
+{
+    return {
+        {"reibungsbeiwert", "", &reibungsbeiwert},
+        {"quergefaelleGrad", "°", &quergefaelleGrad},
+        {"quergefaelleProzent", "%", &quergefaelleProzent},
+        {"reserve", "", &reserve},
+        {"quergefaelle", "rad", &quergefaelle},
+        {"kurvenradius", "m", &kurvenradius},
+        {"grenzgeschwindigkeit", "km/h", &grenzgeschwindigkeit},
+        {"fuehlbareQuerbeschleunigung", "m/s²", &fuehlbareQuerbeschleunigung},
+        {"querbeschleunigung", "m/s²", &querbeschleunigung},
+        {"sehne", "m", &sehne},
+        {"hoehe", "m", &hoehe},
+        {"schraeglage", "°", &schraeglage},
+        {"bogenlaenge", "m", &bogenlaenge},
+        {"berechnet", "", &berechnet},
+        {"radiusAusBogen", "", &radiusAusBogen},
+    };
+}
+
+void CGrenzVDat::Lade()
+{
+    const std::vector<double> werte = m_data.GemerkteWerte(IDD_KURVENGRENZGESCHWINDIGKEIT, kKurvenwerte);
+    double* const felder[] = {&reibungsbeiwert, &quergefaelleGrad, &kurvenradius, &sehne, &hoehe, &schraeglage};
+    for (std::size_t i = 0; i < std::size(felder); ++i)
+        *felder[i] = i < werte.size() && std::isfinite(werte[i]) ? werte[i] : 0.0;
+    quergefaelleProzent = std::tan(quergefaelleGrad * kRadProGrad) * 100.0;
+}
+
+void CGrenzVDat::Merke()
+{
+    m_data.MaskenWerte(IDD_KURVENGRENZGESCHWINDIGKEIT)[kKurvenwerte] = {
+        reibungsbeiwert, quergefaelleGrad, kurvenradius, sehne, hoehe, schraeglage};
+}
+
+void CGrenzVDat::Loeschen()
+{
+    reibungsbeiwert = 0.0;
+    quergefaelleGrad = 0.0;
+    quergefaelleProzent = 0.0;
+    reserve = 0.0;
+    quergefaelle = 0.0;
+    kurvenradius = 0.0;
+    grenzgeschwindigkeit = 0.0;
+    fuehlbareQuerbeschleunigung = 0.0;
+    querbeschleunigung = 0.0;
+    sehne = 0.0;
+    hoehe = 0.0;
+    schraeglage = 0.0;
+    bogenlaenge = 0.0;
+}
+
+void CGrenzVDat::QuergefaelleAusGrad()
+{
+    quergefaelle = quergefaelleGrad * kPi / 180.0;
+    quergefaelleProzent = std::tan(quergefaelle) * 100.0;
+}
+
+void CGrenzVDat::QuergefaelleAusProzent()
+{
+    quergefaelle = std::atan(quergefaelleProzent / 100.0);
+    quergefaelleGrad = quergefaelle * 180.0 / kPi;
+}
+
+CGrenzVDat::Kurve CGrenzVDat::RadiusGeaendert()
+{
+    if (!(sehne > 0.0 && kurvenradius > 0.0))
+        return Kurve::stimmig;
+    const double verhaeltnis = sehne / (2.0 * kurvenradius);
+    if (!Passt(verhaeltnis))
+        return Kurve::sehneZuLang;
+    const double winkel = 2.0 * std::asin(verhaeltnis);
+    bogenlaenge = kurvenradius * winkel;
+    hoehe = (1.0 - std::cos(winkel / 2.0)) * kurvenradius;
+    radiusAusBogen = 0;
+    return Kurve::stimmig;
+}
+
+CGrenzVDat::Kurve CGrenzVDat::SehneGeaendert()
+{
+    Kurve kurve = Kurve::stimmig;
+    if (bogenlaenge > 0.0 && (radiusAusBogen != 0 || !(hoehe > 0.0)))
+        kurve = BogenGeaendert();
+    return hoehe > 0.0 ? HoeheGeaendert() : kurve;
+}
+
+CGrenzVDat::Kurve CGrenzVDat::HoeheGeaendert()
+{
+    if (!(hoehe > 0.0))
+        return Kurve::stimmig;
+    // R = (4h² + c²) / 8h
+    const double radius = (4.0 * (hoehe * hoehe) + sehne * sehne) / (8.0 * hoehe);
+    if (!std::isfinite(2.0 * radius))
+        return Kurve::ohneErgebnis;
+    kurvenradius = radius;
+    const double verhaeltnis = sehne / (2.0 * kurvenradius);
+    if (!Passt(verhaeltnis))
+        return Kurve::sehneZuLang;
+    bogenlaenge = 2.0 * kurvenradius * std::asin(verhaeltnis);
+    radiusAusBogen = 0;
+    return hoehe > sehne / 2.0 ? Kurve::kurzerBogen : Kurve::stimmig;
+}
+
+CGrenzVDat::Kurve CGrenzVDat::BogenGeaendert()
+{
+    if (!(bogenlaenge > 0.0 && sehne > 0.0))
+        return Kurve::stimmig;
+    if (!(sehne < bogenlaenge))
+        return Kurve::bogenZuKurz;
+    const std::optional<double> winkel = Zentriwinkel(sehne, bogenlaenge);
+    if (!winkel)
+        return Kurve::ohneErgebnis;
+    kurvenradius = bogenlaenge / *winkel;
+    hoehe = (1.0 - std::cos(*winkel / 2.0)) * kurvenradius;
+    radiusAusBogen = 1;
+    return *winkel > 2.0 * kPi ? Kurve::ueberKreis : Kurve::stimmig;
+}
+
+std::optional<double> CGrenzVDat::Zentriwinkel(double sehne, double bogen)
+{
+    double winkel = 0.0;
+    double schritt = kErsterSchritt;
+    for (int i = 0; i < kHoechstensSchritte; ++i) {
+        const double vorher = winkel;
+        winkel += schritt;
+        if (winkel == vorher)
+            return std::nullopt; // far beyond the full circle a small step no longer moves the angle
+        const double unterschied = (sehne / 2.0) / std::sin(winkel / 2.0) - bogen / winkel;
+        if (unterschied > 0.0) {
+            winkel -= schritt;
+            schritt /= 10.0;
+            if (schritt < kKleinsterSchritt)
+                return std::nullopt;
+        } else if (std::abs(unterschied) <= kRadiusgleichheit) {
+            return winkel;
+        }
+    }
+    return std::nullopt;
+}
+
+CGrenzVDat::Grenze CGrenzVDat::Rechnen()
+{
+    Grenze grenze = Grenze::unbestimmt;
+    const double t = std::tan(quergefaelle);
+    // The guard is on the angle, not on d: at d = 0 the limit speed is infinite.
+    if (1.0 - quergefaelle != 0.0) {
+        const double d = 1.0 - reibungsbeiwert * t;
+        // v² = R·g·(μ + tan α) / (1 − μ·tan α)
+        const double x = kurvenradius * kErdbeschleunigung * (reibungsbeiwert + t) / d;
+        if (x > 0.0) {
+            grenzgeschwindigkeit = std::sqrt(x) * kKmhProMs;
+            querbeschleunigung = (reibungsbeiwert + t) * kErdbeschleunigung / d;
+            fuehlbareQuerbeschleunigung =
+                (std::sin(quergefaelle) * t + std::cos(quergefaelle)) * reibungsbeiwert * kErdbeschleunigung / d;
+            grenze = Grenze::gefunden;
+        } else if (!(kurvenradius > 0.0)) {
+            grenze = Grenze::ohneRadius;
+        } else {
+            grenze = d < 0.0 ? Grenze::unbegrenzt : Grenze::ohneHaftung;
+        }
+    }
+    schraeglage = std::atan(querbeschleunigung / kErdbeschleunigung) * kGradProRad;
+    return grenze;
+}

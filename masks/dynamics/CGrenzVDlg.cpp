@@ -1,0 +1,237 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "masks/dynamics/CGrenzVDlg.h"
+
+#include "host/Bindings.h"
+#include "host/FehlerMeldung.h"
+#include "res/resource.h"
+
+namespace
+{
+
+constexpr UINT kKeinText = 0;
+
+UINT Grund(CGrenzVDat::Grenze grenze)
+{
+    switch (grenze) {
+    case CGrenzVDat::Grenze::gefunden:
+        break;
+    case CGrenzVDat::Grenze::ohneRadius:
+        return IDS_GRENZV_OHNE_RADIUS;
+    case CGrenzVDat::Grenze::ohneHaftung:
+        return IDS_GRENZV_OHNE_HAFTUNG;
+    case CGrenzVDat::Grenze::unbegrenzt:
+        return IDS_GRENZV_UNBEGRENZT;
+    case CGrenzVDat::Grenze::unbestimmt:
+        return IDS_GRENZV_UNBESTIMMT;
+    }
+    return kKeinText;
+}
+
+UINT Hinweis(CGrenzVDat::Kurve kurve)
+{
+    switch (kurve) {
+    case CGrenzVDat::Kurve::stimmig:
+        break;
+    case CGrenzVDat::Kurve::kurzerBogen:
+        return IDS_GRENZV_KURZER_BOGEN;
+    case CGrenzVDat::Kurve::ueberKreis:
+        return IDS_GRENZV_UEBER_KREIS;
+    case CGrenzVDat::Kurve::sehneZuLang:
+        return IDS_GRENZV_SEHNE_ZU_LANG;
+    case CGrenzVDat::Kurve::bogenZuKurz:
+        return IDS_GRENZV_BOGEN_ZU_KURZ;
+    case CGrenzVDat::Kurve::ohneErgebnis:
+        return IDS_GRENZV_KEIN_RADIUS;
+    }
+    return kKeinText;
+}
+
+} // namespace
+
+CGrenzVDlg::CGrenzVDlg(CRuvData& data, CWnd* parent)
+    : CMDIRechDialog(IDD_KURVENGRENZGESCHWINDIGKEIT, parent, data, nullptr, nullptr), m_dat(data)
+{
+    m_isCalculationMask = 1;
+}
+
+const CMessageMap* CGrenzVDlg::GetMessageMap() const
+{
+    static constexpr CMessageEntry kEntries[] = {
+        OnMessage<&CGrenzVDlg::OnUpdateDialog>(WM_RUV_UPDATEDIALOG),
+        OnMessage<&CGrenzVDlg::OnEditChanged>(WM_RUV_EDITCHANGED),
+        OnControl<&CGrenzVDlg::Loeschen>(IDC_LOESCHEN),
+        OnControl<&CGrenzVDlg::Rechnen>(IDC_RECHNEN),
+        OnControl<&CGrenzVDlg::OnButtonOk>(IDC_MASKE_OK),
+    };
+    static constexpr CMessageMap kMap{nullptr, kEntries};
+    return &kMap;
+}
+
+BOOL CGrenzVDlg::OnCommand(WPARAM wParam, LPARAM lParam)
+{
+    return CMDIDialog::OnCommand(wParam, lParam);
+}
+
+void CGrenzVDlg::BuildObjects()
+{
+    const UnitType speed(unitType::speedKmh);
+    const UnitType acceleration(unitType::acceleration);
+    const UnitType length(unitType::length);
+    const auto bind = [this](UINT id, double& field, double minimum, double maximum, BYTE decimals,
+                             const UnitType* unit) {
+        new CEditDouble(this, id, &field, minimum, maximum, decimals, 0.0, nullptr, nullptr, unit);
+    };
+    bind(IDC_GRENZV_REIBUNG, m_dat.reibungsbeiwert, 0.0, 10.0, 2, nullptr);
+    bind(IDC_GRENZV_QUERGEFAELLE_GRAD, m_dat.quergefaelleGrad, -90.0, 90.0, 1, nullptr);
+    bind(IDC_GRENZV_QUERGEFAELLE_PROZENT, m_dat.quergefaelleProzent, -90.0, 90.0, 1, nullptr);
+    bind(IDC_GRENZV_RADIUS, m_dat.kurvenradius, 0.0, 1000.0, 1, &length);
+    bind(IDC_GRENZV_GESCHWINDIGKEIT, m_dat.grenzgeschwindigkeit, -100.0, 100.0, 2, &speed);
+    bind(IDC_GRENZV_QUERBESCHL_FUEHLBAR, m_dat.fuehlbareQuerbeschleunigung, 0.0, 100.0, 2, &acceleration);
+    bind(IDC_GRENZV_QUERBESCHL, m_dat.querbeschleunigung, 0.0, 100.0, 2, &acceleration);
+    bind(IDC_GRENZV_SEHNE, m_dat.sehne, 0.0, 1000.0, 2, &length);
+    bind(IDC_GRENZV_HOEHE, m_dat.hoehe, 0.0, 100.0, 2, &length);
+    bind(IDC_GRENZV_BOGEN, m_dat.bogenlaenge, 0.0, 1000.0, 2, &length);
+    bind(IDC_GRENZV_SCHRAEGLAGE, m_dat.schraeglage, 0.0, 100.0, 2, nullptr);
+}
+
+void CGrenzVDlg::SetupWindow()
+{
+    // The stored cross-fall is shown; the road counts as level until one of its fields is changed.
+    m_dat.Lade();
+    m_dat.berechnet = 0;
+    for (const UINT id :
+         {IDC_GRENZV_RADIUS_EINHEIT, IDC_GRENZV_SEHNE_EINHEIT, IDC_GRENZV_HOEHE_EINHEIT, IDC_GRENZV_BOGEN_EINHEIT})
+        ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::length));
+    for (const UINT id : {IDC_GRENZV_QUERBESCHL_FUEHLBAR_EINHEIT, IDC_GRENZV_QUERBESCHL_EINHEIT})
+        ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::acceleration));
+    ReplaceChildWindowSubstringWithUnitString(IDC_GRENZV_GESCHWINDIGKEIT_EINHEIT, UnitType(unitType::speedKmh));
+    Enable(IDC_GRENZV_GESCHWINDIGKEIT, FALSE);
+    Enable(IDC_GRENZV_SCHRAEGLAGE, FALSE);
+    ChangeProtection(IDC_GRENZV_QUERBESCHL, 1);
+    ChangeProtection(IDC_GRENZV_QUERBESCHL_FUEHLBAR, 1);
+    ZeigeQuergefaelle();
+    CMDIRechDialog::SetupWindow();
+}
+
+void CGrenzVDlg::ShutDownWindow()
+{
+    CMDIRechDialog::ShutDownWindow();
+}
+
+UINT CGrenzVDlg::GetCloneCropStyle(UINT* out)
+{
+    out[0] = IDC_MASKE_OK;
+    out[1] = 8;
+    out[2] = IDC_RECHNEN;
+    out[3] = 2;
+    return 2;
+}
+
+void CGrenzVDlg::UebernehmeEingabe(UINT controlId)
+{
+    switch (controlId) {
+    case IDC_GRENZV_QUERGEFAELLE_GRAD:
+        m_dat.QuergefaelleAusGrad();
+        Update(IDC_GRENZV_QUERGEFAELLE_PROZENT);
+        ZeigeQuergefaelle();
+        break;
+    case IDC_GRENZV_QUERGEFAELLE_PROZENT:
+        m_dat.QuergefaelleAusProzent();
+        Update(IDC_GRENZV_QUERGEFAELLE_GRAD);
+        ZeigeQuergefaelle();
+        break;
+    case IDC_GRENZV_RADIUS:
+        ZeigeKurve(m_dat.RadiusGeaendert());
+        break;
+    case IDC_GRENZV_SEHNE:
+        ZeigeKurve(m_dat.SehneGeaendert());
+        break;
+    case IDC_GRENZV_HOEHE:
+        ZeigeKurve(m_dat.HoeheGeaendert());
+        break;
+    case IDC_GRENZV_BOGEN:
+        ZeigeKurve(m_dat.BogenGeaendert());
+        break;
+    default:
+        break;
+    }
+}
+
+LRESULT CGrenzVDlg::OnUpdateDialog(WPARAM, LPARAM)
+{
+    UpdateDialog();
+    return 0;
+}
+
+LRESULT CGrenzVDlg::OnEditChanged(WPARAM controlId, LPARAM)
+{
+    UebernehmeEingabe(static_cast<UINT>(controlId));
+    PostMessage(WM_RUV_UPDATEDIALOG);
+    return 0;
+}
+
+void CGrenzVDlg::IncValue(int controlId)
+{
+    UebernehmeEingabe(static_cast<UINT>(controlId));
+    if (m_dat.berechnet != 0)
+        RechneUndZeige();
+    PostMessage(WM_RUV_UPDATEDIALOG);
+}
+
+CGrenzVDat::Grenze CGrenzVDlg::RechneUndZeige()
+{
+    const CWaitCursor wait;
+    const CGrenzVDat::Grenze grenze = m_dat.Rechnen();
+    ZeigeGrenze(grenze);
+    return grenze;
+}
+
+void CGrenzVDlg::Rechnen()
+{
+    m_dat.berechnet = RechneUndZeige() == CGrenzVDat::Grenze::gefunden ? 1 : 0;
+    UpdateDialog();
+}
+
+void CGrenzVDlg::OnButtonOk()
+{
+    RechneUndZeige();
+    m_dat.Merke();
+    OnOK();
+}
+
+void CGrenzVDlg::Loeschen()
+{
+    if (FehlerMeldung(this, 1052) != fehlerJa)
+        return;
+    m_dat.Loeschen();
+    ZeigeGrenze(CGrenzVDat::Grenze::gefunden);
+    ZeigeKurve(CGrenzVDat::Kurve::stimmig);
+    ZeigeQuergefaelle();
+    SendMessage(WM_RUV_UPDATEDIALOG);
+}
+
+void CGrenzVDlg::ZeigeGrenze(CGrenzVDat::Grenze grenze)
+{
+    const bool gefunden = grenze == CGrenzVDat::Grenze::gefunden;
+    const UINT befund = m_dat.grenzgeschwindigkeit != 0.0 ? IDS_GRENZV_ALTER_WERT : IDS_GRENZV_KEINE_GRENZE;
+    ZeigeText(IDC_GRENZV_BEFUND, gefunden ? kKeinText : befund);
+    ZeigeText(IDC_GRENZV_GRUND, Grund(grenze));
+}
+
+void CGrenzVDlg::ZeigeKurve(CGrenzVDat::Kurve kurve)
+{
+    ZeigeText(IDC_GRENZV_KURVE_HINWEIS, Hinweis(kurve));
+}
+
+void CGrenzVDlg::ZeigeQuergefaelle()
+{
+    const bool unbenutzt = m_dat.quergefaelleGrad != 0.0 && m_dat.quergefaelle == 0.0;
+    ZeigeText(IDC_GRENZV_QUERGEFAELLE_HINWEIS, unbenutzt ? IDS_GRENZV_QUERGEFAELLE_UNBENUTZT : kKeinText);
+}
+
+void CGrenzVDlg::ZeigeText(UINT controlId, UINT textId)
+{
+    if (CWnd* control = GetDlgItem(controlId))
+        control->SetWindowText(textId == kKeinText ? std::string{} : LoadRuvString(textId));
+}
