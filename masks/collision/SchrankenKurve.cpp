@@ -266,6 +266,10 @@ double SucheGeschwindigkeit(const Kurve& kurve, double s)
 void SucheGeschwindigkeiten(const Kurve& kurve, std::span<const double> s, std::span<double> v)
 {
     RUV_ASSERT(s.size() == v.size());
+    if (kurve.form != Kurve::Form::polynomial && kurve.p == 0.0) {
+        std::fill(v.begin(), v.end(), 0.0); // the curve has no finite value
+        return;
+    }
     if (!IstZahm(kurve, s)) {
         std::transform(s.begin(), s.end(), v.begin(), [&](double x) { return SucheGeschwindigkeit(kurve, x); });
         return;
