@@ -5,8 +5,30 @@
 namespace
 {
 
-constexpr double kFoot = 0.3048;   // m
-constexpr double kMile = 1.609344; // km
+constexpr double kKmhPerMph = 1.609344; // 1 mile = 1609.344 m
+constexpr double kMetresPerFoot = 0.3048;
+
+struct Shown {
+    double factor;
+    const char* text;
+};
+
+Shown InSystem(unitType type, bool imperial)
+{
+    switch (type) {
+    case unitType::speedKmh:
+        return imperial ? Shown{kKmhPerMph, "mph"} : Shown{1.0, "km/h"};
+    case unitType::speedMs:
+        return imperial ? Shown{kMetresPerFoot, "ft/s"} : Shown{1.0, "m/s"};
+    case unitType::acceleration:
+        return imperial ? Shown{kMetresPerFoot, "ft/s²"} : Shown{1.0, "m/s²"};
+    case unitType::length:
+        return imperial ? Shown{kMetresPerFoot, "ft"} : Shown{1.0, "m"};
+    case unitType::none:
+        break;
+    }
+    return {1.0, ""};
+}
 
 } // namespace
 
@@ -18,35 +40,10 @@ UnitsSystemConfiguration& UnitsSystemConfiguration::GetInstance()
 
 double UnitsSystemConfiguration::Factor(UnitType unit) const
 {
-    if (m_system == UnitsSystem::metric)
-        return 1.0;
-    switch (unit.Type()) {
-    case unitType::none:
-        return 1.0;
-    case unitType::speedKmh:
-        return kMile;
-    case unitType::speedMs:
-    case unitType::acceleration:
-    case unitType::length:
-        return kFoot;
-    }
-    return 1.0;
+    return InSystem(unit.Type(), m_system == UnitsSystem::imperial).factor;
 }
 
 std::string UnitsSystemConfiguration::UnitString(UnitType unit) const
 {
-    const bool metric = m_system == UnitsSystem::metric;
-    switch (unit.Type()) {
-    case unitType::none:
-        return {};
-    case unitType::speedKmh:
-        return metric ? "km/h" : "mph";
-    case unitType::speedMs:
-        return metric ? "m/s" : "ft/s";
-    case unitType::acceleration:
-        return metric ? "m/s²" : "ft/s²";
-    case unitType::length:
-        return metric ? "m" : "ft";
-    }
-    return {};
+    return InSystem(unit.Type(), m_system == UnitsSystem::imperial).text;
 }
