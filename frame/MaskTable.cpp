@@ -4,6 +4,7 @@
 
 #include "masks/dynamics/CBeschlDlg.h"
 #include "masks/dynamics/CGrenzVDlg.h"
+#include "masks/dynamics/CVkonstDlg.h"
 
 #include <array>
 #include <new>
@@ -34,7 +35,7 @@ constexpr std::array kMasks{
     MaskEntry{463, "CWZRechDlg", "Weg-Zeit-Rechnen", 2, nullptr},
     MaskEntry{464, "CWZCalcDlg", "Teilanhaltestrecken", 2, nullptr},
     MaskEntry{466, "CUpnDlg", " UPN - Taschenrechner", 7, nullptr},
-    MaskEntry{468, "CVkonstDlg", "Weg - Zeit bei konstanter Geschwindigkeit", 2, nullptr},
+    MaskEntry{468, "CVkonstDlg", "Weg - Zeit bei konstanter Geschwindigkeit", 2, &Create<CVkonstDlg>},
     MaskEntry{469, "CMRBremsDlg", "Motorrad-Bremsung (Exponentialansatz)", 2, nullptr},
     MaskEntry{470, "CKurvenBremsDlg", "Kurven-Bremsung", 2, nullptr},
     MaskEntry{471, "CWurfWeiteDlg", "Wurfweitenberechnung", 4, nullptr},

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// Mask 468, "Weg - Zeit bei konstanter Geschwindigkeit".
+#pragma once
+
+#include "host/CDialog.h"
+#include "masks/dynamics/CVkonstDat.h"
+
+class CVkonstDlg : public CMDIRechDialog
+{
+  public:
+    CVkonstDlg(CRuvData& data, CWnd* parent);
+
+    const CMessageMap* GetMessageMap() const override;
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
+    void SetupWindow() override;
+    void ShutDownWindow() override;
+    UINT GetCloneCropStyle(UINT* out) override;
+    void UpdateDialog() override;
+    void IncValue(int controlId) override;
+    void BuildObjects() override;
+    RecordFields DescribeRecord() override { return m_dat.Felder(); }
+
+    void Rechnen();
+    void Loeschen();
+
+  private:
+    LRESULT OnUpdateDialog(WPARAM, LPARAM);
+    LRESULT OnEditChanged(WPARAM controlId, LPARAM);
+    void OnButtonOk();
+    void UebernehmeEingabe(UINT controlId);
+
+    CVkonstDat m_dat;
+};
