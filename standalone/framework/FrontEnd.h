@@ -65,6 +65,8 @@ class FrontEnd
     virtual void ShowHelp(UINT /*dialogId*/) {}
     /// A message was posted; DispatchPending is wanted soon.
     virtual void MessagePosted(const Window* /*target*/, const MSG&) {}
+    /// Objects in the scene or the request to place one changed; see krn/Placing.h.
+    virtual void SceneChanged(CRuvData&) {}
     /// Something in a case changed: vehicles, phases or parameters.
     virtual void CaseChanged(CRuvData&) {}
     /// A message went to all windows of a case.
