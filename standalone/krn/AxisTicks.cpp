@@ -35,7 +35,7 @@ std::string AxisTicks::Label(int index) const
 
 AxisTicks TicksFor(double lowest, double highest, int intervals)
 {
-    RUV_ASSERT(intervals >= 1 && std::isfinite(lowest) && std::isfinite(highest));
+    RUV_ASSERT(intervals >= 2 && std::isfinite(lowest) && std::isfinite(highest));
     if (lowest > highest)
         std::swap(lowest, highest);
     if (highest - lowest < kSmallestRange * std::max({1.0, std::abs(lowest), std::abs(highest)}))

@@ -20,8 +20,8 @@ struct AxisTicks {
     std::string Label(int index) const;
 };
 
-/// The finest axis that holds lowest..highest with at most `intervals` >= 1 steps. A range without extent is widened;
-/// both must be finite.
+/// The finest axis that holds lowest..highest with at most `intervals` steps; two at least, as a range about 0 needs
+/// them. A range without extent is widened; both must be finite.
 AxisTicks TicksFor(double lowest, double highest, int intervals);
 
 } // namespace krn
