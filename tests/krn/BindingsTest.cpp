@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
-#include "frame/RuvMod.h"
 #include "krn/MessageTable.h"
 #include "krn/NumberText.h"
 #include "tests/support/MaskFixture.h"
@@ -73,13 +72,14 @@ class CountingMask : public CMDIRechDialog
 class BindingsTest : public test::MaskTest
 {
   protected:
-    BindingsTest()
+    static CountingMask* Open(CRuvData& data, CWnd& parent)
     {
         CountingMask::calls.clear();
-        dialog = new CountingMask(data, &mainWindow);
-        dialog->DoModeless(&mainWindow);
+        auto* opened = new CountingMask(data, &parent);
+        opened->DoModeless(&parent);
+        return opened;
     }
-    CountingMask* dialog = nullptr;
+    CountingMask* dialog = Open(data, mainWindow);
     framework::Window& mask = *thread.Dialogs().at(0);
 };
 

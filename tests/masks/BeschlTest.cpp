@@ -1,6 +1,5 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
-#include "frame/RuvMod.h"
 #include "masks/dynamics/CBeschlDlg.h"
 #include "tests/support/MaskFixture.h"
 
@@ -22,8 +21,7 @@ constexpr UINT kClear = 107;
 class BeschlTest : public test::MaskTest
 {
   protected:
-    BeschlTest() { ExecuteRuvModRechnungsMaske(400, data); }
-    framework::Window& mask = *thread.Dialogs().at(0);
+    framework::Window& mask = OpenMask(400);
 };
 
 TEST_F(BeschlTest, LevelRoadGivesFrictionTimesGravity)

@@ -4,6 +4,7 @@
 // A running user-interface thread with a main window, an example case and a front end that answers as told.
 #pragma once
 
+#include "frame/RuvMod.h"
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
 #include "host/Bindings.h"
@@ -64,6 +65,12 @@ class MaskTest : public ::testing::Test
     }
     ~MaskTest() override { UnitsSystemConfiguration::GetInstance().SetSystem(UnitsSystem::metric); }
 
+    /// Opens a mask of the case through the module's entry.
+    framework::Window& OpenMask(UINT number)
+    {
+        ExecuteRuvModRechnungsMaske(number, data);
+        return *thread.Dialogs().back();
+    }
     /// Control of a dialog by ID; fails the test when it is not there.
     static framework::Window& Control(framework::Window& dialog, UINT id)
     {
