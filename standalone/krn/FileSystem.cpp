@@ -208,6 +208,12 @@ std::string UserConfigFolder()
     return folder.empty() ? folder : folder + "\\Tavelin";
 }
 
+std::string UserStateFolder()
+{
+    const std::string folder = EnvironmentVariable(L"LOCALAPPDATA");
+    return folder.empty() ? folder : folder + "\\Tavelin";
+}
+
 #else
 
 namespace
@@ -391,14 +397,30 @@ std::int64_t ProcessId()
     return getpid();
 }
 
-std::string UserConfigFolder()
+namespace
 {
-    const std::string config = EnvironmentVariable("XDG_CONFIG_HOME");
-    if (!config.empty() && config.front() == '/') {
-        return config + "/tavelin";
+
+/// `variable` counts only when it names an absolute path.
+std::string UserFolder(const char* variable, const char* belowHome)
+{
+    const std::string folder = EnvironmentVariable(variable);
+    if (!folder.empty() && folder.front() == '/') {
+        return folder + "/tavelin";
     }
     const std::string home = EnvironmentVariable("HOME");
-    return home.empty() ? home : home + "/.config/tavelin";
+    return home.empty() ? home : home + belowHome + "/tavelin";
+}
+
+} // namespace
+
+std::string UserConfigFolder()
+{
+    return UserFolder("XDG_CONFIG_HOME", "/.config");
+}
+
+std::string UserStateFolder()
+{
+    return UserFolder("XDG_STATE_HOME", "/.local/state");
 }
 
 #endif

@@ -59,5 +59,7 @@ std::int64_t ProcessId();
 
 /// The user's folder for settings of this program, empty when the environment names none.
 std::string UserConfigFolder();
+/// The user's folder for what a program keeps between its runs, empty when the environment names none.
+std::string UserStateFolder();
 
 } // namespace krn
