@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "krn/NumberText.h"
 
+#include "host/RuvCfg.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -15,9 +17,10 @@ namespace
 // Beyond this a fixed notation only shows digits that are noise.
 constexpr double kLargestFixed = 1e15;
 
-std::string WithComma(std::string text)
+std::string WithUsersSign(std::string text)
 {
-    std::replace(text.begin(), text.end(), '.', ',');
+    if (!RuvCfg.decimalPoint)
+        std::replace(text.begin(), text.end(), '.', ',');
     return text;
 }
 
@@ -54,7 +57,7 @@ std::string FormatNumber(double value, int decimals)
     std::string text(buffer.data(), end);
     if (text.front() == '-' && text.find_first_not_of("-0.") == std::string::npos)
         text.erase(0, 1);
-    return WithComma(std::move(text));
+    return WithUsersSign(std::move(text));
 }
 
 std::string FormatNumber(double value)
@@ -63,7 +66,7 @@ std::string FormatNumber(double value)
         return FormatNumber(value, 0);
     std::array<char, 64> buffer{};
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
-    return WithComma(std::string(buffer.data(), end));
+    return WithUsersSign(std::string(buffer.data(), end));
 }
 
 std::optional<double> ParseNumber(std::string_view text)

@@ -12,9 +12,10 @@
 namespace krn
 {
 
-/// Rounded to `decimals` places with a decimal comma; no negative zero. Not-a-number is "—", infinities "∞" and "-∞".
+/// Rounded to `decimals` places with the user's decimal sign (RuvCfg), a comma by default; no negative zero.
+/// Not-a-number is "—", infinities "∞" and "-∞".
 std::string FormatNumber(double value, int decimals);
-/// Shortest text that names the value, with a decimal comma.
+/// Shortest text that names the value, with the user's decimal sign.
 std::string FormatNumber(double value);
 
 /// A number with decimal comma or point, optional sign and exponent; blanks around it are allowed. Nothing for anything

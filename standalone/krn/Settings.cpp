@@ -34,6 +34,7 @@ struct Switch {
 constexpr Switch kSwitches[] = {
     {"transferData", &CRuvCfg::transferData},
     {"useVehicleColors", &CRuvCfg::useVehicleColors},
+    {"decimalPoint", &CRuvCfg::decimalPoint},
 };
 
 struct Time {
@@ -64,7 +65,8 @@ constexpr Color kColors[] = {
 };
 
 constexpr std::string_view kKnown[] = {
-    "format", "transferData", "useVehicleColors", "defaultReactionTime", "defaultThresholdTime", "units", "colors"};
+    "format", "transferData", "useVehicleColors", "decimalPoint", "defaultReactionTime", "defaultThresholdTime",
+    "units",  "colors"};
 
 /// What a settings file says.
 struct FileContent {

@@ -201,6 +201,15 @@ TEST(NumberTextTest, ShowsRoundedValuesWithoutNegativeZero)
     EXPECT_EQ(krn::FormatNumber(-INFINITY, 2), "-∞");
 }
 
+TEST(NumberTextTest, FollowsTheUsersDecimalSign)
+{
+    RuvCfg.decimalPoint = true;
+    EXPECT_EQ(krn::FormatNumber(-2.862, 2), "-2.86");
+    EXPECT_EQ(krn::FormatNumber(0.1), "0.1");
+    RuvCfg.decimalPoint = false;
+    EXPECT_EQ(krn::FormatNumber(0.1), "0,1");
+}
+
 TEST(NumberTextTest, ReadsCommaAndPoint)
 {
     EXPECT_EQ(krn::ParseNumber("0,8"), 0.8);

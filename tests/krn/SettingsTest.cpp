@@ -45,6 +45,7 @@ TEST_F(Settings, ComeBackAsTheyWere)
 
     RuvCfg.transferData = true;
     RuvCfg.useVehicleColors = false;
+    RuvCfg.decimalPoint = true;
     RuvCfg.defaultReactionTime = 0.8;
     RuvCfg.defaultThresholdTime = 0.15;
     RuvCfg.editColors = {RGB(1, 2, 3), RGB(4, 5, 6)};
@@ -61,6 +62,7 @@ TEST_F(Settings, ComeBackAsTheyWere)
     EXPECT_EQ(krn::LoadSettings(path), "");
     EXPECT_TRUE(RuvCfg.transferData);
     EXPECT_FALSE(RuvCfg.useVehicleColors);
+    EXPECT_TRUE(RuvCfg.decimalPoint);
     EXPECT_EQ(RuvCfg.defaultReactionTime, 0.8);
     EXPECT_EQ(RuvCfg.defaultThresholdTime, 0.15);
     EXPECT_EQ(RuvCfg.editColors.text, saved.editColors.text);
