@@ -213,10 +213,15 @@ void CGrenzVDlg::Loeschen()
 
 void CGrenzVDlg::ZeigeGrenze(CGrenzVDat::Grenze grenze)
 {
+    // Results of an earlier calculation stay, but must not look like those of this one.
     const bool gefunden = grenze == CGrenzVDat::Grenze::gefunden;
-    const UINT befund = m_dat.grenzgeschwindigkeit != 0.0 ? IDS_GRENZV_ALTER_WERT : IDS_GRENZV_KEINE_GRENZE;
+    const bool alt = !gefunden && m_dat.grenzgeschwindigkeit != 0.0;
+    const UINT befund = alt ? IDS_GRENZV_KEINE_NEUE_GRENZE : IDS_GRENZV_KEINE_GRENZE;
     ZeigeText(IDC_GRENZV_BEFUND, gefunden ? kKeinText : befund);
     ZeigeText(IDC_GRENZV_GRUND, Grund(grenze));
+    for (const UINT id :
+         {IDC_GRENZV_QUERBESCHL_FUEHLBAR_BEFUND, IDC_GRENZV_QUERBESCHL_BEFUND, IDC_GRENZV_SCHRAEGLAGE_BEFUND})
+        ZeigeText(id, alt ? IDS_GRENZV_ALTER_WERT : kKeinText);
 }
 
 void CGrenzVDlg::ZeigeKurve(CGrenzVDat::Kurve kurve)
