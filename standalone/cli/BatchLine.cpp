@@ -1,0 +1,129 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "cli/BatchLine.h"
+
+#include "cli/CaseInput.h"
+#include "cli/JsonText.h"
+#include "cli/Session.h"
+#include "krn/JsonValue.h"
+
+#include <algorithm>
+#include <array>
+
+namespace cli
+{
+namespace
+{
+
+using krn::JsonValue;
+
+struct Line {
+    std::string id = "null"; ///< JSON
+    UINT mask = 0;
+    std::unique_ptr<CRuvData> data;
+    std::vector<Action> actions;
+    std::optional<Failure> failure;
+};
+
+std::optional<Failure> ReadActions(const JsonValue* value, std::vector<Action>& actions)
+{
+    if (value == nullptr)
+        return std::nullopt;
+    const auto* list = value->As<JsonValue::Array>();
+    if (list == nullptr)
+        return Failure{exitUsage, "„actions“ ist keine Liste"};
+    for (const JsonValue& item : *list) {
+        const auto* text = item.As<std::string>();
+        if (text == nullptr)
+            return Failure{exitUsage, "„actions“ enthält etwas anderes als Texte"};
+        ParsedAction parsed = ParseAction(*text);
+        if (!parsed.action)
+            return Failure{exitUsage, std::move(parsed.error)};
+        actions.push_back(std::move(*parsed.action));
+    }
+    return std::nullopt;
+}
+
+std::optional<Failure> ReadCase(const JsonValue* value, std::unique_ptr<CRuvData>& data)
+{
+    if (value == nullptr) {
+        data = ExampleCase();
+        return std::nullopt;
+    }
+    const auto* path = value->As<std::string>();
+    CaseInput input =
+        path != nullptr ? CaseFromFile(*path) : CaseFromText(krn::WriteJson(*value, krn::JsonLayout::oneLine));
+    data = std::move(input.data);
+    return data ? std::nullopt : std::optional(Failure{exitFile, "„case“: " + input.error});
+}
+
+std::optional<Failure> ReadLine(std::string_view text, Line& line)
+{
+    constexpr std::array<std::string_view, 4> kMembers{"id", "mask", "case", "actions"};
+    const krn::JsonParsed parsed = krn::ParseJson(text);
+    const auto* object = parsed.value ? parsed.value->As<JsonValue::Object>() : nullptr;
+    if (object == nullptr)
+        return Failure{exitUsage, "die Zeile " + (parsed.value ? "ist kein JSON-Objekt" : parsed.error)};
+    if (const JsonValue* id = krn::Find(*object, "id"))
+        line.id = krn::WriteJson(*id, krn::JsonLayout::oneLine);
+    for (const auto& member : *object)
+        if (std::find(kMembers.begin(), kMembers.end(), member.name) == kMembers.end())
+            return Failure{exitUsage, "„" + member.name + "“ ist unbekannt; möglich sind id, mask, case und actions"};
+    const JsonValue* mask = krn::Find(*object, "mask");
+    const auto number = mask == nullptr ? std::nullopt : mask->Integer();
+    if (!number || *number < 0 || *number > 0xFFFF)
+        return Failure{exitUsage, mask == nullptr ? "„mask“ fehlt" : "„mask“ ist keine Maskennummer"};
+    line.mask = static_cast<UINT>(*number);
+    if (auto failure = ReadActions(krn::Find(*object, "actions"), line.actions))
+        return failure;
+    return ReadCase(krn::Find(*object, "case"), line.data);
+}
+
+std::string Failed(const std::string& id, const Failure& failure)
+{
+    JsonText json;
+    json.BeginObject();
+    json.Key("id").Raw(id);
+    json.Key("exit").Integer(failure.exit);
+    json.Key("error").Text(failure.text);
+    json.EndObject();
+    return json.Take();
+}
+
+} // namespace
+
+std::string ComputeBatchLine(std::string_view text)
+{
+    Line line;
+    if (const auto failure = ReadLine(text, line))
+        return Failed(line.id, *failure);
+    Session session(std::move(line.data));
+    std::vector<std::string> states;
+    const auto failure =
+        session.Run(line.mask, line.actions, [&](const std::string& state) { states.push_back(state); });
+    if (failure)
+        return Failed(line.id, *failure);
+    JsonText json;
+    json.BeginObject();
+    json.Key("id").Raw(line.id);
+    json.Key("exit").Integer(session.Refused() ? exitRefused : exitDone);
+    if (!states.empty()) {
+        json.Key("states").BeginArray();
+        for (const std::string& state : states)
+            json.Raw(state);
+        json.EndArray();
+    }
+    json.Key("result").Raw(session.State());
+    json.EndObject();
+    return json.Take();
+}
+
+std::string FailedBatchLine(std::string_view text, int exit, const std::string& error)
+{
+    const krn::JsonParsed parsed = krn::ParseJson(text);
+    const auto* object = parsed.value ? parsed.value->As<JsonValue::Object>() : nullptr;
+    const JsonValue* id = object == nullptr ? nullptr : krn::Find(*object, "id");
+    return Failed(id == nullptr ? "null" : krn::WriteJson(*id, krn::JsonLayout::oneLine), {exit, error});
+}
+
+} // namespace cli

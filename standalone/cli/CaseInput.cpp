@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "cli/CaseInput.h"
+
+#include "krn/CaseFile.h"
+
+namespace cli
+{
+namespace
+{
+
+CaseInput Checked(std::unique_ptr<CRuvData> data, const krn::CaseResult& result)
+{
+    return result ? CaseInput{std::move(data), {}} : CaseInput{nullptr, result.Text()};
+}
+
+} // namespace
+
+CaseInput CaseFromFile(const std::string& path)
+{
+    auto data = std::make_unique<CRuvData>();
+    const krn::CaseResult result = krn::LoadCase(path, *data);
+    return Checked(std::move(data), result);
+}
+
+CaseInput CaseFromText(std::string_view json)
+{
+    auto data = std::make_unique<CRuvData>();
+    const krn::CaseResult result = krn::CaseFromJson(json, *data);
+    return Checked(std::move(data), result);
+}
+
+std::unique_ptr<CRuvData> ExampleCase()
+{
+    auto data = std::make_unique<CRuvData>();
+    krn::NewExampleCase(*data);
+    return data;
+}
+
+} // namespace cli

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "host/CRuvData.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace cli
+{
+
+/// A case to work on, or why there is none.
+struct CaseInput {
+    std::unique_ptr<CRuvData> data;
+    std::string error;
+};
+
+CaseInput CaseFromFile(const std::string& path);
+CaseInput CaseFromText(std::string_view json);
+/// A case with two passenger cars.
+std::unique_ptr<CRuvData> ExampleCase();
+
+} // namespace cli

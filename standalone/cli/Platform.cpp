@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "cli/Platform.h"
+
+#ifdef _WIN32
+
+#include <windows.h>
+
+#include <fcntl.h>
+#include <io.h>
+#include <shellapi.h>
+
+namespace cli
+{
+
+std::string Utf8FromWide(const wchar_t* text)
+{
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    if (size <= 1)
+        return {};
+    std::string utf8(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
+    utf8.pop_back();
+    return utf8;
+}
+
+std::wstring WideFromUtf8(const std::string& text)
+{
+    const int size = MultiByteToWideChar(CP_UTF8, 0, text.c_str(), -1, nullptr, 0);
+    if (size <= 1)
+        return {};
+    std::wstring wide(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.c_str(), -1, wide.data(), size);
+    wide.pop_back();
+    return wide;
+}
+
+std::vector<std::string> Arguments(int, char**)
+{
+    int count = 0;
+    wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> arguments;
+    for (int i = 1; wide != nullptr && i < count; ++i)
+        arguments.push_back(Utf8FromWide(wide[i]));
+    LocalFree(wide);
+    return arguments;
+}
+
+void PrepareStreams()
+{
+    _setmode(0, _O_BINARY);
+    _setmode(1, _O_BINARY);
+    _setmode(2, _O_BINARY);
+    SetConsoleOutputCP(CP_UTF8);
+    // A crash must not wait for somebody to close a window.
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+}
+
+void KeepFreedMemory() {}
+
+std::size_t ReadInput(char* buffer, std::size_t size)
+{
+    const int count = _read(0, buffer, static_cast<unsigned>(size));
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
+} // namespace cli
+
+#else
+
+#include <cerrno>
+#include <unistd.h>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
+namespace cli
+{
+
+std::vector<std::string> Arguments(int argc, char** argv)
+{
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>{};
+}
+
+void PrepareStreams() {}
+
+void KeepFreedMemory()
+{
+#ifdef __GLIBC__
+    constexpr int kKept = 64 << 20; // bytes
+    ::mallopt(M_TRIM_THRESHOLD, kKept);
+    ::mallopt(M_MMAP_THRESHOLD, kKept / 2);
+#endif
+}
+
+std::size_t ReadInput(char* buffer, std::size_t size)
+{
+    for (;;) {
+        const ssize_t count = ::read(STDIN_FILENO, buffer, size);
+        if (count >= 0)
+            return static_cast<std::size_t>(count);
+        if (errno != EINTR)
+            return 0;
+    }
+}
+
+} // namespace cli
+
+#endif

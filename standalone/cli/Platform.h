@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// What differs between systems about a program of the command line.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace cli
+{
+
+/// The arguments after the program's name, UTF-8.
+std::vector<std::string> Arguments(int argc, char** argv);
+
+/// Makes the standard streams pass bytes through as they are.
+void PrepareStreams();
+
+/// Reads what standard input has, at most `size` bytes; waits only when there is nothing. 0 at its end.
+std::size_t ReadInput(char* buffer, std::size_t size);
+
+/// Lets the process keep what it frees for its next allocation: a case is large enough to be handed back to the system
+/// and fetched again for every line otherwise.
+void KeepFreedMemory();
+
+#ifdef _WIN32
+std::string Utf8FromWide(const wchar_t* text);
+std::wstring WideFromUtf8(const std::string& text);
+#endif
+
+} // namespace cli

@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// One mask on one case, worked by a script. One session at a time per process; cheap to create.
+#pragma once
+
+#include "cli/Actions.h"
+#include "cli/ExitCode.h"
+#include "cli/ScriptedFrontEnd.h"
+#include "cli/StateJson.h"
+#include "framework/UiThread.h"
+#include "host/CRuvData.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace cli
+{
+
+/// A control as messages name it: number and label.
+std::string NameOf(const framework::Window& control);
+
+class Session
+{
+  public:
+    explicit Session(std::unique_ptr<CRuvData> data);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Opens the mask and does the actions in order, stopping at the first that cannot be done. Answers that lead the
+    /// list are in place before the mask opens. `onState` gets what a state action prints.
+    std::optional<Failure> Run(UINT mask, std::span<const Action> actions,
+                               const std::function<void(const std::string&)>& onState = {});
+
+    /// An entry was not taken by the mask.
+    bool Refused() const { return m_front.Refused(); }
+    /// The state as a JSON object.
+    std::string State() const;
+    CRuvData& Case() { return *m_data; }
+    /// The mask's window, or null when it is not open.
+    framework::Window* Mask() const;
+
+  private:
+    void Continue(const std::function<bool()>& running);
+    void Open();
+    void Fail(std::string text, int exit = exitUsage);
+
+    void Do(const EnterAction& action);
+    void Do(const StepAction& action);
+    void Do(const PressAction& action);
+    void Do(const SelectAction& action);
+    void Do(const AnswerAction& action);
+    void Do(const FileAction& action);
+    void Do(const SendAction& action);
+    void Do(const HostAction& action);
+    void Do(const RangeAction& action);
+    void Do(const PlaceAction& action);
+    void Do(const DrawAction& action);
+    void Do(const StateAction& action);
+
+    /// Where actions go: the modal dialog on top, else the mask.
+    framework::Window* DialogAtWork() const;
+    /// The control of the dialog at work, of its pages, or of another dialog that is not held up by a modal one.
+    /// Null with a failure when there is none.
+    framework::Window* Control(UINT id);
+    template <class Input> void Use(UINT id, const char* wanted, Input input);
+    void MoveTrackbar(UINT id, int position);
+    std::string NameOfMask() const;
+
+    // In the order of their dependence: the thread goes first and takes the windows along.
+    std::unique_ptr<CRuvData> m_data;
+    ScriptedFrontEnd m_front;
+    CWnd m_mainWindow;
+    framework::UiThread m_thread;
+
+    UINT m_number = 0;
+    HWND m_mask = nullptr;
+    std::optional<MaskImage> m_last; ///< the mask as it was when its window went
+    std::span<const Action> m_actions;
+    std::size_t m_next = 0;
+    std::function<void(const std::string&)> m_onState;
+    std::optional<Failure> m_failure;
+};
+
+} // namespace cli

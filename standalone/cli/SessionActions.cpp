@@ -1,0 +1,224 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// What each action does.
+#include "cli/Session.h"
+
+#include "framework/DialogPicture.h"
+#include "framework/DrawingExport.h"
+#include "framework/UserInput.h"
+#include "host/CDialog.h"
+#include "krn/AtomicFile.h"
+#include "krn/NumberText.h"
+
+namespace cli
+{
+
+using framework::InputResult;
+using framework::Kind;
+using framework::Window;
+
+namespace
+{
+
+/// Pixels per dialog unit of exported pictures.
+constexpr double kPictureScale = 2.0;
+
+const char* KindText(Kind kind)
+{
+    switch (kind) {
+    case Kind::edit:
+        return "ein Eingabefeld";
+    case Kind::button:
+        return "ein Knopf";
+    case Kind::check:
+        return "ein Ankreuzfeld";
+    case Kind::radio:
+        return "ein Auswahlknopf";
+    case Kind::group:
+        return "ein Rahmen";
+    case Kind::combo:
+        return "eine Auswahlliste";
+    case Kind::list:
+        return "ein Listenfeld";
+    case Kind::trackbar:
+        return "ein Schieber";
+    case Kind::field:
+        return "ein Zeichenfeld";
+    default:
+        return "ein Text";
+    }
+}
+
+/// Why the control did not do what the action wanted, empty when it did.
+std::string Complaint(const Window& control, InputResult result, const char* wanted)
+{
+    switch (result) {
+    case InputResult::done:
+    case InputResult::refused: // the front end was told
+        return {};
+    case InputResult::disabled:
+        return NameOf(control) + (control.visible ? " ist gesperrt" : " ist ausgeblendet");
+    case InputResult::readOnly:
+        return NameOf(control) + " ist schreibgeschützt";
+    case InputResult::wrongKind:
+        return NameOf(control) + " ist " + KindText(control.kind) + " und nicht " + wanted;
+    case InputResult::noSuchItem:
+        break;
+    }
+    const std::size_t count = control.items.size();
+    return NameOf(control) + (count == 0 ? " ist leer" : " hat nur die Einträge 0 bis " + std::to_string(count - 1));
+}
+
+} // namespace
+
+/// Runs an input on the control with the ID and says why when the control does not take it.
+template <class Input> void Session::Use(UINT id, const char* wanted, Input input)
+{
+    Window* control = Control(id);
+    if (control == nullptr)
+        return;
+    const HWND handle = control->handle;
+    const InputResult result = input(*control);
+    if (const Window* still = m_thread.Find(handle))
+        if (std::string complaint = Complaint(*still, result, wanted); !complaint.empty())
+            Fail(std::move(complaint));
+}
+
+void Session::Do(const EnterAction& action)
+{
+    Window* control = Control(action.id);
+    if (control == nullptr)
+        return;
+    if (control->kind != Kind::trackbar) {
+        Use(action.id, "ein Eingabefeld", [&](Window& edit) { return framework::EnterText(edit, action.text); });
+        return;
+    }
+    const auto position = krn::ParseInteger(action.text);
+    if (!position || *position < control->trackMinimum || *position > control->trackMaximum)
+        Fail(NameOf(*control) + " steht nur auf ganzen Zahlen von " + std::to_string(control->trackMinimum) + " bis " +
+             std::to_string(control->trackMaximum));
+    else
+        MoveTrackbar(action.id, static_cast<int>(*position));
+}
+
+void Session::MoveTrackbar(UINT id, int position)
+{
+    Use(id, "ein Schieber", [&](Window& trackbar) { return framework::MoveTrackbar(trackbar, position); });
+}
+
+void Session::Do(const StepAction& action)
+{
+    const Window* control = Control(action.id);
+    if (control == nullptr)
+        return;
+    if (control->kind == Kind::trackbar)
+        MoveTrackbar(action.id, control->trackPosition + action.direction);
+    else
+        Use(action.id, "eines mit Drehknopf", [&](Window& edit) { return framework::Step(edit, action.direction); });
+}
+
+void Session::Do(const PressAction& action)
+{
+    Use(action.id, "ein Knopf", [](Window& button) { return framework::Click(button); });
+}
+
+void Session::Do(const SelectAction& action)
+{
+    Use(action.id, "eine Liste", [&](Window& list) { return framework::Select(list, action.index); });
+}
+
+void Session::Do(const AnswerAction& action)
+{
+    m_front.QueueAnswer(action.message, action.answer);
+}
+
+void Session::Do(const FileAction& action)
+{
+    m_front.QueueFile(action.path);
+}
+
+void Session::Do(const SendAction& action)
+{
+    if (const Window* dialog = DialogAtWork())
+        m_thread.Send(dialog->handle, action.message, action.wParam, action.lParam);
+    else
+        Fail("send: " + NameOfMask() + " ist geschlossen");
+}
+
+void Session::Do(const HostAction& action)
+{
+    if (action.vehicle >= CRuvData::kFahrzeuge) {
+        Fail("host: Fahrzeug " + std::to_string(action.vehicle) + " gibt es nicht, nur 0 bis " +
+             std::to_string(CRuvData::kFahrzeuge - 1));
+        return;
+    }
+    const Window* window = Mask();
+    auto* mask = window == nullptr ? nullptr : dynamic_cast<CMDIRechDialog*>(window->object);
+    if (mask == nullptr) {
+        Fail("host: " + NameOfMask() + " ist geschlossen");
+        return;
+    }
+    const framework::UiThread::Scope scope(m_thread);
+    switch (action.change) {
+    case HostAction::Change::geometry:
+        mask->GlobalGeoDatChanged(action.vehicle);
+        break;
+    case HostAction::Change::phases:
+        mask->GlobalWZDatChanged(action.vehicle);
+        break;
+    case HostAction::Change::parameters:
+        mask->GlobalUPaChanged(action.vehicle);
+        break;
+    }
+}
+
+// Charts and the scene answer these two; a program part that shows them takes the action here.
+void Session::Do(const RangeAction& action)
+{
+    if (const Window* control = Control(action.id))
+        Fail("range: " + NameOf(*control) + " ist kein Diagramm, in dem ein Bereich gewählt werden kann");
+}
+
+void Session::Do(const PlaceAction& action)
+{
+    Fail("place:" + action.kind + ": kein Dialog fragt nach einer Position, denn dieses Programm hat keine Szene");
+}
+
+void Session::Do(const DrawAction& action)
+{
+    const auto draw = [&](const Window& window) -> CDC {
+        if (!window.painter)
+            return framework::DrawDialog(window, kPictureScale);
+        const CRect area{0, 0, static_cast<int>(window.rect.Width() * kPictureScale),
+                         static_cast<int>(window.rect.Height() * kPictureScale)};
+        CDC context(area.Width(), area.Height());
+        window.painter(context, area);
+        return context;
+    };
+    const Window* shown = nullptr;
+    for (const Window* dialog : m_thread.Dialogs())
+        if (dialog->id == action.id)
+            shown = dialog;
+    if (shown == nullptr)
+        shown = Control(action.id);
+    if (shown == nullptr)
+        return;
+    if (shown->kind != Kind::dialog && !shown->painter) {
+        Fail("draw: " + NameOf(*shown) + " ist " + KindText(shown->kind) + " und zeigt keine Zeichnung");
+        return;
+    }
+    const std::string bytes = framework::ExportByEnding(draw(*shown), action.file);
+    if (bytes.empty())
+        Fail("draw: das Bild für „" + action.file + "“ wäre zu groß", exitFile);
+    else if (const auto written = krn::WriteFileAtomically(action.file, bytes); !written)
+        Fail("draw: " + written.Text(), exitFile);
+}
+
+void Session::Do(const StateAction&)
+{
+    if (m_onState)
+        m_onState(State());
+}
+
+} // namespace cli

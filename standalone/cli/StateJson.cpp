@@ -1,0 +1,243 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "cli/StateJson.h"
+
+#include "cli/ScriptedFrontEnd.h"
+#include "framework/UiThread.h"
+#include "host/Bindings.h"
+#include "host/CDialog.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace cli
+{
+namespace
+{
+
+using framework::Kind;
+using framework::Window;
+
+void WriteValue(JsonText& json, const Window& control, const CBinding* binding)
+{
+    if (const auto* real = dynamic_cast<const CEditDouble*>(binding)) {
+        json.Key("value").Number(real->Value());
+        return;
+    }
+    if (const auto* whole = dynamic_cast<const CEditInt*>(binding)) {
+        json.Key("value").Integer(whole->Value());
+        return;
+    }
+    switch (control.kind) {
+    case Kind::check:
+    case Kind::radio:
+        json.Key("value").Integer(control.check);
+        break;
+    case Kind::combo:
+    case Kind::list:
+        if (const auto* choice = dynamic_cast<const CChoiceCombo*>(binding))
+            json.Key("value").Integer(choice->Value());
+        else
+            json.Key("value").Integer(control.selection);
+        json.Key("selection").Integer(control.selection);
+        json.Key("items").BeginArray();
+        for (const std::string& item : control.items)
+            json.Text(item);
+        json.EndArray();
+        break;
+    case Kind::trackbar:
+        json.Key("value").Integer(control.trackPosition);
+        break;
+    default:
+        break;
+    }
+}
+
+std::string ShownText(const Window& control)
+{
+    switch (control.kind) {
+    case Kind::edit:
+        return control.text;
+    case Kind::combo:
+    case Kind::list:
+        return control.selection < 0 || static_cast<std::size_t>(control.selection) >= control.items.size()
+                   ? std::string{}
+                   : control.items[static_cast<std::size_t>(control.selection)];
+    default:
+        return framework::WithoutMnemonic(control.text);
+    }
+}
+
+void WriteControl(JsonText& json, const Window& control)
+{
+    const CBinding* binding = BindingOf(control);
+    json.Key(std::to_string(control.id)).BeginObject();
+    json.Key("kind").Text(framework::KindName(control.kind));
+    json.Key("label").Text(ShownLabel(control));
+    json.Key("text").Text(ShownText(control));
+    WriteValue(json, control, binding);
+    json.Key("unit").Text(ShownUnit(control, binding));
+    json.Key("enabled").Bool(control.enabled);
+    json.Key("protected").Bool(control.readOnly);
+    if (!control.visible)
+        json.Key("visible").Bool(false);
+    json.EndObject();
+}
+
+/// The controls of the dialogs by ID; of several with one ID the first, which is the one that actions reach.
+void WriteControls(JsonText& json, const std::vector<Window*>& dialogs)
+{
+    std::unordered_set<UINT> written;
+    json.BeginObject();
+    for (const Window* dialog : dialogs)
+        for (const auto& control : dialog->children)
+            if (control->HasId() && written.insert(control->id).second)
+                WriteControl(json, *control);
+    json.EndObject();
+}
+
+void WriteFieldValue(JsonText& json, const RecordField& field, std::size_t index)
+{
+    if (const auto* real = std::get_if<double*>(&field.value))
+        json.Number((*real)[index]);
+    else
+        std::visit([&](const auto* values) { json.Integer(static_cast<std::int64_t>(values[index])); }, field.value);
+}
+
+void WriteRecord(JsonText& json, const RecordFields& fields)
+{
+    json.BeginObject();
+    for (const RecordField& field : fields) {
+        json.Key(field.name);
+        if (field.count == 1) {
+            WriteFieldValue(json, field, 0);
+            continue;
+        }
+        json.BeginArray();
+        for (std::size_t i = 0; i < field.count; ++i)
+            WriteFieldValue(json, field, i);
+        json.EndArray();
+    }
+    json.EndObject();
+}
+
+void WriteMessages(JsonText& json, const std::vector<RecordedMessage>& messages)
+{
+    json.BeginArray();
+    for (const RecordedMessage& message : messages) {
+        json.BeginObject();
+        json.Key("number").Integer(message.shown.number);
+        json.Key("text").Text(message.shown.text);
+        json.Key("args").BeginArray();
+        for (const std::string& arg : message.shown.args)
+            json.Text(arg);
+        json.EndArray();
+        json.Key("answer").Integer(message.answer);
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+/// Opens the object of a message; the caller closes it.
+void BeginMsg(JsonText& json, const MSG& msg)
+{
+    json.BeginObject();
+    json.Key("message").Integer(msg.message);
+    json.Key("wParam").Integer(static_cast<std::int64_t>(msg.wParam));
+    json.Key("lParam").Integer(static_cast<std::int64_t>(msg.lParam));
+}
+
+} // namespace
+
+CBinding* BindingOf(const Window& control)
+{
+    if (control.parent == nullptr)
+        return nullptr;
+    const auto* dialog = dynamic_cast<const CMDIDialog*>(control.parent->object);
+    return dialog == nullptr ? nullptr : dialog->FindBinding(control.id);
+}
+
+std::string ShownLabel(const Window& control)
+{
+    std::string label = framework::LabelOf(control);
+    while (!label.empty() && (label.back() == ':' || label.back() == ' '))
+        label.pop_back();
+    return label;
+}
+
+std::string ShownUnit(const Window& control, const CBinding* binding)
+{
+    if (const auto* real = dynamic_cast<const CEditDouble*>(binding); real != nullptr && real->Unit())
+        return UnitsSystemConfiguration::GetInstance().UnitString(*real->Unit());
+    return control.kind == Kind::edit ? framework::UnitTextOf(control) : std::string{};
+}
+
+bool IsModal(const Window& dialog)
+{
+    const auto* object = dynamic_cast<const CDialog*>(dialog.object);
+    return object != nullptr && object->IsModal();
+}
+
+std::vector<Window*> MaskFamily(Window& mask)
+{
+    std::vector<Window*> family{&mask};
+    // Dialogs stand in the order of their creation, so that an owner comes before what it opened.
+    for (Window* dialog : framework::UiThread::Current()->Dialogs())
+        if (dialog != &mask && !IsModal(*dialog) &&
+            std::find(family.begin(), family.end(), dialog->parent) != family.end())
+            family.push_back(dialog);
+    return family;
+}
+
+MaskImage ImageOf(Window& mask)
+{
+    JsonText controls;
+    WriteControls(controls, MaskFamily(mask));
+    JsonText record;
+    auto* object = dynamic_cast<CMDIRechDialog*>(mask.object);
+    WriteRecord(record, object == nullptr ? RecordFields{} : object->DescribeRecord());
+    return {mask.text, controls.Take(), record.Take()};
+}
+
+std::string StateText(UINT mask, bool open, const MaskImage& image, const ScriptedFrontEnd& front,
+                      const std::vector<Window*>& others)
+{
+    JsonText json;
+    json.BeginObject();
+    json.Key("mask").Integer(mask);
+    json.Key("title").Text(image.title);
+    json.Key("open").Bool(open);
+    json.Key("controls").Raw(image.controls);
+    json.Key("record").Raw(image.record);
+    json.Key("messages");
+    WriteMessages(json, front.Messages());
+    json.Key("posted").BeginArray();
+    for (const RecordedPost& post : front.Posted()) {
+        BeginMsg(json, post.msg);
+        json.Key("to").Text(post.to).EndObject();
+    }
+    json.EndArray();
+    json.Key("broadcast").BeginArray();
+    for (const MSG& msg : front.Broadcast()) {
+        BeginMsg(json, msg);
+        json.EndObject();
+    }
+    json.EndArray();
+    if (!others.empty()) {
+        json.Key("dialogs").BeginArray();
+        for (Window* dialog : others) {
+            json.BeginObject();
+            json.Key("dialog").Integer(dialog->id);
+            json.Key("title").Text(dialog->text);
+            json.Key("modal").Bool(IsModal(*dialog));
+            json.Key("controls");
+            WriteControls(json, {dialog});
+            json.EndObject();
+        }
+        json.EndArray();
+    }
+    json.EndObject();
+    return json.Take();
+}
+
+} // namespace cli

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// What a script gets to see of a mask.
+#pragma once
+
+#include "cli/JsonText.h"
+#include "framework/Window.h"
+#include "host/RecordField.h"
+
+#include <string>
+#include <vector>
+
+class CBinding;
+
+namespace cli
+{
+
+class ScriptedFrontEnd;
+
+/// A mask as it stands, or as it stood when its window went.
+struct MaskImage {
+    std::string title;
+    std::string controls; ///< JSON object
+    std::string record;   ///< JSON object
+};
+
+/// The mask with its pages: the dialogs it opened that do not run modally.
+std::vector<framework::Window*> MaskFamily(framework::Window& mask);
+MaskImage ImageOf(framework::Window& mask);
+
+/// The state object. `others` are open dialogs that do not belong to the mask's family.
+std::string StateText(UINT mask, bool open, const MaskImage& image, const ScriptedFrontEnd& front,
+                      const std::vector<framework::Window*>& others);
+
+/// The binding of a control, or null.
+CBinding* BindingOf(const framework::Window& control);
+/// The text that names a control, without the colon behind it.
+std::string ShownLabel(const framework::Window& control);
+/// The unit a control shows its number in.
+std::string ShownUnit(const framework::Window& control, const CBinding* binding);
+bool IsModal(const framework::Window& dialog);
+
+} // namespace cli
