@@ -7,6 +7,7 @@
 #include "host/CWnd.h"
 #include "host/RecordField.h"
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -92,6 +93,8 @@ class CMDIDialog : public CDialog
     void ChangeProtection(UINT controlId, int protect);
     /// Replaces the unit text inside a label by the user's unit.
     void ReplaceChildWindowSubstringWithUnitString(UINT controlId, const UnitType& unit);
+    /// The front end may tint the dialog's edits in the colour of this vehicle of the case; -1 = of none.
+    void SetUseFzgColors(std::int64_t vehicle);
 
     const std::vector<std::unique_ptr<CBinding>>& Bindings() const { return m_bindings; }
     CBinding* FindBinding(UINT controlId) const;

@@ -6,6 +6,7 @@
 
 #include "host/Controls.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -52,6 +53,7 @@ struct Window {
     bool enabled = true;
     bool visible = true;
     bool iconic = false;
+    std::int64_t vehicle = -1; ///< dialog: index of the vehicle whose colour its edits may take, -1 = none
 
     bool readOnly = false; ///< edit: write-protected
     bool modified = false; ///< edit: typed into since the entry was finished last

@@ -247,3 +247,12 @@ void CMDIDialog::ReplaceChildWindowSubstringWithUnitString(UINT controlId, const
         return;
     }
 }
+
+void CMDIDialog::SetUseFzgColors(std::int64_t vehicle)
+{
+    Window* window = WindowOf(*this);
+    if (window == nullptr || window->vehicle == vehicle)
+        return;
+    window->vehicle = vehicle;
+    framework::Changed(*window);
+}
