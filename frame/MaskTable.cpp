@@ -4,6 +4,7 @@
 
 #include "masks/dynamics/CBeschlDlg.h"
 #include "masks/dynamics/CGrenzVDlg.h"
+#include "masks/dynamics/CTeilanhDlg.h"
 #include "masks/dynamics/CVkonstDlg.h"
 
 #include <array>
@@ -29,7 +30,7 @@ constexpr std::array kMasks{
     MaskEntry{455, "CEinDlg", "Einbiegeunfall", 3, nullptr},
     MaskEntry{456, "CMRAusweichDlg", "Ausweichvorgang eines Motorrades", 3, nullptr},
     MaskEntry{458, "CSpurVorDlg", "Spurwechsel-Vorgang", 3, nullptr},
-    MaskEntry{459, "CTeilanhDlg", "Reagieren (mit Beschleunigung) - Bremsen", 2, nullptr},
+    MaskEntry{459, "CTeilanhDlg", "Reagieren (mit Beschleunigung) - Bremsen", 2, &Create<CTeilanhDlg>},
     MaskEntry{461, "CUeberholDlg", "Überhol-Vorgang", 3, nullptr},
     MaskEntry{462, "CVermDlg", "Vermeidbarkeitsberechnung", 3, nullptr},
     MaskEntry{463, "CWZRechDlg", "Weg-Zeit-Rechnen", 2, nullptr},

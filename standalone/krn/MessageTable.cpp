@@ -24,6 +24,19 @@ constexpr std::array kMessages{
                 "{0}: Der Wert {1} liegt außerhalb des zulässigen Bereichs von {2} bis {3}."},
     MessageText{1003, MessageKind::warning, "{0}: „{1}“ steht nicht zur Wahl."},
     MessageText{1052, MessageKind::question, "Sollen alle Eingaben gelöscht werden?"},
+    MessageText{1201, MessageKind::warning, "Die Verzögerung ist 0. Bitte eine Verzögerung eingeben."},
+    MessageText{
+        1202, MessageKind::warning,
+        "Es ist weder eine Geschwindigkeit noch ein Weg eingegeben. Bitte zwei der Größen Anfangsgeschwindigkeit, "
+        "Endgeschwindigkeit, Gesamtweg und Bremsweg angeben."},
+    MessageText{
+        1203, MessageKind::warning,
+        "Es ergibt sich keine Bremszeit: Der gegebene Weg passt nicht zu Geschwindigkeit und Verzögerung. Ist er "
+        "länger als der Weg bis zum Stillstand, hilft ein kürzerer Weg, eine höhere Geschwindigkeit oder eine "
+        "kleinere Verzögerung."},
+    MessageText{1204, MessageKind::warning,
+                "Der Gesamtweg ist kürzer als Reaktions- und Schwellweg zusammen. Bitte einen längeren Gesamtweg, eine "
+                "kleinere Anfangsgeschwindigkeit oder kürzere Dauern eingeben."},
 };
 
 std::string ArgText(const MessageArg& arg)
