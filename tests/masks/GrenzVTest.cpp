@@ -254,6 +254,14 @@ TEST_F(GrenzVTest, AnyTwoMeasuresOfAnArcGiveTheOthers)
         EXPECT_EQ(byArc.radiusAusBogen, 1);
         const double x = byArc.bogenlaenge / byArc.kurvenradius;
         EXPECT_NEAR((chord / 2.0) / std::sin(x / 2.0), byArc.kurvenradius, 1.0001e-4) << "its own equation";
+        // The first decimal fraction that is good enough: one unit of its last place less is not.
+        double unit = 1.0;
+        while (unit > 1e-12 && std::abs(x / unit - std::round(x / unit)) > 1e-4)
+            unit /= 10.0;
+        ASSERT_GT(unit, 1e-9);
+        if (x > 1.5 * unit) {
+            EXPECT_LT((chord / 2.0) / std::sin((x - unit) / 2.0) - radius * angle / (x - unit), -0.9999e-4);
+        }
         // What 0.1 mm between the two radii leaves open in the radius itself.
         const double slope = radius / angle - chord / 4.0 * std::cos(angle / 2.0) / std::pow(std::sin(angle / 2.0), 2);
         const double open = 1e-4 * (radius / angle) / slope;

@@ -67,6 +67,12 @@ TEST_F(VkonstTest, PathThenSpeedGivesTheTimeAndANewSpeedANewTime)
     EXPECT_NEAR(In(4666), 63.6, 1e-12);
     EXPECT_NEAR(In(4669), 100.0 / (60.0 / 3.6 + 1.0), 1e-12);
     EXPECT_EQ(Flags(0), (Flags3{0, 0, 0}));
+
+    Type(30179, "100");
+    for (const double speed : {10.0, 20.0}) {
+        Type(30178, speed);
+        EXPECT_NEAR(In(30180), 100.0 / speed, 1e-12);
+    }
 }
 
 TEST_F(VkonstTest, PathAndTimeGiveTheSpeedAndCorrectionsFollow)
@@ -204,6 +210,19 @@ TEST_F(VkonstTest, DamagedValuesOfACaseCountAsZero)
     EXPECT_EQ(In(4669), 0.0);
     EXPECT_EQ(In(30163), 1.0);
     EXPECT_EQ(Flags(0), (Flags3{0, 1, 0}));
+}
+
+TEST_F(VkonstTest, KeptSpeedThatWasComputedStillGivesAMissingTime)
+{
+    Press(*mask, IDCANCEL);
+    data.MaskenWerte(468) = {{"geschwindigkeitKmh", {72.0}},
+                             {"geschwindigkeitMs", {20.0}},
+                             {"weg", {100.0}},
+                             {"geschwindigkeitBerechnet", {1.0}}};
+    Open();
+    Press(*mask, kCalculate);
+    EXPECT_EQ(In(4669), 5.0);
+    EXPECT_EQ(Flags(0), (Flags3{1, 0, 1}));
 }
 
 TEST_F(VkonstTest, ClearingAsks)
