@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "framework/FrontEnd.h"
+
+class QWidget;
+
+namespace desktop
+{
+
+/// Shows a message with German buttons and returns the answer (FehlerRet). A question is answered by J and N too, and
+/// Enter answers it with "Nein": what is asked for cannot always be taken back.
+int ShowMessageBox(QWidget* parent, const framework::ShownMessage& message);
+
+} // namespace desktop

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QElapsedTimer>
+
+#include <memory>
+
+class QProgressDialog;
+class QString;
+class QWidget;
+
+namespace desktop
+{
+
+/// Shows how far long work on the user-interface thread has come: nothing for 0.2 s, then a busy mark, after 1 s a
+/// dialog with "Abbrechen".
+class ProgressView
+{
+  public:
+    explicit ProgressView(QWidget* parent);
+    ~ProgressView();
+
+    /// `done` is 0 to 1. False when the user wants the work to stop.
+    bool Report(const QString& what, double done);
+    bool IsBusyShown() const;
+    /// True while Report lets the event loop run.
+    bool IsReporting() const { return m_reporting; }
+
+  private:
+    QWidget* m_parent;
+    QElapsedTimer m_clock;
+    QElapsedTimer m_sinceEvents;
+    std::unique_ptr<QProgressDialog> m_dialog;
+    bool m_reporting = false;
+    bool m_cancelled = false;
+};
+
+} // namespace desktop
