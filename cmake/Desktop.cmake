@@ -21,5 +21,7 @@ set_target_properties(tavelin-parts PROPERTIES AUTOMOC ON AUTORCC ON)
 target_link_libraries(tavelin-parts
     PUBLIC RuvMod ClassKrn Qt6::Widgets Qt6::PrintSupport Qt6::Svg
     PRIVATE ruv_standalone_includes ruv_third_party)
+file(GLOB help_pages CONFIGURE_DEPENDS docs/masks/*.md docs/masks/*.png docs/masks/*.svg)
+qt_add_resources(tavelin-parts help PREFIX "/masks" BASE docs/masks FILES ${help_pages})
 add_executable(tavelin standalone/desktop/main.cpp)
 target_link_libraries(tavelin PRIVATE tavelin-parts ruv_standalone_includes)

@@ -4,17 +4,19 @@
 // The workstation's main window: menu, tool bar, the area of the masks, help, the panels of the case.
 #pragma once
 
+#include "desktop/Preferences.h"
 #include "host/HostTypes.h"
 
 #include <QMainWindow>
 
-#include <memory>
+#include <map>
 #include <vector>
 
 class QAction;
 class QDockWidget;
 class QLabel;
 class QMenu;
+class QProgressBar;
 
 namespace desktop
 {
@@ -45,51 +47,76 @@ class MainWindow : public QMainWindow
     /// Shows the help page of a mask; 0 shows the list of pages.
     void ShowHelp(UINT number);
 
+    /// Closes every mask of the case, without questions.
+    void CloseMasks();
+
     MaskArea& Masks() const { return *m_masks; }
     HelpPane& Help() const { return *m_help; }
     CaseDocument& Document() const { return m_document; }
     QuickOpener& Opener() const { return *m_opener; }
     const std::vector<QDockWidget*>& CasePanels() const { return m_panels; }
 
+    /// Applies the look; with a path also keeps it there from now on.
+    void UsePreferences(const Preferences& preferences, const QString& path);
+    const Preferences& CurrentPreferences() const { return m_preferences; }
+
+  signals:
+    /// Units, decimal sign or colours changed: show every number and drawing afresh.
+    void settingsChanged();
+
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     void BuildFileMenu();
     void BuildEditMenu();
     void BuildMaskMenu();
     void BuildViewMenu();
-    void BuildWindowMenu();
     void BuildExtrasMenu();
+    void BuildWindowMenu();
     void BuildHelpMenu();
     void BuildToolBar();
     void BuildStatusBar();
-    QAction* Command(QMenu* menu, const QString& text, const char* icon, const QKeySequence& keys);
+    void BuildHelpDock();
+    QMenu* Menu(const QString& title);
+    QAction* Command(const QString& menu, const QString& text, const char* icon, const QKeySequence& keys);
     void FillRecentFiles();
     void FillWindowMenu();
     void ShowCaseState();
+    void ShowHistory();
     void ShowSettingsState();
     void EditSettings();
-    void OpenCasePath(const QString& path);
+    void SetTransfer(bool on);
+    void SetFontScale(double scale);
+    void SaveSettings();
+    void ShowAbout();
 
     CaseDocument& m_document;
     QtFrontEnd& m_frontEnd;
-    MaskArea* m_masks = nullptr;
-    HelpPane* m_help = nullptr;
+    Preferences m_preferences;
+    QString m_preferencesPath; ///< empty: nothing is kept
+    MaskArea* m_masks;
+    HelpPane* m_help;
+    QuickOpener* m_opener;
     QDockWidget* m_helpDock = nullptr;
-    QuickOpener* m_opener = nullptr;
     std::vector<QDockWidget*> m_panels;
 
-    QMenu* m_fileMenu = nullptr;
+    std::map<QString, QMenu*> m_menus; ///< by title without mark
     QMenu* m_recentMenu = nullptr;
-    QMenu* m_windowMenu = nullptr;
-    QMenu* m_viewMenu = nullptr;
+    QAction* m_panelsEnd = nullptr; ///< panels are listed before it
+    QAction* m_new = nullptr;
+    QAction* m_open = nullptr;
+    QAction* m_save = nullptr;
     QAction* m_undo = nullptr;
     QAction* m_redo = nullptr;
-    QAction* m_save = nullptr;
+    QAction* m_quickOpen = nullptr;
     QAction* m_transfer = nullptr;
-    QLabel* m_stateLabel = nullptr;
+    QAction* m_dark = nullptr;
+    QAction* m_maskHelp = nullptr;
     QLabel* m_unitLabel = nullptr;
+    QLabel* m_transferLabel = nullptr;
+    QProgressBar* m_busyMark = nullptr;
 };
 
 } // namespace desktop

@@ -1,0 +1,283 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "desktop/MainWindow.h"
+
+#include "desktop/CaseDocument.h"
+#include "desktop/CaseFileDialogs.h"
+#include "desktop/HelpPane.h"
+#include "desktop/MaskArea.h"
+#include "desktop/MaskWindow.h"
+#include "desktop/QtFrontEnd.h"
+#include "desktop/QuickOpener.h"
+#include "desktop/SettingsDialog.h"
+#include "frame/RuvMod.h"
+#include "framework/UiThread.h"
+#include "host/RuvCfg.h"
+#include "krn/Settings.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QStatusBar>
+
+#include <algorithm>
+
+namespace desktop
+{
+
+using framework::UiThread;
+
+namespace
+{
+
+constexpr QSize kFirstSize(1280, 820);
+constexpr int kHelpWidth = 400;
+constexpr int kMessageTime = 6000; // ms
+
+} // namespace
+
+MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
+    : m_document(document), m_frontEnd(frontEnd), m_masks(new MaskArea), m_help(new HelpPane),
+      m_opener(new QuickOpener(this))
+{
+    setObjectName(QStringLiteral("mainWindow"));
+    setCentralWidget(m_masks);
+    setDockOptions(QMainWindow::AnimatedDocks | QMainWindow::AllowTabbedDocks | QMainWindow::AllowNestedDocks);
+    setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+    resize(kFirstSize);
+    frontEnd.SetMaskArea(m_masks);
+
+    BuildHelpDock();
+    BuildFileMenu();
+    BuildEditMenu();
+    BuildMaskMenu();
+    BuildViewMenu();
+    BuildExtrasMenu();
+    BuildWindowMenu();
+    BuildHelpMenu();
+    BuildToolBar();
+    BuildStatusBar();
+
+    connect(m_opener, &QuickOpener::chosen, this, &MainWindow::OpenMask);
+    connect(&frontEnd, &QtFrontEnd::helpWanted, this, &MainWindow::ShowHelp);
+    connect(&frontEnd, &QtFrontEnd::caseChanged, &document, &CaseDocument::NoteChange);
+    connect(&frontEnd, &QtFrontEnd::busy, this, [this](const QString& what, double done) {
+        statusBar()->showMessage(what);
+        m_busyMark->setValue(qRound(100.0 * done));
+        m_busyMark->show();
+    });
+    connect(&frontEnd, &QtFrontEnd::idle, this, [this] {
+        statusBar()->clearMessage();
+        m_busyMark->hide();
+    });
+    connect(&document, &CaseDocument::modifiedChanged, this, &MainWindow::ShowCaseState);
+    connect(&document, &CaseDocument::titleChanged, this, &MainWindow::ShowCaseState);
+    connect(&document, &CaseDocument::historyChanged, this, &MainWindow::ShowHistory);
+    connect(&document, &CaseDocument::journalFailed, this, [this](const QString& why) {
+        statusBar()->showMessage(QStringLiteral("Die Sicherung im Hintergrund ist gestört: ") + why, kMessageTime);
+    });
+    ShowCaseState();
+    ShowHistory();
+    ShowSettingsState();
+}
+
+MainWindow::~MainWindow()
+{
+    CloseMasks();
+    m_frontEnd.SetMaskArea(nullptr);
+}
+
+void MainWindow::OpenMask(UINT number)
+{
+    ExecuteRuvModRechnungsMaske(number, m_document.Data());
+    m_frontEnd.Settle();
+}
+
+void MainWindow::CloseMasks()
+{
+    UiThread* thread = UiThread::Current();
+    if (thread == nullptr)
+        return;
+    for (const MaskFrame* frame : m_masks->Frames())
+        if (frame->Mask()->Dialog() != nullptr) // one mask may close another
+            thread->Destroy(frame->Mask()->Handle());
+    thread->DispatchPending();
+}
+
+void MainWindow::ShowHelp(UINT number)
+{
+    m_help->ShowPage(number);
+    if (number != 0 && m_help->Page() == 0)
+        statusBar()->showMessage(QStringLiteral("Zu dieser Maske gibt es keine Hilfeseite."), kMessageTime);
+    m_helpDock->show();
+    m_helpDock->raise();
+}
+
+QDockWidget* MainWindow::AddCasePanel(QWidget* panel, const QString& title, Qt::DockWidgetArea area)
+{
+    auto* dock = new QDockWidget(title, this);
+    dock->setObjectName(QStringLiteral("panel ") + title);
+    dock->setWidget(panel);
+    const auto beside = std::find_if(m_panels.begin(), m_panels.end(),
+                                     [&](QDockWidget* other) { return dockWidgetArea(other) == area; });
+    addDockWidget(area, dock);
+    if (beside != m_panels.end())
+        tabifyDockWidget(*beside, dock);
+    m_panels.push_back(dock);
+    Menu(QStringLiteral("Ansicht"))->insertAction(m_panelsEnd, dock->toggleViewAction());
+    if (beside != m_panels.end() - 1)
+        m_panels.front()->raise();
+    return dock;
+}
+
+void MainWindow::AddCommand(const QString& menu, QAction* action)
+{
+    Menu(menu)->addAction(action);
+}
+
+void MainWindow::UsePreferences(const Preferences& preferences, const QString& path)
+{
+    const bool sameLook = preferences.scheme == CurrentScheme() && preferences.fontScale == CurrentFontScale();
+    m_preferences = preferences;
+    m_preferencesPath = path;
+    if (!sameLook)
+        ApplyTheme(preferences.scheme, preferences.fontScale);
+    if (!preferences.geometry.isEmpty())
+        restoreGeometry(preferences.geometry);
+    if (!preferences.docks.isEmpty())
+        restoreState(preferences.docks);
+    m_helpDock->setVisible(m_helpDock->isVisible() && m_help->Page() != 0);
+    m_dark->setChecked(preferences.scheme == Scheme::dark);
+}
+
+void MainWindow::SaveSettings()
+{
+    if (m_preferencesPath.isEmpty())
+        return;
+    const krn::FileResult saved = krn::SaveSettings(krn::DefaultSettingsPath());
+    m_preferences.geometry = saveGeometry();
+    m_preferences.docks = saveState();
+    if (!saved)
+        statusBar()->showMessage(QString::fromStdString(saved.Text()), kMessageTime);
+    else if (!m_preferences.Save(m_preferencesPath))
+        statusBar()->showMessage(QStringLiteral("Die Einstellungen lassen sich nicht speichern."), kMessageTime);
+}
+
+void MainWindow::SetTransfer(bool on)
+{
+    if (RuvCfg.transferData == on)
+        return;
+    RuvCfg.transferData = on;
+    SaveSettings();
+    ShowSettingsState();
+}
+
+void MainWindow::SetFontScale(double scale)
+{
+    m_preferences.fontScale = std::clamp(scale, kSmallestFontScale, kLargestFontScale);
+    ApplyTheme(m_preferences.scheme, m_preferences.fontScale);
+    SaveSettings();
+}
+
+void MainWindow::EditSettings()
+{
+    SettingsDialog dialog(m_preferences, !m_masks->Frames().empty(), this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    dialog.Apply(m_preferences);
+    ApplyTheme(m_preferences.scheme, m_preferences.fontScale); // also shows every mask afresh
+    m_document.Data().BroadcastMessage(WM_RUV_UPDATEDIALOG, 0, 0, nullptr);
+    m_frontEnd.Settle();
+    emit settingsChanged();
+    m_dark->setChecked(m_preferences.scheme == Scheme::dark);
+    SaveSettings();
+    ShowSettingsState();
+}
+
+void MainWindow::ShowCaseState()
+{
+    setWindowTitle(QStringLiteral("%1[*] – Tavelin").arg(m_document.DisplayName()));
+    setWindowModified(m_document.IsModified());
+}
+
+void MainWindow::ShowHistory()
+{
+    const auto show = [](QAction* action, const QString& verb, bool possible, const QString& label) {
+        action->setEnabled(possible);
+        action->setText(label.isEmpty() ? verb : verb + QStringLiteral(": ") + label);
+    };
+    show(m_undo, QStringLiteral("&Rückgängig"), m_document.CanUndo(), m_document.UndoLabel());
+    show(m_redo, QStringLiteral("&Wiederholen"), m_document.CanRedo(), m_document.RedoLabel());
+}
+
+void MainWindow::ShowSettingsState()
+{
+    m_transfer->setChecked(RuvCfg.transferData);
+    m_transferLabel->setText(RuvCfg.transferData ? QStringLiteral("Daten übertragen: ein")
+                                                 : QStringLiteral("Daten übertragen: aus"));
+    m_unitLabel->setText(UnitsSystemConfiguration::GetInstance().System() == UnitsSystem::imperial
+                             ? QStringLiteral("mph, ft")
+                             : QStringLiteral("km/h, m"));
+}
+
+void MainWindow::BuildStatusBar()
+{
+    m_busyMark = new QProgressBar;
+    m_busyMark->setRange(0, 100);
+    m_busyMark->setTextVisible(false);
+    m_busyMark->setMaximumWidth(160);
+    m_busyMark->hide();
+    m_transferLabel = new QLabel;
+    m_unitLabel = new QLabel;
+    for (QLabel* label : {m_transferLabel, m_unitLabel})
+        label->setContentsMargins(Spacing(), 0, Spacing(), 0);
+    statusBar()->addPermanentWidget(m_busyMark);
+    statusBar()->addPermanentWidget(m_transferLabel);
+    statusBar()->addPermanentWidget(m_unitLabel);
+    statusBar()->setSizeGripEnabled(false);
+}
+
+void MainWindow::BuildHelpDock()
+{
+    m_helpDock = new QDockWidget(QStringLiteral("Hilfe"), this);
+    m_helpDock->setObjectName(QStringLiteral("help"));
+    m_helpDock->setWidget(m_help);
+    m_help->setMinimumWidth(kHelpWidth / 2);
+    addDockWidget(Qt::RightDockWidgetArea, m_helpDock);
+    resizeDocks({m_helpDock}, {kHelpWidth}, Qt::Horizontal);
+    m_helpDock->hide();
+}
+
+void MainWindow::ShowAbout()
+{
+    QMessageBox::about(this, QStringLiteral("Über Tavelin"),
+                       QStringLiteral("<b>Tavelin</b><p>Arbeitsplatz für die Unfallrekonstruktion mit den "
+                                      "Rechnungsmasken von RuvMod.</p><p>Apache-Lizenz 2.0</p>"));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (!MayClose(m_document, this)) {
+        event->ignore();
+        return;
+    }
+    SaveSettings();
+    CloseMasks();
+    event->accept();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    m_opener->hide();
+}
+
+} // namespace desktop

@@ -1,0 +1,234 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "desktop/SettingsDialog.h"
+
+#include "desktop/Style.h"
+#include "host/RuvCfg.h"
+#include "host/Units.h"
+#include "krn/NumberText.h"
+
+#include <QCheckBox>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <array>
+#include <optional>
+#include <utility>
+
+namespace desktop
+{
+namespace
+{
+
+constexpr double kLongestTime = 100.0; // s, as the settings file and the masks allow
+constexpr const char* kColorProperty = "color";
+constexpr std::array kSizes{0.85, 1.0, 1.15, 1.3, 1.5, 1.75, 2.0};
+
+QString Number(double value)
+{
+    return QString::fromStdString(krn::FormatNumber(value));
+}
+
+/// The time in the field, or nothing when it holds none.
+std::optional<double> TimeIn(const QLineEdit& field)
+{
+    const auto value = krn::ParseNumber(field.text().toStdString());
+    return value && *value >= 0.0 && *value <= kLongestTime ? value : std::nullopt;
+}
+
+QWidget* WithUnit(QLineEdit* field, QLabel* reason)
+{
+    auto* holder = new QWidget;
+    auto* column = new QVBoxLayout(holder);
+    auto* row = new QHBoxLayout;
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    field->setAlignment(Qt::AlignRight);
+    field->setFixedWidth(8 * QFontMetrics(TextFont()).averageCharWidth() + 2 * Spacing());
+    row->addWidget(field);
+    row->addWidget(new QLabel(QStringLiteral("s")));
+    row->addStretch();
+    column->addLayout(row);
+    reason->setWordWrap(true);
+    reason->hide();
+    column->addWidget(reason);
+    return holder;
+}
+
+} // namespace
+
+SettingsDialog::SettingsDialog(const Preferences& preferences, bool unitsLocked, QWidget* parent)
+    : QDialog(parent), m_before(preferences)
+{
+    setWindowTitle(QStringLiteral("Einstellungen"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setSpacing(2 * Spacing());
+    layout->addWidget(MakeCalculation());
+    layout->addWidget(MakeLook(unitsLocked));
+    layout->addWidget(MakeColors());
+    layout->addStretch();
+    auto* buttons = new QDialogButtonBox;
+    auto* ok = buttons->addButton(QStringLiteral("&OK"), QDialogButtonBox::AcceptRole);
+    buttons->addButton(QStringLiteral("&Abbrechen"), QDialogButtonBox::RejectRole);
+    ok->setDefault(true);
+    connect(buttons, &QDialogButtonBox::accepted, this, &SettingsDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &SettingsDialog::reject);
+    layout->addWidget(buttons);
+}
+
+QWidget* SettingsDialog::MakeCalculation()
+{
+    auto* group = new QGroupBox(QStringLiteral("Berechnung"));
+    auto* form = new QFormLayout(group);
+    m_transfer = new QCheckBox(QStringLiteral("&Daten in den Fall übertragen"));
+    m_transfer->setChecked(RuvCfg.transferData);
+    m_transfer->setToolTip(QStringLiteral("Masken schreiben ihr Ergebnis in die Weg-Zeit-Daten eines Fahrzeugs."));
+    m_reaction = new QLineEdit(Number(RuvCfg.defaultReactionTime));
+    m_threshold = new QLineEdit(Number(RuvCfg.defaultThresholdTime));
+    m_reactionReason = new QLabel;
+    m_thresholdReason = new QLabel;
+    form->addRow(m_transfer);
+    auto* reaction = new QLabel(QStringLiteral("&Reaktionsdauer:"));
+    auto* threshold = new QLabel(QStringLiteral("&Schwelldauer:"));
+    reaction->setBuddy(m_reaction);
+    threshold->setBuddy(m_threshold);
+    form->addRow(reaction, WithUnit(m_reaction, m_reactionReason));
+    form->addRow(threshold, WithUnit(m_threshold, m_thresholdReason));
+    for (auto [field, reason] : {std::pair(m_reaction, m_reactionReason), std::pair(m_threshold, m_thresholdReason)})
+        connect(field, &QLineEdit::textEdited, this, [field = field, reason = reason] {
+            field->setProperty(kRefusedProperty, false);
+            reason->hide();
+        });
+    return group;
+}
+
+QWidget* SettingsDialog::MakeLook(bool unitsLocked)
+{
+    auto* group = new QGroupBox(QStringLiteral("Anzeige"));
+    auto* form = new QFormLayout(group);
+    m_units = new QComboBox;
+    m_units->addItems({QStringLiteral("metrisch (km/h, m)"), QStringLiteral("angloamerikanisch (mph, ft)")});
+    m_units->setCurrentIndex(UnitsSystemConfiguration::GetInstance().System() == UnitsSystem::imperial ? 1 : 0);
+    m_units->setEnabled(!unitsLocked);
+    m_decimalSign = new QComboBox;
+    m_decimalSign->addItems({QStringLiteral("deutsch (1,5)"), QStringLiteral("englisch (1.5)")});
+    m_decimalSign->setCurrentIndex(RuvCfg.decimalPoint ? 1 : 0);
+    m_scheme = new QComboBox;
+    m_scheme->addItems({QStringLiteral("hell"), QStringLiteral("dunkel")});
+    m_scheme->setCurrentIndex(m_before.scheme == Scheme::dark ? 1 : 0);
+    m_size = new QComboBox;
+    int nearest = 0;
+    for (const double size : kSizes) {
+        m_size->addItem(QStringLiteral("%1 %").arg(qRound(100.0 * size)), size);
+        if (qAbs(size - m_before.fontScale) < qAbs(m_size->itemData(nearest).toDouble() - m_before.fontScale))
+            nearest = m_size->count() - 1;
+    }
+    m_size->setCurrentIndex(nearest);
+    form->addRow(QStringLiteral("&Einheiten:"), m_units);
+    if (unitsLocked) {
+        auto* hint = new QLabel(QStringLiteral("Die Einheiten lassen sich ändern, wenn keine Maske offen ist."));
+        hint->setWordWrap(true);
+        hint->setEnabled(false);
+        form->addRow(hint);
+    }
+    form->addRow(QStringLiteral("&Zahlen:"), m_decimalSign);
+    form->addRow(QStringLiteral("&Farbschema:"), m_scheme);
+    form->addRow(QStringLiteral("S&chriftgröße:"), m_size);
+    return group;
+}
+
+QWidget* SettingsDialog::MakeColors()
+{
+    auto* group = new QGroupBox(QStringLiteral("Farben"));
+    auto* form = new QFormLayout(group);
+    m_vehicleColors = new QCheckBox(QStringLiteral("Felder zeigen die Farbe ihres Fahrze&ugs"));
+    m_vehicleColors->setChecked(RuvCfg.useVehicleColors);
+    form->addRow(m_vehicleColors);
+    m_editGround = ColorButton(FromColorRef(RuvCfg.editColors.background));
+    m_resultGround = ColorButton(FromColorRef(RuvCfg.resultColors.background));
+    m_diagramGround = ColorButton(FromColorRef(RuvCfg.diagramBackground));
+    m_plotGround = ColorButton(FromColorRef(RuvCfg.diagramPlot));
+    form->addRow(QStringLiteral("E&ingabefelder:"), m_editGround);
+    form->addRow(QStringLiteral("Er&gebnisfelder:"), m_resultGround);
+    form->addRow(QStringLiteral("Diagra&mme:"), m_diagramGround);
+    form->addRow(QStringLiteral("Diagrammf&läche:"), m_plotGround);
+    return group;
+}
+
+QPushButton* SettingsDialog::ColorButton(QColor color)
+{
+    auto* button = new QPushButton;
+    button->setAutoDefault(false);
+    SetColor(*button, color);
+    connect(button, &QPushButton::clicked, this, [this, button] {
+        const QColor chosen = QColorDialog::getColor(ColorOf(*button), this, QStringLiteral("Farbe wählen"));
+        if (chosen.isValid())
+            SetColor(*button, chosen);
+    });
+    return button;
+}
+
+QColor SettingsDialog::ColorOf(const QPushButton& button)
+{
+    return button.property(kColorProperty).value<QColor>();
+}
+
+void SettingsDialog::SetColor(QPushButton& button, const QColor& color)
+{
+    button.setProperty(kColorProperty, color);
+    QPixmap swatch(32, 16);
+    swatch.fill(Colors().border);
+    QPainter(&swatch).fillRect(swatch.rect().adjusted(1, 1, -1, -1), color);
+    button.setIcon(QIcon(swatch));
+    button.setIconSize(swatch.size());
+    button.setText(QStringLiteral(" ") + color.name());
+}
+
+bool SettingsDialog::Check(QLineEdit& field, QLabel& reason)
+{
+    if (TimeIn(field))
+        return true;
+    field.setProperty(kRefusedProperty, true);
+    field.update();
+    QPalette colors = reason.palette();
+    colors.setColor(QPalette::WindowText, Colors().danger);
+    reason.setPalette(colors);
+    reason.setText(QStringLiteral("„%1“ ist keine Zeit von 0 bis %2 s.").arg(field.text(), Number(kLongestTime)));
+    reason.show();
+    field.setFocus();
+    field.selectAll();
+    return false;
+}
+
+void SettingsDialog::accept()
+{
+    if (Check(*m_reaction, *m_reactionReason) && Check(*m_threshold, *m_thresholdReason))
+        QDialog::accept();
+}
+
+void SettingsDialog::Apply(Preferences& preferences) const
+{
+    RuvCfg.transferData = m_transfer->isChecked();
+    RuvCfg.defaultReactionTime = TimeIn(*m_reaction).value_or(RuvCfg.defaultReactionTime);
+    RuvCfg.defaultThresholdTime = TimeIn(*m_threshold).value_or(RuvCfg.defaultThresholdTime);
+    RuvCfg.useVehicleColors = m_vehicleColors->isChecked();
+    RuvCfg.decimalPoint = m_decimalSign->currentIndex() == 1;
+    RuvCfg.editColors.background = ToColorRef(ColorOf(*m_editGround));
+    RuvCfg.resultColors.background = ToColorRef(ColorOf(*m_resultGround));
+    RuvCfg.diagramBackground = ToColorRef(ColorOf(*m_diagramGround));
+    RuvCfg.diagramPlot = ToColorRef(ColorOf(*m_plotGround));
+    UnitsSystemConfiguration::GetInstance().SetSystem(m_units->currentIndex() == 1 ? UnitsSystem::imperial
+                                                                                   : UnitsSystem::metric);
+    preferences.scheme = m_scheme->currentIndex() == 1 ? Scheme::dark : Scheme::light;
+    preferences.fontScale = m_size->currentData().toDouble();
+}
+
+} // namespace desktop

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "desktop/Preferences.h"
+
+#include <QDialog>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace desktop
+{
+
+/// Edits RuvCfg, the unit system and the look. Nothing changes before "OK".
+class SettingsDialog : public QDialog
+{
+    Q_OBJECT
+
+  public:
+    /// `unitsLocked` while masks are open: their unit labels are written when they open.
+    SettingsDialog(const Preferences& preferences, bool unitsLocked, QWidget* parent);
+
+    /// Takes what was chosen into RuvCfg, the unit system and `preferences`.
+    void Apply(Preferences& preferences) const;
+
+  protected:
+    void accept() override;
+
+  private:
+    QWidget* MakeCalculation();
+    QWidget* MakeLook(bool unitsLocked);
+    QWidget* MakeColors();
+    QPushButton* ColorButton(QColor color);
+    static QColor ColorOf(const QPushButton& button);
+    static void SetColor(QPushButton& button, const QColor& color);
+    bool Check(QLineEdit& field, QLabel& reason);
+
+    Preferences m_before;
+    QCheckBox* m_transfer = nullptr;
+    QLineEdit* m_reaction = nullptr;
+    QLineEdit* m_threshold = nullptr;
+    QLabel* m_reactionReason = nullptr;
+    QLabel* m_thresholdReason = nullptr;
+    QComboBox* m_units = nullptr;
+    QComboBox* m_decimalSign = nullptr;
+    QComboBox* m_scheme = nullptr;
+    QComboBox* m_size = nullptr;
+    QCheckBox* m_vehicleColors = nullptr;
+    QPushButton* m_editGround = nullptr;
+    QPushButton* m_resultGround = nullptr;
+    QPushButton* m_diagramGround = nullptr;
+    QPushButton* m_plotGround = nullptr;
+};
+
+} // namespace desktop
