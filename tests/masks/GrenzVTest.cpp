@@ -370,7 +370,7 @@ TEST_F(GrenzVTest, NoInputLeavesSomethingThatIsNotANumber)
 {
     test::RandomInput input(2203);
     front.answers[1052] = fehlerJa;
-    for (int i = 0; i < 6000; ++i) {
+    for (int i = 0; i < 2500; ++i) {
         const UINT id = input.Pick({kFriction, kRadius, kDegrees, kPercent, kChord, kHeight, kArc});
         if (input.Number(10) == 0)
             StepOnce(*mask, id, input.Number(2) == 0 ? 1 : -1);
