@@ -37,6 +37,11 @@ class CDialog : public CWnd
     /// Ends a modal dialog with a code, a modeless one by destroying its window.
     void EndDialog(int code);
 
+    /// Creates the window as a page: a dialog that lies on `parent` at `place` (dialog units of the parent). ShowWindow
+    /// shows and hides it; it closes with the parent, and OK, Abbrechen and Hilfe are the parent's. The object stays
+    /// its owner's. False when no module holds the template.
+    bool CreatePage(CWnd& parent, const CRect& place);
+
     UINT GetDialogId() const { return m_templateId; }
     bool IsModal() const { return m_modal; }
 
@@ -50,6 +55,9 @@ class CDialog : public CWnd
     CWnd* m_parent;
     int m_endCode = IDCANCEL;
     bool m_modal = false;
+
+  private:
+    bool Create(CWnd* parent, const CRect* place);
 };
 
 /// A dialog with bound controls. Life of its window: template, controls, BuildObjects, SetupWindow, first

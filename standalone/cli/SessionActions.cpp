@@ -58,7 +58,7 @@ std::string Complaint(const Window& control, InputResult result, const char* wan
     case InputResult::refused: // the front end was told
         return {};
     case InputResult::disabled:
-        return NameOf(control) + (control.visible ? " ist gesperrt" : " ist ausgeblendet");
+        return NameOf(control) + (framework::IsShown(control) ? " ist gesperrt" : " ist ausgeblendet");
     case InputResult::readOnly:
         return NameOf(control) + " ist schreibgeschützt";
     case InputResult::wrongKind:

@@ -79,7 +79,7 @@ void WriteControl(JsonText& json, const Window& control)
     json.Key("unit").Text(ShownUnit(control, binding));
     json.Key("enabled").Bool(control.enabled);
     json.Key("protected").Bool(control.readOnly);
-    if (!control.visible)
+    if (!framework::IsShown(control))
         json.Key("visible").Bool(false);
     json.EndObject();
 }

@@ -44,6 +44,19 @@ void CreateControls(UiThread& thread, Window& dialog, const framework::DialogTem
     }
 }
 
+/// A page is seen with the dialog it lies on, and appears after it.
+void Appear(UiThread& thread, Window& dialog)
+{
+    const HWND handle = dialog.handle;
+    dialog.appeared = true;
+    thread.Front().WindowAppeared(dialog);
+    if (thread.Find(handle) == nullptr)
+        return;
+    for (Window* page : thread.Pages(dialog))
+        if (!page->appeared)
+            Appear(thread, *page);
+}
+
 } // namespace
 
 CDialog::CDialog(UINT templateId, CWnd* parent) : m_templateId(templateId), m_parent(parent) {}
@@ -67,6 +80,16 @@ void CDialog::OnCancel()
 
 bool CDialog::CreateFromTemplate(CWnd* parent)
 {
+    return Create(parent, nullptr);
+}
+
+bool CDialog::CreatePage(CWnd& parent, const CRect& place)
+{
+    return Create(&parent, &place);
+}
+
+bool CDialog::Create(CWnd* parent, const CRect* place)
+{
     UiThread* thread = UiThread::Current();
     if (thread == nullptr || m_hWnd != nullptr)
         return false;
@@ -76,14 +99,16 @@ bool CDialog::CreateFromTemplate(CWnd* parent)
     Window* parentWindow = parent == nullptr ? nullptr : framework::WindowOf(*parent);
     Window& dialog = thread->CreateTopWindow(*this, Kind::dialog, m_templateId, parentWindow);
     dialog.text = dialogTemplate->title;
-    dialog.rect = dialogTemplate->rect;
+    dialog.rect = place == nullptr ? dialogTemplate->rect : *place;
+    dialog.page = place != nullptr;
     CreateControls(*thread, dialog, *dialogTemplate);
     OnControlsCreated();
     const HWND handle = m_hWnd;
     OnInitDialog();
     if (!IsWindow(handle))
         return false; // the dialog closed itself while it was set up
-    thread->Front().WindowAppeared(dialog);
+    if (!dialog.page || dialog.parent->appeared)
+        Appear(*thread, dialog);
     return true;
 }
 

@@ -4,7 +4,6 @@
 
 #include "framework/UiThread.h"
 #include "host/Assert.h"
-#include "host/CDialog.h"
 
 #include <algorithm>
 #include <cmath>
@@ -50,12 +49,6 @@ std::vector<std::string> Lines(const std::string& text)
             lines.back().push_back(c);
     }
     return lines;
-}
-
-bool IsModal(const Window& dialog)
-{
-    const auto* object = dynamic_cast<const CDialog*>(dialog.object);
-    return object != nullptr && object->IsModal();
 }
 
 class Painter
@@ -386,8 +379,8 @@ CDC DrawDialog(const Window& dialog, double pixelsPerUnit)
     Painter painter(context, pixelsPerUnit);
     painter.Frame(dialog);
     painter.Contents(dialog, origin);
-    for (const Window* page : UiThread::Current()->Dialogs())
-        if (page->parent == &dialog && page->visible && !IsModal(*page))
+    for (const Window* page : UiThread::Current()->Pages(dialog))
+        if (page->visible)
             painter.Contents(*page, {origin.x + page->rect.left * x, origin.y + page->rect.top * y});
     return context;
 }

@@ -39,7 +39,7 @@ class FrontEnd
   public:
     virtual ~FrontEnd() = default;
 
-    /// A dialog's window stands complete and wants to be seen.
+    /// A dialog's window stands complete and wants to be seen. A page follows the dialog it lies on (Window::page).
     virtual void WindowAppeared(Window&) {}
     /// Something visible of a dialog or a control changed: text, state, entries, drawing.
     virtual void WindowChanged(Window&) {}

@@ -163,6 +163,15 @@ std::vector<Window*> UiThread::Dialogs() const
     return dialogs;
 }
 
+std::vector<Window*> UiThread::Pages(const Window& dialog) const
+{
+    std::vector<Window*> pages;
+    for (const auto& top : m_top)
+        if (top->page && top->parent == &dialog)
+            pages.push_back(top.get());
+    return pages;
+}
+
 LRESULT UiThread::Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     Window* target = Find(window);

@@ -39,6 +39,8 @@ class UiThread : public CWinThread
     Window* Find(HWND window) const;
     /// Open dialogs in the order of their creation.
     std::vector<Window*> Dialogs() const;
+    /// The pages that lie on a dialog, in the order of their creation.
+    std::vector<Window*> Pages(const Window& dialog) const;
 
     LRESULT Send(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     void Post(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -23,11 +23,27 @@ std::optional<InputResult> Obstacle(const Window& control, std::initializer_list
 {
     if (control.parent == nullptr || std::find(kinds.begin(), kinds.end(), control.kind) == kinds.end())
         return InputResult::wrongKind;
-    if (!control.enabled || !control.visible || !control.parent->enabled)
+    for (const Window* above = control.parent; above != nullptr; above = above->page ? above->parent : nullptr)
+        if (!above->enabled)
+            return InputResult::disabled;
+    if (!control.enabled || !IsShown(control))
         return InputResult::disabled;
     if (control.readOnly)
         return InputResult::readOnly;
     return std::nullopt;
+}
+
+/// The edits of a dialog and its pages whose entry is not finished.
+std::vector<Window*> PendingEdits(const Window& dialog)
+{
+    std::vector<Window*> edits;
+    for (const auto& child : dialog.children)
+        if (child->kind == Kind::edit && child->modified)
+            edits.push_back(child.get());
+    for (const Window* page : UiThread::Current()->Pages(dialog))
+        for (Window* edit : PendingEdits(*page))
+            edits.push_back(edit);
+    return edits;
 }
 
 /// Finishes a pending entry elsewhere in the dialog, as moving the focus does. False when it was refused: what the
@@ -38,9 +54,9 @@ bool MoveFocusTo(Window& control)
     const bool discards = control.id == IDCANCEL || control.id == IDHELP;
     const HWND handle = control.handle;
     bool taken = true;
-    for (const auto& sibling : control.parent->children)
-        if (!discards && sibling.get() != &control && sibling->kind == Kind::edit && sibling->modified)
-            taken = FinishEntry(*sibling) != InputResult::refused && taken;
+    for (Window* edit : discards ? std::vector<Window*>{} : PendingEdits(DialogOf(control)))
+        if (edit != &control && thread.Find(handle) != nullptr)
+            taken = FinishEntry(*edit) != InputResult::refused && taken;
     if (taken && thread.Find(handle) != nullptr)
         thread.SetFocus(control);
     return taken;

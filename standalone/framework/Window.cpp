@@ -83,6 +83,20 @@ Window* Window::Child(UINT childId) const
     return nullptr;
 }
 
+bool IsShown(const Window& control)
+{
+    if (!control.visible)
+        return false;
+    const Window* above = control.parent;
+    return above == nullptr || !above->page || IsShown(*above);
+}
+
+Window& DialogOf(Window& control)
+{
+    const bool within = control.parent != nullptr && (control.page || control.kind != Kind::dialog);
+    return within ? DialogOf(*control.parent) : control;
+}
+
 std::string WithoutMnemonic(const std::string& text)
 {
     std::string out;

@@ -43,7 +43,9 @@ struct Window {
     Kind kind = Kind::label;
     UINT id = 0;
     std::string text;
-    CRect rect; ///< dialog units, relative to the parent
+    CRect rect;            ///< dialog units, relative to the parent
+    bool page = false;     ///< a dialog that lies on its parent, at `rect`
+    bool appeared = false; ///< a dialog the front end knows
     bool tabStop = false;
     bool groupStart = false;
     bool defaultButton = false;
@@ -72,6 +74,10 @@ struct Window {
     bool HasId() const { return id != 0 && id != 0xFFFF; }
 };
 
+/// Visible, and so is every page it lies on.
+bool IsShown(const Window& control);
+/// The dialog that the control or page lies on, with all its pages in between.
+Window& DialogOf(Window& control);
 /// Text without the mnemonic mark: "&Rechnen" → "Rechnen", "&&" → "&".
 std::string WithoutMnemonic(const std::string& text);
 /// The mnemonic letter as UTF-8 in lower case, empty when there is none.

@@ -90,6 +90,10 @@ BOOL CMDIDialog::OnCommand(WPARAM wParam, LPARAM lParam)
         return TRUE;
     if (code != BN_CLICKED)
         return FALSE;
+    if (self != nullptr && self->page && (id == IDOK || id == IDCANCEL || id == IDHELP)) {
+        GetParent()->SendMessage(WM_COMMAND, wParam, lParam);
+        return TRUE;
+    }
     switch (id) {
     case IDOK:
         OnOK();
@@ -113,6 +117,9 @@ void CMDIDialog::ShowHelp()
 LRESULT CMDIDialog::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_CLOSE) {
+        const Window* self = WindowOf(*this);
+        if (self != nullptr && self->page)
+            return GetParent()->SendMessage(WM_CLOSE);
         OnCancel();
         return 0;
     }
