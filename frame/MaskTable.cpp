@@ -4,6 +4,7 @@
 
 #include "masks/dynamics/CBeschlDlg.h"
 #include "masks/dynamics/CGrenzVDlg.h"
+#include "masks/dynamics/CMRBremsDlg.h"
 #include "masks/dynamics/CTeilanhDlg.h"
 #include "masks/dynamics/CVkonstDlg.h"
 
@@ -37,7 +38,7 @@ constexpr std::array kMasks{
     MaskEntry{464, "CWZCalcDlg", "Teilanhaltestrecken", 2, nullptr},
     MaskEntry{466, "CUpnDlg", " UPN - Taschenrechner", 7, nullptr},
     MaskEntry{468, "CVkonstDlg", "Weg - Zeit bei konstanter Geschwindigkeit", 2, &Create<CVkonstDlg>},
-    MaskEntry{469, "CMRBremsDlg", "Motorrad-Bremsung (Exponentialansatz)", 2, nullptr},
+    MaskEntry{469, "CMRBremsDlg", "Motorrad-Bremsung (Exponentialansatz)", 2, &Create<CMRBremsDlg>},
     MaskEntry{470, "CKurvenBremsDlg", "Kurven-Bremsung", 2, nullptr},
     MaskEntry{471, "CWurfWeiteDlg", "Wurfweitenberechnung", 4, nullptr},
     MaskEntry{472, "CHalbeSichtDlg", "Halbe Sicht", 3, nullptr},

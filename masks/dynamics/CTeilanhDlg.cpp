@@ -255,7 +255,7 @@ bool CTeilanhDlg::Uebertrage()
 {
     if (m_dat.Uebertragen() != Uebertragung::keinPlatz)
         return true;
-    AfxMessageBox(LoadRuvString(IDS_TEILANH_KEIN_PLATZ));
+    AfxMessageBox(LoadRuvString(IDS_KEIN_PLATZ_FUER_FOLGE));
     return false;
 }
 

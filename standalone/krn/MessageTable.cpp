@@ -37,6 +37,12 @@ constexpr std::array kMessages{
     MessageText{1204, MessageKind::warning,
                 "Der Gesamtweg ist kürzer als Reaktions- und Schwellweg zusammen. Bitte einen längeren Gesamtweg, eine "
                 "kleinere Anfangsgeschwindigkeit oder kürzere Dauern eingeben."},
+    MessageText{1443, MessageKind::warning,
+                "Mit diesen Werten gibt es kein lineares Modell, das denselben Weg in derselben Zeit fährt. Die "
+                "Verzögerung bei "
+                "Spurbeginn muss kleiner als die Vollbremsverzögerung sein, das Anstiegsverhalten größer als 0 und die "
+                "Spur dafür "
+                "lang genug; sonst hilft eine andere Verzögerung des linearen Modells."},
 };
 
 std::string ArgText(const MessageArg& arg)

@@ -1,0 +1,216 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "masks/dynamics/CMRBremsDat.h"
+
+#include "host/CRuvData.h"
+#include "host/Physics.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace
+{
+
+/// A trace of no length cannot be searched for; it counts as this long, m.
+constexpr double kKuerzesteSpur = 0.001;
+/// Usual share of the full deceleration at which a trace starts.
+constexpr double kUeblicherAnteil = 0.7;
+
+constexpr std::array kSchritte{1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6, 1e-7, 1e-8, 1e-9, 1e-10};
+/// From here on adding the last step changes nothing, and the search would not end.
+constexpr double kGrenze = 1048576.0;
+
+/// The last whole number from 0 on up to which the equation is positive at each.
+double GanzeSchritte(const CMRBremsDat::Gleichung& f)
+{
+    // Before the trace starts the equation may rise and fall; after that it only falls.
+    double positive = 0.0;
+    while (positive < f.l && positive < kGrenze) {
+        if (!(f(positive + 1.0) > 0.0))
+            return positive;
+        positive += 1.0;
+    }
+    double step = 1.0;
+    double negative = positive + step;
+    while (f(negative) > 0.0) {
+        if (negative >= kGrenze)
+            return std::numeric_limits<double>::quiet_NaN();
+        positive = negative;
+        step *= 2.0;
+        negative = std::min(positive + step, kGrenze);
+    }
+    while (negative - positive > 1.0) {
+        const double middle = std::floor((positive + negative) / 2.0);
+        (f(middle) > 0.0 ? positive : negative) = middle;
+    }
+    return positive;
+}
+
+} // namespace
+
+double CMRBremsDat::Gleichung::operator()(double x) const
+{
+    const double e = std::exp(-x);
+    const double g = x * x / 2.0 + (x + 1.0) * e - x * l - e * l;
+    return w * l + (r - h) + s - w * x - g;
+}
+
+double CMRBremsDat::Loese(const Gleichung& gleichung)
+{
+    double x = GanzeSchritte(gleichung);
+    for (const double step : kSchritte) {
+        do
+            x += step;
+        while (gleichung(x) > 0.0);
+        x -= step;
+    }
+    return x;
+}
+
+RecordFields CMRBremsDat::Felder()
+{
+    return {
+        {"vollverzoegerung", "m/s²", &vollverzoegerung},
+        {"spurverzoegerung", "m/s²", &spurverzoegerung},
+        {"erreichteVerzoegerung", "m/s²", &erreichteVerzoegerung},
+        {"endgeschwindigkeit", "km/h", &endgeschwindigkeit},
+        {"anfangsgeschwindigkeit", "km/h", &anfangsgeschwindigkeit},
+        {"bremszeit", "s", &bremszeit},
+        {"schwelldauer", "s", &schwelldauer},
+        {"spurlaenge", "m", &spurlaenge},
+        {"schwellweg", "m", &schwellweg},
+        {"reaktionspunktWeg", "m", &reaktionspunktWeg},
+        {"reaktionspunktZeit", "s", &reaktionspunktZeit},
+        {"anstieg", "s", &anstieg},
+        {"reaktionsdauer", "s", &reaktionsdauer},
+        {"bremsSchwellweg", "m", &bremsSchwellweg},
+        {"bremsSchwellzeit", "s", &bremsSchwellzeit},
+        {"linVerzoegerung", "m/s²", &linVerzoegerung},
+        {"linGeschwindigkeit", "km/h", &linGeschwindigkeit},
+        {"linBremszeit", "s", &linBremszeit},
+        {"linSchwelldauer", "s", &linSchwelldauer},
+        {"linBremsweg", "m", &linBremsweg},
+        {"linSchwellweg", "m", &linSchwellweg},
+        {"linReaktionsdauer", "s", &linReaktionsdauer},
+        {"fahrzeug", "", &fahrzeug},
+        {"phase", "", &phase},
+        {"berechnet", "", &berechnet},
+    };
+}
+
+void CMRBremsDat::Loeschen()
+{
+    for (const RecordField& field : Felder())
+        if (double* const* quantity = std::get_if<double*>(&field.value))
+            **quantity = 0.0;
+    fahrzeug = 0;
+    phase = 0;
+}
+
+void CMRBremsDat::FahrzeugGewechselt()
+{
+    const bool vorhanden = m_data.IsFzgValid(fahrzeug);
+    phase = vorhanden ? static_cast<std::int64_t>(WZDat(static_cast<std::size_t>(fahrzeug)).selected) : 0;
+}
+
+void CMRBremsDat::VollverzoegerungEingegeben()
+{
+    linVerzoegerung = vollverzoegerung;
+    spurverzoegerung = kUeblicherAnteil * vollverzoegerung;
+}
+
+void CMRBremsDat::SpurverzoegerungEingegeben()
+{
+    if (spurverzoegerung == 0.0)
+        spurverzoegerung = kUeblicherAnteil * vollverzoegerung;
+}
+
+CMRBremsDat::Ausgang CMRBremsDat::Rechnen()
+{
+    if (spurlaenge <= 0.0)
+        spurlaenge = kKuerzesteSpur;
+    const double a = vollverzoegerung;
+    const double tau = anstieg;
+    const double vE = endgeschwindigkeit / kKmhProMs;
+
+    const double r = (a - spurverzoegerung) / a;
+    const double l = std::log(1.0 / r);
+    const double h = l * l / 2.0;
+    const Gleichung gleichung{r, l, h, spurlaenge / (tau * tau * a), vE / (a * tau)};
+    const double x = Loese(gleichung);
+    const double e = std::exp(-x);
+    const double m = e + x - 1.0;
+
+    bremsSchwellzeit = tau * x;
+    schwelldauer = tau * l;
+    bremszeit = bremsSchwellzeit - schwelldauer;
+    schwellweg = tau * vE * l + tau * tau * a * l * m - (h - r - l + 1.0) * (tau * tau) * a;
+    const double v0 = m * a * tau + vE;
+    bremsSchwellweg = bremsSchwellzeit * (a * tau * m + vE) - (x * x / 2.0 - e + 1.0 - x) * (tau * tau) * a;
+    reaktionspunktWeg = v0 * reaktionsdauer + bremsSchwellweg;
+    reaktionspunktZeit = bremsSchwellzeit + reaktionsdauer;
+    erreichteVerzoegerung = (1.0 - std::exp(-bremsSchwellzeit / tau)) * a;
+    anfangsgeschwindigkeit = v0 * kKmhProMs;
+    endgeschwindigkeit = vE * kKmhProMs;
+
+    if (linVerzoegerung == 0.0)
+        linVerzoegerung = a;
+    return LineareGroessen(v0, vE) ? Ausgang::berechnet : Ausgang::ohneLineares;
+}
+
+bool CMRBremsDat::LineareGroessen(double v0, double vE)
+{
+    const double a = linVerzoegerung;
+    const double weg = v0 * reaktionsdauer + bremsSchwellweg;
+    const double zeit = bremsSchwellzeit + reaktionsdauer;
+    // The same path in the same time: d = (a·t)² for the build-up time t.
+    const double d = (weg - zeit * v0) * (-24.0 * a) - (v0 * v0 - 2.0 * v0 * vE + vE * vE) * 12.0;
+    if (!(d > 0.0))
+        return false;
+    const double t = std::sqrt(d) / a;
+    const double u = a * t / 2.0; // speed lost over the build-up
+    const double bremsen = (v0 - vE - u) / a;
+    const double bremsweg = ((v0 - u) * (v0 - u) - vE * vE) * 0.5 / a;
+    const double schwellen = t * v0 - t * t * a / 6.0;
+    const double reaktion = zeit - bremsen - t;
+    for (const double quantity : {t, bremsen, bremsweg, schwellen, reaktion, v0 * kKmhProMs})
+        if (!std::isfinite(quantity))
+            return false;
+    linSchwelldauer = t;
+    linBremszeit = bremsen;
+    linReaktionsdauer = reaktion;
+    linBremsweg = bremsweg;
+    linSchwellweg = schwellen;
+    linGeschwindigkeit = (v0 - u) * kKmhProMs;
+    return true;
+}
+
+CMRBremsDat::Vorbehalt CMRBremsDat::PruefeErgebnis(Ausgang ausgang) const
+{
+    if (spurverzoegerung >= vollverzoegerung)
+        return Vorbehalt::spurverzoegerung;
+    if (anstieg == 0.0)
+        return Vorbehalt::ohneAnstieg;
+    if (!(bremszeit >= 0.0))
+        return Vorbehalt::spurZuKurz;
+    if (ausgang == Ausgang::ohneLineares)
+        return Vorbehalt::ohneLineares;
+    return linReaktionsdauer < 0.0 || linBremszeit < 0.0 ? Vorbehalt::negativeDauer : Vorbehalt::keiner;
+}
+
+Uebertragung CMRBremsDat::Uebertragen()
+{
+    const double reaktionsweg = anfangsgeschwindigkeit / kKmhProMs * linReaktionsdauer;
+    const std::array<Folgephase, 3> folge{{
+        {PhasenArt::braking, endgeschwindigkeit, linGeschwindigkeit, linBremszeit, linBremsweg, linVerzoegerung},
+        {PhasenArt::threshold, linGeschwindigkeit, anfangsgeschwindigkeit, linSchwelldauer, linSchwellweg,
+         linVerzoegerung},
+        {PhasenArt::reaction, anfangsgeschwindigkeit, anfangsgeschwindigkeit, linReaktionsdauer, reaktionsweg, 0.0},
+    }};
+    const Uebertragung result = UebertrageFolge(m_data, fahrzeug, phase, folge, std::nullopt, m_parent);
+    if (result == Uebertragung::erfolgt)
+        phase = ErsteSpalteDerFolge(phase);
+    return result;
+}
