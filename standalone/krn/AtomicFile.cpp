@@ -175,4 +175,11 @@ bool FileExists(const std::string& path)
     return native && fs::exists(*native, ignored);
 }
 
+bool IsOrdinaryFile(const std::string& path)
+{
+    std::error_code ignored;
+    const auto native = NativePath(path);
+    return native && fs::is_regular_file(*native, ignored);
+}
+
 } // namespace krn

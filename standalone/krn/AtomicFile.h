@@ -46,4 +46,7 @@ FileResult ReadWholeFile(const std::string& path, std::string& bytes, std::size_
 /// Whether something with this name exists; links are followed.
 bool FileExists(const std::string& path);
 
+/// Whether it exists and is neither folder, pipe nor device; links are followed.
+bool IsOrdinaryFile(const std::string& path);
+
 } // namespace krn

@@ -136,6 +136,20 @@ class Builder final : public nlohmann::json_sax<nlohmann::json>
     std::size_t m_count = 0;
 };
 
+/// Adds the values of the tree to `count`; false as soon as a limit is passed.
+bool CountWithin(const JsonValue& value, std::size_t depth, std::size_t& count)
+{
+    const auto* array = value.As<JsonValue::Array>();
+    const auto* object = value.As<JsonValue::Object>();
+    if (++count > kJsonMaxValues || (depth == kJsonMaxDepth && (array || object))) {
+        return false;
+    }
+    const auto within = [&](const JsonValue& item) { return CountWithin(item, depth + 1, count); };
+    return (!array || std::all_of(array->begin(), array->end(), within)) &&
+           (!object || std::all_of(object->begin(), object->end(),
+                                   [&](const JsonValue::Member& member) { return within(member.value); }));
+}
+
 std::string Quoted(const std::string& text)
 {
     return nlohmann::json(text).dump();
@@ -288,19 +302,10 @@ bool IsUtf8(const std::string& text)
     }
 }
 
-std::size_t CountValues(const JsonValue& value)
+bool FitsLimits(const JsonValue& value)
 {
-    std::size_t count = 1;
-    if (const auto* array = value.As<JsonValue::Array>()) {
-        for (const JsonValue& item : *array) {
-            count += CountValues(item);
-        }
-    } else if (const auto* object = value.As<JsonValue::Object>()) {
-        for (const JsonValue::Member& member : *object) {
-            count += CountValues(member.value);
-        }
-    }
-    return count;
+    std::size_t count = 0;
+    return CountWithin(value, 0, count);
 }
 
 } // namespace krn

@@ -82,7 +82,7 @@ std::string WriteJson(const JsonValue& value, JsonLayout layout);
 
 bool IsUtf8(const std::string& text);
 
-/// Number of values in the tree, the value itself included.
-std::size_t CountValues(const JsonValue& value);
+/// Whether ParseJson would take the value for neither too deep nor too large.
+bool FitsLimits(const JsonValue& value);
 
 } // namespace krn
