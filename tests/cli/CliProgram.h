@@ -4,12 +4,13 @@
 // Starts the command line, which the environment names, and gives back what it said.
 #pragma once
 
+#include "tests/support/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <array>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -27,23 +28,6 @@ struct Output {
     int exit = -1;
     std::string out;
     std::string err;
-};
-
-/// A folder of its own that goes with the object.
-class TemporaryFolder
-{
-  public:
-    TemporaryFolder()
-    {
-        std::string name = ::testing::TempDir() + "tavelin-cli-XXXXXX";
-        path = ::mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(path); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::string File(const std::string& name) const { return path + "/" + name; }
-    std::string path;
 };
 
 inline std::string Content(const std::string& path)

@@ -4,6 +4,7 @@
 
 #include "krn/AtomicFile.h"
 #include "krn/Crc32.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -30,14 +31,6 @@ using Clock = std::chrono::steady_clock;
 class JournalTest : public ::testing::Test
 {
   protected:
-    JournalTest()
-    {
-        static int number = 0;
-        m_folder = fs::temp_directory_path() /
-                   ("tavelin-journal-test-" + std::to_string(ProcessId()) + "-" + std::to_string(++number));
-    }
-    ~JournalTest() override { fs::remove_all(m_folder); }
-
     std::string Folder() const { return Utf8Of(m_folder); }
     std::vector<fs::path> Files() const
     {
@@ -67,7 +60,8 @@ class JournalTest : public ::testing::Test
         std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     }
 
-    fs::path m_folder;
+    test::TemporaryFolder m_temporary;
+    const fs::path m_folder = fs::path(m_temporary.Path()) / "state" / "tavelin";
 };
 
 TEST(Crc32, KnownValues)
@@ -89,9 +83,9 @@ TEST_F(JournalTest, IsThereWhileItsDocumentRunsAndGoneAfterwards)
         journal.Flush();
         EXPECT_EQ(Files().size(), 3U);
         EXPECT_TRUE(FindJournals(Folder()).empty()) << "its program is running";
-        if (fs::status(m_folder).permissions() != fs::perms::unknown) {
-            EXPECT_EQ(fs::status(m_folder).permissions() & fs::perms::others_all, fs::perms::none);
-        }
+#ifndef _WIN32
+        EXPECT_EQ(fs::status(m_folder).permissions() & (fs::perms::group_all | fs::perms::others_all), fs::perms::none);
+#endif
 
         CopyAsLeftBehind("crashed");
         const auto found = FindJournals(Folder());
