@@ -42,7 +42,7 @@ constexpr std::array kMessages{
                 "Verzögerung bei "
                 "Spurbeginn muss kleiner als die Vollbremsverzögerung sein, das Anstiegsverhalten größer als 0 und die "
                 "Spur dafür "
-                "lang genug; sonst hilft eine andere Verzögerung des linearen Modells."},
+                "lang genug; sonst hilft eine größere Verzögerung des linearen Modells."},
 };
 
 std::string ArgText(const MessageArg& arg)
