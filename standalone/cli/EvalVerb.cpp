@@ -1,18 +1,19 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// Functions without a mask: the quadratic solver and the kinematics the masks share.
+// The functions that module and host offer to others: one line each in the tables below.
 #include "cli/Verbs.h"
 
+#include "cli/CaseInput.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonText.h"
 #include "cli/Options.h"
+#include "cli/Session.h"
 #include "frame/Kinematics.h"
 #include "host/Quadratgl.h"
 #include "krn/NumberText.h"
 
 #include <algorithm>
-#include <array>
 #include <span>
 
 namespace cli
@@ -77,6 +78,23 @@ const std::vector<Function>& Functions()
     return functions;
 }
 
+/// A function that runs a mask for its result. Its arguments are what the user does with the mask.
+struct ModalFunction {
+    std::string_view name;
+    UINT mask;
+    std::vector<Quantity> results;
+    void (*call)(CRuvData& data, CWnd* parent, double* result, int* okFlag);
+};
+
+const std::vector<ModalFunction>& ModalFunctions()
+{
+    static const std::vector<ModalFunction> functions{
+        {"AMax", 400, {{"okFlag", ""}, {"result", "m/s²"}}, AMax},
+        {"VGrenz", 401, {{"okFlag", ""}, {"result", "km/h"}}, VGrenz},
+    };
+    return functions;
+}
+
 std::string Listed(const std::vector<Quantity>& quantities)
 {
     std::string text;
@@ -107,6 +125,9 @@ int List(bool asJson)
         std::vector<std::vector<std::string>> rows{{"Funktion", "Werte", "Ergebnisse"}};
         for (const Function& function : Functions())
             rows.push_back({std::string(function.name), Listed(function.arguments), Listed(function.results)});
+        for (const ModalFunction& function : ModalFunctions())
+            rows.push_back({std::string(function.name), "Aktionen in Maske " + std::to_string(function.mask),
+                            Listed(function.results)});
         Print(TableText(rows));
         return exitDone;
     }
@@ -119,31 +140,37 @@ int List(bool asJson)
         WriteQuantities(json, "results", function.results);
         json.EndObject();
     }
+    for (const ModalFunction& function : ModalFunctions()) {
+        json.BeginObject();
+        json.Key("name").Text(function.name);
+        json.Key("mask").Integer(function.mask);
+        WriteQuantities(json, "results", function.results);
+        json.EndObject();
+    }
     json.EndArray();
     Print(json.Str() + "\n");
     return exitDone;
 }
 
-void PrintResults(const Function& function, Arguments arguments, const Results& results, bool asJson)
+/// `arguments` is a JSON value.
+void PrintResults(std::string_view name, const std::string& arguments, const std::vector<Quantity>& quantities,
+                  const Results& results, bool asJson)
 {
     if (!asJson) {
         std::vector<std::vector<std::string>> rows;
         for (std::size_t i = 0; i < results.size(); ++i)
-            rows.push_back({std::string(function.results[i].name), results[i] ? NumberText(*results[i]) : "–",
-                            std::string(function.results[i].unit)});
+            rows.push_back({std::string(quantities[i].name), results[i] ? NumberText(*results[i]) : "–",
+                            std::string(quantities[i].unit)});
         Print(TableText(rows));
         return;
     }
     JsonText json;
     json.BeginObject();
-    json.Key("function").Text(function.name);
-    json.Key("arguments").BeginObject();
-    for (std::size_t i = 0; i < arguments.size(); ++i)
-        json.Key(function.arguments[i].name).Number(arguments[i]);
-    json.EndObject();
+    json.Key("function").Text(name);
+    json.Key("arguments").Raw(arguments);
     json.Key("results").BeginObject();
     for (std::size_t i = 0; i < results.size(); ++i) {
-        json.Key(function.results[i].name);
+        json.Key(quantities[i].name);
         if (results[i])
             json.Number(*results[i]);
         else
@@ -152,6 +179,60 @@ void PrintResults(const Function& function, Arguments arguments, const Results& 
     json.EndObject();
     json.EndObject();
     Print(json.Str() + "\n");
+}
+
+using Texts = std::vector<std::string>;
+
+int Evaluate(const Function& function, const Texts& texts, bool asJson)
+{
+    if (texts.size() != function.arguments.size())
+        return Complain(exitUsage, std::string(function.name) + " erwartet " +
+                                       std::to_string(function.arguments.size()) +
+                                       " Werte: " + Listed(function.arguments));
+    std::vector<double> values;
+    JsonText arguments;
+    arguments.BeginObject();
+    for (const std::string& text : texts) {
+        const auto value = krn::ParseNumber(text);
+        if (!value)
+            return Complain(exitUsage, std::string(function.name) + ": „" + text + "“ ist keine Zahl");
+        arguments.Key(function.arguments[values.size()].name).Number(*value);
+        values.push_back(*value);
+    }
+    arguments.EndObject();
+    PrintResults(function.name, arguments.Str(), function.results, function.call(values), asJson);
+    return exitDone;
+}
+
+int Evaluate(const ModalFunction& function, const Texts& texts, bool asJson)
+{
+    std::vector<Action> actions;
+    JsonText arguments;
+    arguments.BeginArray();
+    for (const std::string& text : texts) {
+        ParsedAction parsed = ParseAction(text);
+        if (!parsed.action)
+            return Complain(exitUsage, parsed.error);
+        arguments.Text(text);
+        actions.push_back(std::move(*parsed.action));
+    }
+    arguments.EndArray();
+    double result = 0.0;
+    int okFlag = 0;
+    Session session(ExampleCase());
+    const auto failure = session.RunModally(
+        function.mask, actions, [&](CRuvData& data, CWnd* parent) { function.call(data, parent, &result, &okFlag); });
+    if (failure)
+        return Complain(failure->exit, failure->text);
+    const auto given = okFlag != 0 ? std::optional(result) : std::nullopt;
+    PrintResults(function.name, arguments.Str(), function.results, {okFlag, given}, asJson);
+    return session.Refused() ? exitRefused : exitDone;
+}
+
+template <class F> const F* Named(const std::vector<F>& functions, const std::string& name)
+{
+    const auto found = std::find_if(functions.begin(), functions.end(), [&](const F& f) { return f.name == name; });
+    return found == functions.end() ? nullptr : &*found;
 }
 
 } // namespace
@@ -164,22 +245,12 @@ int EvalVerb(const std::vector<std::string>& arguments)
     if (options.rest.empty())
         return List(options.json);
     const std::string& name = options.rest.front();
-    const auto function =
-        std::find_if(Functions().begin(), Functions().end(), [&](const auto& f) { return f.name == name; });
-    if (function == Functions().end())
-        return Complain(exitUsage, "Funktion „" + name + "“ gibt es nicht; „tavelin-cli eval“ nennt alle");
-    if (options.rest.size() - 1 != function->arguments.size())
-        return Complain(exitUsage, name + " erwartet " + std::to_string(function->arguments.size()) +
-                                       " Werte: " + Listed(function->arguments));
-    std::vector<double> values;
-    for (std::size_t i = 1; i < options.rest.size(); ++i) {
-        const auto value = krn::ParseNumber(options.rest[i]);
-        if (!value)
-            return Complain(exitUsage, name + ": „" + options.rest[i] + "“ ist keine Zahl");
-        values.push_back(*value);
-    }
-    PrintResults(*function, values, function->call(values), options.json);
-    return exitDone;
+    const Texts rest(options.rest.begin() + 1, options.rest.end());
+    if (const Function* function = Named(Functions(), name))
+        return Evaluate(*function, rest, options.json);
+    if (const ModalFunction* function = Named(ModalFunctions(), name))
+        return Evaluate(*function, rest, options.json);
+    return Complain(exitUsage, "Funktion „" + name + "“ gibt es nicht; „tavelin-cli eval“ nennt alle");
 }
 
 } // namespace cli

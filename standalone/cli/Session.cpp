@@ -57,6 +57,17 @@ std::optional<Failure> Session::Run(UINT mask, std::span<const Action> actions,
     return m_failure;
 }
 
+std::optional<Failure> Session::RunModally(UINT mask, std::span<const Action> actions,
+                                           const std::function<void(CRuvData&, CWnd*)>& function)
+{
+    m_number = mask;
+    m_actions = actions;
+    Continue([this] { return OnlyQueues(m_actions[m_next]); });
+    function(*m_data, &m_mainWindow);
+    Continue([] { return true; }); // what is left finds the mask closed
+    return m_failure;
+}
+
 void Session::Open()
 {
     const auto masks = MaskTable();
@@ -147,7 +158,7 @@ Window* Session::Control(UINT id)
     const std::string name = "Feld " + std::to_string(id);
     if (top == nullptr)
         Fail(name + ": " + NameOfMask() + " ist geschlossen");
-    else if (modal)
+    else if (modal && top->id != m_number)
         Fail(name + " gibt es nicht in Dialog " + std::to_string(top->id) + ", der über " + NameOfMask() +
              " geöffnet ist");
     else

@@ -36,6 +36,11 @@ class Session
     std::optional<Failure> Run(UINT mask, std::span<const Action> actions,
                                const std::function<void(const std::string&)>& onState = {});
 
+    /// Calls a function that runs a mask modally for the window it is given, and does the actions meanwhile. A mask
+    /// that is still open after the last action is cancelled.
+    std::optional<Failure> RunModally(UINT mask, std::span<const Action> actions,
+                                      const std::function<void(CRuvData&, CWnd*)>& function);
+
     /// An entry was not taken by the mask.
     bool Refused() const { return m_front.Refused(); }
     /// The state as a JSON object.

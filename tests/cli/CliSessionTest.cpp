@@ -264,6 +264,16 @@ TEST(CliProgram, EvaluatesTheQuadraticSolver)
     EXPECT_EQ(RunCli({"eval", "Quadratgl", "1", "2"}).exit, 2);
 }
 
+TEST(CliProgram, RunsAMaskModallyForItsResult)
+{
+    const json accepted = json::parse(RunCli({"eval", "AMax", "4662=0,8", "press:100", "--json"}).out);
+    EXPECT_EQ(accepted.at("results").at("okFlag"), 1);
+    EXPECT_DOUBLE_EQ(accepted.at("results").at("result"), 0.8 * kG);
+    // Left open, the mask is cancelled and writes nothing.
+    const json left = json::parse(RunCli({"eval", "AMax", "4662=0,8", "press:105", "--json"}).out);
+    EXPECT_EQ(left.at("results"), (json{{"okFlag", 0}, {"result", nullptr}}));
+}
+
 TEST(CliProgram, PrintsEveryStateAndEndsWithTheRefusal)
 {
     const test::Output output = RunCli({"mask", "400", "4662=0,8", "state", "4662=abc", "press:105"});
