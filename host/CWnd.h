@@ -151,7 +151,7 @@ class CWaitCursor
 /// A plain message box with an OK button, for texts of the module's own. Returns the answer.
 int AfxMessageBox(const std::string& utf8);
 
-/// String of the resource chain, empty when no module holds it.
+/// String of the resource chain, the host's own last; empty when none holds it.
 std::string LoadRuvString(UINT id);
 
 // --- module start and end ---------------------------------------------------------------------------------------

@@ -27,6 +27,14 @@ struct CPlacedObject {
     friend bool operator==(const CPlacedObject&, const CPlacedObject&) = default;
 };
 
+/// A drawing view that a mask is tied to: it is handed the mask's objects whenever they change.
+class CMvView
+{
+  public:
+    virtual ~CMvView() = default;
+    virtual void ShowObjects(const std::vector<CPlacedObject>& objects) = 0;
+};
+
 /// A mask that places objects. Registered for its life.
 class CPlacingClient
 {
@@ -42,6 +50,8 @@ class CPlacingClient
     virtual std::vector<CPlacedObject> PlacedObjects() const = 0;
     /// The user placed, moved, turned or sized an object; called for every step of a drag.
     virtual void ObjectPlaced(const CPlacedObject& object) = 0;
+    /// The user is done with the open request.
+    virtual void PlacingEnded() {}
 
     /// Asks the view to place an object like `wish` (kind, name, size to begin with); `prompt` tells the user. A
     /// request that is still open is replaced.

@@ -45,6 +45,9 @@ class UnitsSystemConfiguration
     /// The text beside a field, for example "km/h".
     std::string UnitString(UnitType unit) const;
 
+    /// The text with the first metric unit in it replaced by the user's.
+    std::string WithUnit(std::string text, UnitType unit) const;
+
     /// Speed in km/h to the user's unit, and that unit's text.
     double ConvertSpeedMetricToUnit(double kmh) const { return ToShown(kmh, UnitType(unitType::speedKmh)); }
     std::string GetSpeedUnit() const { return UnitString(UnitType(unitType::speedKmh)); }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "framework/Resources.h"
 
+#include "framework/HostStrings.h"
 #include "framework/Utf.h"
 #include "host/Assert.h"
 
@@ -336,6 +337,7 @@ std::string LoadRuvString(UINT id)
 {
     const auto block = framework::FindEntry(framework::kResourceString, id / 16 + 1);
     if (block.empty())
-        return {};
-    return framework::ReadStringBlock(block)[id % 16];
+        return framework::HostString(id);
+    std::string text = framework::ReadStringBlock(block)[id % 16];
+    return text.empty() ? framework::HostString(id) : text;
 }

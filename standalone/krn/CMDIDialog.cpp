@@ -243,16 +243,7 @@ void CMDIDialog::ReplaceChildWindowSubstringWithUnitString(UINT controlId, const
     CWnd* control = GetDlgItem(controlId);
     if (control == nullptr)
         return;
-    std::string text = control->GetWindowText();
-    // The template names the metric unit, longer texts first.
-    for (const char* metric : {"m/s²", "km/h", "m/s", "m"}) {
-        const std::size_t at = text.find(metric);
-        if (at == std::string::npos)
-            continue;
-        const std::string now = UnitsSystemConfiguration::GetInstance().UnitString(unit);
-        control->SetWindowText(text.replace(at, std::string_view(metric).size(), now));
-        return;
-    }
+    control->SetWindowText(UnitsSystemConfiguration::GetInstance().WithUnit(control->GetWindowText(), unit));
 }
 
 void CMDIDialog::SetUseFzgColors(std::int64_t vehicle)

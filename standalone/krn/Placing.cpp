@@ -58,8 +58,12 @@ bool AnswerPlacing(const CRuvData& data, const CPlacedObject& object)
 
 void EndPlacing(const CRuvData& data)
 {
-    if (const PlacingRequest* request = OpenPlacingRequest(data))
-        request->client->CancelPlacing();
+    const PlacingRequest* request = OpenPlacingRequest(data);
+    if (request == nullptr)
+        return;
+    CPlacingClient* client = request->client;
+    client->CancelPlacing();
+    client->PlacingEnded();
 }
 
 std::vector<SceneObject> SceneObjects(const CRuvData& data)

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/Units.h"
 
+#include <string_view>
+
 namespace
 {
 
@@ -46,4 +48,15 @@ double UnitsSystemConfiguration::Factor(UnitType unit) const
 std::string UnitsSystemConfiguration::UnitString(UnitType unit) const
 {
     return InSystem(unit.Type(), m_system == UnitsSystem::imperial).text;
+}
+
+std::string UnitsSystemConfiguration::WithUnit(std::string text, UnitType unit) const
+{
+    // Longer texts first: the shorter ones are parts of them.
+    for (const std::string_view metric : {"m/s²", "km/h", "m/s", "m"}) {
+        const std::size_t at = text.find(metric);
+        if (at != std::string::npos)
+            return text.replace(at, metric.size(), UnitString(unit));
+    }
+    return text;
 }
