@@ -11,6 +11,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace desktop
@@ -63,6 +64,9 @@ class CaseDocument : public QObject
     QString UndoLabel() const;
     QString RedoLabel() const;
 
+    /// The case as its file would hold it now.
+    std::string CaseText();
+
     /// Cases left behind by programs that no longer run.
     static std::vector<LeftBehind> FindLeftBehind();
     /// Opens such a case as a modified one. Its journal is removed once the document's own journal holds the case.
@@ -90,15 +94,24 @@ class CaseDocument : public QObject
     /// What can be undone and redone changed.
     void historyChanged();
     void recentFilesChanged();
-    /// The journal could not be written, with the reason; said once until it works again.
+    /// The journal cannot be written, or the case is in a state that no file can hold; said once until it works again.
     void journalFailed(const QString& why);
 
   private:
     struct Parts;
+    void Poll();
+    /// Tells everybody that the content is another, and the journal.
+    void AfterChange();
+    /// Makes what the case holds now the beginning of a new history.
+    void Begin(const QString& path, bool saved);
+    void SetModified(bool modified);
+    void AddRecent(const QString& path);
+
     std::unique_ptr<CRuvData> m_data;
     std::unique_ptr<Parts> m_parts;
     QString m_path;
     QString m_error;
+    QString m_problem; ///< why the case cannot be written, as last announced
     QStringList m_warnings;
     bool m_modified = false;
 };

@@ -53,6 +53,18 @@ std::unique_ptr<CRuvData> Read(const std::string& text)
 
 } // namespace
 
+void ReplaceCaseAndTell(CRuvData& data, CRuvData&& content)
+{
+    const auto differences = Compare(data, content);
+    std::string text;
+    const CaseResult written = CaseToJson(content, text);
+    ReplaceCase(data, std::move(content));
+    Notify(data, differences);
+    std::string now;
+    if (written && (!CaseToJson(data, now) || now != text))
+        ReplaceCase(data, std::move(*Read(text)));
+}
+
 CaseHistory::CaseHistory(CRuvData& data) : m_data(data)
 {
     Reset();
@@ -119,14 +131,7 @@ bool CaseHistory::Redo()
 void CaseHistory::Restore(std::string text)
 {
     m_text = std::move(text);
-    auto content = Read(m_text);
-    const auto differences = Compare(m_data, *content);
-    ReplaceCase(m_data, std::move(*content));
-    Notify(m_data, differences);
-    // A mask may answer the news by writing into the case. The step shows what was there, not that.
-    std::string now;
-    if (!CaseToJson(m_data, now) || now != m_text)
-        ReplaceCase(m_data, std::move(*Read(m_text)));
+    ReplaceCaseAndTell(m_data, std::move(*Read(m_text)));
 }
 
 std::size_t CaseHistory::Size() const

@@ -16,6 +16,10 @@ class CRuvData;
 namespace krn
 {
 
+/// ReplaceCase, after which the open masks are told what of which vehicle is another. What they write into the case in
+/// answer does not stand: the case holds `content` then.
+void ReplaceCaseAndTell(CRuvData& data, CRuvData&& content);
+
 /// Keeps the case as the text of its file and each step as the difference of two such texts, so that a step takes back
 /// exactly what the file would show, and takes room in proportion to what it changed.
 class CaseHistory
