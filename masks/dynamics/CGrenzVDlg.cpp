@@ -6,6 +6,8 @@
 #include "host/FehlerMeldung.h"
 #include "res/resource.h"
 
+#include <initializer_list>
+
 namespace
 {
 
@@ -100,10 +102,11 @@ void CGrenzVDlg::SetupWindow()
     // The stored cross-fall is shown; the road counts as level until one of its fields is changed.
     m_dat.Lade();
     m_dat.berechnet = 0;
-    for (const UINT id :
-         {IDC_GRENZV_RADIUS_EINHEIT, IDC_GRENZV_SEHNE_EINHEIT, IDC_GRENZV_HOEHE_EINHEIT, IDC_GRENZV_BOGEN_EINHEIT})
+    for (const UINT id : std::initializer_list<UINT>{IDC_GRENZV_RADIUS_EINHEIT, IDC_GRENZV_SEHNE_EINHEIT,
+                                                     IDC_GRENZV_HOEHE_EINHEIT, IDC_GRENZV_BOGEN_EINHEIT})
         ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::length));
-    for (const UINT id : {IDC_GRENZV_QUERBESCHL_FUEHLBAR_EINHEIT, IDC_GRENZV_QUERBESCHL_EINHEIT})
+    for (const UINT id :
+         std::initializer_list<UINT>{IDC_GRENZV_QUERBESCHL_FUEHLBAR_EINHEIT, IDC_GRENZV_QUERBESCHL_EINHEIT})
         ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::acceleration));
     ReplaceChildWindowSubstringWithUnitString(IDC_GRENZV_GESCHWINDIGKEIT_EINHEIT, UnitType(unitType::speedKmh));
     Enable(IDC_GRENZV_GESCHWINDIGKEIT, FALSE);
@@ -219,8 +222,8 @@ void CGrenzVDlg::ZeigeGrenze(CGrenzVDat::Grenze grenze)
     const UINT befund = alt ? IDS_GRENZV_KEINE_NEUE_GRENZE : IDS_GRENZV_KEINE_GRENZE;
     ZeigeText(IDC_GRENZV_BEFUND, gefunden ? kKeinText : befund);
     ZeigeText(IDC_GRENZV_GRUND, Grund(grenze));
-    for (const UINT id :
-         {IDC_GRENZV_QUERBESCHL_FUEHLBAR_BEFUND, IDC_GRENZV_QUERBESCHL_BEFUND, IDC_GRENZV_SCHRAEGLAGE_BEFUND})
+    for (const UINT id : std::initializer_list<UINT>{IDC_GRENZV_QUERBESCHL_FUEHLBAR_BEFUND,
+                                                     IDC_GRENZV_QUERBESCHL_BEFUND, IDC_GRENZV_SCHRAEGLAGE_BEFUND})
         ZeigeText(id, alt ? IDS_GRENZV_ALTER_WERT : kKeinText);
 }
 

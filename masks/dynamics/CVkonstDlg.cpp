@@ -7,6 +7,7 @@
 #include "res/resource.h"
 
 #include <array>
+#include <initializer_list>
 #include <string>
 
 namespace
@@ -31,8 +32,10 @@ constexpr std::array<Zeile, CVkonstDat::kZeilen> kZeilen{{
 /// The static beside an edit that names its unit.
 constexpr UINT Einheit(UINT edit)
 {
-    return IDC_VKONST_EINHEIT + edit;
+    return 10000 + edit;
 }
+static_assert(Einheit(IDC_VKONST_KMH_1) == IDC_VKONST_KMH_1_EINHEIT);
+static_assert(Einheit(IDC_VKONST_WEG_6) == IDC_VKONST_WEG_6_EINHEIT);
 
 } // namespace
 
@@ -79,7 +82,7 @@ void CVkonstDlg::BuildObjects()
 
 void CVkonstDlg::SetupWindow()
 {
-    for (const UINT id : {IDC_VKONST_MS_1, IDC_VKONST_KMH_1})
+    for (const UINT id : std::initializer_list<UINT>{IDC_VKONST_MS_1, IDC_VKONST_KMH_1})
         if (CWnd* edit = GetDlgItem(id))
             edit->SetFocus();
     for (const Zeile& zeile : kZeilen) {
