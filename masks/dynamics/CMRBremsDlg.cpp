@@ -9,8 +9,12 @@
 #include "host/RuvCfg.h"
 #include "res/resource.h"
 
+#include <initializer_list>
+
 namespace
 {
+
+using Ids = std::initializer_list<UINT>;
 
 constexpr UINT kKeinText = 0;
 constexpr WPARAM kKeinFahrzeug = static_cast<WPARAM>(-1);
@@ -100,19 +104,19 @@ void CMRBremsDlg::SetupWindow()
     m_dat.Loeschen();
     m_dat.FahrzeugGewechselt();
     m_dat.berechnet = 0;
-    for (const UINT id : {IDC_MRBREMS_VE_EINHEIT, IDC_MRBREMS_V0_EINHEIT})
+    for (const UINT id : Ids{IDC_MRBREMS_VE_EINHEIT, IDC_MRBREMS_V0_EINHEIT})
         ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::speedKmh));
-    for (const UINT id : {IDC_MRBREMS_VOLLVERZOEGERUNG_EINHEIT, IDC_MRBREMS_SPURVERZOEGERUNG_EINHEIT,
-                          IDC_MRBREMS_ERREICHT_EINHEIT, IDC_MRBREMS_LIN_VERZOEGERUNG_EINHEIT})
+    for (const UINT id : Ids{IDC_MRBREMS_VOLLVERZOEGERUNG_EINHEIT, IDC_MRBREMS_SPURVERZOEGERUNG_EINHEIT,
+                             IDC_MRBREMS_ERREICHT_EINHEIT, IDC_MRBREMS_LIN_VERZOEGERUNG_EINHEIT})
         ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::acceleration));
-    for (const UINT id :
-         {IDC_MRBREMS_SPURLAENGE_EINHEIT, IDC_MRBREMS_REAKTIONSPUNKT_WEG_EINHEIT, IDC_MRBREMS_SCHWELLWEG_EINHEIT,
-          IDC_MRBREMS_BREMS_SCHWELLWEG_EINHEIT, IDC_MRBREMS_LIN_BREMSWEG_EINHEIT, IDC_MRBREMS_LIN_SCHWELLWEG_EINHEIT})
+    for (const UINT id : Ids{IDC_MRBREMS_SPURLAENGE_EINHEIT, IDC_MRBREMS_REAKTIONSPUNKT_WEG_EINHEIT,
+                             IDC_MRBREMS_SCHWELLWEG_EINHEIT, IDC_MRBREMS_BREMS_SCHWELLWEG_EINHEIT,
+                             IDC_MRBREMS_LIN_BREMSWEG_EINHEIT, IDC_MRBREMS_LIN_SCHWELLWEG_EINHEIT})
         ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::length));
-    for (const UINT id : {IDC_MRBREMS_REAKTIONSPUNKT_WEG, IDC_MRBREMS_REAKTIONSPUNKT_ZEIT, IDC_MRBREMS_V0,
-                          IDC_MRBREMS_SCHWELLDAUER, IDC_MRBREMS_SCHWELLWEG, IDC_MRBREMS_BREMS_SCHWELLWEG,
-                          IDC_MRBREMS_BREMS_SCHWELLZEIT, IDC_MRBREMS_ERREICHT, IDC_MRBREMS_LIN_REAKTIONSDAUER,
-                          IDC_MRBREMS_LIN_SCHWELLDAUER, IDC_MRBREMS_LIN_BREMSWEG, IDC_MRBREMS_LIN_SCHWELLWEG})
+    for (const UINT id : Ids{IDC_MRBREMS_REAKTIONSPUNKT_WEG, IDC_MRBREMS_REAKTIONSPUNKT_ZEIT, IDC_MRBREMS_V0,
+                             IDC_MRBREMS_SCHWELLDAUER, IDC_MRBREMS_SCHWELLWEG, IDC_MRBREMS_BREMS_SCHWELLWEG,
+                             IDC_MRBREMS_BREMS_SCHWELLZEIT, IDC_MRBREMS_ERREICHT, IDC_MRBREMS_LIN_REAKTIONSDAUER,
+                             IDC_MRBREMS_LIN_SCHWELLDAUER, IDC_MRBREMS_LIN_BREMSWEG, IDC_MRBREMS_LIN_SCHWELLWEG})
         Enable(id, FALSE);
     SetzeFarben();
     ZeigeAlles();

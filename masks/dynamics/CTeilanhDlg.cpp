@@ -8,8 +8,12 @@
 #include "host/RuvCfg.h"
 #include "res/resource.h"
 
+#include <initializer_list>
+
 namespace
 {
+
+using Ids = std::initializer_list<UINT>;
 
 constexpr UINT kKeinText = 0;
 constexpr WPARAM kKeinFahrzeug = static_cast<WPARAM>(-1);
@@ -117,13 +121,13 @@ void CTeilanhDlg::SetupWindow()
 {
     m_dat.Oeffne();
     m_geaendert = false;
-    for (const UINT id : {IDC_TEILANH_VA_EINHEIT, IDC_TEILANH_VR_EINHEIT, IDC_TEILANH_VE_EINHEIT})
+    for (const UINT id : Ids{IDC_TEILANH_VA_EINHEIT, IDC_TEILANH_VR_EINHEIT, IDC_TEILANH_VE_EINHEIT})
         ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::speedKmh));
-    for (const UINT id : {IDC_TEILANH_AR_EINHEIT, IDC_TEILANH_AB_EINHEIT})
+    for (const UINT id : Ids{IDC_TEILANH_AR_EINHEIT, IDC_TEILANH_AB_EINHEIT})
         ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::acceleration));
-    for (const UINT id : {IDC_TEILANH_SG_EINHEIT, IDC_TEILANH_SB_EINHEIT, IDC_TEILANH_SBS_EINHEIT})
+    for (const UINT id : Ids{IDC_TEILANH_SG_EINHEIT, IDC_TEILANH_SB_EINHEIT, IDC_TEILANH_SBS_EINHEIT})
         ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::length));
-    for (const UINT id : {IDC_TEILANH_VR, IDC_TEILANH_TG, IDC_TEILANH_SBS, IDC_TEILANH_TB})
+    for (const UINT id : Ids{IDC_TEILANH_VR, IDC_TEILANH_TG, IDC_TEILANH_SBS, IDC_TEILANH_TB})
         Enable(id, FALSE);
     SetzeSchutz();
     SetzeFarben();
