@@ -92,8 +92,7 @@ void CaseDocument::Poll()
     const std::string error = m_parts->journal->Error();
     const bool failed = !error.empty();
     if (failed && !m_parts->journalHasFailed)
-        emit journalFailed(QStringLiteral("Die automatische Sicherung kann nicht geschrieben werden: ") +
-                           FromUtf8(error));
+        emit journalFailed(FromUtf8(error));
     m_parts->journalHasFailed = failed;
 }
 
