@@ -61,6 +61,8 @@ class CRuvData
     void NotifyGeo(std::size_t vehicle);
     void NotifyWZ(std::size_t vehicle);
     void NotifyUPa(std::size_t vehicle);
+    /// Tells the program that a mask keeps other values now.
+    void NotifyMaskenWerte();
 
     /// What a newer program wrote into the case file and this one does not know; kept by the file's reader.
     struct Unknown;

@@ -68,12 +68,19 @@ class CWegZeitDat
     static constexpr std::size_t kSpalten = 48;
     /// Columns before this one are the collision and what follows it.
     static constexpr std::size_t kErsteSpalte = 3;
+    /// The collision itself: a phase without time, vAnf before and vEnd after it, bahn the last points of the way to
+    /// it, endGier the direction of motion after it.
+    static constexpr std::size_t kKollisionsSpalte = 2;
 
     std::array<CWegZeitSpalte, kSpalten> spalten{};
     /// The column that is marked as selected.
     std::size_t selected = kErsteSpalte;
     /// Mode of the last reaction-and-braking calculation, 0 = none.
     std::int64_t mode = 0;
+    /// How the driving line came about: 0 = drawn, 5 = from a collision configuration.
+    std::int64_t bahnModus = 0;
+    CDPoint endPunkt{};       ///< where the participant came to rest, cm
+    double endRichtung = 0.0; ///< heading at rest, rad
 
     /// First column that is unused, from kErsteSpalte on; kSpalten when all are used.
     std::size_t FirstFree() const;

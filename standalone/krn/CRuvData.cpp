@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CRuvData.h"
 
+#include "framework/UiThread.h"
 #include "host/Assert.h"
 #include "krn/CaseUnknown.h"
 #include "krn/CaseWindows.h"
@@ -77,4 +78,10 @@ void CRuvData::NotifyUPa(std::size_t vehicle)
 {
     RUV_ASSERT(vehicle < kFahrzeuge);
     krn::NotifyOpenMasks(*this, krn::CaseChange::parameters, vehicle);
+}
+
+void CRuvData::NotifyMaskenWerte()
+{
+    if (auto* thread = framework::UiThread::Current())
+        thread->Front().CaseChanged(*this);
 }

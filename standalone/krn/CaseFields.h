@@ -76,11 +76,13 @@ inline constexpr std::pair<std::string_view, Kfz::Type> kTypes[] = {
 inline constexpr std::int64_t kLargestKind = 99;
 inline constexpr std::int64_t kLargestSubKind = 1'000'000;
 inline constexpr std::int64_t kLargestMode = 99;
+inline constexpr std::int64_t kLargestFlag = 63;
 inline constexpr std::int64_t kLargestMask = 65535;
 
 inline constexpr std::string_view kRootNames[] = {"format", "version", "title", "vehicles", "masks"};
-inline constexpr std::string_view kParameterNames[] = {"modified"};
-inline constexpr std::string_view kPathTimeNames[] = {"selected", "mode", "phases"};
+inline constexpr std::string_view kParameterNames[] = {"modified", "updateFlags"};
+inline constexpr std::string_view kPathTimeNames[] = {"selected", "mode",      "phases",
+                                                      "lineMode", "restPoint", "restHeading"};
 
 /// `names` and those of the numbers.
 template <class T, std::size_t N, std::size_t M>

@@ -233,6 +233,19 @@ class Reader
             }
             parameters.modified = *modified;
         }
+        const JsonValue* flags = Find(object, "updateFlags");
+        const auto* list = flags ? flags->As<Array>() : nullptr;
+        if (flags && !list) {
+            return Refuse(Below(at, "updateFlags"), "ist keine Liste");
+        }
+        for (std::size_t i = 0; list && i < list->size(); ++i) {
+            const auto flag = (*list)[i].Integer();
+            if (!flag || *flag < 0 || *flag > kLargestFlag) {
+                return Refuse(Below(Below(at, "updateFlags"), i),
+                              "ist keine ganze Zahl von 0 bis " + std::to_string(kLargestFlag));
+            }
+            parameters.SetUpdateFlag(static_cast<unsigned>(*flag));
+        }
         return true;
     }
 
@@ -240,7 +253,15 @@ class Reader
     {
         auto selected = static_cast<std::int64_t>(pathTime.selected);
         if (!ReadInteger(object, at, "selected", 0, CWegZeitDat::kSpalten - 1, false, selected) ||
-            !ReadInteger(object, at, "mode", 0, kLargestMode, false, pathTime.mode)) {
+            !ReadInteger(object, at, "mode", 0, kLargestMode, false, pathTime.mode) ||
+            !ReadInteger(object, at, "lineMode", 0, kLargestMode, false, pathTime.bahnModus)) {
+            return false;
+        }
+        const JsonValue* rest = Find(object, "restPoint");
+        const JsonValue* heading = Find(object, "restHeading");
+        if ((rest && !ReadPoint(*rest, Below(at, "restPoint"), pathTime.endPunkt)) ||
+            (heading &&
+             !CheckNumber(*heading, Below(at, "restHeading"), -kQuantity, kQuantity, pathTime.endRichtung))) {
             return false;
         }
         pathTime.selected = static_cast<std::size_t>(selected);
@@ -282,6 +303,18 @@ class Reader
         return true;
     }
 
+    bool ReadPoint(const JsonValue& value, const std::string& at, CDPoint& point)
+    {
+        const auto* pair = value.As<Array>();
+        const auto x = pair && pair->size() == 2 ? (*pair)[0].Number() : std::nullopt;
+        const auto y = pair && pair->size() == 2 ? (*pair)[1].Number() : std::nullopt;
+        if (!x || !y || std::abs(*x) > kLargestCoordinate || std::abs(*y) > kLargestCoordinate) {
+            return Refuse(at, "ist kein Punkt [x, y] in cm");
+        }
+        point = {*x, *y};
+        return true;
+    }
+
     bool ReadTrajectory(const JsonValue& value, const std::string& at, std::vector<CDPoint>& points)
     {
         const auto* array = value.As<Array>();
@@ -290,13 +323,11 @@ class Reader
         }
         points.reserve(array->size());
         for (std::size_t i = 0; i < array->size(); ++i) {
-            const auto* pair = (*array)[i].As<Array>();
-            const auto x = pair && pair->size() == 2 ? (*pair)[0].Number() : std::nullopt;
-            const auto y = pair && pair->size() == 2 ? (*pair)[1].Number() : std::nullopt;
-            if (!x || !y || std::abs(*x) > kLargestCoordinate || std::abs(*y) > kLargestCoordinate) {
-                return Refuse(Below(at, i), "ist kein Punkt [x, y] in cm");
+            CDPoint point;
+            if (!ReadPoint((*array)[i], Below(at, i), point)) {
+                return false;
             }
-            points.push_back({*x, *y});
+            points.push_back(point);
         }
         return true;
     }

@@ -126,6 +126,15 @@ class Writer
         if (m_data.UPa(index).modified) {
             Put(parameters, "modified", true);
         }
+        if (const std::uint64_t flags = m_data.UPa(index).updateFlags; flags != 0) {
+            Array numbers;
+            for (std::int64_t flag = 0; flag <= kLargestFlag; ++flag) {
+                if ((flags >> flag & 1U) != 0) {
+                    numbers.emplace_back(flag);
+                }
+            }
+            Put(parameters, "updateFlags", std::move(numbers));
+        }
         if (unknown) {
             Append(parameters, unknown->parameters);
         }
@@ -137,6 +146,11 @@ class Writer
             Append(object, unknown->vehicle);
         }
         return object;
+    }
+
+    static bool IsPlace(const CDPoint& point)
+    {
+        return std::abs(point.x) <= kLargestCoordinate && std::abs(point.y) <= kLargestCoordinate;
     }
 
     JsonValue Type(CKfzDaten::Type type, const std::string& at)
@@ -161,6 +175,16 @@ class Writer
             }
         }
         Put(object, "phases", std::move(phases));
+        if (pathTime.bahnModus != 0) {
+            Put(object, "lineMode", Integer(pathTime.bahnModus, 0, kLargestMode, Below(at, "lineMode")));
+        }
+        if (!(pathTime.endPunkt == CDPoint{})) {
+            Check(IsPlace(pathTime.endPunkt), Below(at, "restPoint"), "ist kein Punkt [x, y] in cm");
+            Put(object, "restPoint", Array{pathTime.endPunkt.x, pathTime.endPunkt.y});
+        }
+        if (pathTime.endRichtung != 0.0) {
+            Put(object, "restHeading", Number(pathTime.endRichtung, -kQuantity, kQuantity, Below(at, "restHeading")));
+        }
         if (unknown) {
             Append(object, unknown->pathTime);
         }
@@ -183,7 +207,7 @@ class Writer
             Array points;
             points.reserve(phase.bahn.size());
             for (const CDPoint& point : phase.bahn) {
-                if (!(std::abs(point.x) <= kLargestCoordinate && std::abs(point.y) <= kLargestCoordinate)) {
+                if (!IsPlace(point)) {
                     Check(false, Below(Below(at, "trajectory"), points.size()), "ist kein Punkt [x, y] in cm");
                 }
                 points.emplace_back(Array{point.x, point.y});

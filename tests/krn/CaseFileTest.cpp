@@ -89,7 +89,11 @@ void FillAtRandom(CRuvData& data, std::mt19937_64& random)
         if (kfz.IsValid()) {
             wz.selected = random() % CWegZeitDat::kSpalten;
             wz.mode = static_cast<std::int64_t>(random() % 6);
+            wz.bahnModus = static_cast<std::int64_t>(random() % 6);
+            wz.endPunkt = {RandomNumber(random, 1e9), RandomNumber(random, 1e9)};
+            wz.endRichtung = RandomNumber(random, 1e9);
             data.UPa(i).modified = random() % 2 == 0;
+            data.UPa(i).updateFlags = random() % 2 == 0 ? random() : 0;
         } else if (wz.FirstFree() == CWegZeitDat::kErsteSpalte) {
             kfz = {}; // neither valid nor with phases: nothing of it is kept
             wz = {};
@@ -233,6 +237,11 @@ TEST(CaseFile, WrongValuesAreRefusedByName)
         {"\"mass\": 1500.0", "\"mass\": 1e7", "/vehicles/0/mass"},
         {"\"mass\": 1500.0", "\"mass\": null", "/vehicles/0/mass"},
         {"\"pathTime\": {", "\"parameters\": {\"modified\": 1}, \"pathTime\": {", "/vehicles/0/parameters/modified"},
+        {"\"pathTime\": {", "\"parameters\": {\"updateFlags\": [28, 64]}, \"pathTime\": {",
+         "/vehicles/0/parameters/updateFlags/1"},
+        {"\"selected\": 3", "\"restPoint\": [1], \"selected\": 3", "/vehicles/0/pathTime/restPoint"},
+        {"\"selected\": 3", "\"restHeading\": \"N\", \"selected\": 3", "/vehicles/0/pathTime/restHeading"},
+        {"\"selected\": 3", "\"lineMode\": 100, \"selected\": 3", "/vehicles/0/pathTime/lineMode"},
         {"\"selected\": 3", "\"selected\": 48", "/vehicles/0/pathTime/selected"},
         {"\"phases\": [", "\"phases\": 5, \"x\": [", "/vehicles/0/pathTime/phases"},
         {"\"column\": 4", "\"column\": 3", "/vehicles/0/pathTime/phases/1/column"},
