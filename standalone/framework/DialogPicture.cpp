@@ -199,7 +199,15 @@ void Painter::Edit(const Window& control, const Box& box)
 void Painter::Button(const Window& control, const Box& box)
 {
     const bool accent = control.defaultButton && control.enabled;
-    Rect(box, accent ? kAccent : kWhite, accent ? kAccent : control.enabled ? kInputLine : kGroupLine, 2.0);
+    const bool pressed = control.check != 0;
+    Rect(box,
+         accent    ? kAccent
+         : pressed ? kResult
+                   : kWhite,
+         accent || pressed ? kAccent
+         : control.enabled ? kInputLine
+                           : kGroupLine,
+         2.0);
     const COLORREF color = accent ? kWhite : control.enabled ? kText : kDisabledText;
     Line(WithoutMnemonic(control.text), box.MiddleX(), box.MiddleY(), TextAlign::center, color,
          box.Width() - 4.0 * m_x);

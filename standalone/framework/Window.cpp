@@ -42,6 +42,18 @@ bool CanName(const Window& label)
     return label.kind == Kind::label && !text.empty() && (text.size() > 6 || text.back() == ':');
 }
 
+bool OnOneLine(const Window& a, const Window& b)
+{
+    return a.rect.top < b.rect.bottom && a.rect.bottom > b.rect.top;
+}
+
+/// A check box or radio button names the input behind it on its line.
+bool SwitchNames(const Window& candidate, const Window& control)
+{
+    return (candidate.kind == Kind::check || candidate.kind == Kind::radio) && OnOneLine(candidate, control) &&
+           candidate.rect.right <= control.rect.left;
+}
+
 } // namespace
 
 const char* KindName(Kind kind)
@@ -131,7 +143,7 @@ std::string LabelOf(const Window& control)
         return WithoutMnemonic(control.text);
     const auto& siblings = control.parent->children;
     for (std::size_t i = IndexInParent(control); i-- > 0;)
-        if (CanName(*siblings[i]))
+        if (CanName(*siblings[i]) || SwitchNames(*siblings[i], control))
             return WithoutMnemonic(siblings[i]->text);
     return {};
 }
@@ -144,9 +156,9 @@ std::string UnitTextOf(const Window& control)
     const std::size_t next = IndexInParent(control) + 1;
     if (next >= siblings.size() || siblings[next]->kind != Kind::label || CanName(*siblings[next]))
         return {};
-    const CRect& beside = siblings[next]->rect;
-    const bool sameLine = beside.top < control.rect.bottom && beside.bottom > control.rect.top;
-    return sameLine && beside.left >= control.rect.right ? WithoutMnemonic(siblings[next]->text) : std::string{};
+    const Window& beside = *siblings[next];
+    const bool follows = OnOneLine(beside, control) && beside.rect.left >= control.rect.right;
+    return follows ? WithoutMnemonic(beside.text) : std::string{};
 }
 
 std::vector<Window*> RadioGroup(const Window& radio)

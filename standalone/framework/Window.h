@@ -60,7 +60,7 @@ struct Window {
     bool readOnly = false; ///< edit: write-protected
     bool modified = false; ///< edit: typed into since the entry was finished last
     bool refused = false;  ///< edit: the entry finished last was not taken
-    int check = 0;
+    int check = 0; ///< check box, radio button; 1 on a push button: it looks pressed in
     std::vector<std::string> items;
     int selection = -1;
     int trackMinimum = 0;
@@ -82,7 +82,8 @@ Window& DialogOf(Window& control);
 std::string WithoutMnemonic(const std::string& text);
 /// The mnemonic letter as UTF-8 in lower case, empty when there is none.
 std::string MnemonicOf(const std::string& text);
-/// Text that names a control: its own, or for an input that of the static before it in template order.
+/// Text that names a control: its own, or for an input that of the static before it in template order or of the check
+/// box or radio button before it on its line.
 std::string LabelOf(const Window& control);
 /// Text of the static that follows an edit on its line (its unit), or "".
 std::string UnitTextOf(const Window& control);
