@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frame/MaskTable.h"
 
+#include "masks/collision/CSchrankenverfahrenDlg.h"
 #include "masks/dynamics/CBeschlDlg.h"
 #include "masks/dynamics/CGrenzVDlg.h"
 #include "masks/dynamics/CMRBremsDlg.h"
@@ -46,7 +47,7 @@ constexpr std::array kMasks{
     MaskEntry{474, "CFLIImportDlg", "Allgemeine Fahrdaten / GPS Daten importieren", 5, nullptr},
     MaskEntry{484, "CDDDImportDlg", "DDD Daten importieren", 5, nullptr},
     MaskEntry{486, "CESOImportDlg", "ESO Datenanalyse", 5, nullptr},
-    MaskEntry{487, "CSchrankenverfahrenDlg", "Schrankenverfahren", 4, nullptr},
+    MaskEntry{487, "CSchrankenverfahrenDlg", "Schrankenverfahren", 4, &Create<CSchrankenverfahrenDlg>},
     MaskEntry{488, "CCDRImportDlg", "CDR Daten importieren", 5, nullptr},
     MaskEntry{491, "CGoProImportDlg", "GoPro Daten importieren", 5, nullptr},
     MaskEntry{492, "CGPXImportDlg", "GPX Daten importieren", 5, nullptr},

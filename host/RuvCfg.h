@@ -4,6 +4,19 @@
 
 #include "host/Bindings.h"
 
+/// Colours of the barrier method's curves on a light ground. Two pairs of barriers share one on purpose.
+struct CSchrankenFarben {
+    COLORREF bremsungDettinger = RGB(192, 24, 32);
+    COLORREF globalRau = RGB(20, 84, 196);
+    COLORREF kuehnelVerzoegerung = RGB(124, 36, 168);
+    COLORREF ritterKrieg = RGB(0, 134, 140);
+    COLORREF frontscheibe = RGB(214, 108, 0);
+    COLORREF scheinwerferHaupt = RGB(136, 84, 44);
+    COLORREF scheinwerferGesamt = RGB(204, 52, 140);
+    COLORREF abwicklung = RGB(112, 118, 0);
+    COLORREF geschwindigkeit = RGB(72, 78, 88);
+};
+
 /// The user's settings as masks see them.
 class CRuvCfg
 {
@@ -17,6 +30,7 @@ class CRuvCfg
     CEditColors resultColors{RGB(0, 0, 0), RGB(240, 240, 240)};
     COLORREF diagramBackground = RGB(255, 255, 255);
     COLORREF diagramPlot = RGB(255, 255, 255);
+    CSchrankenFarben schranken{};
 };
 
 extern CRuvCfg RuvCfg;

@@ -124,6 +124,51 @@ bool CSchrankenverfahrenDat::FahrzeugGueltig() const
     return m_data.IsFzgValid(fahrzeugNr);
 }
 
+bool CSchrankenverfahrenDat::IstPlatziert() const
+{
+    const Mangel mangel = Pruefen();
+    return mangel != Mangel::fahrzeug && mangel != Mangel::person && mangel != Mangel::kollisionsort;
+}
+
+bool CSchrankenverfahrenDat::HatPlatz(std::size_t objekt) const
+{
+    const Rechteck& rechteck = objekte[objekt];
+    return rechteck.gesetzt != 0 || !(rechteck.position == CDPoint{}) || rechteck.breite != 0.0 ||
+           rechteck.laenge != 0.0;
+}
+
+std::int64_t CSchrankenverfahrenDat::Beteiligter(std::size_t objekt) const
+{
+    const std::int64_t number = objekt == fahrzeug  ? fahrzeugNr
+                                : objekt == person  ? personNr
+                                : objekt == fahrrad ? fahrradNr
+                                                    : -1;
+    return m_data.IsFzgValid(number) ? number : -1;
+}
+
+std::pair<double, double> CSchrankenverfahrenDat::Groesse(std::size_t objekt) const
+{
+    constexpr std::array<std::pair<double, double>, kObjekte> kUeblich{{
+        {1.8, 4.5},  // vehicle
+        {4.0, 2.0},  // collision area
+        {0.5, 1.75}, // person, lying
+        {0.6, 1.8},  // bicycle
+        {8.0, 3.0},  // splinters altogether
+        {4.0, 2.0},  // most of the splinters
+    }};
+    const Rechteck& rechteck = objekte[objekt];
+    if (objekt != fahrzeug && (rechteck.breite != 0.0 || rechteck.laenge != 0.0))
+        return {rechteck.breite, rechteck.laenge};
+    const std::int64_t beteiligter = Beteiligter(objekt);
+    if (beteiligter < 0)
+        return kUeblich[objekt];
+    const CKfzDaten& kfz = KfzDat(static_cast<std::size_t>(beteiligter));
+    if (objekt != person)
+        return {kfz.width, kfz.length};
+    // Lying down, a person is as long as tall.
+    return kfz.type == CKfzDaten::Type::pedestrian ? std::pair{kfz.width, kfz.height} : kUeblich[objekt];
+}
+
 double CSchrankenverfahrenDat::Ueberhang() const
 {
     if (!FahrzeugGueltig())
@@ -138,10 +183,15 @@ double CSchrankenverfahrenDat::Ueberhang() const
 void CSchrankenverfahrenDat::Projizieren()
 {
     const Rechteck& wagen = objekte[fahrzeug];
+    // What is no longer placed has no projection.
+    fahrzeugLaenge = fahrradLaengs = fahrradQuer = personLaengs = personQuer = 0.0;
+    kollision = gesamt = haupt = {};
+    kleinsterWeg = groessterWeg = 0.0;
     if (!wagen.gesetzt || !FahrzeugGueltig())
         return;
+    fahrzeugLaenge = KfzDat(static_cast<std::size_t>(fahrzeugNr)).length;
     const double lv = Ueberhang();
-    const double halbeLaenge = KfzDat(static_cast<std::size_t>(fahrzeugNr)).length / 2.0;
+    const double halbeLaenge = fahrzeugLaenge / 2.0;
     if (const Rechteck& objekt = objekte[person]; objekt.gesetzt) {
         personLaengs = Laengs(wagen, objekt.Mitte(), lv);
         personQuer = Quer(wagen, objekt.Mitte());
@@ -164,7 +214,8 @@ void CSchrankenverfahrenDat::Projizieren()
 
 Dat::Mangel CSchrankenverfahrenDat::Pruefen() const
 {
-    if (!objekte[fahrzeug].gesetzt)
+    // The place of a vehicle that the case no longer has is none.
+    if (!objekte[fahrzeug].gesetzt || !FahrzeugGueltig())
         return Mangel::fahrzeug;
     if (!objekte[person].gesetzt)
         return Mangel::person;
@@ -179,14 +230,14 @@ Dat::Mangel CSchrankenverfahrenDat::Pruefen() const
 
 bool CSchrankenverfahrenDat::IstWirksam(Theorie theorie) const
 {
-    if (!theorien[theorie])
+    if (theorien[theorie] == 0)
         return false;
     switch (theorie) {
     case frontscheibe:
     case scheinwerferHaupt:
-        return objekte[hauptfeld].gesetzt;
+        return objekte[hauptfeld].gesetzt != 0;
     case scheinwerferGesamt:
-        return objekte[gesamtfeld].gesetzt;
+        return objekte[gesamtfeld].gesetzt != 0;
     case abwicklung:
         return abwicklungWeg != 0.0;
     default:
@@ -228,7 +279,16 @@ void CSchrankenverfahrenDat::Berechnen()
     Kurven();
     BildeFlaeche();
     Kontrolle();
-    ergebnisSteht = true;
+    ergebnisSteht = 1;
+}
+
+void CSchrankenverfahrenDat::Verwerfen()
+{
+    for (Kurvenfeld& feld : kurven)
+        feld = {};
+    flaeche = {};
+    Kontrolle();
+    ergebnisSteht = 0;
 }
 
 void CSchrankenverfahrenDat::Kurven()

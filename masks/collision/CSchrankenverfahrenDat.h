@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstdint>
+#include <utility>
 
 class CSchrankenverfahrenDat final : public CDlgData
 {
@@ -63,7 +64,7 @@ class CSchrankenverfahrenDat final : public CDlgData
         double winkel = 0.0;
         double breite = 0.0;
         double laenge = 0.0;
-        bool gesetzt = false;
+        std::uint8_t gesetzt = 0;
 
         CDPoint Mitte() const;
         std::array<CDPoint, 4> Ecken() const;
@@ -93,7 +94,9 @@ class CSchrankenverfahrenDat final : public CDlgData
     double geschwindigkeitBis = 0.0;   ///< km/h, 0 = no upper bound
 
     std::array<Rechteck, kObjekte> objekte{};
-    std::array<bool, kTheorien> theorien{};
+    std::array<std::uint8_t, kTheorien> theorien{}; ///< switches
+
+    double fahrzeugLaenge = 0.0; ///< of the placed vehicle, m
 
     double fahrradLaengs = 0.0; ///< projections onto the vehicle's axis, m
     double fahrradQuer = 0.0;
@@ -103,9 +106,12 @@ class CSchrankenverfahrenDat final : public CDlgData
     Bereich gesamt{};
     Bereich haupt{};
 
-    double kleinsterWeg = 0.0;  ///< shown range of the diagram, m
-    double groessterWeg = 0.0;  ///< s_max, m
-    bool ergebnisSteht = false; ///< the curves belong to the inputs
+    double kleinsterWeg = 0.0; ///< range of the distances, m
+    double groessterWeg = 0.0; ///< s_max, m
+
+    std::uint8_t ergebnisSteht = 0; ///< a computation stands
+    Bereich weg{};                  ///< range of the common area, m; zeros when it is empty
+    Bereich tempo{};                ///< range of the common area, km/h
 
     // Page 4.
     std::int64_t wegWahl = 0;              ///< 0 smallest, 1 mean, 2 largest distance of the area
@@ -122,7 +128,7 @@ class CSchrankenverfahrenDat final : public CDlgData
     // Page 5.
     std::int64_t exportWahl = 3;                   ///< 0 minimum, 1 mean, 2 maximum, 3 none chosen
     std::array<double, 3> exportGeschwindigkeit{}; ///< km/h
-    bool vonRechts = true;                         ///< the pedestrian comes from the right as seen from the vehicle
+    std::uint8_t vonRechts = 1;                    ///< the pedestrian comes from the right as seen from the vehicle
 
     std::array<Kurvenfeld, kSchranken> kurven{};
     Kurvenfeld flaeche{}; ///< intersection of the bands
@@ -133,6 +139,14 @@ class CSchrankenverfahrenDat final : public CDlgData
     void Laden();
 
     bool FahrzeugGueltig() const;
+    /// Vehicle, person and collision area have their places.
+    bool IstPlatziert() const;
+    /// An object that stands or stood somewhere.
+    bool HatPlatz(std::size_t objekt) const;
+    /// Participant an object stands for, -1 for a bare rectangle.
+    std::int64_t Beteiligter(std::size_t objekt) const;
+    /// Width and length of an object, m: its own, or before it is placed those that are typical for it.
+    std::pair<double, double> Groesse(std::size_t objekt) const;
     /// Centre of the vehicle to its front, m; 0 without a valid vehicle.
     double Ueberhang() const;
 
@@ -141,6 +155,8 @@ class CSchrankenverfahrenDat final : public CDlgData
     Mangel Pruefen() const;
     /// Computes the curves of all switched-on barriers from fresh projections, then area and results.
     void Berechnen();
+    /// Drops curves, area and results.
+    void Verwerfen();
     /// A switched-on theory that has what it needs.
     bool IstWirksam(Theorie theorie) const;
     static Schranke KurveVon(Theorie theorie);
@@ -157,9 +173,17 @@ class CSchrankenverfahrenDat final : public CDlgData
     /// Distance of the area's position that a chosen speed (0 minimum, 1 mean, 2 maximum) belongs to.
     double FlaecheWegZu(std::int64_t wahl) const;
 
-    /// Distances, speeds and the check of page 4 from the area.
+    /// Ranges, distances, speeds and the check of page 4 from the area.
     void Kontrolle();
+
+    /// A result stands and one of its speeds is chosen.
+    bool KannExportieren() const;
+    /// Makes the chosen speed the vehicle's speed at the collision. Only when KannExportieren.
+    void UebergibTempo();
+    /// The same, and writes how person and bicycle met the vehicle, as far as they are placed and in the case.
+    void Exportieren();
 
   private:
     void Kurven();
+    void UebergibKollision(std::int64_t beteiligter, Objekt objekt, double s);
 };

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// Page "4. Kontrolle": take-off and collision speed from throw and slide.
+#pragma once
+
+#include "masks/collision/CSchrankenSeite.h"
+
+class CTAB4 : public CSchrankenSeite
+{
+  public:
+    CTAB4(CSchrankenverfahrenDlg& maske, CSchrankenverfahrenDat& dat);
+
+    const CMessageMap* GetMessageMap() const override;
+    void BuildObjects() override;
+    void SetupWindow() override;
+    void UpdateDialog() override;
+
+  protected:
+    void WertGeaendert(UINT controlId, bool schritt) override;
+
+  private:
+    LRESULT OnWahl(WPARAM wParam, LPARAM);
+};

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The diagram of the barrier method: speed over the distance behind the vehicle's front at rest.
+#pragma once
+
+#include "host/CDC.h"
+#include "masks/collision/CSchrankenverfahrenDat.h"
+
+#include <array>
+
+class CRuvCfg;
+
+namespace schranken
+{
+
+struct Farben {
+    COLORREF hintergrund;
+    COLORREF zeichenflaeche; ///< inside the axes
+    COLORREF raster;
+    COLORREF rahmen;
+    COLORREF schrift;
+    COLORREF bereich; ///< the common area
+    COLORREF bereichRand;
+    std::array<COLORREF, CSchrankenverfahrenDat::kSchranken> kurven;
+
+    /// The colours of the settings; on a dark ground curves, grid and letters are lightened.
+    static Farben Aus(const CRuvCfg& cfg);
+};
+
+/// The colour, lightened where it would hardly be seen on the ground.
+COLORREF AufGrund(COLORREF farbe, COLORREF grund);
+
+/// "Verzögerung (Kühnel)" is drawn only above 3 m/s², a rule of display alone: it narrows the area at any deceleration.
+bool ZeigtVerzoegerung(const CSchrankenverfahrenDat& dat);
+
+/// Range of the axes in m and km/h.
+struct Achsen {
+    double wegVon;
+    double wegBis;
+    double tempoBis;
+};
+Achsen AchsenVon(const CSchrankenverfahrenDat& dat);
+
+/// Draws the record into the whole of `dc`. `gross` is for a window of its own: wider pens and a legend.
+void ZeichneDiagramm(CDC& dc, const CSchrankenverfahrenDat& dat, const Farben& farben, bool gross);
+
+} // namespace schranken
