@@ -10,6 +10,9 @@
 #include "host/CDialog.h"
 #include "krn/AtomicFile.h"
 #include "krn/NumberText.h"
+#include "krn/Placing.h"
+
+#include <algorithm>
 
 namespace cli
 {
@@ -68,6 +71,13 @@ std::string Complaint(const Window& control, InputResult result, const char* wan
     }
     const std::size_t count = control.items.size();
     return NameOf(control) + (count == 0 ? " ist leer" : " hat nur die Einträge 0 bis " + std::to_string(count - 1));
+}
+
+/// Equal but for the case of the letters A to Z.
+bool SameLetters(const std::string& a, const std::string& b)
+{
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 } // namespace
@@ -173,16 +183,43 @@ void Session::Do(const HostAction& action)
     }
 }
 
-// Charts and the scene answer these two; a program part that shows them takes the action here.
+// Charts answer this; a program part that shows them takes the action here.
 void Session::Do(const RangeAction& action)
 {
     if (const Window* control = Control(action.id))
         Fail("range: " + NameOf(*control) + " ist kein Diagramm, in dem ein Bereich gewählt werden kann");
 }
 
+/// Answers the open request, or moves an object that a mask keeps in the scene.
 void Session::Do(const PlaceAction& action)
 {
-    Fail("place:" + action.kind + ": kein Dialog fragt nach einer Position, denn dieses Programm hat keine Szene");
+    const auto number = krn::ParseInteger(action.kind);
+    const auto isMeant = [&](const CPlacedObject& object) {
+        return number ? object.kind == *number : SameLetters(object.name, action.kind);
+    };
+    const auto answered = [&](CPlacedObject object) {
+        object.position = {action.x, action.y};
+        object.angle = action.angle;
+        object.width = action.width;
+        object.length = action.height;
+        return object;
+    };
+    const framework::UiThread::Scope scope(m_thread);
+    if (const krn::PlacingRequest* request = krn::OpenPlacingRequest(*m_data); request != nullptr) {
+        if (isMeant(request->wish))
+            krn::AnswerPlacing(*m_data, answered(request->wish));
+        else
+            Fail("place:" + action.kind + ": gefragt ist „" + request->wish.name + "“ (" +
+                 std::to_string(request->wish.kind) + "): " + request->prompt);
+        return;
+    }
+    for (const krn::SceneObject& standing : krn::SceneObjects(*m_data)) {
+        if (isMeant(standing.object)) {
+            standing.client->ObjectPlaced(answered(standing.object)); // moved, as with the mouse
+            return;
+        }
+    }
+    Fail("place:" + action.kind + ": kein Dialog fragt nach einer Position, und in der Szene steht nichts dieser Art");
 }
 
 void Session::Do(const DrawAction& action)
