@@ -4,7 +4,9 @@
 // Two builds of the program say the same: the one under test, and the one that TAVELIN_CLI_REFERENCE names.
 #include "tests/cli/CliProgram.h"
 
+#include <algorithm>
 #include <cmath>
+#include <random>
 
 namespace
 {
@@ -79,6 +81,34 @@ TEST_F(CliPlatforms, ComputeTheSameBatch)
                      .dump() +
                  "\n";
     input += "{\"id\":\"ä\"}\nno line\n";
+    ExpectSame({"batch", "--jobs", "2"}, input);
+}
+
+TEST_F(CliPlatforms, ComputeTheSameInEveryMask)
+{
+    const std::string reference = std::getenv("TAVELIN_CLI_REFERENCE");
+    std::mt19937 random(7);
+    std::string input;
+    for (const json& mask : json::parse(RunCli({"masks", "--json"}, {}, reference).out)) {
+        if (!mask.at("built").get<bool>())
+            continue;
+        const std::string number = std::to_string(mask.at("number").get<int>());
+        const json description = json::parse(RunCli({"describe", number, "--json"}, {}, reference).out);
+        for (int i = 0; i < 20; ++i) {
+            std::vector<std::string> actions;
+            for (const json& control : description.at("controls")) {
+                if (control.at("role") != "input" || !control.contains("minimum") || random() % 3 == 0)
+                    continue;
+                const auto largest = static_cast<unsigned>(std::min(control.at("maximum").get<double>(), 100.0));
+                actions.push_back(std::to_string(control.at("id").get<int>()) + "=" +
+                                  std::to_string(random() % (1000 * largest + 1)) + "e-3");
+            }
+            actions.push_back("press:105");
+            input += json{{"id", number + "/" + std::to_string(i)}, {"mask", mask.at("number")}, {"actions", actions}}
+                         .dump() +
+                     "\n";
+        }
+    }
     ExpectSame({"batch", "--jobs", "2"}, input);
 }
 
