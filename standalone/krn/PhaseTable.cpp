@@ -155,11 +155,12 @@ std::size_t PhaseTable::EndColumn() const
     return std::min(end + 1, CWegZeitDat::kSpalten);
 }
 
-void PhaseTable::Store(CWegZeitRechDat phases)
+void PhaseTable::Store(CWegZeitRechDat phases, std::size_t column)
 {
     phases.Berechnung();
     if (phases == Phases())
         return;
+    phases.selected = column;
     if (CUBEParameter& parameters = m_data.UPa(m_vehicle); !parameters.modified) {
         parameters.modified = true;
         m_data.NotifyUPa(m_vehicle);
@@ -190,7 +191,7 @@ std::string PhaseTable::Enter(std::size_t column, PhaseQuantity quantity, const 
             phase.zeit = 0.0;
         else if (quantity == PhaseQuantity::endSpeed)
             phase.weg = phase.zeit > 0.0 ? 0.0 : phase.weg;
-        Store(std::move(entered));
+        Store(std::move(entered), column);
         return {};
     }
     // A deceleration of 0 would follow from the two speeds again.
@@ -204,7 +205,7 @@ std::string PhaseTable::Enter(std::size_t column, PhaseQuantity quantity, const 
             attempt.spalten[column].*field = 0.0;
         attempt.Berechnung();
         if (Worked(attempt.spalten[column], row.value, value)) {
-            Store(std::move(attempt));
+            Store(std::move(attempt), column);
             return {};
         }
     }
@@ -212,7 +213,7 @@ std::string PhaseTable::Enter(std::size_t column, PhaseQuantity quantity, const 
     if (value != 0.0 && !IsIncomplete(entered.spalten[column]) && !Worked(entered.spalten[column], row.value, value))
         return row.format.label + ": " + ShowNumber(value, row.format) + " " + UnitOf(row.format) +
                " lässt sich mit den übrigen Größen der Phasen nicht erreichen.";
-    Store(std::move(entered));
+    Store(std::move(entered), column);
     return {};
 }
 
@@ -225,13 +226,7 @@ void PhaseTable::SetKind(std::size_t column, PhasenArt kind)
         phases.spalten[column] = {};
     else
         phases.spalten[column].art = kind;
-    Store(std::move(phases));
-}
-
-void PhaseTable::Select(std::size_t column)
-{
-    RUV_ASSERT(column < CWegZeitDat::kSpalten);
-    m_data.WZDat(m_vehicle).selected = column;
+    Store(std::move(phases), column);
 }
 
 bool PhaseTable::Insert(std::size_t column)
@@ -239,8 +234,7 @@ bool PhaseTable::Insert(std::size_t column)
     CWegZeitRechDat phases = Phases();
     if (!phases.Einfuegen(column))
         return false;
-    phases.selected = column;
-    Store(std::move(phases));
+    Store(std::move(phases), column);
     return true;
 }
 
@@ -249,7 +243,7 @@ bool PhaseTable::Remove(std::size_t column)
     CWegZeitRechDat phases = Phases();
     if (!phases.Entfernen(column))
         return false;
-    Store(std::move(phases));
+    Store(std::move(phases), column);
     return true;
 }
 

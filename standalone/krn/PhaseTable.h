@@ -47,7 +47,7 @@ bool IsIncomplete(const CWegZeitSpalte& phase);
 bool IsEditable(const CWegZeitDat& phases, std::size_t column, PhaseQuantity quantity);
 
 /// One vehicle's phases while they are edited. Each operation works on a copy, completes it by Berechnung, writes it
-/// into the case (Uebertragen) and marks the vehicle's parameters as modified.
+/// into the case (Uebertragen), with the column selected, and marks the vehicle's parameters as modified.
 class PhaseTable
 {
   public:
@@ -67,13 +67,12 @@ class PhaseTable
     std::string Enter(std::size_t column, PhaseQuantity quantity, const std::string& text);
     /// A new kind for the column; unused empties it.
     void SetKind(std::size_t column, PhasenArt kind);
-    void Select(std::size_t column);
     /// False when there is no room.
     bool Insert(std::size_t column);
     bool Remove(std::size_t column);
 
   private:
-    void Store(CWegZeitRechDat phases);
+    void Store(CWegZeitRechDat phases, std::size_t column);
 
     CRuvData& m_data;
     std::size_t m_vehicle;

@@ -142,7 +142,7 @@ TEST_F(PhaseTableTest, RefusalsNameFieldValueAndRangeAndChangeNothing)
     EXPECT_EQ(table.Phases(), before);
 }
 
-TEST_F(PhaseTableTest, InsertRemoveAndSelect)
+TEST_F(PhaseTableTest, InsertAndRemove)
 {
     NewPhase(3, PhasenArt::braking, "8", "1");
     NewPhase(4, PhasenArt::reaction, "0", "1");

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "desktop/CasePanels.h"
+
+#include "desktop/CaseDocument.h"
+#include "desktop/DiagramView.h"
+#include "desktop/MainWindow.h"
+#include "desktop/PathTimeTable.h"
+#include "desktop/VehicleEditor.h"
+#include "krn/PathTimeDiagram.h"
+
+#include <QAction>
+
+#include <memory>
+
+namespace desktop
+{
+namespace
+{
+
+/// What of the diagram is shown, as checkable entries of its menu.
+struct DiagramParts {
+    QAction* path;
+    QAction* speed;
+    QAction* phases;
+};
+
+DiagramView* MakeDiagram(CaseDocument& document)
+{
+    const auto parts = std::make_shared<DiagramParts>();
+    auto* view = new DiagramView(
+        [&document, parts](CDC& drawing, bool dark) {
+            krn::PathTimeDiagramOptions options;
+            options.title = document.Data().Title();
+            options.path = parts->path->isChecked();
+            options.speed = parts->speed->isChecked();
+            options.phases = parts->phases->isChecked();
+            options.palette = dark ? krn::DiagramPalette::Dark() : krn::DiagramPalette::Light();
+            krn::DrawPathTimeDiagram(drawing, krn::DiagramVehicles(document.Data()), options);
+        },
+        QStringLiteral("Weg-Zeit-Diagramm"));
+    const auto part = [view](const QString& text) {
+        auto* action = new QAction(text, view);
+        action->setCheckable(true);
+        action->setChecked(true);
+        QObject::connect(action, &QAction::toggled, view, &DiagramView::Refresh);
+        view->AddMenuAction(action);
+        return action;
+    };
+    *parts = {part(QStringLiteral("&Weg über der Zeit")), part(QStringLiteral("&Geschwindigkeit über der Zeit")),
+              part(QStringLiteral("&Phasen der Fahrzeuge"))};
+    QObject::connect(&document, &CaseDocument::changed, view, &DiagramView::Refresh);
+    return view;
+}
+
+} // namespace
+
+CasePanels AddCasePanels(MainWindow& window, CaseDocument& document)
+{
+    const CasePanels panels{new VehicleEditor(document), new PathTimeTable(document), MakeDiagram(document)};
+    window.AddCasePanel(panels.vehicles, QStringLiteral("Fahrzeuge"), Qt::LeftDockWidgetArea);
+    window.AddCasePanel(panels.phases, QStringLiteral("Weg-Zeit-Tabelle"), Qt::BottomDockWidgetArea);
+    window.AddCasePanel(panels.diagram, QStringLiteral("Weg-Zeit-Diagramm"), Qt::BottomDockWidgetArea);
+    QObject::connect(&window, &MainWindow::settingsChanged, &window, [panels] {
+        panels.vehicles->Show();
+        panels.phases->Show();
+        panels.diagram->Refresh();
+    });
+    return panels;
+}
+
+} // namespace desktop

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The views of the case beside the masks.
+#pragma once
+
+namespace desktop
+{
+
+class CaseDocument;
+class DiagramView;
+class MainWindow;
+class PathTimeTable;
+class VehicleEditor;
+
+/// They belong to the window.
+struct CasePanels {
+    VehicleEditor* vehicles;
+    PathTimeTable* phases;
+    DiagramView* diagram;
+};
+CasePanels AddCasePanels(MainWindow& window, CaseDocument& document);
+
+} // namespace desktop

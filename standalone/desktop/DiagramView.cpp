@@ -1,0 +1,246 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "desktop/DiagramView.h"
+
+#include "desktop/CdcPainter.h"
+#include "desktop/Icons.h"
+#include "desktop/Theme.h"
+#include "framework/DrawingExport.h"
+#include "krn/AtomicFile.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QImage>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace desktop
+{
+namespace
+{
+
+constexpr QSize kSmallest(280, 200);
+constexpr QSize kPaper(900, 620); // logical pixels of a drawing for paper: 24 cm wide
+constexpr double kMostZoom = 16.0;
+constexpr double kZoomStep = 1.25;
+constexpr double kWheelNotch = 120.0;
+constexpr double kClipboardScale = 2.0;
+
+} // namespace
+
+DiagramView::DiagramView(Draw draw, QString name, QWidget* parent)
+    : QAbstractScrollArea(parent), m_draw(std::move(draw)), m_name(std::move(name))
+{
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(m_name);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void DiagramView::Refresh()
+{
+    m_drawing.reset();
+    viewport()->update();
+}
+
+QSize DiagramView::sizeHint() const
+{
+    return kPaper * 0.6;
+}
+
+QSize DiagramView::minimumSizeHint() const
+{
+    return kSmallest;
+}
+
+CDC DiagramView::ForPaper() const
+{
+    CDC drawing(kPaper.width(), kPaper.height());
+    m_draw(drawing, false);
+    return drawing;
+}
+
+void DiagramView::paintEvent(QPaintEvent*)
+{
+    const bool dark = CurrentScheme() == Scheme::dark;
+    if (!m_drawing || m_dark != dark) {
+        m_dark = dark;
+        const QSize size = viewport()->size().expandedTo(kSmallest);
+        m_drawing.emplace(size.width(), size.height());
+        m_draw(*m_drawing, dark);
+    }
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(viewport()->rect(), Colors().surface);
+    painter.translate(-horizontalScrollBar()->value(), -verticalScrollBar()->value());
+    painter.scale(m_zoom, m_zoom);
+    Replay(*m_drawing, painter);
+}
+
+void DiagramView::resizeEvent(QResizeEvent* event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    m_drawing.reset();
+    FitScrollBars();
+}
+
+void DiagramView::FitScrollBars()
+{
+    const QSize shown = viewport()->size();
+    const QSizeF whole = QSizeF(shown.expandedTo(kSmallest)) * m_zoom;
+    horizontalScrollBar()->setPageStep(shown.width());
+    horizontalScrollBar()->setRange(0, std::max(0, static_cast<int>(std::ceil(whole.width())) - shown.width()));
+    verticalScrollBar()->setPageStep(shown.height());
+    verticalScrollBar()->setRange(0, std::max(0, static_cast<int>(std::ceil(whole.height())) - shown.height()));
+}
+
+void DiagramView::SetZoom(double zoom, QPointF fixed)
+{
+    const double next = std::clamp(zoom, 1.0, kMostZoom);
+    const QPointF offset(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    const QPointF moved = (offset + fixed) * (next / m_zoom) - fixed;
+    m_zoom = next;
+    FitScrollBars();
+    horizontalScrollBar()->setValue(qRound(moved.x()));
+    verticalScrollBar()->setValue(qRound(moved.y()));
+    viewport()->setCursor(m_zoom > 1.0 ? Qt::OpenHandCursor : Qt::ArrowCursor);
+    viewport()->update();
+}
+
+void DiagramView::wheelEvent(QWheelEvent* event)
+{
+    if ((event->modifiers() & Qt::ControlModifier) == 0) {
+        QAbstractScrollArea::wheelEvent(event);
+        return;
+    }
+    SetZoom(m_zoom * std::pow(kZoomStep, event->angleDelta().y() / kWheelNotch), event->position());
+    event->accept();
+}
+
+void DiagramView::mousePressEvent(QMouseEvent* event)
+{
+    m_grabbed = event->pos();
+    if (m_zoom > 1.0 && event->button() == Qt::LeftButton)
+        viewport()->setCursor(Qt::ClosedHandCursor);
+}
+
+void DiagramView::mouseMoveEvent(QMouseEvent* event)
+{
+    if ((event->buttons() & Qt::LeftButton) == 0)
+        return;
+    const QPoint moved = event->pos() - m_grabbed;
+    m_grabbed = event->pos();
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() - moved.x());
+    verticalScrollBar()->setValue(verticalScrollBar()->value() - moved.y());
+}
+
+void DiagramView::mouseReleaseEvent(QMouseEvent*)
+{
+    viewport()->setCursor(m_zoom > 1.0 ? Qt::OpenHandCursor : Qt::ArrowCursor);
+}
+
+void DiagramView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    SetZoom(m_zoom > 1.0 ? 1.0 : 2.0 * kZoomStep, event->position());
+}
+
+void DiagramView::keyPressEvent(QKeyEvent* event)
+{
+    const QPointF middle = QRectF(viewport()->rect()).center();
+    if (event->matches(QKeySequence::Copy))
+        Copy();
+    else if (event->key() == Qt::Key_Plus)
+        SetZoom(m_zoom * kZoomStep, middle);
+    else if (event->key() == Qt::Key_Minus)
+        SetZoom(m_zoom / kZoomStep, middle);
+    else if (event->key() == Qt::Key_0)
+        SetZoom(1.0, middle);
+    else
+        QAbstractScrollArea::keyPressEvent(event);
+}
+
+void DiagramView::contextMenuEvent(QContextMenuEvent* event)
+{
+    QMenu menu(this);
+    menu.addActions(m_actions);
+    if (!m_actions.isEmpty())
+        menu.addSeparator();
+    menu.addAction(Icon("copy"), QStringLiteral("&Kopieren"), this, [this] { Copy(); });
+    menu.addAction(Icon("save"), QStringLiteral("&Speichern als SVG, PDF oder PNG …"), this, [this] { AskAndSave(); });
+    menu.addAction(Icon("print"), QStringLiteral("&Drucken …"), this, [this] { AskAndPrint(); });
+    menu.addSeparator();
+    QAction* whole = menu.addAction(QStringLiteral("&Ganz zeigen"), this, [this] { SetZoom(1.0, {}); });
+    whole->setEnabled(m_zoom > 1.0);
+    menu.exec(event->globalPos());
+}
+
+void DiagramView::Copy() const
+{
+    const CDC drawing = ForPaper();
+    auto* mime = new QMimeData;
+    const std::string png = framework::ToPng(drawing, kClipboardScale);
+    mime->setImageData(QImage::fromData(QByteArray::fromStdString(png), "PNG"));
+    mime->setData(QStringLiteral("image/svg+xml"), QByteArray::fromStdString(framework::ToSvg(drawing)));
+    QApplication::clipboard()->setMimeData(mime);
+}
+
+QString DiagramView::SaveAs(const QString& path) const
+{
+    const std::string file = path.toStdString();
+    if (!framework::IsDrawingFile(file))
+        return QStringLiteral("Der Dateiname muss auf .svg, .pdf oder .png enden.");
+    return QString::fromStdString(krn::WriteFileAtomically(file, framework::ExportByEnding(ForPaper(), file)).Text());
+}
+
+void DiagramView::AskAndSave()
+{
+    const QString title = QStringLiteral("Diagramm speichern");
+    QFileDialog dialog(this, title, {},
+                       QStringLiteral("SVG-Zeichnung (*.svg);;PDF-Dokument (*.pdf);;PNG-Bild (*.png)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.selectFile(m_name);
+    dialog.setDefaultSuffix(QStringLiteral("svg"));
+    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
+        dialog.setDefaultSuffix(filter.section(QStringLiteral("*."), 1).chopped(1));
+    });
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return;
+    if (const QString why = SaveAs(dialog.selectedFiles().front()); !why.isEmpty())
+        QMessageBox::warning(this, title, why);
+}
+
+void DiagramView::AskAndPrint()
+{
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(m_name);
+    printer.setPageOrientation(QPageLayout::Landscape);
+    QPrintDialog dialog(&printer, this);
+    if (dialog.exec() == QDialog::Accepted)
+        PrintOn(printer);
+}
+
+void DiagramView::PrintOn(QPrinter& printer) const
+{
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return;
+    const CDC drawing = ForPaper();
+    const QRect page = painter.viewport();
+    const double scale = std::min(page.width() / drawing.Width(), page.height() / drawing.Height());
+    painter.scale(scale, scale);
+    Replay(drawing, painter);
+}
+
+} // namespace desktop

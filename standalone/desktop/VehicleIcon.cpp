@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "desktop/VehicleIcon.h"
+
+#include "desktop/Theme.h"
+
+#include <QPainter>
+#include <QPixmap>
+
+namespace desktop
+{
+
+QIcon VehicleIcon(const CKfzDaten& vehicle)
+{
+    constexpr int kSize = 16;
+    constexpr qreal kScale = 4.0; // sharp up to 400 %
+    QPixmap pixmap(QSize(kSize, kSize) * kScale);
+    pixmap.setDevicePixelRatio(kScale);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Colors().border, 1.0));
+    painter.setBrush(FromColorRef(vehicle.color));
+    painter.drawRoundedRect(QRectF(1.5, 1.5, kSize - 3.0, kSize - 3.0), 3.0, 3.0);
+    return QIcon(pixmap);
+}
+
+} // namespace desktop
