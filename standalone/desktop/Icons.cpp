@@ -19,6 +19,7 @@ namespace
 struct Drawing {
     std::string_view name;
     const char* lines; ///< SVG paths on a square of 24, stroked
+    bool accented = false;
 };
 
 constexpr Drawing kDrawings[] = {
@@ -35,6 +36,10 @@ constexpr Drawing kDrawings[] = {
     {"cascade", "M4 4h11v9H4z M15 8h5v12H8v-7"},
     {"close", "M6 6l12 12 M18 6L6 18"},
     {"float", "M9 9h11v11H9z M15 9V4H4v11h5"},
+    {"question", "M12 3a9 9 0 1 1 0 18a9 9 0 0 1 0-18z M9.3 9.5a2.8 2.8 0 1 1 4.2 2.4c-1 .6-1.5 1.1-1.5 2.1 M12 17v.2",
+     true},
+    {"information", "M12 3a9 9 0 1 1 0 18a9 9 0 0 1 0-18z M12 11v6 M12 7.4v.2", true},
+    {"warning", "M12 4L2.5 20h19z M12 10v5 M12 17.6v.1", true},
     {"print", "M7 9V3h10v6 M7 17H4V9h16v8h-3 M7 14h10v7H7z"},
     {"copy", "M9 8h11v13H9z M15 8V3H4v13h5"},
     {"report", "M6 3h8l5 5v13H6z M9 12h7 M9 16h7 M9 8h2"},
@@ -52,7 +57,9 @@ class Engine : public QIconEngine
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override
     {
         const SchemeColors& c = Colors();
-        QColor color = mode == QIcon::Disabled ? c.border : mode == QIcon::Active ? c.accent : c.text;
+        const QColor color = mode == QIcon::Disabled                       ? c.border
+                             : m_drawing.accented || mode == QIcon::Active ? c.accent
+                                                                           : c.text;
         const QString svg = QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 24 24'><path d='%1' "
                                            "fill='none' stroke='%2' stroke-width='1.6' stroke-linecap='round' "
                                            "stroke-linejoin='round'/></svg>")

@@ -68,7 +68,12 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
 
     connect(m_opener, &QuickOpener::chosen, this, &MainWindow::OpenMask);
     connect(&frontEnd, &QtFrontEnd::helpWanted, this, &MainWindow::ShowHelp);
-    connect(&frontEnd, &QtFrontEnd::caseChanged, &document, &CaseDocument::NoteChange);
+    connect(&frontEnd, &QtFrontEnd::caseChanged, this, [this] {
+        if (const MaskWindow* mask = MaskWindow::AtWork())
+            m_document.NameNextStep(QStringLiteral("Maske %1 %2").arg(mask->Number()).arg(mask->windowTitle()));
+        else
+            m_document.NoteChange();
+    });
     connect(&frontEnd, &QtFrontEnd::busy, this, [this](const QString& what, double done) {
         statusBar()->showMessage(what);
         m_busyMark->setValue(qRound(100.0 * done));

@@ -39,6 +39,9 @@ MaskFrame::MaskFrame(MaskWindow& mask) : m_mask(&mask)
     setWidget(&mask);
     setWindowTitle(mask.windowTitle());
     setSystemMenu(nullptr); // title bar and keys do all it offers
+    // A click beside the controls, or on a button, leaves the focus where it is: the framework moves it.
+    setFocusPolicy(Qt::NoFocus);
+    connect(&mask, &MaskWindow::clicked, this, [this] { mdiArea()->setActiveSubWindow(this); });
     connect(&mask, &MaskWindow::dialogChanged, this, &MaskFrame::Follow);
 }
 
@@ -87,6 +90,7 @@ MaskArea::MaskArea(QWidget* parent) : QMdiArea(parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
     setActivationOrder(QMdiArea::ActivationHistoryOrder);
     setBackground(Colors().desk);
 }

@@ -12,10 +12,9 @@
 #include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QPainter>
+#include <QScopedValueRollback>
 
 #include <algorithm>
-#include <utility>
 
 namespace desktop
 {
@@ -30,6 +29,8 @@ namespace
 
 /// A template gives a combo box the height of its opened list; closed it is as high as an edit.
 constexpr int kClosedComboHeight = 12; // dialog units
+
+QPointer<MaskWindow> g_atWork;
 
 CRect ShownRect(const Window& control)
 {
@@ -176,8 +177,12 @@ void MaskWindow::HideRefusal()
             view->SetRefused(false);
             view->Widget()->setAccessibleDescription({});
         }
-    m_bubble->hide();
-    std::exchange(m_bubble, nullptr)->deleteLater();
+    delete m_bubble;
+}
+
+const RefusalBubble* MaskWindow::Refusal() const
+{
+    return m_bubble;
 }
 
 void MaskWindow::Detach()
@@ -194,11 +199,17 @@ void MaskWindow::Act(const std::function<void()>& input)
     if (thread == nullptr || m_dialog == nullptr)
         return;
     HideRefusal();
+    const QScopedValueRollback<QPointer<MaskWindow>> work(g_atWork, &Root());
     {
         const UiThread::Scope scope(*thread);
         input();
     }
     thread->DispatchPending();
+}
+
+MaskWindow* MaskWindow::AtWork()
+{
+    return g_atWork;
 }
 
 std::vector<ControlView*> MaskWindow::TabChain()
@@ -417,6 +428,12 @@ void MaskWindow::keyPressEvent(QKeyEvent* event)
         action();
     else
         QWidget::keyPressEvent(event);
+}
+
+void MaskWindow::mousePressEvent(QMouseEvent* event)
+{
+    QWidget::mousePressEvent(event);
+    emit Root().clicked();
 }
 
 void MaskWindow::changeEvent(QEvent* event)

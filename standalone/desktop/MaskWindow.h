@@ -47,12 +47,14 @@ class MaskWindow : public QWidget
     /// Says at the control why its entry was not taken.
     void ShowRefusal(framework::Window& control, const framework::ShownMessage& why);
     void HideRefusal();
-    const RefusalBubble* Refusal() const { return m_bubble; }
+    const RefusalBubble* Refusal() const;
     /// The dialog is going: nothing of it may be touched any more.
     void Detach();
 
     /// Runs something the user did, then lets all it caused happen. The window may be gone afterwards.
     void Act(const std::function<void()>& input);
+    /// The mask whose input is being handled, or null.
+    static MaskWindow* AtWork();
     void GoToFirstControl();
     /// The controls the Tab key visits, those of visible pages after the dialog's own.
     std::vector<ControlView*> TabChain();
@@ -64,12 +66,15 @@ class MaskWindow : public QWidget
   signals:
     /// The dialog's title, size or state (minimised, hidden) changed.
     void dialogChanged();
+    /// Somewhere beside its controls.
+    void clicked();
 
   protected:
     bool focusNextPrevChild(bool next) override;
     bool eventFilter(QObject* object, QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
 
   private:
     void Layout();
@@ -89,7 +94,7 @@ class MaskWindow : public QWidget
     MaskWindow* m_parentMask;
     std::vector<QPointer<MaskWindow>> m_pages;
     std::vector<ControlView*> m_views; // the widgets among the children
-    RefusalBubble* m_bubble = nullptr;
+    QPointer<RefusalBubble> m_bubble;
 };
 
 } // namespace desktop

@@ -3,7 +3,6 @@
 #include "desktop/Progress.h"
 
 #include <QApplication>
-#include <QProgressDialog>
 
 namespace desktop
 {
@@ -23,7 +22,10 @@ ProgressView::ProgressView(QWidget* parent) : m_parent(parent)
     m_sinceEvents.start();
 }
 
-ProgressView::~ProgressView() = default;
+ProgressView::~ProgressView()
+{
+    delete m_dialog;
+}
 
 bool ProgressView::IsBusyShown() const
 {
@@ -37,13 +39,13 @@ bool ProgressView::Report(const QString& what, double done)
     m_sinceEvents.restart();
     m_reporting = true;
     if (!m_dialog && m_clock.elapsed() >= kDialogAfter) {
-        m_dialog = std::make_unique<QProgressDialog>(what, QObject::tr("Abbrechen"), 0, kSteps, m_parent);
+        m_dialog = new QProgressDialog(what, QObject::tr("Abbrechen"), 0, kSteps, m_parent);
         m_dialog->setWindowTitle(QObject::tr("Bitte warten"));
         m_dialog->setWindowModality(Qt::ApplicationModal);
         m_dialog->setMinimumDuration(0);
         m_dialog->setAutoClose(false);
         m_dialog->setAutoReset(false);
-        QObject::connect(m_dialog.get(), &QProgressDialog::canceled, m_dialog.get(), [this] { m_cancelled = true; });
+        QObject::connect(m_dialog, &QProgressDialog::canceled, m_dialog, [this] { m_cancelled = true; });
         m_dialog->show();
     }
     if (m_dialog) {

@@ -3,10 +3,9 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QPointer>
+#include <QProgressDialog>
 
-#include <memory>
-
-class QProgressDialog;
 class QString;
 class QWidget;
 
@@ -31,7 +30,7 @@ class ProgressView
     QWidget* m_parent;
     QElapsedTimer m_clock;
     QElapsedTimer m_sinceEvents;
-    std::unique_ptr<QProgressDialog> m_dialog;
+    QPointer<QProgressDialog> m_dialog; // may go with its parent
     bool m_reporting = false;
     bool m_cancelled = false;
 };

@@ -6,7 +6,6 @@
 #include "desktop/MaskWindow.h"
 #include "desktop/MessageBox.h"
 #include "desktop/Progress.h"
-#include "framework/Resources.h"
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
 #include "host/CDialog.h"
@@ -28,17 +27,6 @@ using framework::Window;
 
 namespace
 {
-
-constexpr DWORD kStyleCaption = 0x00C00000;
-
-/// A dialog without a title bar that another dialog owns lies on it.
-bool IsPage(const Window& dialog)
-{
-    if (dialog.parent == nullptr || dialog.parent->kind != Kind::dialog)
-        return false;
-    const auto dialogTemplate = framework::FindDialogTemplate(dialog.id);
-    return dialogTemplate && (dialogTemplate->style & kStyleCaption) != kStyleCaption;
-}
 
 /// The frame of a modal dialog; closing it is up to the dialog.
 class ModalShell : public QDialog
@@ -118,7 +106,7 @@ void QtFrontEnd::Settle()
 
 void QtFrontEnd::WindowAppeared(Window& window)
 {
-    MaskWindow* const parent = IsPage(window) ? WindowFor(*window.parent) : nullptr;
+    MaskWindow* const parent = window.page ? WindowFor(*window.parent) : nullptr;
     auto* const mask = new MaskWindow(window, parent);
     m_windows[window.handle] = mask;
     if (parent != nullptr) {
@@ -239,13 +227,13 @@ void QtFrontEnd::WaitCursor(bool wait)
 
 bool QtFrontEnd::Progress(const std::string& what, double done)
 {
-    if (!m_progress) {
+    if (!m_progress)
         m_progress = std::make_unique<ProgressView>(ShellOf(nullptr));
-        // Work that returns to the event loop has ended, whatever it said last.
-        QMetaObject::invokeMethod(this, &QtFrontEnd::EndProgress, Qt::QueuedConnection);
-    }
     const QString text = QString::fromStdString(what);
     const bool goOn = m_progress->Report(text, done);
+    // Work that returns to the event loop has ended, whatever it said last.
+    if (!std::exchange(m_endPosted, true))
+        QMetaObject::invokeMethod(this, &QtFrontEnd::EndProgress, Qt::QueuedConnection);
     if (m_progress->IsBusyShown())
         emit busy(text, done);
     return goOn;
@@ -253,6 +241,7 @@ bool QtFrontEnd::Progress(const std::string& what, double done)
 
 void QtFrontEnd::EndProgress()
 {
+    m_endPosted = false;
     if (!m_progress || m_progress->IsReporting())
         return;
     m_progress.reset();

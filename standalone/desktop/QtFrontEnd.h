@@ -76,6 +76,7 @@ class QtFrontEnd : public QObject, public framework::FrontEnd
     std::unordered_map<HWND, QPointer<MaskWindow>> m_windows;
     Timers m_timers;
     std::unique_ptr<ProgressView> m_progress;
+    bool m_endPosted = false;
     bool m_settling = false;
 };
 

@@ -61,27 +61,55 @@ QString WithoutDigraphs(QString text)
         .replace(QStringLiteral("ue"), QStringLiteral("u"));
 }
 
-/// How badly `wanted` fits into `text`: letters skipped between the first and the last one found, plus where it
-/// begins. Nothing when it does not fit.
-std::optional<qsizetype> Misfit(const QString& wanted, const QString& text)
+// What fits worse stands further down; within one of these the order is that of the numbers.
+constexpr int kNumberFits = 0;
+constexpr int kTitleBegins = 1;
+constexpr int kWordBegins = 2;
+constexpr int kHolds = 3;
+constexpr int kLettersFit = 4; // plus the letters skipped
+
+/// How badly `wanted` fits into the words; nothing when it does not.
+std::optional<int> Misfit(const QString& wanted, const QStringList& words)
 {
-    if (const qsizetype at = text.indexOf(wanted); at >= 0)
-        return at;
-    std::optional<qsizetype> best;
-    for (qsizetype start = 0; start < text.size(); ++start) {
+    const QString text = words.join(QString());
+    if (text.startsWith(wanted))
+        return kTitleBegins;
+    qsizetype start = 0;
+    for (const QString& word : words) {
+        if (QStringView(text).mid(start).startsWith(wanted))
+            return kWordBegins;
+        start += word.size();
+    }
+    if (text.contains(wanted))
+        return kHolds;
+    std::optional<int> best;
+    for (qsizetype from = 0; from < text.size(); ++from) {
         qsizetype found = 0;
-        qsizetype at = start;
+        qsizetype at = from;
         for (; at < text.size() && found < wanted.size(); ++at)
             if (text[at] == wanted[found])
                 ++found;
         if (found < wanted.size())
             break;
-        const qsizetype skipped = at - start - wanted.size();
-        const qsizetype misfit = text.size() + 10 * skipped + start; // after every text that holds it in one piece
-        if (!best || misfit < *best)
-            best = misfit;
+        const int misfit = kLettersFit + static_cast<int>(at - from - wanted.size());
+        best = std::min(best.value_or(misfit), misfit);
     }
     return best;
+}
+
+std::optional<int> Misfit(const QString& typed, const MaskEntry& mask)
+{
+    const QString wanted = Folded(typed);
+    if (wanted.isEmpty() || QString::number(mask.number).startsWith(wanted))
+        return kNumberFits;
+    QStringList words;
+    QStringList plainWords;
+    for (const QString& word : QString::fromUtf8(mask.title).split(QLatin1Char(' '))) {
+        words.append(Folded(word));
+        plainWords.append(WithoutDigraphs(words.back()));
+    }
+    const auto misfit = Misfit(wanted, words);
+    return misfit ? misfit : Misfit(WithoutDigraphs(wanted), plainWords);
 }
 
 /// Number at the left, title, subsystem at the right.
@@ -143,21 +171,10 @@ QString SubsystemName(int subsystem)
 
 std::vector<const MaskEntry*> FindMasks(const QString& typed)
 {
-    const QString wanted = Folded(typed);
-    std::vector<std::pair<qsizetype, const MaskEntry*>> fits;
-    for (const MaskEntry& mask : MaskTable()) {
-        const QString number = QString::number(mask.number);
-        const QString title = Folded(QString::fromUtf8(mask.title));
-        std::optional<qsizetype> misfit;
-        if (wanted.isEmpty())
-            misfit = 0;
-        else if (number.startsWith(wanted))
-            misfit = -1;
-        else if (!(misfit = Misfit(wanted, title)))
-            misfit = Misfit(WithoutDigraphs(wanted), WithoutDigraphs(title));
-        if (misfit)
+    std::vector<std::pair<int, const MaskEntry*>> fits;
+    for (const MaskEntry& mask : MaskTable())
+        if (const auto misfit = Misfit(typed, mask))
             fits.emplace_back(*misfit, &mask);
-    }
     std::stable_sort(fits.begin(), fits.end(), [](const auto& a, const auto& b) {
         const bool aBuilt = a.second->create != nullptr;
         const bool bBuilt = b.second->create != nullptr;

@@ -44,7 +44,7 @@ RefusalBubble::~RefusalBubble() = default;
 
 void RefusalBubble::Place()
 {
-    if (m_field == nullptr || parentWidget() == nullptr)
+    if (m_field == nullptr || parentWidget() == nullptr || !parentWidget()->isAncestorOf(m_field))
         return;
     const int pad = Spacing();
     const QRect text = QFontMetrics(TextFont()).boundingRect(QRect(0, 0, LargestWidth(), 1000), kWrap, m_text);

@@ -124,7 +124,16 @@ QIcon Style::standardIcon(StandardPixmap icon, const QStyleOption* option, const
         if (icon == SP_TitleBarNormalButton)
             return Icon("float");
     }
-    return QProxyStyle::standardIcon(icon, option, widget);
+    switch (icon) {
+    case SP_MessageBoxQuestion:
+        return Icon("question");
+    case SP_MessageBoxInformation:
+        return Icon("information");
+    case SP_MessageBoxWarning:
+        return Icon("warning");
+    default:
+        return QProxyStyle::standardIcon(icon, option, widget);
+    }
 }
 
 QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,

@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// tavelin: the workstation.
+#include "desktop/Bench.h"
+#include "desktop/CaseDocument.h"
+#include "desktop/CaseFileDialogs.h"
+#include "desktop/CommandLine.h"
+#include "desktop/MainWindow.h"
+#include "desktop/QtFrontEnd.h"
+#include "desktop/Shot.h"
+#include "framework/UiThread.h"
+#include "krn/Settings.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTimer>
+#include <QTranslator>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace
+{
+
+using desktop::CommandLine;
+
+bool HasDisplay()
+{
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+/// What Qt wants to know before the application object is made.
+void PrepareQt(const CommandLine& line)
+{
+    if (line.DrawsOnly() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (line.scale > 0.0)
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(line.scale));
+    QApplication::setApplicationName(QStringLiteral("tavelin"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Tavelin"));
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+}
+
+bool OpenGiven(desktop::CaseDocument& document, const QString& path)
+{
+    if (path.isEmpty() || document.Open(path))
+        return true;
+    std::fprintf(stderr, "%s\n", qPrintable(document.Error()));
+    return false;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    const CommandLine line = desktop::ReadCommandLine({argv + 1, argv + argc});
+    if (!line.error.isEmpty()) {
+        std::fprintf(stderr, "%s\n\n%s", qPrintable(line.error), desktop::kUsage);
+        return 2;
+    }
+    if (line.help) {
+        std::fputs(desktop::kUsage, stdout);
+        return 0;
+    }
+    if (!line.DrawsOnly() && !HasDisplay()) {
+        std::fputs(
+            "Es gibt keine Anzeige. „tavelin --shot ORDNER“ schreibt Bilder der Masken, „tavelin-cli“ rechnet im "
+            "Terminal.\n",
+            stderr);
+        return 1;
+    }
+    PrepareQt(line);
+    QApplication application(argc, argv);
+    QTranslator german;
+    if (german.load(QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&german);
+
+    const QString preferencesPath = line.DrawsOnly() ? QString() : desktop::PreferencesPath();
+    desktop::Preferences preferences = desktop::Preferences::Load(preferencesPath);
+    if (line.dark)
+        preferences.scheme = desktop::Scheme::dark;
+    std::string warning;
+    if (!line.DrawsOnly())
+        warning = krn::LoadSettings(krn::DefaultSettingsPath());
+    desktop::ApplyTheme(preferences.scheme, preferences.fontScale);
+
+    desktop::QtFrontEnd frontEnd;
+    framework::UiThread thread(frontEnd);
+    CWnd mainWindow;
+    thread.CreateTopWindow(mainWindow, framework::Kind::frame, 0, nullptr);
+    thread.m_pMainWnd = &mainWindow;
+    desktop::CaseDocument document(!line.DrawsOnly());
+    desktop::MainWindow window(document, frontEnd);
+    window.UsePreferences(preferences, preferencesPath);
+
+    if (line.DrawsOnly()) {
+        if (!OpenGiven(document, line.casePath))
+            return 3;
+        if (line.bench)
+            return desktop::RunBench(window, sinceStart) ? 0 : 1;
+        return desktop::TakeShots(window, {line.shotFolder, line.numbers}) ? 0 : 1;
+    }
+    window.show();
+    if (!warning.empty())
+        frontEnd.ShowMessage(nullptr, {0, framework::MessageKind::warning, warning, {}});
+    QTimer::singleShot(0, &window, [&] {
+        if (!desktop::RecoverCase(document, &window) && !line.casePath.isEmpty())
+            desktop::OpenCase(document, &window, line.casePath);
+    });
+    return QApplication::exec();
+}

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The workstation's tests need an application object for their whole life, and never touch the user's own files.
+#include "desktop/Theme.h"
+
+#include <QApplication>
+#include <QLocale>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QTemporaryDir home;
+    for (const char* folder : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+        qputenv(folder, home.path().toUtf8());
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    QApplication application(argc, argv);
+    desktop::ApplyTheme(desktop::Scheme::light);
+    return RUN_ALL_TESTS();
+}
