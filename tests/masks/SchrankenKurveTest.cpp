@@ -75,6 +75,25 @@ TEST(SchrankenKurveTest, FastSearchGivesTheDoublesOfTheStepwiseOne)
     EXPECT_GT(found, 2000);
 }
 
+TEST(SchrankenKurveTest, LargeOffsetsLeaveThePlainSearchesDoubles)
+{
+    // Rounding swallows what the curve changes from sample to sample, up to all of it.
+    std::mt19937_64 random(5);
+    for (const double offset : {1e6, 1e9, 1e13, 1e17}) {
+        for (int run = 0; run < 24; ++run) {
+            Kurve kurve = RandomCurve(random, 1 + run % 4);
+            kurve.d = offset;
+            std::vector<double> s;
+            for (int i = 0; i < 3; ++i)
+                s.push_back(kurve(std::uniform_real_distribution<double>(0.0, 200.0)(random)));
+            s.push_back(-offset);
+            const auto fast = Fast(kurve, s);
+            for (std::size_t i = 0; i < s.size(); ++i)
+                ASSERT_EQ(fast[i], SucheGeschwindigkeit(kurve, s[i])) << offset << " run " << run;
+        }
+    }
+}
+
 TEST(SchrankenKurveTest, ValuesAroundTurningPointsAgree)
 {
     // Minimum of the headlamp field's upper curve: at v = 1.51 km/h, f = -0.0041.

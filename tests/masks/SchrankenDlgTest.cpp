@@ -1,0 +1,511 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "host/CDC.h"
+#include "krn/Placing.h"
+#include "masks/collision/CSchrankenverfahrenDlg.h"
+#include "res/resource.h"
+#include "tests/support/MaskFixture.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+using framework::InputResult;
+using framework::Window;
+
+constexpr double kPi = 3.141592653589793;
+
+class SchrankenDlgTest : public test::MaskTest
+{
+  protected:
+    SchrankenDlgTest()
+    {
+        data.KfzDat(0).length = 4.4;
+        CKfzDaten& person = data.KfzDat(1);
+        person = {};
+        person.type = CKfzDaten::Type::pedestrian;
+        person.name = "Fußgänger";
+        person.width = 0.5;
+        person.height = 1.8;
+        person.length = 0.3;
+        data.KfzDat(2) = TypicalCar("Rad", RGB(0, 90, 0));
+        data.KfzDat(2).type = CKfzDaten::Type::bicycle;
+        data.KfzDat(2).width = 0.6;
+        data.KfzDat(2).length = 1.8;
+    }
+
+    void Open()
+    {
+        ExecuteRuvModRechnungsMaske(487, data);
+        mask = Dialog(487);
+        ASSERT_NE(mask, nullptr);
+        pages = thread.Pages(*mask);
+        ASSERT_EQ(pages.size(), 5U);
+    }
+    Window* Dialog(UINT id) const
+    {
+        for (Window* dialog : thread.Dialogs())
+            if (dialog->id == id)
+                return dialog;
+        return nullptr;
+    }
+    /// Page by its number, shown.
+    Window& Page(std::size_t number)
+    {
+        Press(*mask, IDC_SCHR_BU1 + static_cast<UINT>(number) - 1);
+        return *pages[number - 1];
+    }
+    void Place(std::size_t kind, CDPoint cm, double degrees, double width = 0.0, double length = 0.0)
+    {
+        ASSERT_EQ(Press(Page(1), IDC_SCHR_SETZEN_FAHRZEUG + static_cast<UINT>(kind)), InputResult::done);
+        CPlacedObject object = krn::OpenPlacingRequest(data)->wish;
+        ASSERT_EQ(object.kind, static_cast<int>(kind));
+        object.position = cm;
+        object.angle = degrees;
+        object.width = width;
+        object.length = length;
+        ASSERT_TRUE(krn::AnswerPlacing(data, object));
+        krn::EndPlacing(data);
+    }
+    /// The vehicle along x with its front at 0, the person 4 m before it, the collision 14 to 18 m behind it.
+    void PlaceAll(double turnDegrees = 0.0)
+    {
+        const auto turned = [&](CDPoint p) {
+            p.Rotate(turnDegrees * kPi / 180.0, {});
+            return p;
+        };
+        Choose(Page(1), IDC_SCHR_FAHRZEUG, 1);
+        Choose(Page(1), IDC_SCHR_PERSON, 1);
+        Place(0, turned({-220, 0}), turnDegrees);
+        Place(2, turned({375, -90}), turnDegrees, 50, 180);
+        Place(1, turned({-1800, -100}), turnDegrees, 400, 200);
+    }
+    void Compute()
+    {
+        Enter(Page(2), IDC_SCHR_VERZOEGERUNG, "7");
+        Enter(Page(2), IDC_SCHR_VERZOEGERUNG_TOLERANZ, "0,7");
+        Press(*mask, IDC_RECHNEN);
+    }
+    std::string Hint(UINT id)
+    {
+        for (Window* page : pages)
+            if (const Window* hint = page->Child(id))
+                return hint->text;
+        return Text(*mask, id);
+    }
+    double High() { return Value(*mask, IDC_SCHR_TEMPO_BIS); }
+
+    Window* mask = nullptr;
+    std::vector<Window*> pages;
+};
+
+TEST_F(SchrankenDlgTest, PageButtonsShowOnePageEach)
+{
+    Open();
+    EXPECT_TRUE(pages[0]->visible);
+    for (std::size_t number = 5; number >= 1; --number) {
+        Page(number);
+        for (std::size_t i = 0; i < 5; ++i) {
+            EXPECT_EQ(pages[i]->visible, i == number - 1);
+            EXPECT_EQ(Control(*mask, IDC_SCHR_BU1 + static_cast<UINT>(i)).check, i == number - 1 ? 1 : 0);
+        }
+    }
+    EXPECT_EQ(pages[2]->id, 30050U);
+    UINT styles[4]{};
+    EXPECT_EQ(static_cast<CMDIDialog*>(mask->object)->GetCloneCropStyle(styles), 2U);
+}
+
+TEST_F(SchrankenDlgTest, CheckNamesTheFirstReasonAndComputesNothing)
+{
+    Open();
+    const std::string start = "Es sind nicht genügend Daten für eine Berechnung verfügbar. Folgende Fehler sind "
+                              "aufgetreten:\n";
+    const auto refusal = [&] {
+        front.messages.clear();
+        Press(*mask, IDC_RECHNEN);
+        EXPECT_EQ(front.messages.size(), 1U);
+        EXPECT_EQ(High(), 0.0);
+        return front.messages.empty() ? std::string{} : front.messages[0].text;
+    };
+    EXPECT_EQ(refusal(), start + "Die Fahrzeugposition wurde nicht festgelegt.\n");
+    Choose(Page(1), IDC_SCHR_FAHRZEUG, 1);
+    Place(0, {-220, 0}, 0);
+    EXPECT_EQ(refusal(), start + "Die Endlage der Person wurde nicht festgelegt.\n");
+    Place(2, {375, -90}, 0, 50, 180);
+    EXPECT_EQ(refusal(), start + "Der Kollisionsbereich wurde nicht festgelegt.\n");
+    Place(1, {-1800, -100}, 0, 400, 200);
+    EXPECT_EQ(refusal(), start + "Die Bremsverzögerung wurde nicht festgelegt.\n");
+    Enter(Page(2), IDC_SCHR_VERZOEGERUNG, "7");
+    EXPECT_EQ(refusal(), start + "Es muss eine Toleranz für die Bremsverzögerung angegeben werden.\n");
+    Enter(Page(2), IDC_SCHR_VERZOEGERUNG_TOLERANZ, "0,7");
+    front.messages.clear();
+    Press(*mask, IDC_RECHNEN); // without any theory too
+    EXPECT_TRUE(front.messages.empty());
+    EXPECT_GT(High(), 0.0);
+    // A refused entry holds the computation back.
+    framework::TypeText(Control(Page(2), IDC_SCHR_VERZOEGERUNG), "21");
+    EXPECT_EQ(Press(*mask, IDC_RECHNEN), InputResult::refused);
+    EXPECT_EQ(front.refusals.back().args.at(0), "Verzögerung (m/s²)");
+}
+
+TEST_F(SchrankenDlgTest, PlacingIsAskedForAndAnswered)
+{
+    Open();
+    Window& page = Page(1);
+    EXPECT_EQ(Press(page, IDC_SCHR_SETZEN_FAHRZEUG), InputResult::disabled);
+    EXPECT_EQ(Hint(IDC_SCHR_POSITION_HINWEIS), "Bitte wählen Sie zuerst das Fahrzeug.");
+    Choose(page, IDC_SCHR_FAHRZEUG, 1);
+    EXPECT_EQ(Hint(IDC_SCHR_POSITION_HINWEIS), "");
+    Press(page, IDC_SCHR_SETZEN_FAHRZEUG);
+    const krn::PlacingRequest* request = krn::OpenPlacingRequest(data);
+    ASSERT_NE(request, nullptr);
+    EXPECT_TRUE(request->wish.centred);
+    EXPECT_EQ(request->wish.participant, 0);
+    EXPECT_DOUBLE_EQ(request->wish.length, 440.0);
+    ASSERT_NE(Dialog(30070), nullptr);
+    EXPECT_EQ(Text(*Dialog(30070), IDC_SCHR_SETZE_TEXT), "Bitte positionieren Sie das Fahrzeug in seiner Endlage");
+
+    // The open dialog goes over to the next kind.
+    Choose(page, IDC_SCHR_PERSON, 1);
+    Press(page, IDC_SCHR_SETZEN_PERSON);
+    EXPECT_EQ(std::count(front.events.begin(), front.events.end(), "appeared 30070"), 1);
+    EXPECT_EQ(Text(*Dialog(30070), IDC_SCHR_SETZE_TEXT),
+              "Bitte positionieren Sie den Fußgänger bzw. den Radfahrer in seiner Endlage");
+    request = krn::OpenPlacingRequest(data);
+    EXPECT_DOUBLE_EQ(request->wish.width, 50.0);
+    EXPECT_DOUBLE_EQ(request->wish.length, 180.0) << "lying down, a person is as long as tall";
+    CPlacedObject object = request->wish;
+    object.position = {375, -90};
+    object.angle = 30;
+    EXPECT_TRUE(krn::AnswerPlacing(data, object));
+    EXPECT_EQ(Control(page, IDC_SCHR_PLATZ_PERSON).check, 1);
+    const auto scene = krn::SceneObjects(data);
+    ASSERT_EQ(scene.size(), 1U);
+    EXPECT_NEAR(scene[0].object.position.x, 375.0, 1e-9);
+    EXPECT_NEAR(scene[0].object.angle, 30.0, 1e-9);
+    Press(*Dialog(30070), IDOK);
+    EXPECT_EQ(Dialog(30070), nullptr);
+    EXPECT_EQ(krn::OpenPlacingRequest(data), nullptr);
+
+    // Taken out, put back, and the view ends a request.
+    Press(page, IDC_SCHR_PLATZ_PERSON);
+    EXPECT_TRUE(krn::SceneObjects(data).empty());
+    Press(page, IDC_SCHR_PLATZ_PERSON);
+    EXPECT_EQ(krn::SceneObjects(data).size(), 1U);
+    EXPECT_EQ(Dialog(30070), nullptr);
+    Press(page, IDC_SCHR_PLATZ_HAUPTFELD); // has no place yet
+    EXPECT_EQ(Control(page, IDC_SCHR_PLATZ_HAUPTFELD).check, 0);
+    ASSERT_NE(Dialog(30070), nullptr);
+    krn::EndPlacing(data);
+    EXPECT_EQ(Dialog(30070), nullptr);
+    framework::CloseDialog(*mask);
+    EXPECT_TRUE(krn::SceneObjects(data).empty());
+}
+
+TEST_F(SchrankenDlgTest, MovingAnObjectRecomputesAStandingResultAndOnlyProjectsBefore)
+{
+    Open();
+    PlaceAll();
+    const auto move = [&](double cm) {
+        for (const krn::SceneObject& standing : krn::SceneObjects(data)) {
+            if (standing.object.kind == 1) {
+                CPlacedObject moved = standing.object;
+                moved.position.x += cm;
+                standing.client->ObjectPlaced(moved);
+                return;
+            }
+        }
+    };
+    move(-100.0);
+    EXPECT_EQ(High(), 0.0);
+    Compute();
+    const double before = High();
+    EXPECT_NEAR(Value(*mask, IDC_SCHR_WEG_BIS), 19.0, 0.3);
+    EXPECT_NEAR(before, 3.6 * std::sqrt(2 * 7.7 * Value(*mask, IDC_SCHR_WEG_BIS)), 0.1);
+    move(-300.0);
+    EXPECT_NEAR(Value(*mask, IDC_SCHR_WEG_BIS), 22.0, 0.3);
+    EXPECT_GT(High(), before);
+
+    // The vehicle changes in the case: its front lies elsewhere.
+    const double farther = Value(*mask, IDC_SCHR_WEG_BIS);
+    data.KfzDat(0).length = 6.4;
+    data.NotifyGeo(0);
+    EXPECT_NEAR(Value(*mask, IDC_SCHR_WEG_BIS), farther + 1.0, 0.3);
+    // It is removed: nothing old stays on the screen, and computing says why.
+    data.KfzDat(0) = {};
+    data.NotifyGeo(0);
+    EXPECT_EQ(High(), 0.0);
+    Press(*mask, IDC_RECHNEN);
+    ASSERT_EQ(front.messages.size(), 1U);
+    EXPECT_NE(front.messages[0].text.find("Fahrzeugposition"), std::string::npos);
+}
+
+TEST_F(SchrankenDlgTest, SwitchesRecomputeOnlyAStandingResult)
+{
+    Open();
+    PlaceAll();
+    Press(Page(2), IDC_SCHR_DETTINGER);
+    EXPECT_TRUE(Control(Page(2), IDC_SCHR_DETTINGER_TOLERANZ).enabled);
+    EXPECT_EQ(High(), 0.0);
+    Enter(Page(2), IDC_SCHR_DETTINGER_TOLERANZ, "1");
+    Compute();
+    const double narrow = High();
+    Press(Page(2), IDC_SCHR_DETTINGER);
+    EXPECT_FALSE(Control(Page(2), IDC_SCHR_DETTINGER_TOLERANZ).enabled);
+    EXPECT_GT(High(), narrow);
+    // An entry waits for "Rechnen" and says so, a spinner step does not.
+    const double wide = High();
+    Enter(Page(2), IDC_SCHR_VERZOEGERUNG, "6");
+    EXPECT_EQ(High(), wide);
+    EXPECT_EQ(Hint(IDC_SCHR_HINWEIS), "Eingaben geändert: bitte neu rechnen.");
+    Press(*mask, IDC_RECHNEN);
+    EXPECT_LT(High(), wide);
+    EXPECT_EQ(Hint(IDC_SCHR_HINWEIS), "");
+    const double slower = High();
+    StepOnce(Page(2), IDC_SCHR_VERZOEGERUNG, 1);
+    EXPECT_GT(High(), slower);
+}
+
+TEST_F(SchrankenDlgTest, TheoriesThatLackSomethingSaySo)
+{
+    Open();
+    PlaceAll();
+    Compute();
+    const double high = High();
+    Press(Page(3), IDC_SCHR_FRONTSCHEIBE);
+    Press(Page(3), IDC_SCHR_GESAMTFELD);
+    Press(Page(3), IDC_SCHR_ABWICKLUNG);
+    EXPECT_EQ(Hint(IDC_SCHR_FRONTSCHEIBE_HINWEIS), "Hauptfeld nicht platziert");
+    EXPECT_EQ(Hint(IDC_SCHR_HAUPTFELD_HINWEIS), "");
+    EXPECT_EQ(Hint(IDC_SCHR_GESAMTFELD_HINWEIS), "Gesamtfeld nicht platziert");
+    EXPECT_NE(Hint(IDC_SCHR_ABWICKLUNG_HINWEIS), "");
+    EXPECT_EQ(High(), high);
+    Place(5, {-1200, -100}, 0, 300, 100);
+    EXPECT_EQ(Hint(IDC_SCHR_FRONTSCHEIBE_HINWEIS), "");
+    Enter(Page(3), IDC_SCHR_ABWICKLUNG_WEG, "200");
+    EXPECT_EQ(Hint(IDC_SCHR_ABWICKLUNG_HINWEIS), "");
+    Press(Page(2), IDC_SCHR_KUEHNEL_VERZOEGERUNG);
+    EXPECT_EQ(Hint(IDC_SCHR_SCHRANKEN_HINWEIS), "");
+    Enter(Page(2), IDC_SCHR_VERZOEGERUNG, "3");
+    EXPECT_NE(Hint(IDC_SCHR_SCHRANKEN_HINWEIS), "");
+}
+
+TEST_F(SchrankenDlgTest, ThrowCheckFollowsItsInputs)
+{
+    Open();
+    PlaceAll();
+    Compute();
+    Window& page = Page(4);
+    Enter(page, IDC_SCHR_RUTSCHVERZOEGERUNG, "5");
+    Press(page, IDC_SCHR_WURF_MAXIMUM);
+    const double distance = Value(page, IDC_SCHR_WURFWEG_MAXIMUM);
+    EXPECT_NEAR(distance, Value(*mask, IDC_SCHR_WEG_BIS) + 4.0, 1e-9);
+    EXPECT_NEAR(Value(page, IDC_SCHR_ABFLUGTEMPO), 3.6 * std::sqrt(2 * 5 * distance), 1e-9);
+    Enter(page, IDC_SCHR_KONTROLLE_ANSTOSS, "0,5");
+    EXPECT_NEAR(Value(page, IDC_SCHR_KOLLISIONSTEMPO), 7.2 * std::sqrt(2 * 5 * distance), 1e-9);
+    EXPECT_EQ(Text(Page(5), IDC_SCHR_EXPORT_ANSTOSS), "0,50") << "one factor on both pages";
+    Enter(Page(4), IDC_SCHR_HOEHENUNTERSCHIED, "1");
+    EXPECT_EQ(front.refusals.size(), 1U);
+}
+
+TEST_F(SchrankenDlgTest, ChoosingASpeedHandsItToTheVehicleAtOnce)
+{
+    Open();
+    PlaceAll();
+    Press(Page(5), IDC_SCHR_EXPORT_MAXIMUM); // nothing to hand over yet
+    EXPECT_FALSE(data.WZDat(0).spalten[3].IsUsed());
+    EXPECT_FALSE(Control(Page(5), IDC_SCHR_EXPORT).enabled);
+    Compute();
+    Press(Page(5), IDC_SCHR_EXPORT_MINIMUM);
+    const CWegZeitSpalte& first = data.WZDat(0).spalten[3];
+    EXPECT_EQ(first.art, PhasenArt::noTime);
+    EXPECT_EQ(first.vEnd, Value(Page(5), IDC_SCHR_EXPORTTEMPO_MINIMUM));
+    EXPECT_EQ(first.vAnf, first.vEnd);
+    Press(Page(5), IDC_SCHR_EXPORT_MITTEL);
+    EXPECT_EQ(first.vEnd, Value(Page(5), IDC_SCHR_EXPORTTEMPO_MITTEL));
+    EXPECT_EQ(first.vAnf, first.vEnd);
+    EXPECT_FALSE(data.WZDat(1).spalten[2].IsUsed());
+    EXPECT_TRUE(std::any_of(front.posted.begin(), front.posted.end(), [](const MSG& m) { return m.message == 1337; }));
+
+    // A phase that is there keeps its time and deceleration and ends at the speed.
+    CWegZeitRechDat phases;
+    phases.spalten[3].art = PhasenArt::braking;
+    phases.spalten[3].vEnd = 20.0;
+    phases.spalten[3].verz = 5.0;
+    phases.spalten[3].zeit = 1.0;
+    phases.Berechnung();
+    phases.Uebertragen(data, 0, nullptr, 0);
+    Press(Page(5), IDC_SCHR_EXPORT_MAXIMUM);
+    EXPECT_EQ(first.vEnd, Value(Page(5), IDC_SCHR_EXPORTTEMPO_MAXIMUM));
+    EXPECT_NEAR(first.vAnf, first.vEnd + 18.0, 1e-9);
+    EXPECT_EQ(first.zeit, 1.0);
+}
+
+TEST_F(SchrankenDlgTest, ExportWritesTheCollisionOfPersonAndBicycle)
+{
+    for (const double turn : {0.0, 70.0, -160.0}) {
+        for (const bool fromRight : {true, false}) {
+            for (std::size_t i = 0; i < 3; ++i) {
+                data.WZRechDat(i) = {};
+                data.UPa(i) = {};
+            }
+            data.MaskenWerte(487).clear();
+            front.broadcast.clear();
+            Open();
+            PlaceAll(turn);
+            Choose(Page(1), IDC_SCHR_FAHRRAD, 2);
+            Place(3, {800, 300}, 40.0, 60, 180);
+            Press(Page(2), IDC_SCHR_KUEHNEL_GLOBAL);
+            Compute();
+            Press(Page(5), fromRight ? IDC_SCHR_VON_RECHTS : IDC_SCHR_VON_LINKS);
+            Press(Page(5), IDC_SCHR_EXPORT_MITTEL);
+            front.messages.clear();
+            Press(Page(5), IDC_SCHR_EXPORT);
+            EXPECT_TRUE(front.messages.empty());
+
+            const double heading = turn * kPi / 180.0;
+            const CDPoint forward{std::cos(heading), std::sin(heading)};
+            const CDPoint left{-forward.y, forward.x};
+            const auto along = [&](const CDPoint& p) { return p.x * forward.x + p.y * forward.y; };
+            const auto across = [&](const CDPoint& p) { return p.x * left.x + p.y * left.y; };
+            const CWegZeitDat& person = data.WZDat(1);
+            const CWegZeitSpalte& hit = person.spalten[2];
+            const double v = Value(Page(5), IDC_SCHR_EXPORTTEMPO_MITTEL);
+            EXPECT_EQ(hit.art, PhasenArt::noTime);
+            EXPECT_NEAR(hit.vEnd, 0.8 * v, 1e-12);
+            EXPECT_NEAR(hit.endGier, heading, 1e-12);
+            ASSERT_EQ(hit.bahn.size(), 4U);
+            // On the axis, within the area, and reached from the given side in steps of 20, 10, 5 and 0 cm.
+            EXPECT_NEAR(across(hit.bahn[3]), 0.0, 1e-6);
+            EXPECT_GE(-along(hit.bahn[3]) / 100.0, Value(*mask, IDC_SCHR_WEG_VON) - 1e-9);
+            EXPECT_LE(-along(hit.bahn[3]) / 100.0, Value(*mask, IDC_SCHR_WEG_BIS) + 1e-9);
+            const double side = fromRight ? -1.0 : 1.0;
+            for (const auto& [index, cm] : {std::pair{0U, 20.0}, {1U, 10.0}, {2U, 5.0}}) {
+                EXPECT_NEAR(across(hit.bahn[index]), side * cm, 1e-6);
+                EXPECT_NEAR(along(hit.bahn[index]), along(hit.bahn[3]), 1e-6);
+            }
+            // The rest position lies a fifth of the way back from the person's centre.
+            CDPoint centre{400, 0};
+            centre.Rotate(heading, {});
+            const CDPoint expected = centre - (centre - hit.bahn[3]) * 0.2;
+            EXPECT_NEAR(person.endPunkt.x, expected.x, 1e-6);
+            EXPECT_NEAR(person.endPunkt.y, expected.y, 1e-6);
+            EXPECT_NEAR(person.endRichtung, heading + kPi / 2.0, 1e-12);
+            EXPECT_EQ(person.bahnModus, 5);
+
+            const CWegZeitDat& bicycle = data.WZDat(2);
+            EXPECT_EQ(bicycle.spalten[2].bahn, hit.bahn);
+            EXPECT_NEAR(bicycle.endRichtung, 40.0 * kPi / 180.0, 1e-12);
+            for (const std::size_t index : {1U, 2U}) {
+                EXPECT_EQ(data.UPa(index).updateFlags, 1ULL << 28 | 1ULL << 29 | 1ULL << 33 | 1ULL << 34);
+                for (const UINT message : {1440U, 1341U})
+                    EXPECT_TRUE(std::any_of(front.broadcast.begin(), front.broadcast.end(),
+                                            [&](const MSG& m) { return m.message == message && m.wParam == index; }));
+            }
+            EXPECT_EQ(data.UPa(0).updateFlags, 0U);
+            EXPECT_EQ(data.WZDat(0).spalten[3].vEnd, v);
+            EXPECT_EQ(Hint(IDC_SCHR_EXPORT_HINWEIS), "Geschwindigkeit und Lage wurden in den Fall übertragen.");
+
+            Press(Page(2), IDC_SCHR_KUEHNEL_GLOBAL);
+            Press(Page(5), IDC_SCHR_EXPORT); // a hint, no refusal
+            ASSERT_EQ(front.messages.size(), 1U);
+            EXPECT_EQ(front.messages[0].text, "Bitte wählen Sie mindestens eine Theorie zu den Schranken aus.");
+            EXPECT_NE(data.WZDat(0).spalten[3].vEnd, v);
+            framework::CloseDialog(*mask);
+            thread.DispatchPending();
+        }
+    }
+}
+
+TEST_F(SchrankenDlgTest, RecordComesBackWithTheCase)
+{
+    Open();
+    PlaceAll(25.0);
+    Press(Page(2), IDC_SCHR_RAU);
+    Enter(Page(2), IDC_SCHR_RAU_TOLERANZ, "4");
+    Compute();
+    const double high = High();
+    Press(*mask, IDC_MASKE_OK);
+    EXPECT_EQ(Dialog(487), nullptr);
+    EXPECT_EQ(Dialog(30022), nullptr) << "pages go with the mask";
+    Open();
+    EXPECT_EQ(High(), high);
+    EXPECT_EQ(Control(Page(2), IDC_SCHR_RAU).check, 1);
+    EXPECT_EQ(Control(Page(1), IDC_SCHR_PLATZ_PERSON).check, 1);
+    // A placement is kept at once, without OK.
+    Place(4, {-900, 0}, 0, 300, 100);
+    framework::CloseDialog(*mask);
+    thread.DispatchPending();
+    Open();
+    EXPECT_EQ(Control(Page(1), IDC_SCHR_PLATZ_GESAMTFELD).check, 1);
+}
+
+TEST_F(SchrankenDlgTest, LargeDiagramIsOpenedOnceAndDrawnAfresh)
+{
+    Open();
+    PlaceAll();
+    Compute();
+    Press(*mask, IDC_SCHR_GROSSES_DIAGRAMM);
+    Press(*mask, IDC_SCHR_GROSSES_DIAGRAMM);
+    EXPECT_EQ(std::count(front.events.begin(), front.events.end(), "appeared 30044"), 1);
+    const Window& field = Control(*Dialog(30044), IDC_SCHR_GROSSES_ZEICHENFELD);
+    ASSERT_TRUE(field.painter);
+    const auto count = [&] {
+        CDC dc(800, 500);
+        field.painter(dc, {0, 0, 800, 500});
+        return dc.Primitives().size();
+    };
+    const std::size_t before = count();
+    Press(Page(2), IDC_SCHR_KUEHNEL_GLOBAL);
+    EXPECT_GT(count(), before);
+    framework::CloseDialog(*mask);
+    EXPECT_EQ(Dialog(30044), nullptr);
+}
+
+TEST_F(SchrankenDlgTest, TiedViewGetsTheObjects)
+{
+    struct View : CMvView {
+        void ShowObjects(const std::vector<CPlacedObject>& objects) override { shown = objects; }
+        std::vector<CPlacedObject> shown;
+    } view;
+    Open();
+    auto* dialog = static_cast<CSchrankenverfahrenDlg*>(mask->object);
+    dialog->SetMovieView(&view);
+    PlaceAll();
+    ASSERT_EQ(view.shown.size(), 3U);
+    EXPECT_EQ(view.shown[0].name, "Fahrzeug");
+    dialog->SetMovieView(nullptr);
+    Press(Page(1), IDC_SCHR_PLATZ_PERSON);
+    EXPECT_EQ(view.shown.size(), 3U);
+}
+
+TEST_F(SchrankenDlgTest, OddPlacesEndInAnEmptyAreaOrAMessage)
+{
+    Open();
+    PlaceAll();
+    Compute();
+    for (const double odd : {0.0, 1e12, -1e300}) {
+        for (int kind = 0; kind < 6; ++kind) {
+            auto* client = dynamic_cast<CPlacingClient*>(mask->object);
+            CPlacedObject object;
+            object.kind = kind;
+            object.position = {odd, -odd};
+            object.width = odd;
+            client->ObjectPlaced(object);
+            CDC dc(400, 200);
+            Control(*mask, IDC_SCHR_ZEICHENFELD).painter(dc, {0, 0, 400, 200});
+            EXPECT_TRUE(std::isfinite(High()));
+        }
+        Press(*mask, IDC_RECHNEN);
+    }
+    data.MaskenWerte(487)["objekt.person.x"] = {std::nan("")};
+    data.MaskenWerte(487)["fahrzeug"] = {1e9};
+    framework::CloseDialog(*mask);
+    thread.DispatchPending();
+    Open();
+    EXPECT_EQ(High(), 0.0);
+}
+
+} // namespace
