@@ -60,7 +60,7 @@ struct Window {
     bool readOnly = false; ///< edit: write-protected
     bool modified = false; ///< edit: typed into since the entry was finished last
     bool refused = false;  ///< edit: the entry finished last was not taken
-    int check = 0; ///< check box, radio button; 1 on a push button: it looks pressed in
+    int check = 0;         ///< check box, radio button; 1 on a push button: it looks pressed in
     std::vector<std::string> items;
     int selection = -1;
     int trackMinimum = 0;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
-#include "frame/MaskTable.h"
 #include "frame/RuvMod.h"
+#include "frame/MaskTable.h"
 #include "tests/support/MaskFixture.h"
 
 #include <set>

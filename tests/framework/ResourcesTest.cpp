@@ -131,8 +131,9 @@ TEST(ResourcesTest, SpecialCharactersSurvive)
 TEST(ResourcesTest, DamagedBytesAreRefusedAndNeverRead)
 {
     // A plain template of one button, by hand: style, extended style, count, rectangle, no menu, no class, title.
-    const auto words = std::vector<std::uint16_t>{0, 0x1000, 0, 0, 1, 0, 0, 10, 20, 0, 0, 'A', 0, 0 /* align */,
-                                                  0, 0x5000, 0, 0, 1, 2, 3, 4,  77, 0xFFFF, 0x80, 'O', 'k', 0, 0};
+    const auto words =
+        std::vector<std::uint16_t>{0, 0x1000, 0, 0, 1, 0, 0,  10,     20,   0,   0,   'A', 0, 0 /* align */, 0, 0x5000,
+                                   0, 0,      1, 2, 3, 4, 77, 0xFFFF, 0x80, 'O', 'k', 0,   0};
     const auto bytes = std::as_bytes(std::span(words));
     const auto whole = ReadDialogTemplate(bytes);
     ASSERT_TRUE(whole);
