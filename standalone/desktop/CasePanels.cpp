@@ -29,13 +29,14 @@ DiagramView* MakeDiagram(CaseDocument& document)
 {
     const auto parts = std::make_shared<DiagramParts>();
     auto* view = new DiagramView(
-        [&document, parts](CDC& drawing, bool dark) {
+        [&document, parts](CDC& drawing, Ground ground) {
             krn::PathTimeDiagramOptions options;
-            options.title = document.Data().Title();
+            if (ground == Ground::paper)
+                options.title = document.Data().Title();
             options.path = parts->path->isChecked();
             options.speed = parts->speed->isChecked();
             options.phases = parts->phases->isChecked();
-            options.palette = dark ? krn::DiagramPalette::Dark() : krn::DiagramPalette::Light();
+            options.palette = PaletteFor(ground);
             krn::DrawPathTimeDiagram(drawing, krn::DiagramVehicles(document.Data()), options);
         },
         QStringLiteral("Weg-Zeit-Diagramm"));

@@ -4,7 +4,6 @@
 
 #include "desktop/CdcPainter.h"
 #include "desktop/Icons.h"
-#include "desktop/Theme.h"
 #include "framework/DrawingExport.h"
 #include "krn/AtomicFile.h"
 
@@ -40,6 +39,15 @@ constexpr double kClipboardScale = 2.0;
 
 } // namespace
 
+krn::DiagramPalette PaletteFor(Ground ground)
+{
+    if (ground == Ground::paper)
+        return krn::DiagramPalette::Light();
+    const SchemeColors& c = Colors();
+    return {ToColorRef(c.surface), ToColorRef(c.field), ToColorRef(c.line),
+            ToColorRef(c.muted),   ToColorRef(c.text),  ToColorRef(c.muted)};
+}
+
 DiagramView::DiagramView(Draw draw, QString name, QWidget* parent)
     : QAbstractScrollArea(parent), m_draw(std::move(draw)), m_name(std::move(name))
 {
@@ -68,18 +76,17 @@ QSize DiagramView::minimumSizeHint() const
 CDC DiagramView::ForPaper() const
 {
     CDC drawing(kPaper.width(), kPaper.height());
-    m_draw(drawing, false);
+    m_draw(drawing, Ground::paper);
     return drawing;
 }
 
 void DiagramView::paintEvent(QPaintEvent*)
 {
-    const bool dark = CurrentScheme() == Scheme::dark;
-    if (!m_drawing || m_dark != dark) {
-        m_dark = dark;
+    if (!m_drawing || m_scheme != CurrentScheme()) {
+        m_scheme = CurrentScheme();
         const QSize size = viewport()->size().expandedTo(kSmallest);
         m_drawing.emplace(size.width(), size.height());
-        m_draw(*m_drawing, dark);
+        m_draw(*m_drawing, Ground::screen);
     }
     QPainter painter(viewport());
     painter.setRenderHint(QPainter::Antialiasing);

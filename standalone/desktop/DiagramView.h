@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "desktop/Theme.h"
 #include "host/CDC.h"
+#include "krn/PathTimeDiagram.h"
 
 #include <QAbstractScrollArea>
 
@@ -15,6 +17,12 @@ class QPrinter;
 namespace desktop
 {
 
+/// What a drawing is for: the screen in the scheme in force, or paper.
+enum class Ground { screen, paper };
+
+/// The scheme's colours for diagrams.
+krn::DiagramPalette PaletteFor(Ground ground);
+
 /// Shows a drawing of the case: fills the view, can be enlarged (Ctrl with the wheel, +, -, 0) and shifted with the
 /// mouse; its context menu copies, saves and prints it. What leaves the program is drawn for paper, whatever the
 /// scheme.
@@ -23,8 +31,8 @@ class DiagramView : public QAbstractScrollArea
     Q_OBJECT
 
   public:
-    /// Draws into a drawing of the size it has; `dark` for a dark ground.
-    using Draw = std::function<void(CDC& drawing, bool dark)>;
+    /// Draws into a drawing of the size it has.
+    using Draw = std::function<void(CDC& drawing, Ground ground)>;
 
     /// `name` names the diagram in file names and printer jobs.
     DiagramView(Draw draw, QString name, QWidget* parent = nullptr);
@@ -67,7 +75,7 @@ class DiagramView : public QAbstractScrollArea
     QString m_name;
     QList<QAction*> m_actions;
     std::optional<CDC> m_drawing;
-    bool m_dark = false; ///< m_drawing is for a dark ground
+    Scheme m_scheme = Scheme::light; ///< of m_drawing
     double m_zoom = 1.0;
     QPoint m_grabbed;
 };

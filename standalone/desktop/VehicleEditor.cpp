@@ -4,6 +4,7 @@
 
 #include "desktop/CaseDocument.h"
 #include "desktop/CdcPainter.h"
+#include "desktop/DiagramView.h"
 #include "desktop/NumberField.h"
 #include "desktop/Style.h"
 #include "desktop/Theme.h"
@@ -21,7 +22,6 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QToolButton>
 
 #include <algorithm>
 #include <array>
@@ -38,7 +38,7 @@ constexpr std::array kColors{RGB(200, 30, 30),  RGB(30, 60, 200), RGB(0, 130, 70
                              RGB(130, 60, 160), RGB(0, 140, 160), RGB(150, 90, 40), RGB(70, 80, 90)};
 constexpr int kIndexRole = Qt::UserRole;
 constexpr int kVisibleVehicles = 4;
-constexpr int kSketchHeight = 240;
+constexpr int kSketchHeight = 210;
 
 QString FromUtf8(const std::string& text)
 {
@@ -75,8 +75,7 @@ class VehicleSketch : public QWidget
   protected:
     void paintEvent(QPaintEvent*) override
     {
-        const bool dark = CurrentScheme() == Scheme::dark;
-        krn::DiagramPalette palette = dark ? krn::DiagramPalette::Dark() : krn::DiagramPalette::Light();
+        krn::DiagramPalette palette = PaletteFor(Ground::screen);
         palette.background = ToColorRef(Colors().window);
         CDC drawing(width(), height());
         krn::DrawVehicle(drawing, m_vehicle, m_chosen, palette, ToColorRef(Colors().accent));
@@ -128,16 +127,13 @@ QWidget* VehicleEditor::BuildList()
     column->addWidget(m_list);
 
     auto* buttons = new QHBoxLayout;
-    m_add = new QToolButton;
-    m_add->setText(QStringLiteral("&Neu"));
-    m_add->setPopupMode(QToolButton::InstantPopup);
+    m_add = new QPushButton(QStringLiteral("&Neu"));
     auto* types = new QMenu(m_add);
     for (const CKfzDaten::Type type : kTypes)
         types->addAction(FromUtf8(krn::TypeName(type)), this, [this, type] { AddVehicle(type); });
     m_add->setMenu(types);
-    m_remove = new QToolButton;
-    m_remove->setText(QStringLiteral("&Entfernen"));
-    connect(m_remove, &QToolButton::clicked, this, [this] { RemoveVehicle(Vehicle()); });
+    m_remove = new QPushButton(QStringLiteral("&Entfernen"));
+    connect(m_remove, &QPushButton::clicked, this, [this] { RemoveVehicle(Vehicle()); });
     buttons->addWidget(m_add);
     buttons->addWidget(m_remove);
     buttons->addStretch();
@@ -271,8 +267,10 @@ void VehicleEditor::ShowFields()
     if (index < 0)
         return;
     const CKfzDaten& vehicle = m_document.Data().KfzDat(static_cast<std::size_t>(index));
-    if (!m_name->isModified() || !m_name->hasFocus())
+    if (!m_name->isModified() || !m_name->hasFocus()) {
         m_name->setText(FromUtf8(vehicle.name));
+        m_name->setCursorPosition(0); // a long name is shown from its beginning
+    }
     m_type->setCurrentIndex(m_type->findData(static_cast<int>(vehicle.type)));
     m_color->setIcon(VehicleIcon(vehicle));
     m_color->setText(FromColorRef(vehicle.color).name());

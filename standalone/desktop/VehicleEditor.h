@@ -14,7 +14,6 @@ class QLabel;
 class QLineEdit;
 class QListWidget;
 class QPushButton;
-class QToolButton;
 
 namespace desktop
 {
@@ -61,8 +60,8 @@ class VehicleEditor : public QWidget
 
     CaseDocument& m_document;
     QListWidget* m_list = nullptr;
-    QToolButton* m_add = nullptr;
-    QToolButton* m_remove = nullptr;
+    QPushButton* m_add = nullptr;
+    QPushButton* m_remove = nullptr;
     QWidget* m_form = nullptr;
     QLineEdit* m_name = nullptr;
     QComboBox* m_type = nullptr;

@@ -22,7 +22,9 @@ QIcon VehicleIcon(const CKfzDaten& vehicle)
     painter.setPen(QPen(Colors().border, 1.0));
     painter.setBrush(FromColorRef(vehicle.color));
     painter.drawRoundedRect(QRectF(1.5, 1.5, kSize - 3.0, kSize - 3.0), 3.0, 3.0);
-    return QIcon(pixmap);
+    QIcon icon(pixmap);
+    icon.addPixmap(pixmap, QIcon::Selected); // the colour itself, not mixed with the selection's
+    return icon;
 }
 
 } // namespace desktop

@@ -5,6 +5,7 @@
 #include "desktop/Bench.h"
 #include "desktop/CaseDocument.h"
 #include "desktop/CaseFileDialogs.h"
+#include "desktop/CasePanels.h"
 #include "desktop/CommandLine.h"
 #include "desktop/MainWindow.h"
 #include "desktop/QtFrontEnd.h"
@@ -97,6 +98,7 @@ int main(int argc, char** argv)
     thread.m_pMainWnd = &mainWindow;
     desktop::CaseDocument document(!line.DrawsOnly());
     desktop::MainWindow window(document, frontEnd);
+    desktop::AddCasePanels(window, document);
     window.UsePreferences(preferences, preferencesPath);
 
     if (line.DrawsOnly()) {

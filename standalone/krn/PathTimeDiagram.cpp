@@ -142,14 +142,11 @@ class DiagramPainter
         m_dc.SelectPen({PenStyle::none});
         m_dc.SelectBrush({true, m_palette.background});
         m_dc.Rectangle(0.0, 0.0, m_dc.Width(), m_dc.Height());
-        double y = kPad;
-        if (!m_options.title.empty())
-            y = DrawTitle(y);
+        const double y = DrawHead();
         if (m_tracks.empty()) {
             DrawNothing(y);
             return;
         }
-        y = DrawLegend(y);
         if (!LayOut(y))
             return;
         for (const Panel& panel : m_panels)
@@ -181,12 +178,31 @@ class DiagramPainter
         return m_dc.TextAscent();
     }
 
-    double DrawTitle(double y)
+    /// Title and legend, on one line if there is room; returns where they end.
+    double DrawHead()
     {
+        const double line = LineHeight(kNameFont) + 2.0;
+        if (m_options.title.empty())
+            return m_tracks.empty() ? kPad : DrawLegend(kPad, kPad, line);
         m_dc.SelectFont(kTitleFont);
         const std::string title = ShortenedToFit(m_dc, m_options.title, m_dc.Width() - 2.0 * kPad);
-        Text({kPad, y + Ascent(kTitleFont)}, title, kTitleFont, m_palette.text, TextAlign::left);
-        return y + LineHeight(kTitleFont) + 4.0;
+        const double height = m_dc.TextHeight();
+        const double beside = m_dc.Width() - kPad - LegendWidth();
+        m_dc.SelectFont(kTitleFont);
+        const bool oneLine = kPad + m_dc.TextWidth(title) + 2.0 * kLegendSpace <= beside;
+        Text({kPad, kPad + Ascent(kTitleFont)}, title, kTitleFont, m_palette.text, TextAlign::left);
+        if (m_tracks.empty())
+            return kPad + height;
+        return oneLine ? DrawLegend(beside, kPad, height) : DrawLegend(kPad, kPad + height + 4.0, line);
+    }
+
+    double LegendWidth()
+    {
+        double width = -kLegendSpace;
+        m_dc.SelectFont(kNameFont);
+        for (const Track& track : m_tracks)
+            width += kLegendLine + kTickLabelGap + m_dc.TextWidth(track.vehicle->name) + kLegendSpace;
+        return width;
     }
 
     void DrawNothing(double top)
@@ -195,18 +211,17 @@ class DiagramPainter
              m_palette.quietText, TextAlign::center);
     }
 
-    double DrawLegend(double y)
+    double DrawLegend(double left, double y, double height)
     {
-        const double right = m_dc.Width() - kPad;
-        const double height = LineHeight(kNameFont) + 2.0;
-        double x = kPad;
+        const double right = m_dc.Width() - kPad + 0.5;
+        double x = left;
         for (const Track& track : m_tracks) {
             m_dc.SelectFont(kNameFont);
             const std::string name =
                 ShortenedToFit(m_dc, track.vehicle->name, right - kPad - kLegendLine - kTickLabelGap);
             const double width = kLegendLine + kTickLabelGap + m_dc.TextWidth(name);
-            if (x > kPad && x + width > right) {
-                x = kPad;
+            if (x > left && x + width > right) {
+                x = left;
                 y += height;
             }
             m_dc.SelectPen({track.style, 2.5, track.color});

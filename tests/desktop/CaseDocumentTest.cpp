@@ -127,6 +127,7 @@ TEST_F(CaseDocumentTest, TheFileOfARunningDocumentIsNotOfferedAndGoesWithIt)
 /// Not a test of its own: what the test below starts and kills.
 TEST(CaseDocumentCrash, DISABLED_Worker)
 {
+    qputenv("XDG_STATE_HOME", qgetenv("CRASH_STATE"));
     CaseDocument document;
     document.SaveAs(qEnvironmentVariable("CRASH_CASE"));
     QElapsedTimer clock;
@@ -146,6 +147,7 @@ TEST_F(CaseDocumentTest, AfterAKillTheCaseIsRecovered)
     QProcess worker;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("CRASH_CASE", path);
+    environment.insert("CRASH_STATE", QString::fromStdString(m_folder.Path()));
     worker.setProcessEnvironment(environment);
     worker.start(QCoreApplication::applicationFilePath(),
                  {"--gtest_filter=CaseDocumentCrash.DISABLED_Worker", "--gtest_also_run_disabled_tests"});

@@ -18,7 +18,6 @@
 #include <QImage>
 #include <QLineEdit>
 #include <QMimeData>
-#include <QPdfWriter>
 #include <QPrinter>
 #include <QTableView>
 #include <QTest>
@@ -204,9 +203,9 @@ class DiagramViewTest : public ::testing::Test
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
     }
     CRuvData data;
-    DiagramView view{[this](CDC& drawing, bool dark) {
+    DiagramView view{[this](CDC& drawing, Ground ground) {
                          krn::PathTimeDiagramOptions options;
-                         options.palette = dark ? krn::DiagramPalette::Dark() : krn::DiagramPalette::Light();
+                         options.palette = PaletteFor(ground);
                          krn::DrawPathTimeDiagram(drawing, krn::DiagramVehicles(data), options);
                      },
                      "Weg-Zeit-Diagramm"};
