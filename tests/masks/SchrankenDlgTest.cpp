@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CDC.h"
+#include "krn/CaseFile.h"
 #include "krn/Placing.h"
 #include "masks/collision/CSchrankenverfahrenDlg.h"
 #include "res/resource.h"
@@ -440,6 +441,25 @@ TEST_F(SchrankenDlgTest, RecordComesBackWithTheCase)
     thread.DispatchPending();
     Open();
     EXPECT_EQ(Control(Page(1), IDC_SCHR_PLATZ_GESAMTFELD).check, 1);
+}
+
+TEST_F(SchrankenDlgTest, ExampleCaseGivesWhatItsHelpPageSays)
+{
+    ASSERT_TRUE(krn::LoadCase(TAVELIN_SOURCE_DIR "/examples/fussgaenger.json", data));
+    Open();
+    Press(*mask, IDC_RECHNEN);
+    EXPECT_TRUE(front.messages.empty());
+    // The upper end lies on Dettinger's upper curve, the lower one on the braking curve with a - Δa.
+    const double window = std::sqrt(0.001);
+    const double w = High() - 6.0;
+    const double personAhead = 2.469602;
+    EXPECT_NEAR(1.64e-5 * w * w * w + 0.00452 * w * w + 0.071 * w + 2.5 - personAhead, Value(*mask, IDC_SCHR_WEG_BIS),
+                window + 1e-4);
+    const double low = Value(*mask, IDC_SCHR_TEMPO_VON) / 3.6;
+    EXPECT_NEAR(low * low / (2 * 6.5), Value(*mask, IDC_SCHR_WEG_VON), window + 1e-4);
+    EXPECT_EQ(Text(*mask, IDC_SCHR_TEMPO_VON), "52,65");
+    EXPECT_EQ(Text(*mask, IDC_SCHR_TEMPO_BIS), "57,87");
+    EXPECT_EQ(Text(Page(4), IDC_SCHR_KOLLISIONSTEMPO), "54,83");
 }
 
 TEST_F(SchrankenDlgTest, LargeDiagramIsOpenedOnceAndDrawnAfresh)
