@@ -81,6 +81,8 @@ template <class Button> class ButtonControl : public Button, public ControlView
         }
         if constexpr (std::is_same_v<Button, QPushButton>) {
             this->setDefault(m_control->defaultButton);
+            this->setCheckable(m_control->check != 0); // pressed in
+            this->setChecked(m_control->check != 0);
         } else {
             if constexpr (std::is_same_v<Button, QCheckBox>)
                 this->setTristate(m_control->check == 2);

@@ -13,6 +13,7 @@
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QTextFrame>
+#include <QTextOption>
 #include <QTextTable>
 
 #include <algorithm>
@@ -23,7 +24,8 @@ namespace
 {
 
 constexpr const char* kPages = ":/masks";
-constexpr double kLineHeight = 118.0; // percent
+constexpr int kCodeProperty = QTextFormat::UserProperty + 1; // a line of code that was found as such
+constexpr double kLineHeight = 108.0;                        // percent
 
 /// Path of a mask's page, empty when it has none.
 QString PagePath(UINT number)
@@ -38,15 +40,29 @@ UINT NumberOf(const QString& fileName)
     return fileName.section(QLatin1Char('-'), 0, 0).toUInt();
 }
 
+bool IsCode(const QTextBlock& block)
+{
+    const QTextBlockFormat format = block.blockFormat();
+    return block.isValid() &&
+           (format.hasProperty(QTextFormat::BlockCodeFence) || format.hasProperty(QTextFormat::BlockCodeLanguage) ||
+            format.nonBreakableLines() || format.boolProperty(kCodeProperty));
+}
+
 } // namespace
 
 HelpPane::HelpPane(QWidget* parent) : QTextBrowser(parent)
 {
     setOpenLinks(false);
     setFrameShape(QFrame::NoFrame);
+    setWordWrapMode(QTextOption::WordWrap);
     document()->setDocumentMargin(2.0 * Spacing());
     connect(this, &QTextBrowser::anchorClicked, this,
             [this](const QUrl& link) { ShowPage(NumberOf(link.fileName())); });
+}
+
+QSize HelpPane::sizeHint() const
+{
+    return QSize(420, 600) * CurrentFontScale();
 }
 
 bool HelpPane::HasPage(UINT number)
@@ -81,8 +97,10 @@ QString HelpPane::ListOfPages() const
 void HelpPane::ShowMarkdown(const QString& markdown)
 {
     document()->setDefaultFont(TextFont());
+    document()->setIndentWidth(2.5 * Spacing());
     document()->setMarkdown(markdown, QTextDocument::MarkdownDialectGitHub);
     Decorate();
+    moveCursor(QTextCursor::Start);
     verticalScrollBar()->setValue(0);
 }
 
@@ -98,7 +116,7 @@ void HelpPane::Decorate()
         QTextBlockFormat format = block.blockFormat();
         const int level = format.headingLevel();
         const bool inTable = cursor.currentTable() != nullptr;
-        const bool code = format.hasProperty(QTextFormat::BlockCodeFence) || format.nonBreakableLines();
+        const bool code = IsCode(block);
         format.setLineHeight(kLineHeight, QTextBlockFormat::ProportionalHeight);
         QTextCharFormat letters;
         if (level > 0) {
@@ -106,13 +124,14 @@ void HelpPane::Decorate()
             format.setBottomMargin(0.6 * gap);
             letters.setFont(TextFont(level == 1 ? 1.45 : level == 2 ? 1.15 : 1.0, true));
             letters.setForeground(level == 1 ? c.text : c.accent);
-            letters.setProperty(QTextFormat::FontSizeAdjustment, 0);
         } else if (code) {
-            const bool first = !block.previous().isValid() || !block.previous().blockFormat().nonBreakableLines();
+            const bool first = !IsCode(block.previous());
             format.setBackground(c.result);
             format.setLeftMargin(gap);
             format.setTopMargin(first ? gap : 0.0);
             format.setIndent(0);
+            format.setProperty(kCodeProperty, true);
+            format.setNonBreakableLines(false); // a long formula goes on in the next line
             QFont font = TextFont();
             font.setFamilies(QStringList{QStringLiteral("Noto Sans Mono")} + font.families());
             letters.setFont(font);
@@ -123,7 +142,10 @@ void HelpPane::Decorate()
         cursor.setBlockFormat(format);
         if (level > 0 || code) {
             cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
-            cursor.mergeCharFormat(letters);
+            if (level > 0)
+                cursor.setCharFormat(letters); // Markdown's own relative size must go
+            else
+                cursor.mergeCharFormat(letters);
         }
     }
     for (QTextFrame* frame : document()->rootFrame()->childFrames()) {
@@ -134,8 +156,10 @@ void HelpPane::Decorate()
         format.setBorder(1.0);
         format.setBorderCollapse(true);
         format.setBorderBrush(c.line);
+        format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
         format.setCellPadding(0.6 * gap);
         format.setCellSpacing(0.0);
+        format.clearColumnWidthConstraints();
         format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
         table->setFormat(format);
     }

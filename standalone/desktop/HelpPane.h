@@ -23,6 +23,7 @@ class HelpPane : public QTextBrowser
     /// Number of the page shown, 0 for the list.
     UINT Page() const { return m_page; }
     static bool HasPage(UINT number);
+    QSize sizeHint() const override;
 
   protected:
     void changeEvent(QEvent* event) override;

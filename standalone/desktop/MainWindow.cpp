@@ -24,9 +24,11 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QProgressBar>
+#include <QScreen>
 #include <QStatusBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace desktop
 {
@@ -36,8 +38,7 @@ using framework::UiThread;
 namespace
 {
 
-constexpr QSize kFirstSize(1280, 820);
-constexpr int kHelpWidth = 400;
+constexpr QSize kFirstSize(1440, 900);
 constexpr int kMessageTime = 6000; // ms
 
 } // namespace
@@ -48,7 +49,7 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
 {
     setObjectName(QStringLiteral("mainWindow"));
     setCentralWidget(m_masks);
-    setDockOptions(QMainWindow::AnimatedDocks | QMainWindow::AllowTabbedDocks | QMainWindow::AllowNestedDocks);
+    setDockOptions(QMainWindow::AllowTabbedDocks | QMainWindow::AllowNestedDocks);
     setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
@@ -124,6 +125,8 @@ void MainWindow::ShowHelp(UINT number)
         statusBar()->showMessage(QStringLiteral("Zu dieser Maske gibt es keine Hilfeseite."), kMessageTime);
     m_helpDock->show();
     m_helpDock->raise();
+    if (!std::exchange(m_helpSized, true))
+        resizeDocks({m_helpDock}, {m_help->sizeHint().width()}, Qt::Horizontal);
 }
 
 QDockWidget* MainWindow::AddCasePanel(QWidget* panel, const QString& title, Qt::DockWidgetArea area)
@@ -157,8 +160,10 @@ void MainWindow::UsePreferences(const Preferences& preferences, const QString& p
         ApplyTheme(preferences.scheme, preferences.fontScale);
     if (!preferences.geometry.isEmpty())
         restoreGeometry(preferences.geometry);
+    else if (!path.isEmpty())
+        resize(kFirstSize.boundedTo(screen()->availableSize() - QSize(0, 3 * Spacing()))); // room for the title
     if (!preferences.docks.isEmpty())
-        restoreState(preferences.docks);
+        m_helpSized = restoreState(preferences.docks);
     m_helpDock->setVisible(m_helpDock->isVisible() && m_help->Page() != 0);
     m_dark->setChecked(preferences.scheme == Scheme::dark);
 }
@@ -255,9 +260,7 @@ void MainWindow::BuildHelpDock()
     m_helpDock = new QDockWidget(QStringLiteral("Hilfe"), this);
     m_helpDock->setObjectName(QStringLiteral("help"));
     m_helpDock->setWidget(m_help);
-    m_help->setMinimumWidth(kHelpWidth / 2);
     addDockWidget(Qt::RightDockWidgetArea, m_helpDock);
-    resizeDocks({m_helpDock}, {kHelpWidth}, Qt::Horizontal);
     m_helpDock->hide();
 }
 

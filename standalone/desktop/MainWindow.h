@@ -100,6 +100,7 @@ class MainWindow : public QMainWindow
     HelpPane* m_help;
     QuickOpener* m_opener;
     QDockWidget* m_helpDock = nullptr;
+    bool m_helpSized = false; ///< has the width it or the user chose
     std::vector<QDockWidget*> m_panels;
 
     std::map<QString, QMenu*> m_menus; ///< by title without mark

@@ -197,6 +197,12 @@ QColor OnScreen(COLORREF color)
     const QColor paper = FromColorRef(color);
     if (Now().scheme == Scheme::light)
         return paper;
+    if (paper.hslSaturation() == 0) {
+        const auto mix = [&](float black, float white) { return black + (white - black) * paper.lightnessF(); };
+        const SchemeColors& c = Colors();
+        return QColor::fromRgbF(mix(c.text.redF(), c.field.redF()), mix(c.text.greenF(), c.field.greenF()),
+                                mix(c.text.blueF(), c.field.blueF()));
+    }
     float hue = 0.0F;
     float saturation = 0.0F;
     float lightness = 0.0F;

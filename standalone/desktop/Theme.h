@@ -50,7 +50,7 @@ int Spacing();
 double CornerRadius();
 
 /// A drawing's colour as the scheme shows it: unchanged in the light one; in the dark one hue and saturation stay and
-/// light and dark change places, so that black lines on white paper become light ones on dark ground.
+/// light and dark change places, so that black lines on white paper become those of text on the ground of fields.
 QColor OnScreen(COLORREF color);
 QColor FromColorRef(COLORREF color);
 COLORREF ToColorRef(const QColor& color);

@@ -10,6 +10,7 @@
 #include <QFontMetrics>
 #include <QStyle>
 
+#include <functional>
 #include <map>
 #include <set>
 #include <tuple>
@@ -44,7 +45,22 @@ class MaskLayoutTest : public test::DesktopTest, public ::testing::WithParamInte
         window.CloseMasks();
         desktop::ApplyTheme(desktop::Scheme::light);
     }
-    MaskWindow& OpenMask() { return Open(std::get<0>(GetParam())); }
+    /// Opens the mask and looks at it once, or once for each of its pages.
+    void LookAt(const std::function<void(MaskWindow&)>& look)
+    {
+        MaskWindow& mask = Open(std::get<0>(GetParam()));
+        const auto pages = thread.Pages(*mask.Dialog());
+        for (const Window* shown : pages) {
+            SCOPED_TRACE("page " + std::to_string(shown->id));
+            for (Window* page : pages)
+                page->object->ShowWindow(page == shown ? SW_SHOW : SW_HIDE);
+            mask.GoToFirstControl();
+            QApplication::processEvents();
+            look(mask);
+        }
+        if (pages.empty())
+            look(mask);
+    }
 };
 
 std::string NameOf(const Window& control)
@@ -79,21 +95,21 @@ bool IsInput(const Window& control)
     }
 }
 
-TEST_P(MaskLayoutTest, TabReachesEveryControlInTheOrderOfTheLayout)
+/// Tab and Shift+Tab from control to control; what they visit, and in which order.
+void WalkByTab(MaskWindow& mask, const std::function<void(Qt::Key, Qt::KeyboardModifiers)>& press)
 {
-    MaskWindow& mask = OpenMask();
     const std::vector<ControlView*> chain = mask.TabChain();
     ASSERT_FALSE(chain.empty());
 
     std::vector<QWidget*> visited;
     for (std::size_t i = 0; i < chain.size(); ++i) {
         visited.push_back(QApplication::focusWidget());
-        Press(Qt::Key_Tab);
+        press(Qt::Key_Tab, Qt::NoModifier);
     }
     EXPECT_EQ(QApplication::focusWidget(), visited.front()) << "the walk does not end where it began";
     std::vector<QWidget*> back;
     for (std::size_t i = 0; i < chain.size(); ++i) {
-        Press(Qt::Key_Backtab, Qt::ShiftModifier);
+        press(Qt::Key_Backtab, Qt::ShiftModifier);
         back.insert(back.begin(), QApplication::focusWidget());
     }
     EXPECT_EQ(back, visited);
@@ -124,10 +140,17 @@ TEST_P(MaskLayoutTest, TabReachesEveryControlInTheOrderOfTheLayout)
     }
 }
 
-TEST_P(MaskLayoutTest, MnemonicsAreUnique)
+TEST_P(MaskLayoutTest, TabReachesEveryControlInTheOrderOfTheLayout)
+{
+    LookAt([](MaskWindow& mask) {
+        WalkByTab(mask, [](Qt::Key key, Qt::KeyboardModifiers modifiers) { Press(key, modifiers); });
+    });
+}
+
+void CompareMnemonics(const MaskWindow& mask)
 {
     std::map<QString, std::string> owners;
-    for (const MaskWindow* dialog : Together(OpenMask()))
+    for (const MaskWindow* dialog : Together(mask))
         for (const ControlView* view : dialog->Views()) {
             const Window& control = *view->Control();
             const QString letter = QString::fromStdString(framework::MnemonicOf(control.text)).toLower();
@@ -137,6 +160,11 @@ TEST_P(MaskLayoutTest, MnemonicsAreUnique)
                 << NameOf(control) << " and " << owners[letter] << " share " << letter.toStdString();
             owners[letter] = NameOf(control);
         }
+}
+
+TEST_P(MaskLayoutTest, MnemonicsAreUnique)
+{
+    LookAt(&CompareMnemonics);
 }
 
 /// Room a control has for its text: its rectangle less what the style needs.
@@ -157,9 +185,8 @@ QSize RoomFor(const Window& control, const QWidget& widget)
     }
 }
 
-TEST_P(MaskLayoutTest, NoTextIsCutOff)
+void MeasureTexts(const MaskWindow& mask)
 {
-    MaskWindow& mask = OpenMask();
     const QFontMetrics title(desktop::TextFont(1.0, true));
     EXPECT_LE(title.horizontalAdvance(mask.windowTitle()),
               mask.width() - desktop::Spacing() - 2 * mask.style()->pixelMetric(QStyle::PM_TitleBarHeight));
@@ -180,9 +207,14 @@ TEST_P(MaskLayoutTest, NoTextIsCutOff)
         }
 }
 
-TEST_P(MaskLayoutTest, NothingLiesOverSomethingElseOrBeyondTheEdge)
+TEST_P(MaskLayoutTest, NoTextIsCutOff)
 {
-    for (const MaskWindow* dialog : Together(OpenMask())) {
+    LookAt(&MeasureTexts);
+}
+
+void CompareAreas(const MaskWindow& mask)
+{
+    for (const MaskWindow* dialog : Together(mask)) {
         const auto& views = dialog->Views();
         for (std::size_t i = 0; i < views.size(); ++i) {
             const Window& control = *views[i]->Control();
@@ -199,6 +231,11 @@ TEST_P(MaskLayoutTest, NothingLiesOverSomethingElseOrBeyondTheEdge)
             }
         }
     }
+}
+
+TEST_P(MaskLayoutTest, NothingLiesOverSomethingElseOrBeyondTheEdge)
+{
+    LookAt(&CompareAreas);
 }
 
 INSTANTIATE_TEST_SUITE_P(AllMasks, MaskLayoutTest,

@@ -15,9 +15,14 @@ int main(int argc, char** argv)
     testing::InitGoogleTest(&argc, argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // A test that starts this program again chooses the folders itself.
+    constexpr const char* kMark = "TAVELIN_TEST_FOLDERS";
     const QTemporaryDir home;
+    const bool again = qEnvironmentVariableIsSet(kMark);
+    qputenv(kMark, "1");
     for (const char* folder : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-        qputenv(folder, home.path().toUtf8());
+        if (!again)
+            qputenv(folder, home.path().toUtf8());
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     QApplication application(argc, argv);
     desktop::ApplyTheme(desktop::Scheme::light);
