@@ -220,10 +220,12 @@ void CSchrankenverfahrenDlg::OnRechnen()
 
 void CSchrankenverfahrenDlg::Nachrechnen()
 {
-    if (m_dat.ergebnisSteht != 0 && m_dat.IstPlatziert())
+    if (m_dat.ergebnisSteht != 0 && m_dat.IstPlatziert()) {
         m_dat.Berechnen();
-    else
+    } else {
+        m_dat.Projizieren();
         m_dat.Verwerfen();
+    }
     m_veraltet = false;
     m_exportiert = false;
     UpdateDialog();

@@ -96,6 +96,13 @@ class SchrankenDlgTest : public test::MaskTest
                 return hint->text;
         return Text(*mask, id);
     }
+    double Field(std::string_view name)
+    {
+        for (const RecordField& field : static_cast<CMDIRechDialog*>(mask->object)->DescribeRecord())
+            if (field.name == name)
+                return *std::get<double*>(field.value);
+        throw std::out_of_range(std::string(name));
+    }
     double High() { return Value(*mask, IDC_SCHR_TEMPO_BIS); }
 
     Window* mask = nullptr;
@@ -221,6 +228,7 @@ TEST_F(SchrankenDlgTest, MovingAnObjectRecomputesAStandingResultAndOnlyProjectsB
     };
     move(-100.0);
     EXPECT_EQ(High(), 0.0);
+    EXPECT_NEAR(Field("kollisionBis"), 19.0, 1e-9);
     Compute();
     const double before = High();
     EXPECT_NEAR(Value(*mask, IDC_SCHR_WEG_BIS), 19.0, 0.3);
