@@ -1,0 +1,290 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "krn/Protocol.h"
+
+#include "framework/Window.h"
+#include "host/CDialog.h"
+#include "krn/NumberText.h"
+#include "krn/ProgramVersion.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+namespace krn
+{
+namespace
+{
+
+using framework::Kind;
+using framework::Window;
+
+constexpr double kPixelsPerUnit = 2.4; // of a diagram in the document; dialog units are 1.1 times as high
+constexpr double kHeightToWidth = 13.0 / 12.0;
+constexpr std::size_t kMostShownValues = 12; // of an array
+
+std::string Trimmed(const std::string& text)
+{
+    const auto first = text.find_first_not_of(" \t\r\n");
+    if (first == std::string::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+}
+
+std::string WithoutColon(const std::string& text)
+{
+    std::string label = Trimmed(text);
+    while (!label.empty() && (label.back() == ':' || label.back() == ' '))
+        label.pop_back();
+    return label;
+}
+
+bool Contains(const CRect& outer, const CRect& inner)
+{
+    return outer.left <= inner.left && outer.right >= inner.right && outer.top <= inner.top &&
+           outer.bottom >= inner.bottom;
+}
+
+/// The switch that stands directly before the control and names it is off: the control does not count.
+bool IsSwitchedOff(const Window& control)
+{
+    const std::string label = framework::LabelOf(control);
+    const auto& siblings = control.parent->children;
+    const Window* named = nullptr;
+    for (const auto& sibling : siblings) {
+        if (sibling.get() == &control)
+            break;
+        if ((sibling->kind == Kind::check || sibling->kind == Kind::radio) &&
+            framework::WithoutMnemonic(sibling->text) == label)
+            named = sibling.get();
+    }
+    return !control.enabled && named != nullptr && named->check == 0;
+}
+
+class Collector
+{
+  public:
+    explicit Collector(Protocol& protocol) : m_protocol(protocol) {}
+
+    void Dialog(const Window& dialog)
+    {
+        for (const auto& child : dialog.children)
+            if (child->visible)
+                Control(*child);
+    }
+
+    /// Statics of their own that no field is named by: they say something.
+    void Notes(const Window& dialog)
+    {
+        for (const auto& child : dialog.children) {
+            if (!child->visible)
+                continue;
+            if (child->page)
+                Notes(*child);
+            const std::string text = Trimmed(framework::WithoutMnemonic(child->text));
+            if (child->kind == Kind::label && child->HasId() && !text.empty() && !m_names.contains(text))
+                m_protocol.notes.push_back(text);
+        }
+    }
+
+  private:
+    void Control(const Window& control)
+    {
+        switch (control.kind) {
+        case Kind::dialog:
+            if (control.page)
+                Dialog(control);
+            break;
+        case Kind::edit:
+            Edit(control);
+            break;
+        case Kind::combo:
+        case Kind::list:
+            if (control.selection >= 0 && static_cast<std::size_t>(control.selection) < control.items.size())
+                Add(control, control.items[static_cast<std::size_t>(control.selection)], false);
+            break;
+        case Kind::check:
+            Add(control, control.check != 0 ? "ja" : "nein", false);
+            break;
+        case Kind::radio:
+            if (control.check != 0)
+                Radio(control);
+            break;
+        case Kind::field:
+            if (control.painter)
+                Picture(control);
+            break;
+        default:
+            break;
+        }
+    }
+
+    void Edit(const Window& edit)
+    {
+        // Named even when it is not listed: its label says nothing of its own.
+        m_names.insert(Trimmed(framework::LabelOf(edit)));
+        m_names.insert(Trimmed(framework::UnitTextOf(edit)));
+        if (!Trimmed(edit.text).empty() && !IsSwitchedOff(edit))
+            Add(edit, edit.text, edit.readOnly || !edit.enabled);
+    }
+
+    void Radio(const Window& radio)
+    {
+        // A radio group is named by its frame, or by the text before it.
+        const auto group = framework::RadioGroup(radio);
+        const Window* frame = FrameOf(radio);
+        const Window& first = *group.front();
+        std::string label;
+        for (const auto& sibling : radio.parent->children) {
+            if (sibling.get() == &first)
+                break;
+            if (sibling->kind == Kind::label)
+                label = framework::WithoutMnemonic(sibling->text);
+        }
+        const bool named = frame != nullptr && !frame->text.empty();
+        ProtocolEntry entry{WithoutColon(named ? framework::WithoutMnemonic(frame->text) : label),
+                            Trimmed(framework::WithoutMnemonic(radio.text)),
+                            {}};
+        if (entry.label.empty())
+            entry.label = "Auswahl";
+        GroupFor(m_protocol.inputs, named ? std::string() : FrameTitle(radio)).entries.push_back(std::move(entry));
+    }
+
+    void Picture(const Window& field)
+    {
+        CDC drawing(field.rect.Width() * kPixelsPerUnit, field.rect.Height() * kPixelsPerUnit * kHeightToWidth);
+        field.painter(drawing, {0, 0, static_cast<int>(drawing.Width()), static_cast<int>(drawing.Height())});
+        if (!drawing.Primitives().empty())
+            m_protocol.pictures.push_back({FrameTitle(field), std::move(drawing)});
+    }
+
+    void Add(const Window& control, const std::string& value, bool result)
+    {
+        const std::string label = framework::LabelOf(control);
+        const std::string unit = framework::UnitTextOf(control);
+        m_names.insert(Trimmed(label));
+        m_names.insert(Trimmed(unit));
+        ProtocolEntry entry{WithoutColon(label), Trimmed(value), Trimmed(unit)};
+        if (entry.label.empty())
+            entry.label = "(ohne Bezeichnung)";
+        GroupFor(result ? m_protocol.results : m_protocol.inputs, FrameTitle(control))
+            .entries.push_back(std::move(entry));
+    }
+
+    /// The smallest frame around the control.
+    static const Window* FrameOf(const Window& control)
+    {
+        const Window* frame = nullptr;
+        for (const auto& sibling : control.parent->children)
+            if (sibling->kind == Kind::group && sibling->visible && Contains(sibling->rect, control.rect) &&
+                (frame == nullptr || Contains(frame->rect, sibling->rect)))
+                frame = sibling.get();
+        return frame;
+    }
+
+    static std::string FrameTitle(const Window& control)
+    {
+        const Window* frame = FrameOf(control);
+        return frame == nullptr ? std::string() : WithoutColon(framework::WithoutMnemonic(frame->text));
+    }
+
+    static ProtocolGroup& GroupFor(std::vector<ProtocolGroup>& groups, const std::string& title)
+    {
+        const auto found = std::find_if(groups.begin(), groups.end(),
+                                        [&](const ProtocolGroup& group) { return group.title == title; });
+        return found != groups.end() ? *found : groups.emplace_back(ProtocolGroup{title, {}});
+    }
+
+    Protocol& m_protocol;
+    std::set<std::string> m_names;
+};
+
+/// A frame that holds only inputs and says so need not be named in the list of inputs.
+void DropTitle(std::vector<ProtocolGroup>& groups, std::string_view title)
+{
+    for (ProtocolGroup& group : groups)
+        if (group.title == title)
+            group.title.clear();
+}
+
+std::vector<ProtocolEntry> ExactValues(const Window& dialog)
+{
+    std::vector<ProtocolEntry> exact;
+    auto* mask = dynamic_cast<CMDIRechDialog*>(dialog.object);
+    if (mask == nullptr)
+        return exact;
+    for (const RecordField& field : mask->DescribeRecord()) {
+        ProtocolEntry entry{std::string(field.name), {}, std::string(field.unit)};
+        if (field.count > kMostShownValues)
+            entry.value = std::to_string(field.count) + " Werte";
+        else
+            std::visit(
+                [&](const auto* values) {
+                    for (std::size_t i = 0; i < field.count; ++i)
+                        entry.value += (i == 0 ? "" : "; ") + FormatNumber(static_cast<double>(values[i]));
+                },
+                field.value);
+        exact.push_back(std::move(entry));
+    }
+    return exact;
+}
+
+void AddOrigin(Protocol& protocol, const char* label, const std::string& value)
+{
+    if (!value.empty())
+        protocol.origin.push_back({label, value, {}});
+}
+
+void AppendText(std::string& out, const std::vector<ProtocolGroup>& groups)
+{
+    for (const ProtocolGroup& group : groups) {
+        if (!group.title.empty())
+            out += group.title + "\n";
+        for (const ProtocolEntry& entry : group.entries)
+            out += entry.label + "\t" + entry.value + "\t" + entry.unit + "\n";
+    }
+}
+
+} // namespace
+
+Protocol MakeProtocol(const Window& dialog, const ProtocolContext& context)
+{
+    Protocol protocol;
+    const std::string name = Trimmed(framework::WithoutMnemonic(dialog.text));
+    protocol.title = context.number == 0 ? name : std::to_string(context.number) + " " + name;
+    AddOrigin(protocol, "Fall", context.caseTitle);
+    AddOrigin(protocol, "Falldatei", context.caseFile);
+    AddOrigin(protocol, "Datum", context.date);
+    AddOrigin(protocol, "Programm", std::string(kProgramName) + " " + kProgramVersion);
+    AddOrigin(protocol, kSha256Label, context.caseSha256);
+
+    Collector collector(protocol);
+    collector.Dialog(dialog);
+    collector.Notes(dialog);
+    for (const char* title : {"Eingaben", "Eingabe"})
+        DropTitle(protocol.inputs, title);
+    for (const char* title : {"Ergebnisse", "Ergebnis"})
+        DropTitle(protocol.results, title);
+    protocol.messages = context.messages;
+    protocol.formulas = ReadHelpText(HelpSection(context.helpPage, "Formeln"));
+    protocol.exact = ExactValues(dialog);
+    return protocol;
+}
+
+std::string ProtocolText(const Protocol& protocol)
+{
+    std::string out = protocol.title + "\n";
+    if (!protocol.inputs.empty()) {
+        out += "\nEingaben\n";
+        AppendText(out, protocol.inputs);
+    }
+    if (!protocol.results.empty()) {
+        out += "\nErgebnisse\n";
+        AppendText(out, protocol.results);
+    }
+    for (const std::string& note : protocol.notes)
+        out += "\n" + note + "\n";
+    return out;
+}
+
+} // namespace krn
