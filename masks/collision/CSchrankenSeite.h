@@ -8,6 +8,8 @@
 #include "host/Units.h"
 #include "masks/collision/CSchrankenverfahrenDat.h"
 
+#include <initializer_list>
+
 class CSchrankenverfahrenDlg;
 
 class CSchrankenSeite : public CMDIRechDialog
@@ -20,6 +22,8 @@ class CSchrankenSeite : public CMDIRechDialog
     void IncValue(int controlId) override;
 
   protected:
+    using Ids = std::initializer_list<UINT>;
+
     /// A bound value changed: by a spinner step, or by an entry or choice.
     virtual void WertGeaendert(UINT controlId, bool schritt) = 0;
 

@@ -23,6 +23,7 @@ namespace
 {
 
 using Dat = CSchrankenverfahrenDat;
+using Ids = std::initializer_list<UINT>;
 
 constexpr CRect kSeitenplatz{5, 23, 241, 180}; // dialog units
 
@@ -126,7 +127,7 @@ void CSchrankenverfahrenDlg::SetupWindow()
 {
     ReplaceChildWindowSubstringWithUnitString(IDC_SCHR_TEMPO_BIS_EINHEIT, UnitType(unitType::speedKmh));
     ReplaceChildWindowSubstringWithUnitString(IDC_SCHR_WEG_BIS_EINHEIT, UnitType(unitType::length));
-    for (const UINT edit : {IDC_SCHR_TEMPO_VON, IDC_SCHR_TEMPO_BIS, IDC_SCHR_WEG_VON, IDC_SCHR_WEG_BIS})
+    for (const UINT edit : Ids{IDC_SCHR_TEMPO_VON, IDC_SCHR_TEMPO_BIS, IDC_SCHR_WEG_VON, IDC_SCHR_WEG_BIS})
         Enable(edit, FALSE);
     CMDIRechDialog::SetupWindow();
     m_dat.Laden();

@@ -62,7 +62,7 @@ void CTAB2::SetupWindow()
 {
     ZeigeEinheit(IDC_SCHR_VERZOEGERUNG, unitType::acceleration);
     ZeigeEinheit(IDC_SCHR_VERZOEGERUNG_TOLERANZ, unitType::acceleration);
-    for (const UINT edit : {IDC_SCHR_KUEHNEL_TOLERANZ, IDC_SCHR_RAU_TOLERANZ, IDC_SCHR_DETTINGER_TOLERANZ})
+    for (const UINT edit : Ids{IDC_SCHR_KUEHNEL_TOLERANZ, IDC_SCHR_RAU_TOLERANZ, IDC_SCHR_DETTINGER_TOLERANZ})
         ZeigeEinheit(edit, unitType::speedKmh);
     CSchrankenSeite::SetupWindow();
 }

@@ -73,9 +73,9 @@ void CTAB3::UpdateDialog()
             Hinweis(eintrag.hinweis, an && !m_dat->IstWirksam(eintrag.theorie) ? eintrag.text : 0);
     }
     for (const UINT edit :
-         {IDC_SCHR_ABWICKLUNG_WEG, IDC_SCHR_ABWICKLUNG_TOLERANZ, IDC_SCHR_KAROSSERIE, IDC_SCHR_KAROSSERIE_TOLERANZ})
+         Ids{IDC_SCHR_ABWICKLUNG_WEG, IDC_SCHR_ABWICKLUNG_TOLERANZ, IDC_SCHR_KAROSSERIE, IDC_SCHR_KAROSSERIE_TOLERANZ})
         Enable(edit, m_dat->theorien[Dat::abwicklung] != 0);
-    for (const UINT edit : {IDC_SCHR_TEMPOSCHRANKE_VON, IDC_SCHR_TEMPOSCHRANKE_BIS})
+    for (const UINT edit : Ids{IDC_SCHR_TEMPOSCHRANKE_VON, IDC_SCHR_TEMPOSCHRANKE_BIS})
         Enable(edit, m_dat->theorien[Dat::geschwindigkeit] != 0);
 }
 

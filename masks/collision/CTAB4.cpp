@@ -57,7 +57,7 @@ void CTAB4::SetupWindow()
     ZeigeEinheit(IDC_SCHR_KOLLISIONSTEMPO, unitType::speedKmh);
     for (const UINT edit : kWege)
         Enable(edit, FALSE);
-    for (const UINT edit : {IDC_SCHR_ABFLUGTEMPO, IDC_SCHR_WURFWEITE, IDC_SCHR_WURFHOEHE, IDC_SCHR_KOLLISIONSTEMPO})
+    for (const UINT edit : Ids{IDC_SCHR_ABFLUGTEMPO, IDC_SCHR_WURFWEITE, IDC_SCHR_WURFHOEHE, IDC_SCHR_KOLLISIONSTEMPO})
         Enable(edit, FALSE);
     CSchrankenSeite::SetupWindow();
 }
