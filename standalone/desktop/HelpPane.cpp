@@ -70,17 +70,17 @@ bool HelpPane::HasPage(UINT number)
     return !PagePath(number).isEmpty();
 }
 
+QString HelpPane::PageText(UINT number)
+{
+    QFile file(PagePath(number));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
 void HelpPane::ShowPage(UINT number)
 {
-    const QString path = PagePath(number);
-    m_page = path.isEmpty() ? 0 : number;
-    if (path.isEmpty()) {
-        ShowMarkdown(ListOfPages());
-        return;
-    }
-    QFile file(path);
-    if (file.open(QIODevice::ReadOnly))
-        ShowMarkdown(QString::fromUtf8(file.readAll()));
+    const QString text = PageText(number);
+    m_page = text.isEmpty() ? 0 : number;
+    ShowMarkdown(text.isEmpty() ? ListOfPages() : text);
 }
 
 QString HelpPane::ListOfPages() const

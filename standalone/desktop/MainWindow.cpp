@@ -107,6 +107,18 @@ void MainWindow::OpenMask(UINT number)
     m_frontEnd.Settle();
 }
 
+void MainWindow::NoteCaseChange()
+{
+    const MaskWindow* mask = m_masks->Active();
+    if (mask != nullptr && mask->Dialog() != nullptr)
+        m_document.NameNextStep(
+            QStringLiteral("%1 %2")
+                .arg(mask->Number())
+                .arg(QString::fromStdString(framework::WithoutMnemonic(mask->Dialog()->text)).trimmed()));
+    else
+        m_document.NoteChange();
+}
+
 void MainWindow::CloseMasks()
 {
     UiThread* thread = UiThread::Current();

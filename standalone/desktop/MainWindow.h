@@ -83,6 +83,7 @@ class MainWindow : public QMainWindow
     QAction* Command(const QString& menu, const QString& text, const char* icon, const QKeySequence& keys);
     void FillRecentFiles();
     void FillWindowMenu();
+    void NoteCaseChange();
     void ShowCaseState();
     void ShowHistory();
     void ShowSettingsState();

@@ -64,6 +64,8 @@ class QtFrontEnd : public QObject, public framework::FrontEnd
     /// Long work is going on (what, and how much of it is done: 0 to 1), or has ended.
     void busy(const QString& what, double done);
     void idle();
+    /// A mask told its user something; null when no dialog owns the message.
+    void messageShown(const framework::Window* dialog, const QString& text);
 
   private:
     using Timers = std::map<std::pair<HWND, UINT_PTR>, std::unique_ptr<QTimer>>;

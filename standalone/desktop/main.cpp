@@ -8,6 +8,7 @@
 #include "desktop/CasePanels.h"
 #include "desktop/CommandLine.h"
 #include "desktop/MainWindow.h"
+#include "desktop/MaskReport.h"
 #include "desktop/QtFrontEnd.h"
 #include "desktop/Shot.h"
 #include "framework/UiThread.h"
@@ -99,6 +100,7 @@ int main(int argc, char** argv)
     desktop::CaseDocument document(!line.DrawsOnly());
     desktop::MainWindow window(document, frontEnd);
     desktop::AddCasePanels(window, document);
+    new desktop::MaskReport(window, document, frontEnd); // belongs to the window
     window.UsePreferences(preferences, preferencesPath);
 
     if (line.DrawsOnly()) {

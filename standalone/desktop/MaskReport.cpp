@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "desktop/MaskReport.h"
+
+#include "desktop/CaseDocument.h"
+#include "desktop/HelpPane.h"
+#include "desktop/Icons.h"
+#include "desktop/MainWindow.h"
+#include "desktop/MaskArea.h"
+#include "desktop/MaskWindow.h"
+#include "desktop/QtFrontEnd.h"
+#include "desktop/Theme.h"
+#include "framework/DialogPicture.h"
+#include "framework/DrawingExport.h"
+#include "framework/UiThread.h"
+#include "krn/AtomicFile.h"
+#include "krn/ProgramVersion.h"
+#include "krn/ProtocolHtml.h"
+#include "krn/ProtocolOdt.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QBuffer>
+#include <QClipboard>
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QImage>
+#include <QLocale>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPdfWriter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QTextDocument>
+#include <QUrl>
+
+#include <algorithm>
+#include <memory>
+
+namespace desktop
+{
+namespace
+{
+
+constexpr double kPictureScale = 3.0;    // picture pixels per pixel of a diagram in documents
+constexpr double kClipboardUnit = 3.0;   // pixels of a dialog unit in the picture on the clipboard
+constexpr int kResolution = 300;         // dots per inch of a PDF
+constexpr double kMarginMillimetres = 5; // the text document adds 2 cm of its own
+
+QString FromUtf8(const std::string& text)
+{
+    return QString::fromStdString(text);
+}
+
+/// The protocol as a text document with its pictures.
+std::unique_ptr<QTextDocument> Typeset(const krn::Protocol& protocol, double textWidth)
+{
+    auto document = std::make_unique<QTextDocument>();
+    QFont font = TextFont();
+    font.setPointSizeF(10.0);
+    document->setDefaultFont(font);
+    document->setMetaInformation(QTextDocument::DocumentTitle, FromUtf8(protocol.title));
+    std::string html = krn::ProtocolHtml(protocol, krn::HtmlPictures::named);
+    for (std::size_t i = 0; i < protocol.pictures.size(); ++i) {
+        const CDC& drawing = protocol.pictures[i].drawing;
+        const std::string name = "diagram-" + std::to_string(i);
+        const std::string png = framework::ToPng(drawing, kPictureScale);
+        document->addResource(QTextDocument::ImageResource, QUrl(FromUtf8(name)),
+                              QImage::fromData(QByteArray::fromStdString(png), "PNG"));
+        const std::string mark = "src=\"" + name + "\"";
+        const int width = static_cast<int>(std::min(drawing.Width(), textWidth));
+        html.replace(html.find(mark), mark.size(), mark + " width=\"" + std::to_string(width) + "\"");
+    }
+    document->setHtml(FromUtf8(html));
+    return document;
+}
+
+/// Width of the text on A4 in the pixels that the text document counts in.
+double TextWidth()
+{
+    constexpr double kInches = (21.0 - 2.0 * (2.0 + kMarginMillimetres / 10.0)) / 2.54;
+    constexpr double kPixelsPerInch = 96.0;
+    return kInches * kPixelsPerInch;
+}
+
+QByteArray Pdf(const krn::Protocol& protocol)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    writer.setResolution(kResolution);
+    writer.setPageSize(QPageSize(QPageSize::A4));
+    writer.setPageMargins(QMarginsF(kMarginMillimetres, kMarginMillimetres, kMarginMillimetres, kMarginMillimetres),
+                          QPageLayout::Millimeter);
+    writer.setTitle(FromUtf8(protocol.title));
+    writer.setCreator(
+        QStringLiteral("%1 %2").arg(QLatin1String(krn::kProgramName), QLatin1String(krn::kProgramVersion)));
+    Typeset(protocol, TextWidth())->print(&writer);
+    buffer.close();
+    return bytes;
+}
+
+} // namespace
+
+MaskReport::MaskReport(MainWindow& window, CaseDocument& document, QtFrontEnd& frontEnd)
+    : QObject(&window), m_window(window), m_document(document)
+{
+    AddCommands();
+    connect(&frontEnd, &QtFrontEnd::messageShown, this, [this](const framework::Window* dialog, const QString& text) {
+        Note(dialog == nullptr ? nullptr : dialog->handle, text);
+    });
+}
+
+void MaskReport::AddCommands()
+{
+    const auto add = [this](const QString& text, const char* icon, const QString& keys, void (MaskReport::*command)()) {
+        auto* action = new QAction(Icon(icon), text, this);
+        action->setShortcut(QKeySequence(keys));
+        connect(action, &QAction::triggered, this, command);
+        connect(&m_window.Masks(), &QMdiArea::subWindowActivated, action,
+                [this, action] { action->setEnabled(m_window.Masks().Active() != nullptr); });
+        action->setEnabled(false);
+        m_window.AddCommand(QStringLiteral("Masken"), action);
+    };
+    auto* separator = new QAction(this);
+    separator->setSeparator(true);
+    m_window.AddCommand(QStringLiteral("Masken"), separator);
+    add(QStringLiteral("&Werte kopieren"), "copy", QStringLiteral("Ctrl+Shift+C"), &MaskReport::Copy);
+    add(QStringLiteral("&Protokoll speichern…"), "report", QStringLiteral("Ctrl+P"), &MaskReport::AskAndSave);
+    add(QStringLiteral("Protokoll &drucken…"), "print", QStringLiteral("Ctrl+Shift+P"), &MaskReport::AskAndPrint);
+}
+
+void MaskReport::Note(HWND dialog, const QString& message)
+{
+    std::erase_if(m_messages, [](const auto& entry) { return IsWindow(entry.first) == FALSE; });
+    if (dialog == nullptr && m_window.Masks().Active() != nullptr)
+        dialog = m_window.Masks().Active()->Handle();
+    if (dialog != nullptr && !m_messages[dialog].contains(message))
+        m_messages[dialog].append(message);
+}
+
+krn::Protocol MaskReport::ProtocolOf(MaskWindow& mask)
+{
+    krn::ProtocolContext context;
+    context.number = mask.Number();
+    context.helpPage = HelpPane::PageText(mask.Number()).toStdString();
+    for (const QString& message : m_messages[mask.Handle()])
+        context.messages.push_back(message.toStdString());
+    context.caseTitle = m_document.Data().Title();
+    context.caseFile = m_document.Path().isEmpty() ? std::string() : m_document.DisplayName().toStdString();
+    const QByteArray text = QByteArray::fromStdString(m_document.CaseText());
+    context.caseSha256 = QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex().toStdString();
+    context.date = QLocale(QLocale::German)
+                       .toString(QDateTime::currentDateTime(), QStringLiteral("d. MMMM yyyy, HH:mm 'Uhr'"))
+                       .toStdString();
+    return krn::MakeProtocol(*mask.Dialog(), context);
+}
+
+QString MaskReport::Save(MaskWindow& mask, const QString& path)
+{
+    const krn::Protocol protocol = ProtocolOf(mask);
+    const QString ending = QFileInfo(path).suffix().toLower();
+    std::string bytes;
+    if (ending == QLatin1String("pdf"))
+        bytes = Pdf(protocol).toStdString();
+    else if (ending == QLatin1String("html") || ending == QLatin1String("htm"))
+        bytes = krn::ProtocolHtml(protocol, krn::HtmlPictures::inlineSvg);
+    else if (ending == QLatin1String("odt"))
+        bytes = krn::ProtocolOdt(protocol);
+    else
+        return QStringLiteral("Der Dateiname muss auf .pdf, .html oder .odt enden.");
+    return FromUtf8(krn::WriteFileAtomically(path.toStdString(), bytes).Text());
+}
+
+void MaskReport::PrintOn(QPrinter& printer, MaskWindow& mask)
+{
+    Typeset(ProtocolOf(mask), TextWidth())->print(&printer);
+}
+
+QMimeData* MaskReport::ForClipboard(MaskWindow& mask)
+{
+    const krn::Protocol protocol = ProtocolOf(mask);
+    auto* mime = new QMimeData;
+    mime->setText(FromUtf8(krn::ProtocolText(protocol)));
+    mime->setHtml(FromUtf8(krn::ProtocolHtmlTable(protocol)));
+    const std::string png = framework::ToPng(framework::DrawDialog(*mask.Dialog(), kClipboardUnit), 1.0);
+    mime->setImageData(QImage::fromData(QByteArray::fromStdString(png), "PNG"));
+    return mime;
+}
+
+void MaskReport::Copy()
+{
+    if (MaskWindow* mask = m_window.Masks().Active())
+        QApplication::clipboard()->setMimeData(ForClipboard(*mask));
+}
+
+void MaskReport::AskAndSave()
+{
+    MaskWindow* mask = m_window.Masks().Active();
+    if (mask == nullptr)
+        return;
+    const QString title = QStringLiteral("Protokoll speichern");
+    QFileDialog dialog(&m_window, title, QFileInfo(m_document.Path()).absolutePath(),
+                       QStringLiteral("PDF-Dokument (*.pdf);;OpenDocument-Text (*.odt);;HTML-Seite (*.html)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("pdf"));
+    dialog.selectFile(QStringLiteral("Protokoll %1").arg(mask->Number()));
+    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
+        dialog.setDefaultSuffix(filter.section(QStringLiteral("*."), 1).chopped(1));
+    });
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return;
+    if (const QString why = Save(*mask, dialog.selectedFiles().front()); !why.isEmpty())
+        QMessageBox::warning(&m_window, title, why);
+}
+
+void MaskReport::AskAndPrint()
+{
+    MaskWindow* mask = m_window.Masks().Active();
+    if (mask == nullptr)
+        return;
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(QStringLiteral("Protokoll %1").arg(mask->Number()));
+    QPrintDialog dialog(&printer, &m_window);
+    if (dialog.exec() == QDialog::Accepted)
+        PrintOn(printer, *mask);
+}
+
+} // namespace desktop

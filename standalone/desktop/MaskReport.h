@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// What of a mask goes into an expert's report.
+#pragma once
+
+#include "krn/Protocol.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <map>
+
+class QAction;
+class QMimeData;
+class QPrinter;
+
+namespace desktop
+{
+
+class CaseDocument;
+class MainWindow;
+class MaskWindow;
+class QtFrontEnd;
+
+/// The commands "Werte kopieren", "Protokoll speichern" and "Protokoll drucken" for the active mask. Notes the messages
+/// that masks show, for their protocols.
+class MaskReport : public QObject
+{
+    Q_OBJECT
+
+  public:
+    MaskReport(MainWindow& window, CaseDocument& document, QtFrontEnd& frontEnd);
+
+    krn::Protocol ProtocolOf(MaskWindow& mask);
+    /// As PDF, HTML or OpenDocument by the ending (.pdf, .html, .odt); returns why it failed, in German, or nothing.
+    QString Save(MaskWindow& mask, const QString& path);
+    void PrintOn(QPrinter& printer, MaskWindow& mask);
+    /// Text, HTML table and picture of the mask at once. The caller owns it.
+    QMimeData* ForClipboard(MaskWindow& mask);
+
+  private:
+    void AddCommands();
+    void Note(HWND dialog, const QString& message);
+    void Copy();
+    void AskAndSave();
+    void AskAndPrint();
+
+    MainWindow& m_window;
+    CaseDocument& m_document;
+    std::map<HWND, QStringList> m_messages;
+};
+
+} // namespace desktop
