@@ -63,6 +63,9 @@ class CBinding
     const CEditColors* m_highlighted;
 };
 
+/// The mask that can find the value of a field when it is run modally for it.
+enum class ValueSource { none, maximumDeceleration, curveLimitSpeed };
+
 class CEditDouble : public CBinding
 {
   public:
@@ -78,6 +81,11 @@ class CEditDouble : public CBinding
 
     bool InRange(double value) const { return value >= m_minimum && value <= m_maximum; }
     void SetValPointer(double* field) { m_field = field; }
+    /// Offers the user another mask to find the value with.
+    void SetSource(ValueSource source) { m_source = source; }
+    ValueSource Source() const { return m_source; }
+    /// A value (in the field's unit) as a user would type it, every digit of it.
+    std::string EntryText(double value) const;
     double Value() const { return *m_field; }
     double Minimum() const { return m_minimum; }
     double Maximum() const { return m_maximum; }
@@ -95,6 +103,7 @@ class CEditDouble : public CBinding
     double m_step;
     int m_decimals;
     std::optional<UnitType> m_unit;
+    ValueSource m_source = ValueSource::none;
 };
 
 class CEditInt : public CBinding

@@ -73,9 +73,10 @@ void CMRBremsDlg::BuildObjects()
     const UnitType length(unitType::length);
     const CEditColors* colors = &RuvCfg.editColors;
     const auto bind = [&](UINT id, double& field, double maximum, const UnitType* unit) {
-        new CEditDouble(this, id, &field, 0.0, maximum, 2, 0.0, colors, colors, unit);
+        return new CEditDouble(this, id, &field, 0.0, maximum, 2, 0.0, colors, colors, unit);
     };
-    bind(IDC_MRBREMS_VOLLVERZOEGERUNG, m_dat.vollverzoegerung, 100.0, &acceleration);
+    bind(IDC_MRBREMS_VOLLVERZOEGERUNG, m_dat.vollverzoegerung, 100.0, &acceleration)
+        ->SetSource(ValueSource::maximumDeceleration);
     bind(IDC_MRBREMS_ANSTIEG, m_dat.anstieg, 100.0, nullptr);
     bind(IDC_MRBREMS_SPURVERZOEGERUNG, m_dat.spurverzoegerung, 100.0, &acceleration);
     bind(IDC_MRBREMS_SPURLAENGE, m_dat.spurlaenge, 1000.0, &length);

@@ -98,7 +98,7 @@ void CTeilanhDlg::BuildObjects()
     const UnitType length(unitType::length);
     const CEditColors* colors = &RuvCfg.editColors;
     const auto bind = [&](UINT id, double& field, double minimum, double maximum, const UnitType* unit) {
-        new CEditDouble(this, id, &field, minimum, maximum, 2, 0.0, colors, colors, unit);
+        return new CEditDouble(this, id, &field, minimum, maximum, 2, 0.0, colors, colors, unit);
     };
     new CFzgCombo(this, IDC_TEILANH_FAHRZEUG, 0, &m_dat.fahrzeug, nullptr, colors, colors);
     auto* phase = new CAbsCombo(this, IDC_TEILANH_PHASE, &m_dat.phase, colors, colors);
@@ -107,7 +107,7 @@ void CTeilanhDlg::BuildObjects()
     bind(IDC_TEILANH_TR, m_dat.tR, 0.0, 100.0, nullptr);
     bind(IDC_TEILANH_AR, m_dat.aR, -100.0, 100.0, &acceleration);
     bind(IDC_TEILANH_TS, m_dat.tS, 0.0, 100.0, nullptr);
-    bind(IDC_TEILANH_AB, m_dat.aB, -100.0, 100.0, &acceleration);
+    bind(IDC_TEILANH_AB, m_dat.aB, -100.0, 100.0, &acceleration)->SetSource(ValueSource::maximumDeceleration);
     bind(IDC_TEILANH_VE, m_dat.vE, 0.0, 1000.0, &speed);
     bind(IDC_TEILANH_SG, m_dat.sG, 0.0, 1000.0, &length);
     bind(IDC_TEILANH_TG, m_dat.tG, 0.0, 100.0, nullptr);

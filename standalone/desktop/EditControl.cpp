@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/EditControl.h"
 
+#include "desktop/Icons.h"
 #include "desktop/MaskWindow.h"
 #include "desktop/Style.h"
 #include "desktop/Theme.h"
+#include "frame/Kinematics.h"
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
 #include "host/Bindings.h"
@@ -12,6 +14,7 @@
 #include "host/CRuvData.h"
 #include "host/RuvCfg.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -153,6 +156,37 @@ EditControl::EditControl(Window& control, MaskWindow& mask)
         if (m_control != nullptr)
             Sync();
     });
+    OfferSource();
+}
+
+void EditControl::OfferSource()
+{
+    const auto* binding = dynamic_cast<const CEditDouble*>(BindingOf(*m_control));
+    if (binding == nullptr || binding->Source() == ValueSource::none)
+        return;
+    const bool speed = binding->Source() == ValueSource::curveLimitSpeed;
+    m_source = addAction(Icon("transfer"), QLineEdit::LeadingPosition);
+    m_source->setText(speed ? tr("Aus Maske 401, „Kurvengrenzgeschwindigkeit“, übernehmen (F4)")
+                            : tr("Aus Maske 400, „Berechnung der Beschleunigung“, übernehmen (F4)"));
+    m_source->setToolTip(m_source->text());
+    connect(m_source, &QAction::triggered, this, &EditControl::TakeFromSource);
+}
+
+void EditControl::TakeFromSource()
+{
+    auto* mask = m_control == nullptr ? nullptr : dynamic_cast<CMDIRechDialog*>(m_control->parent->object);
+    const auto* binding = mask == nullptr ? nullptr : dynamic_cast<const CEditDouble*>(BindingOf(*m_control));
+    if (binding == nullptr || isReadOnly() || !isEnabled())
+        return;
+    m_mask.Act([&] {
+        double value = 0.0;
+        int taken = 0;
+        (binding->Source() == ValueSource::curveLimitSpeed ? VGrenz : AMax)(mask->RuvData(), mask, &value, &taken);
+        if (taken != 0 && m_control != nullptr)
+            framework::EnterText(*m_control, binding->EntryText(value));
+    });
+    if (m_control != nullptr)
+        Sync();
 }
 
 void EditControl::SyncLook()
@@ -176,6 +210,8 @@ void EditControl::SyncLook()
         setPalette(colors);
     const bool steps = m_control->spinner && look == FieldLook::input;
     m_spin->setVisible(steps);
+    if (m_source != nullptr)
+        m_source->setVisible(look == FieldLook::input);
     const int margin = qRound(3 * CurrentFontScale());
     setTextMargins(margin, 0, steps ? SpinButtons::Width() : margin, 0);
     update();
@@ -218,6 +254,10 @@ bool EditControl::Step(int direction)
 
 void EditControl::keyPressEvent(QKeyEvent* event)
 {
+    if (event->key() == Qt::Key_F4 && m_source != nullptr) {
+        TakeFromSource();
+        return;
+    }
     const int steps = event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown ? kPageSteps : 1;
     switch (event->key()) {
     case Qt::Key_Up:

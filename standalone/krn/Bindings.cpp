@@ -76,6 +76,11 @@ std::string CEditDouble::Format(double value) const
     return krn::FormatNumber(value / Factor(), m_decimals);
 }
 
+std::string CEditDouble::EntryText(double value) const
+{
+    return krn::FormatNumber(value / Factor());
+}
+
 void CEditDouble::Show()
 {
     if (CWnd* control = Dialog().GetDlgItem(ControlId()))
