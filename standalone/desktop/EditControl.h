@@ -38,8 +38,8 @@ class EditControl : public QLineEdit, public ControlView
 
     SpinButtons* m_spin;
     QAction* m_source = nullptr; // runs the mask that can find the value
-    bool m_wasInput = false; // could be typed into at some time since the mask opened
-    bool m_ownedByCheck;     // the control before it in the template is a check box
+    bool m_wasInput = false;     // could be typed into at some time since the mask opened
+    bool m_ownedByCheck;         // the control before it in the template is a check box
 };
 
 } // namespace desktop
