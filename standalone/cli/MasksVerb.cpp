@@ -24,6 +24,7 @@ using framework::Window;
 /// One control with all that does not change while the mask is used.
 struct Description {
     UINT id = 0;
+    UINT dialog = 0; ///< the mask or the page it lies on
     std::string kind;
     std::string label;
     std::string unit;
@@ -81,6 +82,7 @@ std::vector<Description> Describe(Window& mask, const RecordFields& fields)
             const CBinding* binding = BindingOf(*control);
             Description d;
             d.id = control->id;
+            d.dialog = dialog->id;
             d.kind = framework::KindName(control->kind);
             d.label = ShownLabel(*control);
             d.unit = ShownUnit(*control, binding);
@@ -117,6 +119,7 @@ std::string DescriptionJson(const MaskEntry& entry, const Window& mask, const st
     for (const Description& d : controls) {
         json.BeginObject();
         json.Key("id").Integer(d.id);
+        json.Key("dialog").Integer(d.dialog);
         json.Key("kind").Text(d.kind);
         json.Key("label").Text(d.label);
         json.Key("unit").Text(d.unit);

@@ -61,7 +61,10 @@ std::string Complaint(const Window& control, InputResult result, const char* wan
     case InputResult::refused: // the front end was told
         return {};
     case InputResult::disabled:
-        return NameOf(control) + (framework::IsShown(control) ? " ist gesperrt" : " ist ausgeblendet");
+        if (control.visible && !framework::IsShown(control))
+            return NameOf(control) + " ist ausgeblendet: Seite " + std::to_string(control.parent->id) +
+                   " wird gerade nicht gezeigt";
+        return NameOf(control) + (control.visible ? " ist gesperrt" : " ist ausgeblendet");
     case InputResult::readOnly:
         return NameOf(control) + " ist schreibgeschützt";
     case InputResult::wrongKind:

@@ -175,6 +175,20 @@ TEST_F(SchrankenDlgTest, PlacingIsAskedForAndAnswered)
     ASSERT_NE(Dialog(30070), nullptr);
     EXPECT_EQ(Text(*Dialog(30070), IDC_SCHR_SETZE_TEXT), "Bitte positionieren Sie das Fahrzeug in seiner Endlage");
 
+    // The host window hears of every placement.
+    struct Main : CWnd {
+        const CMessageMap* GetMessageMap() const override
+        {
+            static constexpr CMessageEntry kEntries[] = {OnMessage<&Main::Count>(1352)};
+            static constexpr CMessageMap kMap{nullptr, kEntries};
+            return &kMap;
+        }
+        void Count() { ++heard; }
+        int heard = 0;
+    } main;
+    thread.CreateTopWindow(main, framework::Kind::frame, 0, nullptr);
+    thread.m_pMainWnd = &main;
+
     // The open dialog goes over to the next kind.
     Choose(page, IDC_SCHR_PERSON, 1);
     Press(page, IDC_SCHR_SETZEN_PERSON);
@@ -188,6 +202,7 @@ TEST_F(SchrankenDlgTest, PlacingIsAskedForAndAnswered)
     object.position = {375, -90};
     object.angle = 30;
     EXPECT_TRUE(krn::AnswerPlacing(data, object));
+    EXPECT_EQ(main.heard, 1);
     EXPECT_EQ(Control(page, IDC_SCHR_PLATZ_PERSON).check, 1);
     const auto scene = krn::SceneObjects(data);
     ASSERT_EQ(scene.size(), 1U);
@@ -209,7 +224,9 @@ TEST_F(SchrankenDlgTest, PlacingIsAskedForAndAnswered)
     krn::EndPlacing(data);
     EXPECT_EQ(Dialog(30070), nullptr);
     framework::CloseDialog(*mask);
+    thread.DispatchPending();
     EXPECT_TRUE(krn::SceneObjects(data).empty());
+    thread.m_pMainWnd = &mainWindow;
 }
 
 TEST_F(SchrankenDlgTest, MovingAnObjectRecomputesAStandingResultAndOnlyProjectsBefore)
