@@ -52,10 +52,9 @@ class LetterBox : public QMessageBox
 
 } // namespace
 
-int ShowMessageBox(QWidget* parent, const framework::ShownMessage& message)
+int ShowMessageBox(QWidget* parent, const QString& title, const framework::ShownMessage& message)
 {
-    LetterBox box(IconOf(message.kind), parent == nullptr ? QStringLiteral("Tavelin") : parent->windowTitle(),
-                  QString::fromStdString(message.text), QMessageBox::NoButton, parent);
+    LetterBox box(IconOf(message.kind), title, QString::fromStdString(message.text), QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
     if (message.kind != MessageKind::question) {
         box.addButton(QStringLiteral("&OK"), QMessageBox::AcceptRole);

@@ -4,6 +4,7 @@
 
 #include "framework/FrontEnd.h"
 
+class QString;
 class QWidget;
 
 namespace desktop
@@ -11,6 +12,6 @@ namespace desktop
 
 /// Shows a message with German buttons and returns the answer (FehlerRet). A question is answered by J and N too, and
 /// Enter answers it with "Nein": what is asked for cannot always be taken back.
-int ShowMessageBox(QWidget* parent, const framework::ShownMessage& message);
+int ShowMessageBox(QWidget* parent, const QString& title, const framework::ShownMessage& message);
 
 } // namespace desktop

@@ -176,7 +176,8 @@ int QtFrontEnd::ShowMessage(const Window* owner, const framework::ShownMessage& 
             dialog = dialog->parent;
         emit messageShown(dialog, QString::fromStdString(message.text));
     }
-    return ShowMessageBox(ShellOf(owner), message);
+    const MaskWindow* mask = owner == nullptr ? nullptr : WindowFor(*owner);
+    return ShowMessageBox(ShellOf(owner), mask == nullptr ? QStringLiteral("Tavelin") : mask->windowTitle(), message);
 }
 
 void QtFrontEnd::EntryRefused(Window& control, const framework::ShownMessage& why)

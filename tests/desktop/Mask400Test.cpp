@@ -245,6 +245,21 @@ TEST_F(Mask400Test, TheKeyboardBelongsToTheActiveMask)
     EXPECT_EQ(Text(second, kResult), "4,91");
 }
 
+TEST_F(Mask400Test, UndoTakesBackTypedTextFirstAndThenTheCase)
+{
+    const double mass = document.Data().KfzDat(0).mass;
+    document.Commit("vorher");
+    document.Data().KfzDat(0).mass = mass + 100.0;
+    document.Commit("Masse");
+    Type("5");
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(Edit(kFriction).text(), "0,00");
+    EXPECT_EQ(document.Data().KfzDat(0).mass, mass + 100.0);
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(document.Data().KfzDat(0).mass, mass);
+    EXPECT_EQ(Edit(kFriction).text(), "0,00");
+}
+
 TEST_F(Mask400Test, HelpOpensThePageBesideIt)
 {
     Press(Qt::Key_F1);
