@@ -13,7 +13,6 @@ namespace
 using framework::InputResult;
 
 constexpr UINT kFriction = 4662;
-constexpr UINT kResult = 4663;
 constexpr UINT kDegrees = 4664;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
