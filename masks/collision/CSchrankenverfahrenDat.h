@@ -11,7 +11,10 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
+#include <string>
 #include <utility>
+#include <vector>
 
 class CSchrankenverfahrenDat final : public CDlgData
 {
@@ -137,6 +140,8 @@ class CSchrankenverfahrenDat final : public CDlgData
     /// Keeps the record with the case, and reads it back; values that are missing or no numbers keep their default.
     void Speichern();
     void Laden();
+    /// The case holds other values than this record kept or read last: an undone step, or another case.
+    bool FallHatAnderes() const;
 
     bool FahrzeugGueltig() const;
     /// Vehicle, person and collision area have their places.
@@ -184,6 +189,11 @@ class CSchrankenverfahrenDat final : public CDlgData
     void Exportieren();
 
   private:
+    using Werte = std::map<std::string, std::vector<double>>;
+
+    Werte WerteDesFalls() const;
     void Kurven();
     void UebergibKollision(std::int64_t beteiligter, Objekt objekt, double s);
+
+    Werte m_abgelegt;
 };

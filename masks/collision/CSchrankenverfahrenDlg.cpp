@@ -18,6 +18,7 @@
 #include "res/resource.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
@@ -181,12 +182,17 @@ void CSchrankenverfahrenDlg::UpdateDialog()
 
 LRESULT CSchrankenverfahrenDlg::OnUpdateDialog(WPARAM, LPARAM)
 {
-    UpdateDialog();
+    if (m_dat.FallHatAnderes())
+        GlobalGeoDatChanged(0);
+    else
+        UpdateDialog();
     return 0;
 }
 
 void CSchrankenverfahrenDlg::GlobalGeoDatChanged(UINT_PTR)
 {
+    if (m_dat.FallHatAnderes())
+        m_dat.Laden();
     Nachrechnen();
     LadeEllipsen();
 }
@@ -346,6 +352,9 @@ void CSchrankenverfahrenDlg::Umschalten(std::size_t objekt)
 void CSchrankenverfahrenDlg::ObjectPlaced(const CPlacedObject& object)
 {
     constexpr double kMProCm = 0.01;
+    for (const double zahl : {object.position.x, object.position.y, object.angle, object.width, object.length})
+        if (!std::isfinite(zahl))
+            return;
     if (object.kind < 0 || object.kind >= static_cast<int>(Dat::kObjekte))
         return;
     Dat::Rechteck& rechteck = m_dat.objekte[static_cast<std::size_t>(object.kind)];

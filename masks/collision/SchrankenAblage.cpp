@@ -193,10 +193,30 @@ void Uebertrage(Dat& dat, Ablage ablage)
 
 void CSchrankenverfahrenDat::Speichern()
 {
-    Uebertrage(*this, Ablage(m_data.MaskenWerte(kMaske), false));
+    CMaskenWerte& werte = m_data.MaskenWerte(kMaske);
+    Uebertrage(*this, Ablage(werte, false));
+    m_abgelegt = werte;
 }
 
 void CSchrankenverfahrenDat::Laden()
 {
-    Uebertrage(*this, Ablage(m_data.MaskenWerte(kMaske), true));
+    CMaskenWerte werte;
+    Dat voreinstellung(m_data);
+    Uebertrage(voreinstellung, Ablage(werte, false));
+    Uebertrage(*this, Ablage(werte, true));
+    m_abgelegt = WerteDesFalls();
+    werte = m_abgelegt;
+    Uebertrage(*this, Ablage(werte, true));
+}
+
+bool CSchrankenverfahrenDat::FallHatAnderes() const
+{
+    return WerteDesFalls() != m_abgelegt;
+}
+
+CMaskenWerte CSchrankenverfahrenDat::WerteDesFalls() const
+{
+    const auto& alle = m_data.AlleMaskenWerte();
+    const auto gefunden = alle.find(kMaske);
+    return gefunden == alle.end() ? CMaskenWerte{} : gefunden->second;
 }

@@ -56,10 +56,13 @@ std::unique_ptr<CRuvData> Read(const std::string& text)
 void ReplaceCaseAndTell(CRuvData& data, CRuvData&& content)
 {
     const auto differences = Compare(data, content);
+    const bool sameMaskValues = data.AlleMaskenWerte() == content.AlleMaskenWerte();
     std::string text;
     const CaseResult written = CaseToJson(content, text);
     ReplaceCase(data, std::move(content));
     Notify(data, differences);
+    if (!sameMaskValues)
+        data.BroadcastMessage(WM_RUV_UPDATEDIALOG, 0, 0, nullptr); // masks look at what they keep
     std::string now;
     if (written && (!CaseToJson(data, now) || now != text))
         ReplaceCase(data, std::move(*Read(text)));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CDC.h"
 #include "krn/CaseFile.h"
+#include "krn/CaseHistory.h"
 #include "krn/Placing.h"
 #include "masks/collision/CSchrankenverfahrenDlg.h"
 #include "res/resource.h"
@@ -468,6 +469,28 @@ TEST_F(SchrankenDlgTest, RecordComesBackWithTheCase)
     EXPECT_EQ(Control(Page(1), IDC_SCHR_PLATZ_GESAMTFELD).check, 1);
 }
 
+TEST_F(SchrankenDlgTest, UndoneStepComesBackIntoTheOpenMask)
+{
+    Open();
+    PlaceAll();
+    Compute();
+    const double high = High();
+    std::string before;
+    ASSERT_TRUE(krn::CaseToJson(data, before));
+    Place(1, {-2600, -100}, 0, 400, 200);
+    EXPECT_GT(High(), high);
+    CRuvData earlier;
+    ASSERT_TRUE(krn::CaseFromJson(before, earlier));
+    krn::ReplaceCaseAndTell(data, std::move(earlier));
+    EXPECT_EQ(High(), high);
+    CRuvData empty;
+    krn::NewExampleCase(empty);
+    krn::ReplaceCaseAndTell(data, std::move(empty));
+    EXPECT_EQ(High(), 0.0);
+    EXPECT_TRUE(krn::SceneObjects(data).empty());
+    EXPECT_EQ(Text(Page(4), IDC_SCHR_KONTROLLE_ANSTOSS), "0,80") << "defaults where the case holds nothing";
+}
+
 TEST_F(SchrankenDlgTest, ExampleCaseGivesWhatItsHelpPageSays)
 {
     ASSERT_TRUE(krn::LoadCase(TAVELIN_SOURCE_DIR "/examples/fussgaenger.json", data));
@@ -531,7 +554,7 @@ TEST_F(SchrankenDlgTest, OddPlacesEndInAnEmptyAreaOrAMessage)
     Open();
     PlaceAll();
     Compute();
-    for (const double odd : {0.0, 1e12, -1e300}) {
+    for (const double odd : {0.0, 1e12, -1e300, std::nan("")}) {
         for (int kind = 0; kind < 6; ++kind) {
             auto* client = dynamic_cast<CPlacingClient*>(mask->object);
             CPlacedObject object;
@@ -545,6 +568,8 @@ TEST_F(SchrankenDlgTest, OddPlacesEndInAnEmptyAreaOrAMessage)
         }
         Press(*mask, IDC_RECHNEN);
     }
+    std::string json;
+    EXPECT_TRUE(krn::CaseToJson(data, json)) << "nothing in the case that no file can hold";
     data.MaskenWerte(487)["objekt.person.x"] = {std::nan("")};
     data.MaskenWerte(487)["fahrzeug"] = {1e9};
     framework::CloseDialog(*mask);
