@@ -18,6 +18,7 @@
 #include "krn/ProtocolHtml.h"
 #include "krn/ProtocolOdt.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
@@ -31,13 +32,19 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPainter>
 #include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScreen>
+#include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
+#include <QTextLayout>
 #include <QUrl>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 namespace desktop
@@ -45,10 +52,12 @@ namespace desktop
 namespace
 {
 
-constexpr double kPictureScale = 3.0;    // picture pixels per pixel of a diagram in documents
-constexpr double kClipboardUnit = 3.0;   // pixels of a dialog unit in the picture on the clipboard
-constexpr int kResolution = 300;         // dots per inch of a PDF
-constexpr double kMarginMillimetres = 5; // the text document adds 2 cm of its own
+constexpr double kPictureScale = 3.0;  // picture pixels per pixel of a diagram in documents
+constexpr double kClipboardUnit = 3.0; // pixels of a dialog unit in the picture on the clipboard
+constexpr int kResolution = 300;       // dots per inch of a PDF
+constexpr double kMargin = 20.0;       // mm
+constexpr double kFootHeight = 24.0;   // dots of the screen
+constexpr double kFootPoints = 7.5;
 
 QString FromUtf8(const std::string& text)
 {
@@ -78,12 +87,64 @@ std::unique_ptr<QTextDocument> Typeset(const krn::Protocol& protocol, double tex
     return document;
 }
 
-/// Width of the text on A4 in the pixels that the text document counts in.
-double TextWidth()
+/// A heading at the foot of a page goes to the next one with what it stands for.
+void KeepHeadingsWithText(QTextDocument& document, double pageHeight)
 {
-    constexpr double kInches = (21.0 - 2.0 * (2.0 + kMarginMillimetres / 10.0)) / 2.54;
-    constexpr double kPixelsPerInch = 96.0;
-    return kInches * kPixelsPerInch;
+    // A block may begin at the foot of a page and its first line on the next one.
+    const auto pageOf = [&](const QTextBlock& block) {
+        const double top = document.documentLayout()->blockBoundingRect(block).top();
+        const QTextLayout& layout = *block.layout();
+        return std::floor((top + (layout.lineCount() > 0 ? layout.lineAt(0).y() : 0.0)) / pageHeight);
+    };
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const QTextBlock next = block.next();
+        if (block.blockFormat().headingLevel() == 0 || !next.isValid() || pageOf(block) == pageOf(next))
+            continue;
+        QTextBlockFormat format = block.blockFormat();
+        format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+        QTextCursor(block).setBlockFormat(format);
+    }
+}
+
+/// Pages of the device's own size, with the page's number and `foot` below the text.
+void Print(const krn::Protocol& protocol, const QString& foot, QPagedPaintDevice& device)
+{
+    QPainter painter;
+    if (!painter.begin(&device))
+        return;
+    // The text document counts in dots of the screen.
+    const double scale = device.logicalDpiY() / QGuiApplication::primaryScreen()->logicalDotsPerInchY();
+    const double width = device.width() / scale;
+    const double height = device.height() / scale - kFootHeight;
+    const auto document = Typeset(protocol, width);
+    document->setDocumentMargin(0.0);
+    document->setPageSize(QSizeF(width, height));
+    KeepHeadingsWithText(*document, height);
+    QFont footFont = document->defaultFont();
+    footFont.setPointSizeF(kFootPoints);
+    const QRectF line(0.0, height * scale, device.width(), kFootHeight * scale);
+    for (int page = 0; page < document->pageCount(); ++page) {
+        if (page > 0)
+            device.newPage();
+        painter.save();
+        painter.scale(scale, scale);
+        painter.translate(0.0, -page * height);
+        document->drawContents(&painter, QRectF(0.0, page * height, width, height));
+        painter.restore();
+        painter.setFont(footFont);
+        painter.setPen(Qt::darkGray);
+        painter.drawText(line, Qt::AlignLeft | Qt::AlignBottom, foot);
+        painter.drawText(line, Qt::AlignRight | Qt::AlignBottom,
+                         QStringLiteral("Seite %1 von %2").arg(page + 1).arg(document->pageCount()));
+    }
+}
+
+QString FootOf(const krn::Protocol& protocol)
+{
+    for (const krn::ProtocolEntry& entry : protocol.origin)
+        if (entry.label == krn::kSha256Label)
+            return QStringLiteral("SHA-256 ") + FromUtf8(entry.value);
+    return {};
 }
 
 QByteArray Pdf(const krn::Protocol& protocol)
@@ -94,12 +155,11 @@ QByteArray Pdf(const krn::Protocol& protocol)
     QPdfWriter writer(&buffer);
     writer.setResolution(kResolution);
     writer.setPageSize(QPageSize(QPageSize::A4));
-    writer.setPageMargins(QMarginsF(kMarginMillimetres, kMarginMillimetres, kMarginMillimetres, kMarginMillimetres),
-                          QPageLayout::Millimeter);
+    writer.setPageMargins(QMarginsF(kMargin, kMargin, kMargin, kMargin), QPageLayout::Millimeter);
     writer.setTitle(FromUtf8(protocol.title));
     writer.setCreator(
         QStringLiteral("%1 %2").arg(QLatin1String(krn::kProgramName), QLatin1String(krn::kProgramVersion)));
-    Typeset(protocol, TextWidth())->print(&writer);
+    Print(protocol, FootOf(protocol), writer);
     buffer.close();
     return bytes;
 }
@@ -178,7 +238,9 @@ QString MaskReport::Save(MaskWindow& mask, const QString& path)
 
 void MaskReport::PrintOn(QPrinter& printer, MaskWindow& mask)
 {
-    Typeset(ProtocolOf(mask), TextWidth())->print(&printer);
+    const krn::Protocol protocol = ProtocolOf(mask);
+    printer.setPageMargins(QMarginsF(kMargin, kMargin, kMargin, kMargin), QPageLayout::Millimeter);
+    Print(protocol, FootOf(protocol), printer);
 }
 
 QMimeData* MaskReport::ForClipboard(MaskWindow& mask)

@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "krn/Protocol.h"
 
-#include "framework/Window.h"
+#include "framework/UiThread.h"
+#include "host/Bindings.h"
 #include "host/CDialog.h"
 #include "krn/NumberText.h"
 #include "krn/ProgramVersion.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -19,9 +21,12 @@ namespace
 using framework::Kind;
 using framework::Window;
 
-constexpr double kPixelsPerUnit = 2.4; // of a diagram in the document; dialog units are 1.1 times as high
+// A diagram is drawn for the width of a page, but not enlarged without measure.
+constexpr double kPictureWidth = 640.0; // px: 17 cm
+constexpr double kLeastPixelsPerUnit = 1.5;
+constexpr double kMostPixelsPerUnit = 3.5;
 constexpr double kHeightToWidth = 13.0 / 12.0;
-constexpr std::size_t kMostShownValues = 12; // of an array
+constexpr const char* kUpTo = "bis"; // between two fields of a range
 
 std::string Trimmed(const std::string& text)
 {
@@ -61,16 +66,25 @@ bool IsSwitchedOff(const Window& control)
     return !control.enabled && named != nullptr && named->check == 0;
 }
 
+std::vector<Window*> PagesOf(const Window& dialog)
+{
+    const framework::UiThread* thread = framework::UiThread::Current();
+    return thread == nullptr ? std::vector<Window*>() : thread->Pages(dialog);
+}
+
 class Collector
 {
   public:
     explicit Collector(Protocol& protocol) : m_protocol(protocol) {}
 
+    /// Pages count whether or not they are the one in front.
     void Dialog(const Window& dialog)
     {
         for (const auto& child : dialog.children)
             if (child->visible)
                 Control(*child);
+        for (const Window* page : PagesOf(dialog))
+            Dialog(*page);
     }
 
     /// Statics of their own that no field is named by: they say something.
@@ -79,22 +93,21 @@ class Collector
         for (const auto& child : dialog.children) {
             if (!child->visible)
                 continue;
-            if (child->page)
-                Notes(*child);
             const std::string text = Trimmed(framework::WithoutMnemonic(child->text));
             if (child->kind == Kind::label && child->HasId() && !text.empty() && !m_names.contains(text))
                 m_protocol.notes.push_back(text);
         }
+        for (const Window* page : PagesOf(dialog))
+            Notes(*page);
     }
+
+    /// The edits that are listed, in their order.
+    const std::vector<const Window*>& Listed() const { return m_listed; }
 
   private:
     void Control(const Window& control)
     {
         switch (control.kind) {
-        case Kind::dialog:
-            if (control.page)
-                Dialog(control);
-            break;
         case Kind::edit:
             Edit(control);
             break;
@@ -152,7 +165,9 @@ class Collector
 
     void Picture(const Window& field)
     {
-        CDC drawing(field.rect.Width() * kPixelsPerUnit, field.rect.Height() * kPixelsPerUnit * kHeightToWidth);
+        const double scale =
+            std::clamp(kPictureWidth / std::max(field.rect.Width(), 1), kLeastPixelsPerUnit, kMostPixelsPerUnit);
+        CDC drawing(field.rect.Width() * scale, field.rect.Height() * scale * kHeightToWidth);
         field.painter(drawing, {0, 0, static_cast<int>(drawing.Width()), static_cast<int>(drawing.Height())});
         if (!drawing.Primitives().empty())
             m_protocol.pictures.push_back({FrameTitle(field), std::move(drawing)});
@@ -161,14 +176,23 @@ class Collector
     void Add(const Window& control, const std::string& value, bool result)
     {
         const std::string label = framework::LabelOf(control);
-        const std::string unit = framework::UnitTextOf(control);
+        // Behind a check box stands another field of its line, or what belongs to it.
+        const std::string unit = control.kind == Kind::check ? std::string() : framework::UnitTextOf(control);
         m_names.insert(Trimmed(label));
         m_names.insert(Trimmed(unit));
         ProtocolEntry entry{WithoutColon(label), Trimmed(value), Trimmed(unit)};
         if (entry.label.empty())
             entry.label = "(ohne Bezeichnung)";
-        GroupFor(result ? m_protocol.results : m_protocol.inputs, FrameTitle(control))
-            .entries.push_back(std::move(entry));
+        if (control.kind == Kind::edit)
+            m_listed.push_back(&control);
+        auto& entries = GroupFor(result ? m_protocol.results : m_protocol.inputs, FrameTitle(control)).entries;
+        // "12,00 bis 14,00 km/h" stands in two fields.
+        if (!entries.empty() && entries.back().unit == kUpTo && entries.back().label == entry.label) {
+            entries.back().value += std::string(" ") + kUpTo + " " + entry.value;
+            entries.back().unit = entry.unit;
+        } else {
+            entries.push_back(std::move(entry));
+        }
     }
 
     /// The smallest frame around the control.
@@ -182,10 +206,13 @@ class Collector
         return frame;
     }
 
+    /// Of the frame around the control, or of the page it lies on.
     static std::string FrameTitle(const Window& control)
     {
         const Window* frame = FrameOf(control);
-        return frame == nullptr ? std::string() : WithoutColon(framework::WithoutMnemonic(frame->text));
+        if (frame != nullptr && !frame->text.empty())
+            return WithoutColon(framework::WithoutMnemonic(frame->text));
+        return control.parent->page ? WithoutColon(framework::WithoutMnemonic(control.parent->text)) : std::string();
     }
 
     static ProtocolGroup& GroupFor(std::vector<ProtocolGroup>& groups, const std::string& title)
@@ -197,6 +224,7 @@ class Collector
 
     Protocol& m_protocol;
     std::set<std::string> m_names;
+    std::vector<const Window*> m_listed;
 };
 
 /// A frame that holds only inputs and says so need not be named in the list of inputs.
@@ -207,24 +235,46 @@ void DropTitle(std::vector<ProtocolGroup>& groups, std::string_view title)
             group.title.clear();
 }
 
-std::vector<ProtocolEntry> ExactValues(const Window& dialog)
+std::string NumberAt(const RecordField& field, std::size_t index)
+{
+    return std::visit([index](const auto* values) { return FormatNumber(static_cast<double>(values[index])); },
+                      field.value);
+}
+
+/// Which number of the field lies at the address.
+std::optional<std::size_t> IndexOf(const RecordField& field, const void* address)
+{
+    return std::visit(
+        [&](const auto* values) -> std::optional<std::size_t> {
+            for (std::size_t i = 0; i < field.count; ++i)
+                if (values + i == address)
+                    return i;
+            return std::nullopt;
+        },
+        field.value);
+}
+
+/// The record's numbers behind the listed controls.
+std::vector<ProtocolEntry> ExactValues(const Window& dialog, const std::vector<const Window*>& listed)
 {
     std::vector<ProtocolEntry> exact;
     auto* mask = dynamic_cast<CMDIRechDialog*>(dialog.object);
     if (mask == nullptr)
         return exact;
-    for (const RecordField& field : mask->DescribeRecord()) {
-        ProtocolEntry entry{std::string(field.name), {}, std::string(field.unit)};
-        if (field.count > kMostShownValues)
-            entry.value = std::to_string(field.count) + " Werte";
-        else
-            std::visit(
-                [&](const auto* values) {
-                    for (std::size_t i = 0; i < field.count; ++i)
-                        entry.value += (i == 0 ? "" : "; ") + FormatNumber(static_cast<double>(values[i]));
-                },
-                field.value);
-        exact.push_back(std::move(entry));
+    const RecordFields fields = mask->DescribeRecord();
+    for (const Window* control : listed) {
+        const auto* owner = dynamic_cast<const CMDIDialog*>(control->parent->object);
+        const CBinding* binding = owner == nullptr ? nullptr : owner->FindBinding(control->id);
+        if (binding == nullptr)
+            continue;
+        for (const RecordField& field : fields) {
+            const auto index = IndexOf(field, binding->Field());
+            if (!index)
+                continue;
+            const std::string place = field.count > 1 ? "[" + std::to_string(*index) + "]" : "";
+            exact.push_back({std::string(field.name) + place, NumberAt(field, *index), std::string(field.unit)});
+            break;
+        }
     }
     return exact;
 }
@@ -267,7 +317,7 @@ Protocol MakeProtocol(const Window& dialog, const ProtocolContext& context)
         DropTitle(protocol.results, title);
     protocol.messages = context.messages;
     protocol.formulas = ReadHelpText(HelpSection(context.helpPage, "Formeln"));
-    protocol.exact = ExactValues(dialog);
+    protocol.exact = ExactValues(dialog, collector.Listed());
     return protocol;
 }
 

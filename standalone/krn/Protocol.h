@@ -58,10 +58,10 @@ struct Protocol {
     std::vector<std::string> messages; ///< what it told in messages
     std::vector<ProtocolPicture> pictures;
     std::vector<TextBlock> formulas;
-    std::vector<ProtocolEntry> exact; ///< the record's fields by name, every digit
+    std::vector<ProtocolEntry> exact; ///< the numbers behind the fields, by their names in the record, every digit
 };
 
-/// Reads what the dialog and its visible pages show. Fields that cannot be edited are results; inputs that do not
+/// Reads what the dialog and all its pages show. Fields that cannot be edited are results; inputs that do not
 /// count, because the switch before them is off, are left out.
 Protocol MakeProtocol(const framework::Window& dialog, const ProtocolContext& context);
 

@@ -11,20 +11,28 @@ namespace krn
 namespace
 {
 
+/// Margins and paddings by side and in px: simple renderers know no other.
 constexpr const char* kStyle =
-    "body{font-family:'Noto Sans','Segoe UI',sans-serif;font-size:10pt;color:#1c1f24;max-width:18cm;margin:1cm auto}"
-    "h1{font-size:16pt;margin:0 0 8pt 0}"
-    "h2{font-size:12pt;color:#1f5fa8;margin:16pt 0 4pt 0}"
-    "h3{font-size:10pt;margin:8pt 0 2pt 0}"
-    "table{border-collapse:collapse;width:100%}"
-    "th,td{text-align:left;vertical-align:top;padding:3pt 6pt;border-bottom:1px solid #d5dae2}"
+    "body{font-family:'Noto Sans','Segoe UI',sans-serif;font-size:10pt;color:#1c1f24}"
+    "h1{font-size:16pt;margin-top:0px;margin-bottom:11px}"
+    "h2{font-size:12pt;color:#1f5fa8;margin-top:21px;margin-bottom:5px}"
+    "h3{font-size:10pt;margin-top:11px;margin-bottom:3px}"
+    "table{border-collapse:collapse;margin-left:0px;margin-right:0px}"
+    "th,td{text-align:left;vertical-align:top;padding-top:3px;padding-bottom:3px;padding-left:5px;padding-right:5px;"
+    "border-bottom:1px solid #d5dae2}"
     "th{background-color:#eef2f7}"
     "td.value,th.value{text-align:right;white-space:nowrap}"
-    "td.group{font-weight:bold;padding-top:8pt}"
+    "td.group{font-weight:bold;padding-top:8px}"
     "td.small{font-size:8pt;color:#586070}"
-    "pre{font-family:'Noto Sans Mono',monospace;font-size:9pt;background-color:#f3f6fa;padding:6pt;margin:4pt 0}"
-    "p{margin:4pt 0}"
+    "pre{font-family:'Noto Sans "
+    "Mono',monospace;font-size:9pt;background-color:#f3f6fa;white-space:pre-wrap;margin-top:5px;"
+    "margin-bottom:5px}"
+    "p{margin-top:5px;margin-bottom:5px}"
     "svg,img{max-width:100%;height:auto}";
+
+/// For browsers alone.
+constexpr const char* kScreenStyle =
+    "@media screen{body{max-width:18cm;margin:1cm auto;padding:0 0.5cm}pre{padding:6pt}}";
 
 class Page
 {
@@ -36,7 +44,8 @@ class Page
     void Groups(const std::vector<ProtocolGroup>& groups)
     {
         m_html += "<table width=\"100%\" cellspacing=\"0\" cellpadding=\"4\">\n"
-                  "<tr><th>Größe</th><th class=\"value\" align=\"right\">Wert</th><th>Einheit</th></tr>\n";
+                  "<tr><th width=\"60%\">Größe</th><th class=\"value\" align=\"right\" width=\"25%\">Wert</th>"
+                  "<th width=\"15%\">Einheit</th></tr>\n";
         Rows(groups);
         m_html += "</table>\n";
     }
@@ -57,10 +66,10 @@ class Page
     {
         m_html += "<table width=\"100%\" cellspacing=\"0\" cellpadding=\"3\">\n";
         for (const ProtocolEntry& entry : entries) {
-            const std::string cell = "<td class=\"" + std::string(cssClass) + "\">";
+            const std::string cell = "<td class=\"" + std::string(cssClass) + "\"";
             const std::string unit = entry.unit.empty() ? "" : " " + entry.unit;
-            m_html += "<tr>" + cell + EscapeXml(entry.label) + "</td>" + cell + EscapeXml(entry.value + unit) +
-                      "</td></tr>\n";
+            m_html += "<tr>" + cell + " width=\"30%\">" + EscapeXml(entry.label) + "</td>" + cell + ">" +
+                      EscapeXml(entry.value + unit) + "</td></tr>\n";
         }
         m_html += "</table>\n";
     }
@@ -173,7 +182,8 @@ std::string ProtocolHtml(const Protocol& protocol, HtmlPictures pictures)
     Page page;
     const std::string title = EscapeXml(protocol.title);
     page.Raw("<!DOCTYPE html>\n<html lang=\"de\">\n<head>\n<meta charset=\"utf-8\">\n<title>" + title +
-             "</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<h1>" + title + "</h1>\n");
+             "</title>\n<style>" + kStyle + (pictures == HtmlPictures::inlineSvg ? kScreenStyle : "") +
+             "</style>\n</head>\n<body>\n<h1>" + title + "</h1>\n");
     page.Pairs(protocol.origin, "small");
     if (!protocol.inputs.empty()) {
         page.Heading("Eingaben");

@@ -159,7 +159,7 @@ class Document
 
     void Pairs(const std::vector<ProtocolEntry>& entries)
     {
-        BeginTable({{0.28, "CellSmall"}, {0.72, "CellSmall"}});
+        BeginTable({{0.3, "CellSmall"}, {0.7, "CellSmall"}});
         for (const ProtocolEntry& entry : entries)
             Row({entry.label, entry.unit.empty() ? entry.value : entry.value + " " + entry.unit}, nullptr);
         EndTable();
