@@ -111,6 +111,13 @@ VehicleEditor::VehicleEditor(CaseDocument& document, QWidget* parent) : QWidget(
         m_list->setCurrentRow(0);
 }
 
+// A field that holds the focus loses it when QWidget ends, after this object has: its entry has nowhere to go.
+VehicleEditor::~VehicleEditor()
+{
+    for (QWidget* field : findChildren<QWidget*>())
+        field->disconnect(this);
+}
+
 QWidget* VehicleEditor::BuildList()
 {
     auto* holder = new QWidget;

@@ -30,6 +30,7 @@ class VehicleEditor : public QWidget
 
   public:
     explicit VehicleEditor(CaseDocument& document, QWidget* parent = nullptr);
+    ~VehicleEditor() override;
 
     /// Index of the chosen vehicle in the case, -1 when there is none.
     int Vehicle() const;
