@@ -52,11 +52,11 @@ void CSchrankenSeite::IncValue(int controlId)
     PostMessage(WM_RUV_UPDATEDIALOG);
 }
 
-void CSchrankenSeite::Binde(UINT controlId, double& feld, double minimum, double maximum, unitType einheit)
+CEditDouble* CSchrankenSeite::Binde(UINT controlId, double& feld, double minimum, double maximum, unitType einheit)
 {
     const UnitType unit(einheit);
-    new CEditDouble(this, controlId, &feld, minimum, maximum, 2, 0.0, nullptr, nullptr,
-                    einheit == unitType::none ? nullptr : &unit);
+    return new CEditDouble(this, controlId, &feld, minimum, maximum, 2, 0.0, nullptr, nullptr,
+                           einheit == unitType::none ? nullptr : &unit);
 }
 
 void CSchrankenSeite::ZeigeEinheit(UINT controlId, unitType einheit)

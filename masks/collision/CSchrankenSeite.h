@@ -10,6 +10,7 @@
 
 #include <initializer_list>
 
+class CEditDouble;
 class CSchrankenverfahrenDlg;
 
 class CSchrankenSeite : public CMDIRechDialog
@@ -27,7 +28,7 @@ class CSchrankenSeite : public CMDIRechDialog
     /// A bound value changed: by a spinner step, or by an entry or choice.
     virtual void WertGeaendert(UINT controlId, bool schritt) = 0;
 
-    void Binde(UINT controlId, double& feld, double minimum, double maximum, unitType einheit = unitType::none);
+    CEditDouble* Binde(UINT controlId, double& feld, double minimum, double maximum, unitType einheit = unitType::none);
     /// Names the user's unit beside a bound edit.
     void ZeigeEinheit(UINT controlId, unitType einheit);
     bool Angekreuzt(UINT controlId) const;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/collision/CTAB2.h"
 
+#include "host/Bindings.h"
 #include "masks/collision/CSchrankenverfahrenDlg.h"
 #include "masks/collision/SchrankenDiagramm.h"
 #include "res/resource.h"
@@ -50,7 +51,8 @@ const CMessageMap* CTAB2::GetMessageMap() const
 void CTAB2::BuildObjects()
 {
     constexpr double kGroessteVerzoegerung = 20.0; // m/s²
-    Binde(IDC_SCHR_VERZOEGERUNG, m_dat->verzoegerung, 0.0, kGroessteVerzoegerung, unitType::acceleration);
+    Binde(IDC_SCHR_VERZOEGERUNG, m_dat->verzoegerung, 0.0, kGroessteVerzoegerung, unitType::acceleration)
+        ->SetSource(ValueSource::maximumDeceleration);
     Binde(IDC_SCHR_VERZOEGERUNG_TOLERANZ, m_dat->verzoegerungToleranz, 0.0, kGroessteVerzoegerung,
           unitType::acceleration);
     Binde(IDC_SCHR_KUEHNEL_TOLERANZ, m_dat->kuehnelToleranz, 0.0, kGroessteToleranz, unitType::speedKmh);

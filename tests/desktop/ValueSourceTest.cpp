@@ -6,9 +6,12 @@
 
 #include "host/Bindings.h"
 #include "host/CDialog.h"
+#include "res/resource.h"
 
 #include <QAction>
 #include <QLineEdit>
+
+#include <algorithm>
 
 namespace
 {
@@ -46,6 +49,23 @@ TEST_F(ValueSourceTest, DecelerationComesFromTheAccelerationMaskWithEveryDigit)
     });
     edit.actions().first()->trigger();
     EXPECT_DOUBLE_EQ(Value(), 0.77 * 9.81) << "cancelled: nothing is taken";
+}
+
+TEST_F(ValueSourceTest, AFieldOnAPageHasItToo)
+{
+    desktop::MaskWindow& barriers = Open(487);
+    ClickOn(Widget(barriers, IDC_SCHR_BU2));
+    const auto edits = barriers.findChildren<QLineEdit*>();
+    const auto field = std::find_if(edits.begin(), edits.end(),
+                                    [](const QLineEdit* e) { return e->isVisible() && !e->actions().isEmpty(); });
+    ASSERT_NE(field, edits.end());
+    (*field)->setFocus();
+    InModal([](QWidget&) {
+        Type("0,7");
+        Press(Qt::Key_O, Qt::AltModifier);
+    });
+    Press(Qt::Key_F4);
+    EXPECT_EQ((*field)->text(), "6,87");
 }
 
 TEST_F(ValueSourceTest, OtherFieldsOfferNone)
