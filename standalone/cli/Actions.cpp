@@ -4,6 +4,7 @@
 
 #include "framework/DrawingExport.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <vector>
@@ -165,6 +166,14 @@ MaybeAction ParseDraw(std::string_view rest)
     return DrawAction{*id, std::string(pair->right)};
 }
 
+MaybeAction ParseProtocol(std::string_view rest)
+{
+    std::string ending(rest.substr(std::min(rest.size(), rest.rfind('.'))));
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return ending == ".html" || ending == ".odt" ? MaybeAction(ProtocolAction{std::string(rest)}) : std::nullopt;
+}
+
 /// The actions that begin with a word.
 struct Form {
     std::string_view word;
@@ -182,6 +191,7 @@ constexpr Form kForms[] = {
     {"range:", "range:ID=VON,BIS", ParseRange},
     {"place:", "place:ART=X,Y,WINKEL,B,H", ParsePlace},
     {"draw:", "draw:ID=DATEI mit der Endung .svg, .png oder .pdf", ParseDraw},
+    {"protocol:", "protocol:DATEI mit der Endung .html oder .odt", ParseProtocol},
 };
 
 /// ID=TEXT, ID+ and ID-.
@@ -215,7 +225,7 @@ ParsedAction ParseAction(std::string_view text)
     if (auto action = ParseControlAction(text))
         return {std::move(action), {}};
     return {std::nullopt, quoted + " gibt es nicht; erwartet wird ID=TEXT, ID+, ID-, state oder eine mit press:, "
-                                   "select:, answer:, file:, send:, host:, range:, place: oder draw:"};
+                                   "select:, answer:, file:, send:, host:, range:, place:, draw: oder protocol:"};
 }
 
 } // namespace cli

@@ -70,12 +70,16 @@ struct DrawAction {
     UINT id;
     std::string file;
 };
+/// protocol:FILE
+struct ProtocolAction {
+    std::string file;
+};
 /// state
 struct StateAction {
 };
 
 using Action = std::variant<EnterAction, StepAction, PressAction, SelectAction, AnswerAction, FileAction, SendAction,
-                            HostAction, RangeAction, PlaceAction, DrawAction, StateAction>;
+                            HostAction, RangeAction, PlaceAction, DrawAction, ProtocolAction, StateAction>;
 
 struct ParsedAction {
     std::optional<Action> action; ///< nothing when the text is malformed

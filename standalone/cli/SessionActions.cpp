@@ -9,10 +9,16 @@
 #include "framework/UserInput.h"
 #include "host/CDialog.h"
 #include "krn/AtomicFile.h"
+#include "krn/CaseFile.h"
+#include "krn/HelpPages.h"
 #include "krn/NumberText.h"
 #include "krn/Placing.h"
+#include "krn/ProtocolHtml.h"
+#include "krn/ProtocolOdt.h"
+#include "krn/Sha256.h"
 
 #include <algorithm>
+#include <ctime>
 
 namespace cli
 {
@@ -253,6 +259,31 @@ void Session::Do(const DrawAction& action)
         Fail("draw: das Bild für „" + action.file + "“ wäre zu groß", exitFile);
     else if (const auto written = krn::WriteFileAtomically(action.file, bytes); !written)
         Fail("draw: " + written.Text(), exitFile);
+}
+
+void Session::Do(const ProtocolAction& action)
+{
+    const Window* mask = Mask();
+    if (mask == nullptr) {
+        Fail("protocol: " + NameOfMask() + " ist geschlossen");
+        return;
+    }
+    krn::ProtocolContext context;
+    context.number = m_number;
+    context.helpPage = krn::HelpPage(m_number);
+    for (const RecordedMessage& message : m_front.Messages())
+        context.messages.push_back(message.shown.text);
+    context.caseTitle = m_data->Title();
+    std::string text;
+    if (krn::CaseToJson(*m_data, text))
+        context.caseSha256 = krn::Sha256(text);
+    context.date = krn::DateText(std::time(nullptr));
+    const krn::Protocol protocol = krn::MakeProtocol(*mask, context);
+    const bool odt = action.file.ends_with('t') || action.file.ends_with('T');
+    const std::string bytes =
+        odt ? krn::ProtocolOdt(protocol) : krn::ProtocolHtml(protocol, krn::HtmlPictures::inlineSvg);
+    if (const auto written = krn::WriteFileAtomically(action.file, bytes); !written)
+        Fail("protocol: " + written.Text(), exitFile);
 }
 
 void Session::Do(const StateAction&)

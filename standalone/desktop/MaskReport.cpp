@@ -3,7 +3,6 @@
 #include "desktop/MaskReport.h"
 
 #include "desktop/CaseDocument.h"
-#include "desktop/HelpPane.h"
 #include "desktop/Icons.h"
 #include "desktop/MainWindow.h"
 #include "desktop/MaskArea.h"
@@ -14,21 +13,20 @@
 #include "framework/DrawingExport.h"
 #include "framework/UiThread.h"
 #include "krn/AtomicFile.h"
+#include "krn/HelpPages.h"
 #include "krn/ProgramVersion.h"
 #include "krn/ProtocolHtml.h"
 #include "krn/ProtocolOdt.h"
+#include "krn/Sha256.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
 #include <QClipboard>
-#include <QCryptographicHash>
-#include <QDateTime>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QImage>
-#include <QLocale>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
@@ -45,6 +43,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ctime>
 #include <memory>
 
 namespace desktop
@@ -207,16 +206,13 @@ krn::Protocol MaskReport::ProtocolOf(MaskWindow& mask)
 {
     krn::ProtocolContext context;
     context.number = mask.Number();
-    context.helpPage = HelpPane::PageText(mask.Number()).toStdString();
+    context.helpPage = krn::HelpPage(mask.Number());
     for (const QString& message : m_messages[mask.Handle()])
         context.messages.push_back(message.toStdString());
     context.caseTitle = m_document.Data().Title();
     context.caseFile = m_document.Path().isEmpty() ? std::string() : m_document.DisplayName().toStdString();
-    const QByteArray text = QByteArray::fromStdString(m_document.CaseText());
-    context.caseSha256 = QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex().toStdString();
-    context.date = QLocale(QLocale::German)
-                       .toString(QDateTime::currentDateTime(), QStringLiteral("d. MMMM yyyy, HH:mm 'Uhr'"))
-                       .toStdString();
+    context.caseSha256 = krn::Sha256(m_document.CaseText());
+    context.date = krn::DateText(std::time(nullptr));
     return krn::MakeProtocol(*mask.Dialog(), context);
 }
 

@@ -5,6 +5,7 @@
 #include "framework/UiThread.h"
 #include "host/Bindings.h"
 #include "host/CDialog.h"
+#include "host/Placing.h"
 #include "krn/NumberText.h"
 #include "krn/ProgramVersion.h"
 
@@ -26,7 +27,8 @@ constexpr double kPictureWidth = 640.0; // px: 17 cm
 constexpr double kLeastPixelsPerUnit = 1.5;
 constexpr double kMostPixelsPerUnit = 3.5;
 constexpr double kHeightToWidth = 13.0 / 12.0;
-constexpr const char* kUpTo = "bis"; // between two fields of a range
+constexpr const char* kUpTo = "bis";    // between two fields of a range
+constexpr const char* kTolerance = "±"; // before a field that says how exact the one before it is
 
 std::string Trimmed(const std::string& text)
 {
@@ -64,6 +66,26 @@ bool IsSwitchedOff(const Window& control)
             named = sibling.get();
     }
     return !control.enabled && named != nullptr && named->check == 0;
+}
+
+/// The sign stands just before the control.
+bool IsTolerance(const Window& control)
+{
+    constexpr int kGap = 6; // dialog units
+    const auto& siblings = control.parent->children;
+    return std::any_of(siblings.begin(), siblings.end(), [&](const auto& sibling) {
+        const CRect& sign = sibling->rect;
+        return sibling->kind == Kind::label && Trimmed(sibling->text) == kTolerance && sign.top < control.rect.bottom &&
+               control.rect.top < sign.bottom && sign.right <= control.rect.left &&
+               control.rect.left - sign.right <= kGap;
+    });
+}
+
+/// "0 - 1" beside a field says something, but is no unit.
+std::string UnitOf(const Window& control)
+{
+    const std::string text = Trimmed(framework::UnitTextOf(control));
+    return !text.empty() && text[0] >= '0' && text[0] <= '9' ? std::string() : text;
 }
 
 std::vector<Window*> PagesOf(const Window& dialog)
@@ -176,23 +198,37 @@ class Collector
     void Add(const Window& control, const std::string& value, bool result)
     {
         const std::string label = framework::LabelOf(control);
-        // Behind a check box stands another field of its line, or what belongs to it.
-        const std::string unit = control.kind == Kind::check ? std::string() : framework::UnitTextOf(control);
         m_names.insert(Trimmed(label));
-        m_names.insert(Trimmed(unit));
-        ProtocolEntry entry{WithoutColon(label), Trimmed(value), Trimmed(unit)};
+        m_names.insert(Trimmed(framework::UnitTextOf(control)));
+        // Behind a check box stands another field of its line, or what belongs to it.
+        ProtocolEntry entry{WithoutColon(label), Trimmed(value),
+                            control.kind == Kind::check ? std::string() : UnitOf(control)};
         if (entry.label.empty())
             entry.label = "(ohne Bezeichnung)";
         if (control.kind == Kind::edit)
             m_listed.push_back(&control);
         auto& entries = GroupFor(result ? m_protocol.results : m_protocol.inputs, FrameTitle(control)).entries;
-        // "12,00 bis 14,00 km/h" stands in two fields.
-        if (!entries.empty() && entries.back().unit == kUpTo && entries.back().label == entry.label) {
-            entries.back().value += std::string(" ") + kUpTo + " " + entry.value;
+        if (const std::string joint = JointOf(control, entries, entry.label); !joint.empty()) {
+            entries.back().value += joint + entry.value;
             entries.back().unit = entry.unit;
         } else {
             entries.push_back(std::move(entry));
         }
+        m_last = &control;
+    }
+
+    /// What joins the control's value to the entry before it, as in "12,00 bis 14,00 km/h", "7,00 ± 0,50 m/s²" and
+    /// "ja, ± 5,00 km/h"; nothing when it is an entry of its own.
+    std::string JointOf(const Window& control, const std::vector<ProtocolEntry>& entries,
+                        const std::string& label) const
+    {
+        if (entries.empty() || entries.back().label != label)
+            return {};
+        if (entries.back().unit == kUpTo)
+            return std::string(" ") + kUpTo + " ";
+        if (!IsTolerance(control))
+            return {};
+        return std::string(m_last != nullptr && m_last->kind == Kind::check ? ", " : " ") + kTolerance + " ";
     }
 
     /// The smallest frame around the control.
@@ -225,6 +261,7 @@ class Collector
     Protocol& m_protocol;
     std::set<std::string> m_names;
     std::vector<const Window*> m_listed;
+    const Window* m_last = nullptr; // control of the last entry
 };
 
 /// A frame that holds only inputs and says so need not be named in the list of inputs.
@@ -279,6 +316,32 @@ std::vector<ProtocolEntry> ExactValues(const Window& dialog, const std::vector<c
     return exact;
 }
 
+/// Where the mask's objects lie: position and size in m, angle in degrees.
+void AddScene(Protocol& protocol, const CPlacingClient& client)
+{
+    constexpr double kMPerCm = 0.01;
+    ProtocolGroup group{"In der Szene", {}};
+    for (const CPlacedObject& object : client.PlacedObjects()) {
+        struct {
+            const char* name;
+            double number;
+            const char* unit;
+        } const numbers[] = {{"x", object.position.x * kMPerCm, "m"},
+                             {"y", object.position.y * kMPerCm, "m"},
+                             {"Winkel", object.angle, "°"},
+                             {"Breite", object.width * kMPerCm, "m"},
+                             {"Länge", object.length * kMPerCm, "m"}};
+        std::string text;
+        for (const auto& [name, number, unit] : numbers) {
+            text += (text.empty() ? "" : ", ") + std::string(name) + " " + FormatNumber(number, 2) + " " + unit;
+            protocol.exact.push_back({object.name + "." + name, FormatNumber(number), unit});
+        }
+        group.entries.push_back({object.name + (object.centred ? " (Mitte)" : " (Ecke)"), text, {}});
+    }
+    if (!group.entries.empty())
+        protocol.inputs.push_back(std::move(group));
+}
+
 void AddOrigin(Protocol& protocol, const char* label, const std::string& value)
 {
     if (!value.empty())
@@ -318,7 +381,19 @@ Protocol MakeProtocol(const Window& dialog, const ProtocolContext& context)
     protocol.messages = context.messages;
     protocol.formulas = ReadHelpText(HelpSection(context.helpPage, "Formeln"));
     protocol.exact = ExactValues(dialog, collector.Listed());
+    if (const auto* client = dynamic_cast<const CPlacingClient*>(dialog.object))
+        AddScene(protocol, *client);
     return protocol;
+}
+
+std::string DateText(std::time_t time)
+{
+    static constexpr const char* kMonths[] = {"Januar", "Februar", "März",      "April",   "Mai",      "Juni",
+                                              "Juli",   "August",  "September", "Oktober", "November", "Dezember"};
+    const std::tm local = *std::localtime(&time);
+    const auto twoDigits = [](int value) { return (value < 10 ? "0" : "") + std::to_string(value); };
+    return std::to_string(local.tm_mday) + ". " + kMonths[local.tm_mon] + " " + std::to_string(local.tm_year + 1900) +
+           ", " + twoDigits(local.tm_hour) + ":" + twoDigits(local.tm_min) + " Uhr";
 }
 
 std::string ProtocolText(const Protocol& protocol)

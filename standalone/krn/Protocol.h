@@ -7,6 +7,7 @@
 #include "host/CDC.h"
 #include "krn/HelpText.h"
 
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -64,6 +65,9 @@ struct Protocol {
 /// Reads what the dialog and all its pages show. Fields that cannot be edited are results; inputs that do not
 /// count, because the switch before them is off, are left out.
 Protocol MakeProtocol(const framework::Window& dialog, const ProtocolContext& context);
+
+/// A point in time as reports write it, in the time zone of the machine: "7. März 2026, 09:05 Uhr".
+std::string DateText(std::time_t time);
 
 /// Lines of "label<tab>value<tab>unit", inputs before results, for a spreadsheet.
 std::string ProtocolText(const Protocol& protocol);

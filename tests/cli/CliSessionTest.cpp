@@ -334,4 +334,21 @@ TEST(CliProgram, WritesAPictureOfTheMask)
     EXPECT_EQ(RunCli({"mask", "400", "draw:400=" + folder.File("fehlt/maske.svg")}).exit, 3);
 }
 
+TEST(CliProgram, WritesTheProtocolOfTheMask)
+{
+    const test::TemporaryFolder folder;
+    const std::string path = folder.File("protokoll.html");
+    const std::string kase = std::string(TAVELIN_SOURCE_DIR) + "/examples/fussgaenger.json";
+    EXPECT_EQ(
+        RunCli({"mask", "487", "--case", kase, "press:105", "protocol:" + path, "protocol:" + path + ".ODT"}).exit, 0);
+    const std::string page = test::Content(path);
+    for (const char* part : {"487 Schrankenverfahren", "<svg", "SHA-256", "Kollisionsort", "Nach Dettinger", "w = v"})
+        EXPECT_NE(page.find(part), std::string::npos) << part;
+    EXPECT_EQ(test::Content(path + ".ODT").substr(0, 2), "PK");
+    EXPECT_EQ(RunCli({"mask", "400", "protocol:" + folder.File("p.pdf")}).exit, 2);
+    EXPECT_EQ(RunCli({"mask", "400", "protocol:" + folder.File("fehlt/p.html")}).exit, 3);
+    const auto closed = RunCli({"mask", "400", "press:100", "protocol:" + path});
+    EXPECT_EQ(closed.exit, 2);
+}
+
 } // namespace

@@ -3,6 +3,7 @@
 #include "krn/Protocol.h"
 
 #include "frame/RuvMod.h"
+#include "krn/CaseFile.h"
 #include "krn/Crc32.h"
 #include "krn/ProtocolHtml.h"
 #include "krn/ProtocolOdt.h"
@@ -13,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <stdexcept>
 #include <string>
 
 namespace
@@ -81,7 +83,10 @@ class ProtocolTest : public test::MaskTest
     {
         ExecuteRuvModRechnungsMaske(number, data);
         thread.DispatchPending();
-        return *thread.Dialogs().back();
+        for (framework::Window* dialog : thread.Dialogs())
+            if (dialog->id == number)
+                return *dialog;
+        throw std::runtime_error("mask " + std::to_string(number) + " does not open");
     }
     static std::string ValueOf(const std::vector<ProtocolGroup>& groups, const std::string& label,
                                const std::string& unit)
@@ -123,6 +128,22 @@ TEST_F(ProtocolTest, ShowsWhatTheMaskShows)
     EXPECT_EQ(protocol.formulas[0].lines, std::vector<std::string>{"a = µ · g   <b>"});
     EXPECT_EQ(ProtocolText(protocol).find("Fall"), std::string::npos);
     EXPECT_NE(ProtocolText(protocol).find("Reibungsbeiwert\t0,80\t\n"), std::string::npos);
+}
+
+TEST_F(ProtocolTest, JoinsFieldsOfALineAndTellsTheScene)
+{
+    ASSERT_TRUE(LoadCase(TAVELIN_SOURCE_DIR "/examples/fussgaenger.json", data));
+    framework::Window& mask = Open(487);
+    Press(mask, IDC_RECHNEN);
+    const Protocol protocol = MakeProtocol(mask, Context());
+    EXPECT_EQ(ValueOf(protocol.inputs, "Verzögerung", "m/s²"), "7,00 ± 0,50");
+    EXPECT_EQ(ValueOf(protocol.inputs, "Nach Dettinger", "km/h"), "ja, ± 6,00");
+    EXPECT_EQ(ValueOf(protocol.inputs, "Karosseriekonstante", ""), "1,70 ± 0,30");
+    EXPECT_EQ(ValueOf(protocol.inputs, "Anstoßfaktor", ""), "0,80");
+    EXPECT_EQ(ValueOf(protocol.results, "Geschwindigkeit", "km/h"), "52,65 bis 57,87");
+    EXPECT_EQ(ValueOf(protocol.inputs, "Kollisionsort (Ecke)", ""),
+              "x -3,50 m, y -1,50 m, Winkel 11,46 °, Breite 4,00 m, Länge 2,50 m");
+    EXPECT_EQ(protocol.pictures.size(), 1U);
 }
 
 TEST_F(ProtocolTest, EveryMaskGivesAWellFormedDocument)
