@@ -187,10 +187,7 @@ class Collector
 
     void Picture(const Window& field)
     {
-        const double scale =
-            std::clamp(kPictureWidth / std::max(field.rect.Width(), 1), kLeastPixelsPerUnit, kMostPixelsPerUnit);
-        CDC drawing(field.rect.Width() * scale, field.rect.Height() * scale * kHeightToWidth);
-        field.painter(drawing, {0, 0, static_cast<int>(drawing.Width()), static_cast<int>(drawing.Height())});
+        CDC drawing = DrawField(field);
         if (!drawing.Primitives().empty())
             m_protocol.pictures.push_back({FrameTitle(field), std::move(drawing)});
     }
@@ -384,6 +381,16 @@ Protocol MakeProtocol(const Window& dialog, const ProtocolContext& context)
     if (const auto* client = dynamic_cast<const CPlacingClient*>(dialog.object))
         AddScene(protocol, *client);
     return protocol;
+}
+
+CDC DrawField(const Window& field)
+{
+    const double scale =
+        std::clamp(kPictureWidth / std::max(field.rect.Width(), 1), kLeastPixelsPerUnit, kMostPixelsPerUnit);
+    CDC drawing(field.rect.Width() * scale, field.rect.Height() * scale * kHeightToWidth);
+    if (field.painter)
+        field.painter(drawing, {0, 0, static_cast<int>(drawing.Width()), static_cast<int>(drawing.Height())});
+    return drawing;
 }
 
 std::string DateText(std::time_t time)

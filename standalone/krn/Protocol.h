@@ -66,6 +66,9 @@ struct Protocol {
 /// count, because the switch before them is off, are left out.
 Protocol MakeProtocol(const framework::Window& dialog, const ProtocolContext& context);
 
+/// What a drawing field of a mask shows, as large as it stands in a protocol; empty for another control.
+CDC DrawField(const framework::Window& field);
+
 /// A point in time as reports write it, in the time zone of the machine: "7. März 2026, 09:05 Uhr".
 std::string DateText(std::time_t time);
 
