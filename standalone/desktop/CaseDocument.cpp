@@ -45,6 +45,7 @@ struct CaseDocument::Parts {
     QStringList recent;
     std::uint64_t savedState = kNeverSaved;
     QString nextLabel;
+    bool stepOpen = false;
     QTimer commit;
     QTimer poll;
     bool journalHasFailed = false;
@@ -83,7 +84,11 @@ void CaseDocument::Poll()
 {
     QElapsedTimer clock;
     clock.start();
-    Commit(QStringLiteral("Eingabe in einer Maske"));
+    std::string text;
+    if (!m_parts->stepOpen)
+        Commit(QStringLiteral("Eingabe in einer Maske"));
+    else if (m_parts->journal && krn::CaseToJson(*m_data, text) && text != m_parts->history.Text())
+        KeepInJournal(text);
     const auto cost = static_cast<int>(clock.elapsed());
     m_parts->poll.setInterval(std::clamp(kPollCostFactor * cost, kShortestPoll, kLongestPoll));
 
@@ -98,6 +103,8 @@ void CaseDocument::Poll()
 
 void CaseDocument::Commit(const QString& label)
 {
+    if (m_parts->stepOpen)
+        return;
     const bool redoable = CanRedo();
     if (m_parts->history.Commit(label.toStdString()))
         AfterChange();
@@ -127,7 +134,7 @@ void CaseDocument::AfterChange()
     const bool modified = m_parts->history.State() != m_parts->savedState;
     if (m_parts->journal) {
         if (modified)
-            m_parts->journal->Put({m_path.toStdString(), m_data->Title(), m_parts->history.Text()});
+            KeepInJournal(m_parts->history.Text());
         else
             m_parts->journal->Clear();
     }
@@ -138,6 +145,38 @@ void CaseDocument::AfterChange()
         m_parts->title = m_data->Title();
         emit titleChanged();
     }
+}
+
+void CaseDocument::KeepInJournal(const std::string& text)
+{
+    m_parts->journal->Put({m_path.toStdString(), m_data->Title(), text});
+}
+
+void CaseDocument::BeginStep()
+{
+    Commit(QStringLiteral("Änderung"));
+    m_parts->stepOpen = true;
+}
+
+void CaseDocument::EndStep(const QString& label)
+{
+    if (!std::exchange(m_parts->stepOpen, false))
+        return;
+    m_parts->nextLabel.clear();
+    Commit(label);
+}
+
+void CaseDocument::CancelStep()
+{
+    if (!std::exchange(m_parts->stepOpen, false))
+        return;
+    m_parts->history.Revert();
+    AfterChange();
+}
+
+bool CaseDocument::IsStepOpen() const
+{
+    return m_parts->stepOpen;
 }
 
 void CaseDocument::SetModified(bool modified)
@@ -151,6 +190,7 @@ void CaseDocument::SetModified(bool modified)
 void CaseDocument::Begin(const QString& path, bool saved)
 {
     m_path = path;
+    m_parts->stepOpen = false;
     m_parts->history.Reset();
     m_parts->savedState = saved ? m_parts->history.State() : kNeverSaved;
     m_error.clear();
@@ -163,6 +203,19 @@ bool CaseDocument::New()
     CRuvData fresh;
     krn::NewExampleCase(fresh);
     krn::ReplaceCaseAndTell(*m_data, std::move(fresh));
+    m_warnings.clear();
+    Begin({}, true);
+    return true;
+}
+
+bool CaseDocument::NewFrom(const std::string& json)
+{
+    CRuvData content;
+    if (const krn::CaseResult read = krn::CaseFromJson(json, content); !read) {
+        m_error = FromUtf8(read.Text());
+        return false;
+    }
+    krn::ReplaceCaseAndTell(*m_data, std::move(content));
     m_warnings.clear();
     Begin({}, true);
     return true;
@@ -198,6 +251,7 @@ bool CaseDocument::Save()
 bool CaseDocument::SaveAs(const QString& path)
 {
     const QString absolute = QFileInfo(path).absoluteFilePath();
+    m_parts->stepOpen = false;
     Commit(QStringLiteral("Änderung"));
     if (const krn::CaseResult written = krn::SaveCase(absolute.toStdString(), *m_data); !written) {
         m_error = FromUtf8(written.Text());
@@ -262,18 +316,21 @@ QString CaseDocument::RedoLabel() const
 
 void CaseDocument::Undo()
 {
+    m_parts->stepOpen = false;
     if (m_parts->history.Undo())
         AfterChange();
 }
 
 void CaseDocument::Redo()
 {
+    m_parts->stepOpen = false;
     if (m_parts->history.Redo())
         AfterChange();
 }
 
 std::string CaseDocument::CaseText()
 {
+    m_parts->stepOpen = false;
     Commit(QStringLiteral("Änderung"));
     return m_parts->history.Text();
 }

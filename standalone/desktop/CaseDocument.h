@@ -48,6 +48,8 @@ class CaseDocument : public QObject
 
     // The following return false when they failed; Error() says why, in German. Unsaved changes are not asked about.
     bool New();
+    /// A new case with the content of a case file, for example one that comes with the program.
+    bool NewFrom(const std::string& json);
     bool Open(const QString& path);
     bool Save();
     bool SaveAs(const QString& path);
@@ -72,6 +74,14 @@ class CaseDocument : public QObject
     /// Opens such a case as a modified one. Its journal is removed once the document's own journal holds the case.
     bool Recover(const LeftBehind& left);
     static void Discard(const LeftBehind& left);
+
+    /// What changes until EndStep becomes one step, however long it takes: a drag. The journal goes on meanwhile. Undo,
+    /// redo, saving and another case end it too.
+    void BeginStep();
+    void EndStep(const QString& label);
+    /// Takes back what changed since BeginStep, bit for bit.
+    void CancelStep();
+    bool IsStepOpen() const;
 
   public slots:
     void Undo();
@@ -100,6 +110,7 @@ class CaseDocument : public QObject
   private:
     struct Parts;
     void Poll();
+    void KeepInJournal(const std::string& text);
     /// Tells everybody that the content is another, and the journal.
     void AfterChange();
     /// Makes what the case holds now the beginning of a new history.

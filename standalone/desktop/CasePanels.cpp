@@ -6,10 +6,14 @@
 #include "desktop/DiagramView.h"
 #include "desktop/MainWindow.h"
 #include "desktop/PathTimeTable.h"
+#include "desktop/SceneCanvas.h"
+#include "desktop/SceneView.h"
 #include "desktop/VehicleEditor.h"
 #include "krn/PathTimeDiagram.h"
 
 #include <QAction>
+#include <QDockWidget>
+#include <QTimer>
 
 #include <memory>
 
@@ -54,18 +58,34 @@ DiagramView* MakeDiagram(CaseDocument& document)
     return view;
 }
 
+/// Beside the masks, as high as the window: they ask for places there while they are open.
+void AddScene(MainWindow& window, SceneView& scene)
+{
+    QDockWidget* dock = window.AddCasePanel(&scene, QStringLiteral("Szene"), Qt::RightDockWidgetArea);
+    QObject::connect(&window, &MainWindow::sceneChanged, &scene.Canvas(), &SceneCanvas::FollowMasks);
+    QObject::connect(&scene, &SceneView::wanted, dock, [dock, &scene] {
+        dock->show();
+        dock->raise();
+        // The mask opens its prompt first and gives it the focus.
+        QTimer::singleShot(0, &scene, [&scene] { scene.Canvas().setFocus(); });
+    });
+}
+
 } // namespace
 
 CasePanels AddCasePanels(MainWindow& window, CaseDocument& document)
 {
-    const CasePanels panels{new VehicleEditor(document), new PathTimeTable(document), MakeDiagram(document)};
+    const CasePanels panels{new VehicleEditor(document), new PathTimeTable(document), MakeDiagram(document),
+                            new SceneView(document)};
     window.AddCasePanel(panels.vehicles, QStringLiteral("Fahrzeuge"), Qt::LeftDockWidgetArea);
     window.AddCasePanel(panels.phases, QStringLiteral("Weg-Zeit-Tabelle"), Qt::BottomDockWidgetArea);
     window.AddCasePanel(panels.diagram, QStringLiteral("Weg-Zeit-Diagramm"), Qt::BottomDockWidgetArea);
+    AddScene(window, *panels.scene);
     QObject::connect(&window, &MainWindow::settingsChanged, &window, [panels] {
         panels.vehicles->Show();
         panels.phases->Show();
         panels.diagram->Refresh();
+        panels.scene->ShowSettings();
     });
     return panels;
 }

@@ -11,6 +11,7 @@ class CaseDocument;
 class DiagramView;
 class MainWindow;
 class PathTimeTable;
+class SceneView;
 class VehicleEditor;
 
 /// They belong to the window.
@@ -18,6 +19,7 @@ struct CasePanels {
     VehicleEditor* vehicles;
     PathTimeTable* phases;
     DiagramView* diagram;
+    SceneView* scene;
 };
 CasePanels AddCasePanels(MainWindow& window, CaseDocument& document);
 

@@ -3,21 +3,12 @@
 #include "desktop/DiagramView.h"
 
 #include "desktop/CdcPainter.h"
+#include "desktop/DrawingOutput.h"
 #include "desktop/Icons.h"
-#include "framework/DrawingExport.h"
-#include "krn/AtomicFile.h"
 
-#include <QApplication>
-#include <QClipboard>
-#include <QFileDialog>
-#include <QImage>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QMessageBox>
-#include <QMimeData>
 #include <QPainter>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <QScrollBar>
 #include <QWheelEvent>
 
@@ -35,7 +26,6 @@ constexpr QSize kPaper(900, 620); // logical pixels of a drawing for paper: 24 c
 constexpr double kMostZoom = 16.0;
 constexpr double kZoomStep = 1.25;
 constexpr double kWheelNotch = 120.0;
-constexpr double kClipboardScale = 2.0;
 
 } // namespace
 
@@ -184,9 +174,7 @@ void DiagramView::contextMenuEvent(QContextMenuEvent* event)
     menu.addActions(m_actions);
     if (!m_actions.isEmpty())
         menu.addSeparator();
-    menu.addAction(Icon("copy"), QStringLiteral("&Kopieren"), this, [this] { Copy(); });
-    menu.addAction(Icon("save"), QStringLiteral("&Speichern als SVG, PDF oder PNG …"), this, [this] { AskAndSave(); });
-    menu.addAction(Icon("print"), QStringLiteral("&Drucken …"), this, [this] { AskAndPrint(); });
+    AddDrawingEntries(menu, m_name, this, [this] { return ForPaper(); });
     menu.addSeparator();
     QAction* whole = menu.addAction(QStringLiteral("&Ganz zeigen"), this, [this] { SetZoom(1.0, {}); });
     whole->setEnabled(m_zoom > 1.0);
@@ -195,59 +183,17 @@ void DiagramView::contextMenuEvent(QContextMenuEvent* event)
 
 void DiagramView::Copy() const
 {
-    const CDC drawing = ForPaper();
-    auto* mime = new QMimeData;
-    const std::string png = framework::ToPng(drawing, kClipboardScale);
-    mime->setImageData(QImage::fromData(QByteArray::fromStdString(png), "PNG"));
-    mime->setData(QStringLiteral("image/svg+xml"), QByteArray::fromStdString(framework::ToSvg(drawing)));
-    QApplication::clipboard()->setMimeData(mime);
+    CopyDrawing(ForPaper());
 }
 
 QString DiagramView::SaveAs(const QString& path) const
 {
-    const std::string file = path.toStdString();
-    if (!framework::IsDrawingFile(file))
-        return QStringLiteral("Der Dateiname muss auf .svg, .pdf oder .png enden.");
-    return QString::fromStdString(krn::WriteFileAtomically(file, framework::ExportByEnding(ForPaper(), file)).Text());
-}
-
-void DiagramView::AskAndSave()
-{
-    const QString title = QStringLiteral("Diagramm speichern");
-    QFileDialog dialog(this, title, {},
-                       QStringLiteral("SVG-Zeichnung (*.svg);;PDF-Dokument (*.pdf);;PNG-Bild (*.png)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.selectFile(m_name);
-    dialog.setDefaultSuffix(QStringLiteral("svg"));
-    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
-        dialog.setDefaultSuffix(filter.section(QStringLiteral("*."), 1).chopped(1));
-    });
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return;
-    if (const QString why = SaveAs(dialog.selectedFiles().front()); !why.isEmpty())
-        QMessageBox::warning(this, title, why);
-}
-
-void DiagramView::AskAndPrint()
-{
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setDocName(m_name);
-    printer.setPageOrientation(QPageLayout::Landscape);
-    QPrintDialog dialog(&printer, this);
-    if (dialog.exec() == QDialog::Accepted)
-        PrintOn(printer);
+    return SaveDrawing(ForPaper(), path);
 }
 
 void DiagramView::PrintOn(QPrinter& printer) const
 {
-    QPainter painter;
-    if (!painter.begin(&printer))
-        return;
-    const CDC drawing = ForPaper();
-    const QRect page = painter.viewport();
-    const double scale = std::min(page.width() / drawing.Width(), page.height() / drawing.Height());
-    painter.scale(scale, scale);
-    Replay(drawing, painter);
+    PrintDrawing(ForPaper(), printer);
 }
 
 } // namespace desktop

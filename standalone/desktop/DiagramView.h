@@ -68,8 +68,6 @@ class DiagramView : public QAbstractScrollArea
 
   private:
     void FitScrollBars();
-    void AskAndSave();
-    void AskAndPrint();
 
     Draw m_draw;
     QString m_name;

@@ -38,7 +38,7 @@ using framework::UiThread;
 namespace
 {
 
-constexpr QSize kFirstSize(1440, 900);
+constexpr QSize kFirstSize(1760, 1000);
 constexpr int kMessageTime = 6000; // ms
 
 } // namespace
@@ -75,6 +75,7 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
         else
             m_document.NoteChange();
     });
+    connect(&frontEnd, &QtFrontEnd::sceneChanged, this, &MainWindow::sceneChanged);
     connect(&frontEnd, &QtFrontEnd::busy, this, [this](const QString& what, double done) {
         statusBar()->showMessage(what);
         m_busyMark->setValue(qRound(100.0 * done));

@@ -63,6 +63,8 @@ class MainWindow : public QMainWindow
   signals:
     /// Units, decimal sign or colours changed: show every number and drawing afresh.
     void settingsChanged();
+    /// Objects that masks keep in the scene changed, or what they ask for; see krn/Placing.h.
+    void sceneChanged();
 
   protected:
     void closeEvent(QCloseEvent* event) override;

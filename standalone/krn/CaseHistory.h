@@ -43,6 +43,8 @@ class CaseHistory
     /// becomes a step of its own first. False when there is nothing to undo or redo.
     bool Undo();
     bool Redo();
+    /// Takes back what was not committed, in the same way; it cannot be repeated.
+    void Revert() { Restore(m_text); }
 
     /// The case as a file would hold it, as of the last step.
     const std::string& Text() const { return m_text; }
