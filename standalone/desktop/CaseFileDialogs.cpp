@@ -5,6 +5,7 @@
 #include "desktop/CaseDocument.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -16,6 +17,7 @@ namespace
 {
 
 const QString kFilter = QStringLiteral("Fälle (*.json);;Alle Dateien (*)");
+const QString kExamples = QStringLiteral(":/examples");
 const QString kEnding = QStringLiteral("json");
 
 QString FolderOf(const CaseDocument& document)
@@ -56,6 +58,29 @@ bool MayClose(CaseDocument& document, QWidget* parent)
 bool NewCase(CaseDocument& document, QWidget* parent)
 {
     return MayClose(document, parent) && Told(document.New(), document, parent, QStringLiteral("Neuer Fall"));
+}
+
+QStringList ExampleNames()
+{
+    QStringList names;
+    for (const QString& file : QDir(kExamples).entryList({QStringLiteral("*.json")}, QDir::Files, QDir::Name))
+        names.append(QFileInfo(file).completeBaseName());
+    return names;
+}
+
+bool OpenExample(CaseDocument& document, QWidget* parent, const QString& name)
+{
+    if (!MayClose(document, parent))
+        return false;
+    const QString title = QStringLiteral("Beispiel öffnen");
+    QFile file(QStringLiteral("%1/%2.json").arg(kExamples, name));
+    if (!file.open(QIODevice::ReadOnly)) {
+        QMessageBox::warning(parent, title,
+                             QStringLiteral("Ein Beispiel „%1“ gibt es nicht. Es gibt: %2.")
+                                 .arg(name, ExampleNames().join(QStringLiteral(", "))));
+        return false;
+    }
+    return Told(document.NewFrom(file.readAll().toStdString()), document, parent, title);
 }
 
 bool OpenCase(CaseDocument& document, QWidget* parent, const QString& path)

@@ -5,7 +5,8 @@
 // cancelled or failed (the user was told).
 #pragma once
 
-class QString;
+#include <QStringList>
+
 class QWidget;
 
 namespace desktop
@@ -16,6 +17,10 @@ class CaseDocument;
 /// Asks about unsaved changes and saves them if wanted. True when the case may be closed.
 bool MayClose(CaseDocument& document, QWidget* parent);
 bool NewCase(CaseDocument& document, QWidget* parent);
+/// A case that comes with the program, opened as a new one: it cannot be saved over.
+bool OpenExample(CaseDocument& document, QWidget* parent, const QString& name);
+/// Their names.
+QStringList ExampleNames();
 /// With an empty path asks for the file.
 bool OpenCase(CaseDocument& document, QWidget* parent, const QString& path);
 /// Asks for a path when the case has none.

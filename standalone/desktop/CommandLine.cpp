@@ -36,8 +36,13 @@ CommandLine ReadCommandLine(std::span<char* const> arguments)
             if (line.error.isEmpty() && (!scale || *scale < kSmallestScale || *scale > kLargestScale))
                 line.error = QStringLiteral("--scale: eine Zahl von 0,5 bis 4 ist gefragt");
             line.scale = scale.value_or(0.0);
-        } else if (argument == QLatin1String("--dark")) {
-            line.dark = true;
+        } else if (argument == QLatin1String("--scheme")) {
+            const QString name = value();
+            line.dark = name == QLatin1String("dunkel") || name == QLatin1String("dark");
+            if (line.error.isEmpty() && !line.dark && name != QLatin1String("hell") && name != QLatin1String("light"))
+                line.error = QStringLiteral("--scheme: gefragt ist „hell“ oder „dunkel“, nicht „%1“").arg(name);
+        } else if (argument == QLatin1String("--example")) {
+            line.example = value();
         } else if (argument == QLatin1String("--bench")) {
             line.bench = true;
         } else if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
@@ -52,6 +57,8 @@ CommandLine ReadCommandLine(std::span<char* const> arguments)
         if (!line.error.isEmpty())
             break;
     }
+    if (line.error.isEmpty() && !line.example.isEmpty() && !line.casePath.isEmpty())
+        line.error = QStringLiteral("--example: entweder ein Beispiel oder eine Falldatei");
     return line;
 }
 

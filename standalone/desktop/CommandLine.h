@@ -14,6 +14,7 @@ namespace desktop
 
 struct CommandLine {
     QString casePath;
+    QString example;           ///< name of a case that comes with the program
     QString shotFolder;        ///< not empty: write pictures and end
     std::vector<UINT> numbers; ///< of the masks to be drawn
     double scale = 0.0;        ///< logical to real pixels, 0: as the screen has it
@@ -30,10 +31,12 @@ CommandLine ReadCommandLine(std::span<char* const> arguments);
 
 inline constexpr const char* kUsage =
     "tavelin [FALLDATEI]                 öffnet den Arbeitsplatz\n"
+    "tavelin --example NAME              öffnet einen Beispielfall: fussgaenger, kreuzung\n"
     "tavelin --shot ORDNER [NUMMER …]    schreibt Bilder der Masken, ohne Nummern auch der Fenster\n"
     "    --case FALLDATEI                mit diesem Fall\n"
     "    --scale FAKTOR                  Bildpunkte je Punkt der Oberfläche, 0,5 bis 4\n"
-    "    --dark                          im dunklen Farbschema\n"
+    "    --scheme hell|dunkel            in diesem Farbschema\n"
+    "tavelin --bench                     misst, wie schnell Fenster und Masken da sind\n"
     "tavelin --help                      zeigt diesen Text\n";
 
 } // namespace desktop

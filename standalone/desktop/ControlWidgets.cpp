@@ -3,6 +3,7 @@
 #include "desktop/ControlWidgets.h"
 
 #include "desktop/CdcPainter.h"
+#include "desktop/DrawingOutput.h"
 #include "desktop/EditControl.h"
 #include "desktop/MaskWindow.h"
 #include "desktop/Style.h"
@@ -15,10 +16,13 @@
 #include "host/CDialog.h"
 #include "host/CRuvData.h"
 #include "host/RuvCfg.h"
+#include "krn/Protocol.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QListWidget>
+#include <QMenu>
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
@@ -305,6 +309,18 @@ class FieldControl : public QWidget, public ControlView
 
   protected:
     void resizeEvent(QResizeEvent*) override { m_drawing.reset(); }
+    void contextMenuEvent(QContextMenuEvent* event) override
+    {
+        if (m_control == nullptr || !m_control->painter)
+            return;
+        const QString name = QStringLiteral("%1 %2").arg(m_mask.Root().Number()).arg(m_mask.Root().windowTitle());
+        auto* menu = new QMenu(this); // the mask may go while it is open
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        AddDrawingEntries(*menu, name, m_mask.window(), [this, last = krn::DrawField(*m_control)] {
+            return m_control == nullptr ? last : krn::DrawField(*m_control);
+        });
+        menu->popup(event->globalPos());
+    }
     void paintEvent(QPaintEvent*) override
     {
         if (m_control == nullptr || !m_control->painter)

@@ -20,6 +20,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QTimer>
+#include <QToolButton>
 
 #include <functional>
 
@@ -165,11 +166,29 @@ void EditControl::OfferSource()
     if (binding == nullptr || binding->Source() == ValueSource::none)
         return;
     const bool speed = binding->Source() == ValueSource::curveLimitSpeed;
-    m_source = addAction(Icon("transfer"), QLineEdit::LeadingPosition);
+    m_source = new QAction(Icon("transfer"), {}, this);
+    addAction(m_source);
     m_source->setText(speed ? tr("Aus Maske 401, „Kurvengrenzgeschwindigkeit“, übernehmen (F4)")
                             : tr("Aus Maske 400, „Berechnung der Beschleunigung“, übernehmen (F4)"));
     m_source->setToolTip(m_source->text());
     connect(m_source, &QAction::triggered, this, &EditControl::TakeFromSource);
+    // Before the field: in it there is no room beside a long number.
+    m_sourceButton = new QToolButton(&m_mask);
+    m_sourceButton->setDefaultAction(m_source);
+    m_sourceButton->setAutoRaise(true);
+    m_sourceButton->setFocusPolicy(Qt::NoFocus);
+    PlaceSource();
+}
+
+void EditControl::PlaceSource()
+{
+    if (m_sourceButton == nullptr)
+        return;
+    const int side = height();
+    m_sourceButton->setIconSize(QSize(side, side) * 2 / 3);
+    m_sourceButton->setGeometry(x() - side, y(), side, side);
+    m_sourceButton->setVisible(m_source->isVisible() && !isHidden());
+    m_sourceButton->raise();
 }
 
 void EditControl::TakeFromSource()
@@ -212,6 +231,7 @@ void EditControl::SyncLook()
     m_spin->setVisible(steps);
     if (m_source != nullptr)
         m_source->setVisible(look == FieldLook::input);
+    PlaceSource();
     const int margin = qRound(3 * CurrentFontScale());
     setTextMargins(margin, 0, steps ? SpinButtons::Width() : margin, 0);
     update();
@@ -324,6 +344,13 @@ void EditControl::resizeEvent(QResizeEvent* event)
     QLineEdit::resizeEvent(event);
     const int inset = 2;
     m_spin->setGeometry(width() - SpinButtons::Width() - inset, inset, SpinButtons::Width(), height() - 2 * inset);
+    PlaceSource();
+}
+
+void EditControl::moveEvent(QMoveEvent* event)
+{
+    QLineEdit::moveEvent(event);
+    PlaceSource();
 }
 
 } // namespace desktop

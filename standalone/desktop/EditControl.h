@@ -6,6 +6,8 @@
 
 #include <QLineEdit>
 
+class QToolButton;
+
 namespace desktop
 {
 
@@ -28,18 +30,21 @@ class EditControl : public QLineEdit, public ControlView
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
 
   private:
     bool Step(int direction);
     void OfferSource();
+    void PlaceSource();
     void TakeFromSource();
     void FinishOnLeaving();
     void SyncLook();
 
     SpinButtons* m_spin;
     QAction* m_source = nullptr; // runs the mask that can find the value
-    bool m_wasInput = false;     // could be typed into at some time since the mask opened
-    bool m_ownedByCheck;         // the control before it in the template is a check box
+    QToolButton* m_sourceButton = nullptr;
+    bool m_wasInput = false; // could be typed into at some time since the mask opened
+    bool m_ownedByCheck;     // the control before it in the template is a check box
 };
 
 } // namespace desktop

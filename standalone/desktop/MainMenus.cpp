@@ -76,6 +76,8 @@ void MainWindow::BuildFileMenu()
     connect(m_recentMenu, &QMenu::aboutToShow, this, &MainWindow::FillRecentFiles);
     connect(&m_document, &CaseDocument::recentFilesChanged, this, &MainWindow::FillRecentFiles);
     FillRecentFiles();
+    QMenu* examples = Menu(menu)->addMenu(QStringLiteral("&Beispiele"));
+    connect(examples, &QMenu::aboutToShow, this, [this, examples] { FillExamples(*examples); });
     Menu(menu)->addSeparator();
     m_save = Command(menu, QStringLiteral("&Speichern"), "save", QKeySequence::Save);
     connect(m_save, &QAction::triggered, this, [this] { SaveCase(m_document, this); });
@@ -98,6 +100,18 @@ void MainWindow::FillRecentFiles()
         });
     }
     m_recentMenu->setEnabled(!m_recentMenu->isEmpty());
+}
+
+void MainWindow::FillExamples(QMenu& menu)
+{
+    menu.clear();
+    for (const QString& name : ExampleNames()) {
+        QAction* action = menu.addAction(name.left(1).toUpper() + name.mid(1));
+        connect(action, &QAction::triggered, this, [this, name] {
+            if (OpenExample(m_document, this, name))
+                CloseMasks();
+        });
+    }
 }
 
 void MainWindow::BuildEditMenu()

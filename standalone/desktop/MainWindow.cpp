@@ -39,6 +39,7 @@ namespace
 {
 
 constexpr QSize kFirstSize(1760, 1000);
+constexpr int kRoomForAll = 1600; // beside narrower masks there is no room for a panel
 constexpr int kMessageTime = 6000; // ms
 
 } // namespace
@@ -76,6 +77,12 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
             m_document.NoteChange();
     });
     connect(&frontEnd, &QtFrontEnd::sceneChanged, this, &MainWindow::sceneChanged);
+    connect(&frontEnd, &QtFrontEnd::acted, this, [this] {
+        if (RuvCfg.transferData == m_transfer->isChecked())
+            return;
+        ShowSettingsState(); // a mask has the same switch
+        SaveSettings();
+    });
     connect(&frontEnd, &QtFrontEnd::busy, this, [this](const QString& what, double done) {
         statusBar()->showMessage(what);
         m_busyMark->setValue(qRound(100.0 * done));
@@ -106,18 +113,6 @@ void MainWindow::OpenMask(UINT number)
 {
     ExecuteRuvModRechnungsMaske(number, m_document.Data());
     m_frontEnd.Settle();
-}
-
-void MainWindow::NoteCaseChange()
-{
-    const MaskWindow* mask = m_masks->Active();
-    if (mask != nullptr && mask->Dialog() != nullptr)
-        m_document.NameNextStep(
-            QStringLiteral("%1 %2")
-                .arg(mask->Number())
-                .arg(QString::fromStdString(framework::WithoutMnemonic(mask->Dialog()->text)).trimmed()));
-    else
-        m_document.NoteChange();
 }
 
 void MainWindow::CloseMasks()
@@ -177,6 +172,9 @@ void MainWindow::UsePreferences(const Preferences& preferences, const QString& p
         resize(kFirstSize.boundedTo(screen()->availableSize() - QSize(0, 3 * Spacing()))); // room for the title
     if (!preferences.docks.isEmpty())
         m_helpSized = restoreState(preferences.docks);
+    else if (width() < kRoomForAll)
+        for (QDockWidget* panel : m_panels)
+            panel->setVisible(dockWidgetArea(panel) != Qt::RightDockWidgetArea);
     m_helpDock->setVisible(m_helpDock->isVisible() && m_help->Page() != 0);
     m_dark->setChecked(preferences.scheme == Scheme::dark);
 }

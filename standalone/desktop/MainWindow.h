@@ -84,8 +84,8 @@ class MainWindow : public QMainWindow
     QMenu* Menu(const QString& title);
     QAction* Command(const QString& menu, const QString& text, const char* icon, const QKeySequence& keys);
     void FillRecentFiles();
+    void FillExamples(QMenu& menu);
     void FillWindowMenu();
-    void NoteCaseChange();
     void ShowCaseState();
     void ShowHistory();
     void ShowSettingsState();

@@ -212,7 +212,10 @@ void MaskWindow::Act(const std::function<void()>& input)
         const UiThread::Scope scope(*thread);
         input();
     }
+    const QPointer<MaskWindow> still(this);
     thread->DispatchPending();
+    if (still)
+        emit acted();
 }
 
 MaskWindow* MaskWindow::AtWork()

@@ -68,6 +68,8 @@ class MaskWindow : public QWidget
     void dialogChanged();
     /// Somewhere beside its controls.
     void clicked();
+    /// Something the user did has been handled.
+    void acted();
 
   protected:
     bool focusNextPrevChild(bool next) override;

@@ -83,22 +83,19 @@ PathTimeTable::PathTimeTable(CaseDocument& document, QWidget* parent)
     : QWidget(parent), m_document(document), m_model(new PathTimeModel(document, this)), m_view(new QTableView),
       m_vehicles(new QComboBox),
       m_insert(Button(QStringLiteral("Phase e&infügen"), QStringLiteral("Freie Spalte vor der gewählten"))),
-      m_remove(Button(QStringLiteral("Phase ent&fernen"), QStringLiteral("Gewählte Spalte entfernen"))),
-      m_hint(new QLabel(QStringLiteral("Spalten: von der Kollision rückwärts in der Zeit"))),
-      m_cell(new QWidget(m_view->viewport()))
+      m_remove(Button(QStringLiteral("Phase ent&fernen"), QStringLiteral("Gewählte Spalte entfernen"))), m_cell(new QWidget(m_view->viewport()))
 {
     auto* bar = new QHBoxLayout;
     auto* label = new QLabel(QStringLiteral("Fahr&zeug"));
     label->setBuddy(m_vehicles);
     m_vehicles->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    m_hint->setForegroundRole(QPalette::PlaceholderText);
+    m_vehicles->setMinimumContentsLength(18);
     bar->addWidget(label);
     bar->addWidget(m_vehicles);
     bar->addSpacing(2 * Spacing());
     bar->addWidget(m_insert);
     bar->addWidget(m_remove);
     bar->addStretch();
-    bar->addWidget(m_hint);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(Spacing(), Spacing(), Spacing(), Spacing());
     column->setSpacing(Spacing());
@@ -115,6 +112,7 @@ PathTimeTable::PathTimeTable(CaseDocument& document, QWidget* parent)
     m_view->horizontalHeader()->setMinimumSectionSize(10 * fontMetrics().averageCharWidth());
     m_view->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_view->verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    m_view->horizontalHeader()->setToolTip(QStringLiteral("Spalten: von der Kollision rückwärts in der Zeit"));
     m_view->setCornerButtonEnabled(false);
     m_view->setAccessibleName(QStringLiteral("Weg-Zeit-Tabelle"));
     m_cell->setAttribute(Qt::WA_TransparentForMouseEvents);

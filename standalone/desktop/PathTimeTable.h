@@ -49,7 +49,6 @@ class PathTimeTable : public QWidget
     QComboBox* m_vehicles;
     QToolButton* m_insert;
     QToolButton* m_remove;
-    QLabel* m_hint;
     QWidget* m_cell; ///< lies over the cell that a refusal points to
     QPointer<RefusalBubble> m_bubble;
 };

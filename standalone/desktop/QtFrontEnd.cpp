@@ -109,6 +109,7 @@ void QtFrontEnd::WindowAppeared(Window& window)
     MaskWindow* const parent = window.page ? WindowFor(*window.parent) : nullptr;
     auto* const mask = new MaskWindow(window, parent);
     m_windows[window.handle] = mask;
+    connect(mask, &MaskWindow::acted, this, &QtFrontEnd::acted);
     if (parent != nullptr) {
         mask->raise();
         mask->setVisible(window.visible);

@@ -61,6 +61,8 @@ class QtFrontEnd : public QObject, public framework::FrontEnd
     void helpWanted(UINT dialogId);
     void caseChanged();
     void sceneChanged();
+    /// A mask has handled what the user did to it.
+    void acted();
     /// Long work is going on (what, and how much of it is done: 0 to 1), or has ended.
     void busy(const QString& what, double done);
     void idle();

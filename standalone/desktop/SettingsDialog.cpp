@@ -20,6 +20,7 @@
 #include <QVBoxLayout>
 
 #include <array>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -31,6 +32,36 @@ namespace
 constexpr double kLongestTime = 100.0; // s, as the settings file and the masks allow
 constexpr const char* kColorProperty = "color";
 constexpr std::array kSizes{0.85, 1.0, 1.15, 1.3, 1.5, 1.75, 2.0};
+
+struct Color {
+    const char* label;
+    COLORREF& (*field)(CRuvCfg&);
+};
+constexpr Color kFieldColors[] = {
+    {"&Eingabefelder:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.editColors.background; }},
+    {"E&rgebnisfelder:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.resultColors.background; }},
+    {"Diagra&mme:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.diagramBackground; }},
+    {"Diagrammf&läche:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.diagramPlot; }},
+};
+constexpr Color kBarrierColors[] = {
+    {"Bremsung, Dettinger:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.bremsungDettinger; }},
+    {"Global (Kühnel), Rau:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.globalRau; }},
+    {"Verzögerung (Kühnel):", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.kuehnelVerzoegerung; }},
+    {"Ritter, Krieg:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.ritterKrieg; }},
+    {"Frontscheibe:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.frontscheibe; }},
+    {"Scheinwerfer, Hauptfeld:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.scheinwerferHaupt; }},
+    {"Scheinwerfer, Gesamtfeld:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.scheinwerferGesamt; }},
+    {"Abwicklung:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.abwicklung; }},
+    {"Geschwindigkeit:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.geschwindigkeit; }},
+};
+
+/// All of them in the order of their buttons.
+std::vector<Color> AllColors()
+{
+    std::vector<Color> all(std::begin(kFieldColors), std::end(kFieldColors));
+    all.insert(all.end(), std::begin(kBarrierColors), std::end(kBarrierColors));
+    return all;
+}
 
 QString Number(double value)
 {
@@ -71,10 +102,16 @@ SettingsDialog::SettingsDialog(const Preferences& preferences, bool unitsLocked,
     setWindowTitle(QStringLiteral("Einstellungen"));
     auto* layout = new QVBoxLayout(this);
     layout->setSpacing(2 * Spacing());
-    layout->addWidget(MakeCalculation());
-    layout->addWidget(MakeLook(unitsLocked));
-    layout->addWidget(MakeColors());
-    layout->addStretch();
+    auto* columns = new QHBoxLayout;
+    auto* left = new QVBoxLayout;
+    columns->setSpacing(2 * Spacing());
+    left->setSpacing(2 * Spacing());
+    left->addWidget(MakeCalculation());
+    left->addWidget(MakeLook(unitsLocked));
+    left->addStretch();
+    columns->addLayout(left);
+    columns->addWidget(MakeColors());
+    layout->addLayout(columns);
     auto* buttons = new QDialogButtonBox;
     auto* ok = buttons->addButton(QStringLiteral("&OK"), QDialogButtonBox::AcceptRole);
     buttons->addButton(QStringLiteral("&Abbrechen"), QDialogButtonBox::RejectRole);
@@ -152,22 +189,39 @@ QWidget* SettingsDialog::MakeColors()
     m_vehicleColors = new QCheckBox(QStringLiteral("Felder zeigen die Farbe ihres Fahrze&ugs"));
     m_vehicleColors->setChecked(RuvCfg.useVehicleColors);
     form->addRow(m_vehicleColors);
-    m_editGround = ColorButton(FromColorRef(RuvCfg.editColors.background));
-    m_resultGround = ColorButton(FromColorRef(RuvCfg.resultColors.background));
-    m_diagramGround = ColorButton(FromColorRef(RuvCfg.diagramBackground));
-    m_plotGround = ColorButton(FromColorRef(RuvCfg.diagramPlot));
-    form->addRow(QStringLiteral("E&ingabefelder:"), m_editGround);
-    form->addRow(QStringLiteral("Er&gebnisfelder:"), m_resultGround);
-    form->addRow(QStringLiteral("Diagra&mme:"), m_diagramGround);
-    form->addRow(QStringLiteral("Diagrammf&läche:"), m_plotGround);
+    const auto add = [&](const Color& color) {
+        auto* button = ColorButton(color.field(RuvCfg));
+        form->addRow(QString::fromUtf8(color.label), button);
+        m_colors.push_back(button);
+    };
+    for (const Color& color : kFieldColors)
+        add(color);
+    auto* barriers = new QLabel(QStringLiteral("Kurven des Schrankenverfahrens"));
+    barriers->setFont(TextFont(1.0, true));
+    barriers->setContentsMargins(0, Spacing(), 0, 0);
+    form->addRow(barriers);
+    for (const Color& color : kBarrierColors)
+        add(color);
+    auto* standard = new QPushButton(QStringLiteral("&Voreingestellte Farben"));
+    standard->setAutoDefault(false);
+    connect(standard, &QPushButton::clicked, this, [this] { ShowColors(CRuvCfg()); });
+    form->addRow(standard);
     return group;
 }
 
-QPushButton* SettingsDialog::ColorButton(QColor color)
+void SettingsDialog::ShowColors(const CRuvCfg& cfg)
+{
+    CRuvCfg shown = cfg;
+    const std::vector<Color> colors = AllColors();
+    for (std::size_t i = 0; i < colors.size(); ++i)
+        SetColor(*m_colors[i], FromColorRef(colors[i].field(shown)));
+}
+
+QPushButton* SettingsDialog::ColorButton(COLORREF color)
 {
     auto* button = new QPushButton;
     button->setAutoDefault(false);
-    SetColor(*button, color);
+    SetColor(*button, FromColorRef(color));
     connect(button, &QPushButton::clicked, this, [this, button] {
         const QColor chosen = QColorDialog::getColor(ColorOf(*button), this, QStringLiteral("Farbe wählen"));
         if (chosen.isValid())
@@ -221,10 +275,9 @@ void SettingsDialog::Apply(Preferences& preferences) const
     RuvCfg.defaultThresholdTime = TimeIn(*m_threshold).value_or(RuvCfg.defaultThresholdTime);
     RuvCfg.useVehicleColors = m_vehicleColors->isChecked();
     RuvCfg.decimalPoint = m_decimalSign->currentIndex() == 1;
-    RuvCfg.editColors.background = ToColorRef(ColorOf(*m_editGround));
-    RuvCfg.resultColors.background = ToColorRef(ColorOf(*m_resultGround));
-    RuvCfg.diagramBackground = ToColorRef(ColorOf(*m_diagramGround));
-    RuvCfg.diagramPlot = ToColorRef(ColorOf(*m_plotGround));
+    const std::vector<Color> colors = AllColors();
+    for (std::size_t i = 0; i < colors.size(); ++i)
+        colors[i].field(RuvCfg) = ToColorRef(ColorOf(*m_colors[i]));
     UnitsSystemConfiguration::GetInstance().SetSystem(m_units->currentIndex() == 1 ? UnitsSystem::imperial
                                                                                    : UnitsSystem::metric);
     preferences.scheme = m_scheme->currentIndex() == 1 ? Scheme::dark : Scheme::light;

@@ -6,6 +6,9 @@
 
 #include <QDialog>
 
+#include <vector>
+
+class CRuvCfg;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -34,7 +37,8 @@ class SettingsDialog : public QDialog
     QWidget* MakeCalculation();
     QWidget* MakeLook(bool unitsLocked);
     QWidget* MakeColors();
-    QPushButton* ColorButton(QColor color);
+    QPushButton* ColorButton(COLORREF color);
+    void ShowColors(const CRuvCfg& cfg);
     static QColor ColorOf(const QPushButton& button);
     static void SetColor(QPushButton& button, const QColor& color);
     bool Check(QLineEdit& field, QLabel& reason);
@@ -50,10 +54,7 @@ class SettingsDialog : public QDialog
     QComboBox* m_scheme = nullptr;
     QComboBox* m_size = nullptr;
     QCheckBox* m_vehicleColors = nullptr;
-    QPushButton* m_editGround = nullptr;
-    QPushButton* m_resultGround = nullptr;
-    QPushButton* m_diagramGround = nullptr;
-    QPushButton* m_plotGround = nullptr;
+    std::vector<QPushButton*> m_colors; ///< in the order of the settings they stand for
 };
 
 } // namespace desktop

@@ -238,6 +238,17 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
             return;
         }
         break;
+    case CE_ComboBoxLabel:
+        if (const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option)) {
+            QStyleOptionComboBox label = *combo;
+            const QRect room = subControlRect(CC_ComboBox, combo, SC_ComboBoxEditField, widget);
+            const int icon = combo->currentIcon.isNull() ? 0 : combo->iconSize.width() + 4; // as Qt places it
+            label.currentText =
+                combo->fontMetrics.elidedText(combo->currentText, Qt::ElideRight, room.width() - icon - 2);
+            QProxyStyle::drawControl(element, &label, painter, widget);
+            return;
+        }
+        break;
     case CE_ToolBar:
         painter->fillRect(option->rect, c.window);
         painter->fillRect(QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1), c.line);

@@ -152,7 +152,7 @@ QWidget* VehicleEditor::BuildForm()
 {
     auto* holder = new QWidget;
     auto* form = new QGridLayout(holder);
-    form->setContentsMargins(0, 0, 0, 0);
+    form->setContentsMargins(0, 0, Spacing(), 0); // the units stand clear of the scroll bar
     form->setHorizontalSpacing(Spacing());
     form->setVerticalSpacing(Spacing() / 2);
     form->setColumnStretch(1, 1);

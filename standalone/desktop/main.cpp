@@ -47,12 +47,19 @@ void PrepareQt(const CommandLine& line)
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
 }
 
-bool OpenGiven(desktop::CaseDocument& document, const QString& path)
+/// Without a question or a message: there is nobody to answer.
+bool OpenGiven(desktop::CaseDocument& document, const CommandLine& line, QWidget* window)
 {
-    if (path.isEmpty() || document.Open(path))
-        return true;
-    std::fprintf(stderr, "%s\n", qPrintable(document.Error()));
-    return false;
+    QString error;
+    if (!line.example.isEmpty() && !desktop::ExampleNames().contains(line.example))
+        error = line.example + QStringLiteral(": dieses Beispiel gibt es nicht");
+    else if (!line.example.isEmpty())
+        desktop::OpenExample(document, window, line.example);
+    else if (!line.casePath.isEmpty() && !document.Open(line.casePath))
+        error = document.Error();
+    if (!error.isEmpty())
+        std::fprintf(stderr, "%s\n", qPrintable(error));
+    return error.isEmpty();
 }
 
 } // namespace
@@ -104,7 +111,7 @@ int main(int argc, char** argv)
     window.UsePreferences(preferences, preferencesPath);
 
     if (line.DrawsOnly()) {
-        if (!OpenGiven(document, line.casePath))
+        if (!OpenGiven(document, line, &window))
             return 3;
         if (line.bench)
             return desktop::RunBench(window, sinceStart) ? 0 : 1;
@@ -114,7 +121,11 @@ int main(int argc, char** argv)
     if (!warning.empty())
         frontEnd.ShowMessage(nullptr, {0, framework::MessageKind::warning, warning, {}});
     QTimer::singleShot(0, &window, [&] {
-        if (!desktop::RecoverCase(document, &window) && !line.casePath.isEmpty())
+        if (desktop::RecoverCase(document, &window))
+            return;
+        if (!line.example.isEmpty())
+            desktop::OpenExample(document, &window, line.example);
+        else if (!line.casePath.isEmpty())
             desktop::OpenCase(document, &window, line.casePath);
     });
     return QApplication::exec();

@@ -62,6 +62,15 @@ constexpr Color kColors[] = {
     {"resultBackground", [](CRuvCfg& cfg) -> COLORREF& { return cfg.resultColors.background; }},
     {"diagramBackground", [](CRuvCfg& cfg) -> COLORREF& { return cfg.diagramBackground; }},
     {"diagramPlot", [](CRuvCfg& cfg) -> COLORREF& { return cfg.diagramPlot; }},
+    {"barrierBremsungDettinger", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.bremsungDettinger; }},
+    {"barrierGlobalRau", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.globalRau; }},
+    {"barrierKuehnelVerzoegerung", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.kuehnelVerzoegerung; }},
+    {"barrierRitterKrieg", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.ritterKrieg; }},
+    {"barrierFrontscheibe", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.frontscheibe; }},
+    {"barrierScheinwerferHaupt", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.scheinwerferHaupt; }},
+    {"barrierScheinwerferGesamt", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.scheinwerferGesamt; }},
+    {"barrierAbwicklung", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.abwicklung; }},
+    {"barrierGeschwindigkeit", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.geschwindigkeit; }},
 };
 
 constexpr std::string_view kKnown[] = {

@@ -137,7 +137,7 @@ TEST(RealWindowTest, KeysOfARealKeyboard)
         GTEST_SKIP() << "Xvfb or xdotool is not installed";
     QProcess x;
     x.setStandardErrorFile(QProcess::nullDevice());
-    x.start(server, {"-displayfd", "1", "-screen", "0", "1600x1000x24", "-nolisten", "tcp"});
+    x.start(server, {"-displayfd", "1", "-screen", "0", "1920x1200x24", "-nolisten", "tcp"});
     ASSERT_TRUE(x.waitForStarted());
     QByteArray display;
     QElapsedTimer clock;

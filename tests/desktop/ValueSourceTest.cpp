@@ -33,7 +33,7 @@ class ValueSourceTest : public test::DesktopTest
 
 TEST_F(ValueSourceTest, DecelerationComesFromTheAccelerationMaskWithEveryDigit)
 {
-    ASSERT_EQ(edit.actions().size(), 1) << "a button in the field";
+    ASSERT_EQ(edit.actions().size(), 1) << "a button before the field";
     edit.setFocus();
     InModal([](QWidget&) {
         Type("0,77");

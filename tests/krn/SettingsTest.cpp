@@ -52,6 +52,8 @@ TEST_F(Settings, ComeBackAsTheyWere)
     RuvCfg.resultColors = {RGB(0x10, 0xAB, 0xFF), RGB(255, 254, 253)};
     RuvCfg.diagramBackground = RGB(7, 8, 9);
     RuvCfg.diagramPlot = RGB(10, 11, 12);
+    RuvCfg.schranken.bremsungDettinger = RGB(13, 14, 15);
+    RuvCfg.schranken.geschwindigkeit = RGB(16, 17, 18);
     Units().SetSystem(UnitsSystem::imperial);
     ASSERT_TRUE(krn::SaveSettings(path));
     EXPECT_NE(folder.Read("tavelin/settings.json").find("\"resultText\": \"#10abff\""), std::string::npos);
@@ -71,6 +73,9 @@ TEST_F(Settings, ComeBackAsTheyWere)
     EXPECT_EQ(RuvCfg.resultColors.background, saved.resultColors.background);
     EXPECT_EQ(RuvCfg.diagramBackground, saved.diagramBackground);
     EXPECT_EQ(RuvCfg.diagramPlot, saved.diagramPlot);
+    EXPECT_EQ(RuvCfg.schranken.bremsungDettinger, saved.schranken.bremsungDettinger);
+    EXPECT_EQ(RuvCfg.schranken.geschwindigkeit, saved.schranken.geschwindigkeit);
+    EXPECT_EQ(RuvCfg.schranken.abwicklung, CRuvCfg().schranken.abwicklung);
     EXPECT_EQ(Units().System(), UnitsSystem::imperial);
 }
 
