@@ -5,6 +5,7 @@
 #include "cli/CaseInput.h"
 #include "cli/JsonText.h"
 #include "cli/Session.h"
+#include "host/RuvCfg.h"
 #include "krn/JsonValue.h"
 
 #include <algorithm>
@@ -16,6 +17,19 @@ namespace
 {
 
 using krn::JsonValue;
+
+/// A mask can switch the transfer option; the lines after it must not see that.
+class SettingsOfTheCall
+{
+  public:
+    SettingsOfTheCall() = default;
+    ~SettingsOfTheCall() { RuvCfg = m_settings; }
+    SettingsOfTheCall(const SettingsOfTheCall&) = delete;
+    SettingsOfTheCall& operator=(const SettingsOfTheCall&) = delete;
+
+  private:
+    const CRuvCfg m_settings = RuvCfg;
+};
 
 struct Line {
     std::string id = "null"; ///< JSON
@@ -97,6 +111,7 @@ std::string ComputeBatchLine(std::string_view text)
     Line line;
     if (const auto failure = ReadLine(text, line))
         return Failed(line.id, *failure);
+    const SettingsOfTheCall settings;
     Session session(std::move(line.data));
     std::vector<std::string> states;
     const auto failure =

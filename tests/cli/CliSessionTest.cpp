@@ -225,6 +225,19 @@ TEST(CliBatchVerb, KeepsTheOrderAndAnswersEveryLine)
     }
 }
 
+TEST(CliBatchVerb, NoLineChangesTheSettingsOfTheNext)
+{
+    const std::string plain = json{{"mask", 469}}.dump() + "\n";
+    const std::string switching = json{{"mask", 469}, {"actions", {"press:109"}}}.dump() + "\n";
+    const test::Output output = RunCli({"batch", "--jobs", "1"}, plain + switching + plain);
+    const auto lines = test::JsonLines(output.out);
+    ASSERT_EQ(lines.size(), 3U);
+    const auto option = [&](std::size_t line) { return lines[line]["result"]["controls"]["109"]["value"]; };
+    EXPECT_EQ(option(0), 0);
+    EXPECT_EQ(option(1), 1);
+    EXPECT_EQ(option(2), 0);
+}
+
 TEST(CliProgram, ListsThirtyOneMasks)
 {
     const test::Output output = RunCli({"masks", "--json"});
