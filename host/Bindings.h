@@ -96,6 +96,8 @@ class CEditDouble : public CBinding
   private:
     double Factor() const;
     std::string Format(double value) const;
+    /// A bound of the range, rounded to where an entry of it is still taken.
+    std::string FormatBound(double bound, int inward) const;
 
     double* m_field;
     double m_minimum;

@@ -76,6 +76,15 @@ std::string CEditDouble::Format(double value) const
     return krn::FormatNumber(value / Factor(), m_decimals);
 }
 
+std::string CEditDouble::FormatBound(double bound, int inward) const
+{
+    const std::string text = Format(bound);
+    const std::optional<double> shown = krn::ParseNumber(text);
+    if (!shown || InRange(*shown * Factor()))
+        return text;
+    return krn::FormatNumber(*shown + inward * std::pow(10.0, -m_decimals), m_decimals);
+}
+
 std::string CEditDouble::EntryText(double value) const
 {
     return krn::FormatNumber(value / Factor());
@@ -96,8 +105,8 @@ EntryResult CEditDouble::Take(const std::string& text)
         *m_field = *shown * Factor();
         return {Outcome::taken};
     }
-    const std::string low = Format(m_minimum);
-    const std::string high = Format(m_maximum);
+    const std::string low = FormatBound(m_minimum, +1);
+    const std::string high = FormatBound(m_maximum, -1);
     return {Outcome::refused, shown ? 1002U : 1001U, {FieldLabel(), text, low, high}};
 }
 

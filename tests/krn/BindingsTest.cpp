@@ -187,6 +187,18 @@ TEST_F(BindingsTest, ImperialUnitsConvertWhatIsShownOnly)
     EXPECT_NEAR(dialog->value, 51.0 * 1.609344, 1e-12);
 }
 
+TEST_F(BindingsTest, BoundsNamedInARefusalAreTaken)
+{
+    UnitsSystemConfiguration::GetInstance().SetSystem(UnitsSystem::imperial);
+    framework::Window& curve = OpenMask(401);
+    constexpr UINT kChord = 4658; // to 1000 m = 3280.8399 ft
+    ASSERT_EQ(Enter(curve, kChord, "9999"), InputResult::refused);
+    const std::string why = front.refusals.back().text;
+    ASSERT_NE(why.find("0,00 bis 3280,83."), std::string::npos) << why;
+    EXPECT_EQ(Enter(curve, kChord, "3280,83"), InputResult::done);
+    EXPECT_EQ(Enter(curve, kChord, "3280,84"), InputResult::refused);
+}
+
 TEST(NumberTextTest, ShowsRoundedValuesWithoutNegativeZero)
 {
     EXPECT_EQ(krn::FormatNumber(7.848, 2), "7,85");
