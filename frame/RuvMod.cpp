@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+CAbDaten* AbDat = nullptr;
+
 void ExecuteRuvModRechnungsMaske(UINT maskId, CRuvData& data)
 {
     constexpr UINT kFirst = 400;

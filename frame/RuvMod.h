@@ -7,6 +7,7 @@
 #include "frame/Export.h"
 #include "host/CWnd.h"
 
+class CAbDaten;
 class CRuvData;
 
 extern "C" {
@@ -17,4 +18,7 @@ RUVMOD_API void ExecuteRuvModRechnungsMaske(UINT maskId, CRuvData& data);
 
 /// Called at attach (reason 1) and detach (reason 0) of the module. 0 fails the load.
 RUVMOD_API BOOL DllMain(HINSTANCE instance, DWORD reason, void* reserved);
+
+/// Data of the open turning mask (450), null while none is open.
+extern RUVMOD_API CAbDaten* AbDat;
 }
