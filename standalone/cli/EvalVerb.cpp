@@ -14,6 +14,7 @@
 #include "krn/NumberText.h"
 
 #include <algorithm>
+#include <limits>
 #include <span>
 
 namespace cli
@@ -183,6 +184,16 @@ void PrintResults(std::string_view name, const std::string& arguments, const std
 
 using Texts = std::vector<std::string>;
 
+/// A number, or one of the words that results have for what is none.
+std::optional<double> ParseArgument(const std::string& text)
+{
+    using Limits = std::numeric_limits<double>;
+    for (const double special : {Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity()})
+        if (text == NumberText(special))
+            return special;
+    return krn::ParseNumber(text);
+}
+
 int Evaluate(const Function& function, const Texts& texts, bool asJson)
 {
     if (texts.size() != function.arguments.size())
@@ -193,7 +204,7 @@ int Evaluate(const Function& function, const Texts& texts, bool asJson)
     JsonText arguments;
     arguments.BeginObject();
     for (const std::string& text : texts) {
-        const auto value = krn::ParseNumber(text);
+        const auto value = ParseArgument(text);
         if (!value)
             return Complain(exitUsage, std::string(function.name) + ": „" + text + "“ ist keine Zahl");
         arguments.Key(function.arguments[values.size()].name).Number(*value);

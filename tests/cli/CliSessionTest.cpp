@@ -275,6 +275,9 @@ TEST(CliProgram, EvaluatesTheQuadraticSolver)
     const json result = json::parse(RunCli({"eval", "Quadratgl", "2", "-2", "-12", "--json"}).out);
     EXPECT_EQ(result.at("results"), (json{{"count", 2}, {"x1", 3.0}, {"x2", -2.0}}));
     EXPECT_EQ(RunCli({"eval", "Quadratgl", "1", "2"}).exit, 2);
+    const json none = json::parse(RunCli({"eval", "Quadratgl", "1", "nan", "-inf", "--json"}).out);
+    EXPECT_EQ(none.at("arguments"), (json{{"a", 1}, {"b", "nan"}, {"c", "-inf"}}));
+    EXPECT_EQ(none.at("results"), (json{{"count", 0}, {"x1", nullptr}, {"x2", nullptr}}));
 }
 
 TEST(CliProgram, RunsAMaskModallyForItsResult)
