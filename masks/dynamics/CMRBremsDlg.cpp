@@ -200,7 +200,11 @@ void CMRBremsDlg::Rechnen()
     m_dat.berechnet = 1;
     if (CWnd* owner = GetParent())
         owner->PostMessage(WM_RUV_MASKTRANSFERRED, kKeinFahrzeug);
-    if (RuvCfg.transferData && m_dat.Uebertragen() == Uebertragung::keinPlatz)
+    if (!RuvCfg.transferData)
+        return;
+    const Uebertragung uebertragung = m_dat.Uebertragen();
+    Update(IDC_MRBREMS_PHASE);
+    if (uebertragung == Uebertragung::keinPlatz)
         AfxMessageBox(LoadRuvString(IDS_KEIN_PLATZ_FUER_FOLGE));
 }
 

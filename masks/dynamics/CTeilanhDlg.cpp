@@ -257,7 +257,9 @@ LRESULT CTeilanhDlg::OnTransferNow(WPARAM, LPARAM)
 
 bool CTeilanhDlg::Uebertrage()
 {
-    if (m_dat.Uebertragen() != Uebertragung::keinPlatz)
+    const Uebertragung ausgang = m_dat.Uebertragen();
+    Update(IDC_TEILANH_PHASE);
+    if (ausgang != Uebertragung::keinPlatz)
         return true;
     AfxMessageBox(LoadRuvString(IDS_KEIN_PLATZ_FUER_FOLGE));
     return false;

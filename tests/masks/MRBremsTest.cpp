@@ -334,6 +334,13 @@ TEST_F(MRBremsTest, FailureIsSaidAndNothingTransferred)
     for (const RecordField& field : static_cast<CMDIRechDialog*>(mask.object)->DescribeRecord())
         EXPECT_EQ(FieldValues(field).at(0), field.name == "berechnet" ? 1.0 : 0.0) << field.name;
     EXPECT_EQ(Text(mask, kHint), "");
+
+    // Without a chosen phase it is the first one, and the mask shows that.
+    EXPECT_EQ(Control(mask, kPhase).selection, -1);
+    EnterExample(mask);
+    Press(mask, kCalculate);
+    EXPECT_EQ(data.WZRechDat(0).spalten[kFirst].art, PhasenArt::braking);
+    EXPECT_EQ(Control(mask, kPhase).selection, 0);
 }
 
 TEST_F(MRBremsTest, CarelessInputLeavesNumbersInTheCase)

@@ -230,10 +230,12 @@ TEST_F(TeilanhTest, ClearingKeepsTheVehicleAndFreesTheFields)
     }
     EXPECT_EQ(Enter(mask, kSG, "30"), InputResult::done);
     EXPECT_EQ(Enter(mask, kAB, "8"), InputResult::done);
+    RuvCfg.transferData = true;
+    EXPECT_EQ(Control(mask, kPhase).selection, -1);
     Press(mask, kCalculate);
-    Press(mask, kTransfer);
     EXPECT_EQ(Phases(1).spalten[kFirst].art, PhasenArt::braking) << "without a chosen phase from the first column on";
     EXPECT_EQ(FieldValue(mask, "phase"), 3);
+    EXPECT_EQ(Control(mask, kPhase).selection, 0);
 }
 
 TEST_F(TeilanhTest, TransferWritesThreePhasesAndClearsTheRest)
