@@ -6,6 +6,7 @@
 #include "host/Physics.h"
 #include "res/resource.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -124,12 +125,11 @@ CGrenzVDat::Kurve CGrenzVDat::HoeheGeaendert()
         return Kurve::stimmig;
     // R = (4h² + c²) / 8h
     const double radius = (4.0 * (hoehe * hoehe) + sehne * sehne) / (8.0 * hoehe);
-    if (!std::isfinite(2.0 * radius))
+    if (!std::isfinite(2.0 * radius) || radius == 0.0)
         return Kurve::ohneErgebnis;
     kurvenradius = radius;
-    const double verhaeltnis = sehne / (2.0 * kurvenradius);
-    if (!Passt(verhaeltnis))
-        return Kurve::sehneZuLang;
+    // The chord is not longer than the diameter of this radius; that of a half circle may be, by rounding.
+    const double verhaeltnis = std::min(sehne / (2.0 * kurvenradius), 1.0);
     bogenlaenge = 2.0 * kurvenradius * std::asin(verhaeltnis);
     radiusAusBogen = 0;
     return hoehe > sehne / 2.0 ? Kurve::kurzerBogen : Kurve::stimmig;

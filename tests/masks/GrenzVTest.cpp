@@ -208,6 +208,17 @@ TEST_F(GrenzVTest, ChordAndHeightGiveRadiusAndArc)
     EXPECT_EQ(Shown(kCurveHint), "Die Sehne ist länger als der Durchmesser: Höhe und Bogen unverändert.");
 }
 
+TEST_F(GrenzVTest, EveryHalfCircleHasAnArc)
+{
+    for (int i = 1; i < 10000; ++i) {
+        CGrenzVDat dat(data);
+        dat.hoehe = i / 100.0;
+        dat.sehne = 2 * i / 100.0;
+        EXPECT_EQ(dat.HoeheGeaendert(), Kurve::stimmig) << dat.hoehe;
+        EXPECT_NEAR(dat.bogenlaenge, M_PI * dat.hoehe, 1e-6 * dat.hoehe);
+    }
+}
+
 TEST_F(GrenzVTest, AnyTwoMeasuresOfAnArcGiveTheOthers)
 {
     std::mt19937_64 random(2202);
