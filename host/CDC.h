@@ -7,6 +7,8 @@
 #include "host/CDPoint.h"
 #include "host/HostTypes.h"
 
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -70,7 +72,23 @@ struct Text {
     CFont font;
     COLORREF color;
 };
-using Primitive = std::variant<Polyline, Polygon, Rectangle, Ellipse, Text>;
+/// The pixels of a picture, and the PNG or JPEG file that holds the same ones.
+struct Bitmap {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint32_t> pixels; ///< rows from the top, 0xFFRRGGBB
+    std::string file;                  ///< empty when there is none
+};
+/// A bitmap laid on the drawing: `corner` is its upper left one, `across` runs along its first row to the upper right
+/// corner, `down` along its first column to the lower left one. Opacity from 0 to 1.
+struct Picture {
+    CDPoint corner;
+    CDPoint across;
+    CDPoint down;
+    double opacity;
+    std::shared_ptr<const Bitmap> bitmap;
+};
+using Primitive = std::variant<Polyline, Polygon, Rectangle, Ellipse, Text, Picture>;
 } // namespace drawing
 
 /// Coordinates are pixels, x to the right, y down, origin at the top left.
@@ -93,6 +111,8 @@ class CDC
     void Rectangle(double left, double top, double right, double bottom, double radiusX = 0.0, double radiusY = 0.0);
     void Ellipse(CDPoint centre, double rx, double ry, double angle = 0.0);
     void TextOut(CDPoint baseline, const std::string& utf8, TextAlign align = TextAlign::left, double angle = 0.0);
+    void Picture(CDPoint corner, CDPoint across, CDPoint down, double opacity,
+                 std::shared_ptr<const drawing::Bitmap> bitmap);
     /// Width of a line of text in the selected font, in pixels.
     double TextWidth(const std::string& utf8) const;
     /// Height of a line of text: ascent and descent of the selected font, in pixels.

@@ -6,6 +6,7 @@
 #include "framework/DrawingExport.h"
 #include "framework/DrawingFormat.h"
 
+#include <QImage>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPolygonF>
@@ -66,6 +67,23 @@ class Player
         m_painter.translate(start.x, start.y);
         m_painter.rotate(Degrees(text.angle));
         m_painter.drawText(QPointF(0.0, 0.0), QString::fromStdString(text.utf8));
+        m_painter.restore();
+    }
+
+    void operator()(const drawing::Picture& picture)
+    {
+        const drawing::Bitmap& bitmap = *picture.bitmap;
+        const double width = bitmap.width;
+        const double height = bitmap.height;
+        const QImage image(reinterpret_cast<const uchar*>(bitmap.pixels.data()), bitmap.width, bitmap.height,
+                           4 * static_cast<qsizetype>(bitmap.width), QImage::Format_RGB32);
+        m_painter.save();
+        m_painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        m_painter.setOpacity(picture.opacity);
+        m_painter.setTransform(QTransform(picture.across.x / width, picture.across.y / width, picture.down.x / height,
+                                          picture.down.y / height, picture.corner.x, picture.corner.y),
+                               true);
+        m_painter.drawImage(QPointF(0.0, 0.0), image);
         m_painter.restore();
     }
 

@@ -19,6 +19,7 @@ constexpr double kMeaningless = 1e15;  // px; larger numbers are treated as not-
 constexpr double kThinnestPen = 0.01;  // px
 constexpr double kWidestPen = 1e4;     // px
 constexpr double kSmallestFont = 0.01; // px
+constexpr double kSmallestArea = 0.01; // px²
 constexpr framework::Box kGuardBox{-kGuard, -kGuard, kGuard, kGuard};
 
 /// False for not-a-number too.
@@ -111,6 +112,18 @@ void CDC::TextOut(CDPoint baseline, const std::string& utf8, TextAlign align, do
     const bool sized = m_font.size >= kSmallestFont && m_font.size <= kGuard;
     if (InGuard(baseline) && sized && Within(angle, kMeaningless) && !utf8.empty())
         m_primitives.emplace_back(drawing::Text{baseline, utf8, align, angle, m_font, m_textColor});
+}
+
+void CDC::Picture(CDPoint corner, CDPoint across, CDPoint down, double opacity,
+                  std::shared_ptr<const drawing::Bitmap> bitmap)
+{
+    const bool inGuard = InGuard(corner) && InGuard(corner + across) && InGuard(corner + down);
+    const bool flat = std::abs(across.x * down.y - across.y * down.x) < kSmallestArea;
+    const bool whole =
+        bitmap != nullptr && bitmap->width > 0 && bitmap->height > 0 &&
+        bitmap->pixels.size() == static_cast<std::size_t>(bitmap->width) * static_cast<std::size_t>(bitmap->height);
+    if (inGuard && !flat && whole && opacity > 0.0)
+        m_primitives.emplace_back(drawing::Picture{corner, across, down, std::min(opacity, 1.0), std::move(bitmap)});
 }
 
 double CDC::TextWidth(const std::string& utf8) const

@@ -370,6 +370,10 @@ void Painter::Replay(const CDC& drawing, CDPoint origin)
             dc.SetTextColor(t.color);
             dc.TextOut(t.position + origin, t.utf8, t.align, t.angle);
         }
+        void operator()(const drawing::Picture& p) const
+        {
+            dc.Picture(p.corner + origin, p.across, p.down, p.opacity, p.bitmap);
+        }
     };
     for (const drawing::Primitive& primitive : drawing.Primitives())
         std::visit(Visitor{m_dc, origin, moved}, primitive);

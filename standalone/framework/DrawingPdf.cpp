@@ -3,6 +3,7 @@
 //
 // Drawings as PDF 1.4: one page with vector paths. Text is set in subsets of the embedded fonts whose glyph numbers
 // are the character codes, with a map back to Unicode, so that it can be selected and searched.
+#include "framework/BitmapFiles.h"
 #include "framework/DrawingExport.h"
 #include "framework/DrawingFormat.h"
 #include "framework/DrawingGeometry.h"
@@ -86,6 +87,22 @@ class PdfFile
         const std::string packed = Deflated(data);
         Add("<</Length " + std::to_string(packed.size()) + " /Filter /FlateDecode" + entries + ">>\nstream\n" + packed +
             "\nendstream");
+    }
+
+    void AddPicture(const drawing::Bitmap& bitmap)
+    {
+        const std::string size =
+            " /Width " + std::to_string(bitmap.width) + " /Height " + std::to_string(bitmap.height);
+        const std::string kind = " /Type /XObject /Subtype /Image /BitsPerComponent 8" + size + " /ColorSpace ";
+        const auto frame = ReadJpegFrame(bitmap.file);
+        const bool same = frame && frame->width == bitmap.width && frame->height == bitmap.height;
+        if (same && (frame->components == 1 || frame->components == 3)) {
+            Add("<</Length " + std::to_string(bitmap.file.size()) + " /Filter /DCTDecode" + kind +
+                (frame->components == 1 ? "/DeviceGray" : "/DeviceRGB") + ">>\nstream\n" + bitmap.file + "\nendstream");
+            return;
+        }
+        const std::vector<unsigned char> bytes = RgbBytes(bitmap);
+        AddStream({bytes.begin(), bytes.end()}, kind + "/DeviceRGB");
     }
 
     std::string Finish(std::size_t catalog, std::size_t info) &&
@@ -300,6 +317,16 @@ class PdfPainter
         m_out += "ET\n";
     }
 
+    void operator()(const drawing::Picture& picture)
+    {
+        // A picture fills the unit square, its first row at the top.
+        const CDPoint origin = picture.corner + picture.down;
+        const std::string number = std::to_string(m_pictures++);
+        m_out += "q /G" + number + " gs ";
+        Numbers(m_out, {picture.across.x, picture.across.y, -picture.down.x, -picture.down.y, origin.x, origin.y});
+        m_out += "cm /I" + number + " Do Q\n";
+    }
+
   private:
     void Path(const std::vector<CDPoint>& points)
     {
@@ -355,6 +382,7 @@ class PdfPainter
     std::string& m_out;
     std::string m_path;
     const PdfFonts& m_fonts;
+    std::size_t m_pictures = 0;
 };
 } // namespace
 
@@ -385,6 +413,10 @@ std::string ToPdf(const CDC& drawing)
     std::string page = "<</Type /Page /Parent 2 0 R /MediaBox [0 0 ";
     Numbers(page, {size.width * kPointsPerPixel, height});
     page += "] /Contents 4 0 R /Resources <</Font <<";
+    std::vector<const drawing::Picture*> pictures;
+    for (const drawing::Primitive& primitive : drawing.Primitives())
+        if (const auto* picture = std::get_if<drawing::Picture>(&primitive))
+            pictures.push_back(picture);
     std::size_t fontAt = file.Next() + 3;
     constexpr std::size_t objectsPerFont = 5;
     for (std::size_t i = 0; i < fonts.size(); ++i) {
@@ -393,12 +425,27 @@ std::string ToPdf(const CDC& drawing)
         page += "/F" + std::to_string(i) + " " + std::to_string(fontAt) + " 0 R ";
         fontAt += objectsPerFont;
     }
-    file.Add(page + ">>>>>>");
+    page += ">>";
+    if (!pictures.empty()) {
+        std::string states = " /ExtGState <<";
+        page += " /XObject <<";
+        for (std::size_t i = 0; i < pictures.size(); ++i) {
+            const std::string number = std::to_string(i);
+            page += "/I" + number + " " + std::to_string(fontAt + i) + " 0 R ";
+            states += "/G" + number + " <</ca ";
+            Numbers(states, {pictures[i]->opacity});
+            states += ">> ";
+        }
+        page += ">>" + states + ">>";
+    }
+    file.Add(page + ">>>>");
     file.AddStream(content);
     file.Add("<</Producer (RuvMod)>>");
     for (const PdfFont& font : fonts)
         if (font.Used())
             font.AddTo(file);
+    for (const drawing::Picture* picture : pictures)
+        file.AddPicture(*picture->bitmap);
     return std::move(file).Finish(1, 5);
 }
 } // namespace framework

@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Drawings as Scalable Vector Graphics 1.1.
+#include "framework/BitmapFiles.h"
 #include "framework/DrawingExport.h"
 #include "framework/DrawingFormat.h"
 #include "framework/FontMetrics.h"
 #include "framework/Utf.h"
 
+#include <algorithm>
 #include <numbers>
 #include <string_view>
 #include <variant>
@@ -18,10 +20,12 @@ namespace
 class SvgWriter
 {
   public:
-    explicit SvgWriter(DrawingSize size)
+    SvgWriter(DrawingSize size, bool hasPictures)
     {
         // Without kerning and ligatures, text is as wide as the drawing measured it.
         m_out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\"";
+        if (hasPictures)
+            m_out += " xmlns:xlink=\"http://www.w3.org/1999/xlink\"";
         Number("width", size.width);
         Number("height", size.height);
         m_out += " viewBox=\"0 0 ";
@@ -103,6 +107,28 @@ class SvgWriter
         m_out += '>';
         Escaped(text.utf8);
         m_out += "</text>\n";
+    }
+
+    void operator()(const drawing::Picture& picture)
+    {
+        const double width = picture.bitmap->width;
+        const double height = picture.bitmap->height;
+        m_out += "<image";
+        Number("width", width);
+        Number("height", height);
+        if (picture.opacity < 1.0)
+            Number("opacity", picture.opacity);
+        m_out += " preserveAspectRatio=\"none\" transform=\"matrix(";
+        for (const double value : {picture.across.x / width, picture.across.y / width, picture.down.x / height,
+                                   picture.down.y / height, picture.corner.x, picture.corner.y}) {
+            AppendNumber(m_out, value, 6);
+            m_out += ' ';
+        }
+        const std::string file = FileOf(*picture.bitmap);
+        m_out.back() = ')';
+        m_out += "\" xlink:href=\"data:image/";
+        m_out += IsJpeg(file) ? "jpeg" : "png";
+        m_out += ";base64," + Base64(file) + "\"/>\n";
     }
 
   private:
@@ -202,7 +228,11 @@ class SvgWriter
 
 std::string ToSvg(const CDC& drawing)
 {
-    SvgWriter writer(SizeOf(drawing));
+    const auto& all = drawing.Primitives();
+    const bool hasPictures = std::any_of(all.begin(), all.end(), [](const drawing::Primitive& primitive) {
+        return std::holds_alternative<drawing::Picture>(primitive);
+    });
+    SvgWriter writer(SizeOf(drawing), hasPictures);
     for (const drawing::Primitive& primitive : drawing.Primitives())
         std::visit(writer, primitive);
     return std::move(writer).Finish();
