@@ -98,12 +98,12 @@ void SceneCanvas::FollowMasks()
     emit selectionChanged();
 }
 
-void SceneCanvas::Fit()
+void SceneCanvas::Fit(bool all)
 {
     m_camera.width = width();
     m_camera.height = height();
-    m_camera.Fit(Scene().Bounds(), std::min({kFitMargin, 0.15 * width(), 0.15 * height()}));
-    m_fits = true;
+    m_camera.Fit(Scene().Bounds(all), std::min({kFitMargin, 0.15 * width(), 0.15 * height()}));
+    m_fits = !all;
     update();
 }
 
@@ -154,7 +154,7 @@ void SceneCanvas::BeginStep()
 void SceneCanvas::EndStep(const krn::SceneItem& item)
 {
     if (std::exchange(m_stepOpen, false))
-        m_document.EndStep(QStringLiteral("Szene: ") + QString::fromStdString(item.pose.name));
+        m_document.EndStep(QStringLiteral("Szene: ") + QString::fromStdString(item.FullName()));
 }
 
 bool SceneCanvas::Place(const krn::SceneItem& item)
@@ -177,7 +177,7 @@ void SceneCanvas::Remove(const krn::SceneId& id)
     const krn::SceneItem* item = Scene().Find(id);
     if (item == nullptr || !krn::CanRemove(id))
         return;
-    const QString name = QString::fromStdString(item->pose.name);
+    const QString name = QString::fromStdString(item->FullName());
     m_document.BeginStep();
     krn::RemoveItem(m_document.Data(), id);
     m_document.EndStep(QStringLiteral("Szene: ") + name + QStringLiteral(" entfernt"));
@@ -272,7 +272,7 @@ CDC SceneCanvas::ForPaper()
         std::clamp(static_cast<double>(height()) / std::max(width(), 1), kPaperRatioLow, kPaperRatioHigh);
     CDC drawing(kPaperWidth, kPaperWidth * ratio);
     if (m_fits)
-        Fit();
+        Fit(false);
     krn::SceneCamera camera = m_camera.For(drawing.Width(), drawing.Height());
     krn::DrawScene(drawing, camera, Scene(), Options(Ground::paper));
     return drawing;
@@ -281,7 +281,7 @@ CDC SceneCanvas::ForPaper()
 void SceneCanvas::paintEvent(QPaintEvent*)
 {
     if (m_fits && !m_drag)
-        Fit();
+        Fit(false);
     CDC drawing(width(), height());
     const krn::Scene& scene = Scene();
     krn::DrawScene(drawing, m_camera, scene, Options(Ground::screen));

@@ -30,8 +30,8 @@ class SceneCanvas : public QWidget
 
     const krn::Scene& Scene();
     const krn::SceneCamera& Camera() const { return m_camera; }
-    /// Shows all of the scene.
-    void Fit();
+    /// Shows all of the scene, or what stands in it without the ways there.
+    void Fit(bool all = true);
     void Zoom(double factor);
 
     /// The selected item as it stands now, or null.
@@ -120,7 +120,7 @@ class SceneCanvas : public QWidget
     CaseDocument& m_document;
     krn::Scene m_scene;
     bool m_stale = true; ///< of m_scene
-    bool m_fits = false; ///< nothing was shifted or zoomed since all was shown
+    bool m_fits = true;  ///< nothing was shifted or zoomed yet: what stands in the scene is kept in view
     krn::SceneCamera m_camera;
     std::optional<krn::SceneId> m_selected;
     bool m_grid = true;

@@ -51,8 +51,6 @@ void SceneCanvas::resizeEvent(QResizeEvent* event)
     QWidget::resizeEvent(event);
     m_camera.width = width();
     m_camera.height = height();
-    if (event->oldSize().isEmpty())
-        m_fits = true;
     ShowPrompt();
 }
 

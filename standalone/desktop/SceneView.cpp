@@ -118,7 +118,7 @@ void SceneView::HangVehicle(std::size_t vehicle, krn::SceneKind kind)
     m_canvas->EndTools();
     const krn::SceneItem item = krn::NewSceneItem(m_document.Data(), kind, vehicle, {});
     const bool line = kind == krn::SceneKind::waypoint;
-    const QString name = QString::fromStdString(item.pose.name);
+    const QString name = QString::fromStdString(item.FullName());
     m_canvas->Hang(item,
                    line ? name + QStringLiteral(": vom Kollisionsort aus rückwärts anklicken; Esc beendet.")
                         : name + QStringLiteral(": Platz anklicken, Esc bricht ab."),
@@ -129,7 +129,7 @@ void SceneView::HangVehicle(std::size_t vehicle, krn::SceneKind kind)
 void SceneView::AddItemActions(QMenu& menu, CDPoint at)
 {
     if (const krn::SceneItem* item = m_canvas->Selected(); item != nullptr && krn::CanRemove(item->id)) {
-        menu.addAction(QStringLiteral("%1 &entfernen").arg(Literal(item->pose.name)), this,
+        menu.addAction(QStringLiteral("%1 &entfernen").arg(Literal(item->FullName())), this,
                        [this, id = item->id] { m_canvas->Remove(id); });
         menu.addSeparator();
     }

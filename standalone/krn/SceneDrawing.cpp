@@ -49,7 +49,8 @@ struct Label {
     std::string name;
     std::string place; ///< second line, empty for none
     COLORREF color;
-    Box around; ///< what it names
+    Box around;         ///< what it names
+    bool always = true; ///< also where there is no room
 };
 
 class ScenePainter
@@ -124,7 +125,7 @@ class ScenePainter
         const CDPoint across{-std::sin(mark.direction), -std::cos(mark.direction)};
         m_dc.SelectPen({PenStyle::solid, 2.0, color});
         m_dc.Line(at - across * kMark, at + across * kMark);
-        m_labels.push_back({{}, mark.text, color, {at.x - kMark, at.y - kMark, at.x + kMark, at.y + kMark}});
+        m_labels.push_back({{}, mark.text, color, {at.x - kMark, at.y - kMark, at.x + kMark, at.y + kMark}, false});
     }
 
     void DrawItem(const SceneItem& item, bool chosen)
@@ -142,8 +143,25 @@ class ScenePainter
         }
         if (chosen)
             DrawChosen(item);
-        if (chosen || (m_options.names && !item.IsPoint()))
-            m_labels.push_back({item.pose.name, chosen ? PlaceText(item) : std::string(), line, BoxOf(item, chosen)});
+        const Box box = BoxOf(item, chosen);
+        if (chosen)
+            m_labels.push_back({item.FullName(), PlaceText(item), line, box});
+        else if (m_options.names && !item.IsPoint() && !IsCovered(item))
+            m_labels.push_back({item.pose.name, item.what, line, box, false});
+        if (item.type != CKfzDaten::Type::none)
+            m_taken.push_back(box);
+    }
+
+    /// A mask's own object for the participant stands in the same place.
+    bool IsCovered(const SceneItem& item) const
+    {
+        const CDPoint centre = CentreOf(item.pose);
+        return item.id.kind == SceneKind::restPose &&
+               std::any_of(m_scene.items.begin(), m_scene.items.end(), [&](const SceneItem& other) {
+                   const CDPoint away = CentreOf(other.pose) - centre;
+                   return other.id.kind == SceneKind::maskObject && other.pose.participant == item.pose.participant &&
+                          std::hypot(away.x, away.y) < item.pose.length / 2.0;
+               });
     }
 
     void DrawBody(const SceneItem& item, CDPoint centre, COLORREF line)
@@ -207,7 +225,7 @@ class ScenePainter
     /// Names keep clear of each other where there is room.
     void DrawLabels()
     {
-        std::vector<Box> taken;
+        std::vector<Box> taken = std::move(m_taken);
         for (auto label = m_labels.rbegin(); label != m_labels.rend(); ++label) {
             const Box& around = label->around;
             if (around.right < 0.0 || around.left > m_dc.Width() || around.bottom < 0.0 || around.top > m_dc.Height())
@@ -228,8 +246,8 @@ class ScenePainter
                        std::none_of(taken.begin(), taken.end(), [&](const Box& other) { return other.Meets(box); });
             };
             const auto* const free = std::find_if(places.begin(), places.end(), isFree);
-            if (free == places.end() && label->name.empty())
-                continue; // marks on a line may go without
+            if (free == places.end() && !label->always)
+                continue;
             const CDPoint at = free == places.end() ? places.front() : *free;
             taken.push_back(boxAt(at));
             DrawLabel(*label, at, width, height);
@@ -268,7 +286,7 @@ class ScenePainter
         };
         add(label.name, kNameFont, Legible(label.color, m_palette.plot, kTextContrast));
         add(label.place, label.name.empty() ? kMarkFont : kPlaceFont,
-            label.name.empty() ? m_palette.quietText : m_palette.text);
+            label.always ? m_palette.text : m_palette.quietText);
     }
 
     void DrawMeasure(CDPoint from, CDPoint to)
@@ -308,6 +326,7 @@ class ScenePainter
     const DiagramPalette& m_palette;
     COLORREF m_accent;
     std::vector<Label> m_labels;
+    std::vector<Box> m_taken; ///< by participants
 };
 
 } // namespace

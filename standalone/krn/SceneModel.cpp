@@ -65,7 +65,8 @@ SceneItem VehicleItem(const CRuvData& data, SceneKind kind, std::size_t index, C
     item.id.vehicle = index;
     item.type = vehicle.type;
     item.color = vehicle.color;
-    item.pose.name = NameOf(vehicle, index) + (kind == SceneKind::restPose ? ", Endlage" : ", Kollision");
+    item.pose.name = NameOf(vehicle, index);
+    item.what = kind == SceneKind::restPose ? "Endlage" : "Kollision";
     item.pose.participant = static_cast<std::int64_t>(index);
     item.pose.centred = true;
     item.pose.position = at;
@@ -84,8 +85,8 @@ SceneItem WaypointItem(const CRuvData& data, std::size_t index, std::size_t poin
     item.canTurn = false;
     item.pose.centred = true;
     item.pose.position = at;
-    item.pose.name = NameOf(data.KfzDat(index), index) +
-                     (point == kNewPoint ? ", Fahrlinie" : ", Punkt " + std::to_string(point + 1));
+    item.pose.name = NameOf(data.KfzDat(index), index);
+    item.what = point == kNewPoint ? "Fahrlinie" : "Punkt " + std::to_string(point + 1);
     return item;
 }
 
@@ -201,12 +202,15 @@ const SceneItem* Scene::Find(const SceneId& id) const
     return found == items.end() ? nullptr : &*found;
 }
 
-SceneBounds Scene::Bounds() const
+SceneBounds Scene::Bounds(bool all) const
 {
     SceneBounds bounds;
     for (const SceneItem& item : items)
-        for (const CDPoint& corner : CornersOf(item.pose))
-            bounds.Add(corner);
+        if (!item.IsPoint())
+            for (const CDPoint& corner : CornersOf(item.pose))
+                bounds.Add(corner);
+    if (!all && !bounds.empty)
+        return bounds;
     for (const SceneTrack& track : tracks) {
         for (const CDPoint& point : track.line)
             bounds.Add(point);

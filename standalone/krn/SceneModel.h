@@ -43,11 +43,13 @@ inline constexpr std::size_t kNewPoint = static_cast<std::size_t>(-1);
 struct SceneItem {
     SceneId id;
     CPlacedObject pose;                           ///< its place; lengths in cm, angle in degrees
+    std::string what;                             ///< what its name does not say, such as "Endlage"
     CKfzDaten::Type type = CKfzDaten::Type::none; ///< how it is drawn; none is a bare rectangle
     COLORREF color = 0;
     bool canTurn = true;
     bool canSize = false;
 
+    std::string FullName() const { return what.empty() ? pose.name : pose.name + ", " + what; }
     bool IsPoint() const { return id.kind == SceneKind::waypoint; }
 };
 
@@ -83,7 +85,8 @@ struct Scene {
     std::vector<SceneItem> items; ///< what is drawn later lies on top
 
     const SceneItem* Find(const SceneId& id) const;
-    SceneBounds Bounds() const;
+    /// Of what stands in the scene; `all` adds driving lines and trajectories.
+    SceneBounds Bounds(bool all) const;
 };
 
 Scene ReadScene(const CRuvData& data);
