@@ -39,4 +39,5 @@ if(TARGET tavelin-parts AND desktop_test_sources)
     ruv_add_tests(tavelin-tests "${desktop_test_sources}" "tavelin-parts;Qt6::Test"
         "${test_environment};QT_QPA_PLATFORM=offscreen")
     set_target_properties(tavelin-tests PROPERTIES AUTOMOC ON)
+    add_dependencies(tavelin-tests tavelin)
 endif()

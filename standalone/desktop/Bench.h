@@ -9,8 +9,9 @@ namespace desktop
 
 class MainWindow;
 
-/// Measures how long the program took to its first usable window (from `sinceStart`, begun in main) and how long masks
-/// take to open, painted; prints both with their limits. False when a limit is exceeded.
+/// Measures how long the program took to its first usable window (from `sinceStart`, begun in main), how long masks
+/// take to open, painted, and a full case to follow a change; prints all with their limits. False when a limit is
+/// exceeded. Replaces the case.
 bool RunBench(MainWindow& window, const QElapsedTimer& sinceStart);
 
 } // namespace desktop

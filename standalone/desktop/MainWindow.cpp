@@ -39,7 +39,7 @@ namespace
 {
 
 constexpr QSize kFirstSize(1760, 1000);
-constexpr int kRoomForAll = 1600; // beside narrower masks there is no room for a panel
+constexpr int kRoomForAll = 1600;  // beside narrower masks there is no room for a panel
 constexpr int kMessageTime = 6000; // ms
 
 } // namespace

@@ -7,22 +7,19 @@
 #include "desktop/MainWindow.h"
 #include "desktop/MaskArea.h"
 #include "desktop/MaskWindow.h"
+#include "desktop/ProtocolPages.h"
 #include "desktop/QtFrontEnd.h"
-#include "desktop/Theme.h"
 #include "framework/DialogPicture.h"
 #include "framework/DrawingExport.h"
 #include "framework/UiThread.h"
 #include "krn/AtomicFile.h"
 #include "krn/HelpPages.h"
-#include "krn/ProgramVersion.h"
 #include "krn/ProtocolHtml.h"
 #include "krn/ProtocolOdt.h"
 #include "krn/Sha256.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QAction>
 #include <QApplication>
-#include <QBuffer>
 #include <QClipboard>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -30,19 +27,10 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QPainter>
-#include <QPdfWriter>
+#include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QScreen>
-#include <QTextBlock>
-#include <QTextCursor>
-#include <QTextDocument>
-#include <QTextLayout>
-#include <QUrl>
 
-#include <algorithm>
-#include <cmath>
 #include <ctime>
 #include <memory>
 
@@ -51,116 +39,11 @@ namespace desktop
 namespace
 {
 
-constexpr double kPictureScale = 3.0;  // picture pixels per pixel of a diagram in documents
 constexpr double kClipboardUnit = 3.0; // pixels of a dialog unit in the picture on the clipboard
-constexpr int kResolution = 300;       // dots per inch of a PDF
-constexpr double kMargin = 20.0;       // mm
-constexpr double kFootHeight = 24.0;   // dots of the screen
-constexpr double kFootPoints = 7.5;
 
 QString FromUtf8(const std::string& text)
 {
     return QString::fromStdString(text);
-}
-
-/// The protocol as a text document with its pictures.
-std::unique_ptr<QTextDocument> Typeset(const krn::Protocol& protocol, double textWidth)
-{
-    auto document = std::make_unique<QTextDocument>();
-    QFont font = TextFont();
-    font.setPointSizeF(10.0);
-    document->setDefaultFont(font);
-    document->setMetaInformation(QTextDocument::DocumentTitle, FromUtf8(protocol.title));
-    std::string html = krn::ProtocolHtml(protocol, krn::HtmlPictures::named);
-    for (std::size_t i = 0; i < protocol.pictures.size(); ++i) {
-        const CDC& drawing = protocol.pictures[i].drawing;
-        const std::string name = "diagram-" + std::to_string(i);
-        const std::string png = framework::ToPng(drawing, kPictureScale);
-        document->addResource(QTextDocument::ImageResource, QUrl(FromUtf8(name)),
-                              QImage::fromData(QByteArray::fromStdString(png), "PNG"));
-        const std::string mark = "src=\"" + name + "\"";
-        const int width = static_cast<int>(std::min(drawing.Width(), textWidth));
-        html.replace(html.find(mark), mark.size(), mark + " width=\"" + std::to_string(width) + "\"");
-    }
-    document->setHtml(FromUtf8(html));
-    return document;
-}
-
-/// A heading at the foot of a page goes to the next one with what it stands for.
-void KeepHeadingsWithText(QTextDocument& document, double pageHeight)
-{
-    // A block may begin at the foot of a page and its first line on the next one.
-    const auto pageOf = [&](const QTextBlock& block) {
-        const double top = document.documentLayout()->blockBoundingRect(block).top();
-        const QTextLayout& layout = *block.layout();
-        return std::floor((top + (layout.lineCount() > 0 ? layout.lineAt(0).y() : 0.0)) / pageHeight);
-    };
-    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        const QTextBlock next = block.next();
-        if (block.blockFormat().headingLevel() == 0 || !next.isValid() || pageOf(block) == pageOf(next))
-            continue;
-        QTextBlockFormat format = block.blockFormat();
-        format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
-        QTextCursor(block).setBlockFormat(format);
-    }
-}
-
-/// Pages of the device's own size, with the page's number and `foot` below the text.
-void Print(const krn::Protocol& protocol, const QString& foot, QPagedPaintDevice& device)
-{
-    QPainter painter;
-    if (!painter.begin(&device))
-        return;
-    // The text document counts in dots of the screen.
-    const double scale = device.logicalDpiY() / QGuiApplication::primaryScreen()->logicalDotsPerInchY();
-    const double width = device.width() / scale;
-    const double height = device.height() / scale - kFootHeight;
-    const auto document = Typeset(protocol, width);
-    document->setDocumentMargin(0.0);
-    document->setPageSize(QSizeF(width, height));
-    KeepHeadingsWithText(*document, height);
-    QFont footFont = document->defaultFont();
-    footFont.setPointSizeF(kFootPoints);
-    const QRectF line(0.0, height * scale, device.width(), kFootHeight * scale);
-    for (int page = 0; page < document->pageCount(); ++page) {
-        if (page > 0)
-            device.newPage();
-        painter.save();
-        painter.scale(scale, scale);
-        painter.translate(0.0, -page * height);
-        document->drawContents(&painter, QRectF(0.0, page * height, width, height));
-        painter.restore();
-        painter.setFont(footFont);
-        painter.setPen(Qt::darkGray);
-        painter.drawText(line, Qt::AlignLeft | Qt::AlignBottom, foot);
-        painter.drawText(line, Qt::AlignRight | Qt::AlignBottom,
-                         QStringLiteral("Seite %1 von %2").arg(page + 1).arg(document->pageCount()));
-    }
-}
-
-QString FootOf(const krn::Protocol& protocol)
-{
-    for (const krn::ProtocolEntry& entry : protocol.origin)
-        if (entry.label == krn::kSha256Label)
-            return QStringLiteral("SHA-256 ") + FromUtf8(entry.value);
-    return {};
-}
-
-QByteArray Pdf(const krn::Protocol& protocol)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QPdfWriter writer(&buffer);
-    writer.setResolution(kResolution);
-    writer.setPageSize(QPageSize(QPageSize::A4));
-    writer.setPageMargins(QMarginsF(kMargin, kMargin, kMargin, kMargin), QPageLayout::Millimeter);
-    writer.setTitle(FromUtf8(protocol.title));
-    writer.setCreator(
-        QStringLiteral("%1 %2").arg(QLatin1String(krn::kProgramName), QLatin1String(krn::kProgramVersion)));
-    Print(protocol, FootOf(protocol), writer);
-    buffer.close();
-    return bytes;
 }
 
 } // namespace
@@ -222,7 +105,7 @@ QString MaskReport::Save(MaskWindow& mask, const QString& path)
     const QString ending = QFileInfo(path).suffix().toLower();
     std::string bytes;
     if (ending == QLatin1String("pdf"))
-        bytes = Pdf(protocol).toStdString();
+        bytes = ProtocolPdf(protocol).toStdString();
     else if (ending == QLatin1String("html") || ending == QLatin1String("htm"))
         bytes = krn::ProtocolHtml(protocol, krn::HtmlPictures::inlineSvg);
     else if (ending == QLatin1String("odt"))
@@ -232,11 +115,9 @@ QString MaskReport::Save(MaskWindow& mask, const QString& path)
     return FromUtf8(krn::WriteFileAtomically(path.toStdString(), bytes).Text());
 }
 
-void MaskReport::PrintOn(QPrinter& printer, MaskWindow& mask)
+QString MaskReport::PrintOn(QPrinter& printer, MaskWindow& mask)
 {
-    const krn::Protocol protocol = ProtocolOf(mask);
-    printer.setPageMargins(QMarginsF(kMargin, kMargin, kMargin, kMargin), QPageLayout::Millimeter);
-    Print(protocol, FootOf(protocol), printer);
+    return PrintProtocol(ProtocolOf(mask), printer);
 }
 
 QMimeData* MaskReport::ForClipboard(MaskWindow& mask)
@@ -270,9 +151,13 @@ void MaskReport::AskAndSave()
     connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
         dialog.setDefaultSuffix(filter.section(QStringLiteral("*."), 1).chopped(1));
     });
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    const QPointer<MaskWindow> still(mask);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty() || !still || mask->Dialog() == nullptr)
         return;
-    if (const QString why = Save(*mask, dialog.selectedFiles().front()); !why.isEmpty())
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const QString why = Save(*mask, dialog.selectedFiles().front());
+    QApplication::restoreOverrideCursor();
+    if (!why.isEmpty())
         QMessageBox::warning(&m_window, title, why);
 }
 
@@ -284,8 +169,14 @@ void MaskReport::AskAndPrint()
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(QStringLiteral("Protokoll %1").arg(mask->Number()));
     QPrintDialog dialog(&printer, &m_window);
-    if (dialog.exec() == QDialog::Accepted)
-        PrintOn(printer, *mask);
+    const QPointer<MaskWindow> still(mask);
+    if (dialog.exec() != QDialog::Accepted || !still || mask->Dialog() == nullptr)
+        return;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const QString why = PrintOn(printer, *mask);
+    QApplication::restoreOverrideCursor();
+    if (!why.isEmpty())
+        QMessageBox::warning(&m_window, QStringLiteral("Protokoll drucken"), why);
 }
 
 } // namespace desktop

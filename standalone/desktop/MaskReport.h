@@ -35,7 +35,8 @@ class MaskReport : public QObject
     krn::Protocol ProtocolOf(MaskWindow& mask);
     /// As PDF, HTML or OpenDocument by the ending (.pdf, .html, .odt); returns why it failed, in German, or nothing.
     QString Save(MaskWindow& mask, const QString& path);
-    void PrintOn(QPrinter& printer, MaskWindow& mask);
+    /// Returns why it failed, or nothing.
+    QString PrintOn(QPrinter& printer, MaskWindow& mask);
     /// Text, HTML table and picture of the mask at once. The caller owns it.
     QMimeData* ForClipboard(MaskWindow& mask);
 

@@ -83,7 +83,8 @@ PathTimeTable::PathTimeTable(CaseDocument& document, QWidget* parent)
     : QWidget(parent), m_document(document), m_model(new PathTimeModel(document, this)), m_view(new QTableView),
       m_vehicles(new QComboBox),
       m_insert(Button(QStringLiteral("Phase e&infügen"), QStringLiteral("Freie Spalte vor der gewählten"))),
-      m_remove(Button(QStringLiteral("Phase ent&fernen"), QStringLiteral("Gewählte Spalte entfernen"))), m_cell(new QWidget(m_view->viewport()))
+      m_remove(Button(QStringLiteral("Phase ent&fernen"), QStringLiteral("Gewählte Spalte entfernen"))),
+      m_cell(new QWidget(m_view->viewport()))
 {
     auto* bar = new QHBoxLayout;
     auto* label = new QLabel(QStringLiteral("Fahr&zeug"));

@@ -18,6 +18,7 @@
 #include <QElapsedTimer>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QLoggingCategory>
 #include <QTimer>
 #include <QTranslator>
 
@@ -38,8 +39,11 @@ bool HasDisplay()
 /// What Qt wants to know before the application object is made.
 void PrepareQt(const CommandLine& line)
 {
-    if (line.DrawsOnly() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (line.DrawsOnly()) {
+        if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false")); // of what a screen would have
+    }
     if (line.scale > 0.0)
         qputenv("QT_SCALE_FACTOR", QByteArray::number(line.scale));
     QApplication::setApplicationName(QStringLiteral("tavelin"));

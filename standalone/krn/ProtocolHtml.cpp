@@ -25,7 +25,7 @@ constexpr const char* kStyle =
     "td.group{font-weight:bold;padding-top:8px}"
     "td.small{font-size:8pt;color:#586070}"
     "pre{font-family:'Noto Sans "
-    "Mono',monospace;font-size:9pt;background-color:#f3f6fa;white-space:pre-wrap;margin-top:5px;"
+    "Mono',monospace;font-size:8pt;background-color:#f3f6fa;white-space:pre-wrap;margin-top:5px;"
     "margin-bottom:5px}"
     "p{margin-top:5px;margin-bottom:5px}"
     "svg,img{max-width:100%;height:auto}";
@@ -56,9 +56,18 @@ class Page
             if (!group.title.empty())
                 m_html += "<tr><td class=\"group\" colspan=\"3\">" + EscapeXml(group.title) + "</td></tr>\n";
             for (const ProtocolEntry& entry : group.entries)
-                m_html += "<tr><td>" + EscapeXml(entry.label) + "</td><td class=\"value\" align=\"right\">" +
-                          EscapeXml(entry.value) + "</td><td>" + EscapeXml(entry.unit) + "</td></tr>\n";
+                m_html += "<tr><td>" + EscapeXml(entry.label) + "</td>" + Value(entry) + "</tr>\n";
         }
+    }
+
+    /// The cells of a value and its unit; a sentence takes the room of both.
+    static std::string Value(const ProtocolEntry& entry)
+    {
+        constexpr std::size_t kLongestNumber = 24; // bytes
+        if (entry.unit.empty() && entry.value.size() > kLongestNumber)
+            return "<td colspan=\"2\">" + EscapeXml(entry.value) + "</td>";
+        return "<td class=\"value\" align=\"right\">" + EscapeXml(entry.value) + "</td><td>" + EscapeXml(entry.unit) +
+               "</td>";
     }
 
     /// Pairs of name and value without a head.

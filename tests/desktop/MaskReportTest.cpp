@@ -2,15 +2,21 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/MaskReport.h"
 
+#include "desktop/ProtocolPages.h"
+#include "framework/UserInput.h"
 #include "krn/CaseFile.h"
 #include "res/resource.h"
 #include "tests/desktop/DesktopFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QCryptographicHash>
 #include <QFile>
 #include <QImage>
 #include <QMimeData>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
 
 namespace
 {
@@ -57,6 +63,37 @@ TEST_F(MaskReportTest, WritesTheFormatsAndNamesTheCase)
     EXPECT_EQ(folder.Read("p.odt").substr(0, 4), "PK\x03\x04");
     EXPECT_NE(report.Save(mask, QString::fromStdString(folder.File("p.doc"))), "");
     EXPECT_NE(report.Save(mask, QString::fromStdString(folder.File("kein/p.pdf"))), "");
+}
+
+/// Whatever is the last line of a page: every text is laid out, below what stands before it, and no heading is alone.
+TEST_F(MaskReportTest, NoPageBreakLosesText)
+{
+    ASSERT_TRUE(document.Open(QStringLiteral(TAVELIN_SOURCE_DIR "/examples/fussgaenger.json")));
+    desktop::MaskWindow& mask = Open(487);
+    mask.Act([&] { framework::Click(Control(mask, IDC_RECHNEN)); });
+    const krn::Protocol protocol = report.ProtocolOf(mask);
+    ASSERT_FALSE(protocol.pictures.empty());
+    ASSERT_FALSE(protocol.formulas.empty());
+    for (const double height : {947.0, 899.5, 801.0, 702.25, 640.0}) {
+        const auto pages = desktop::ProtocolOnPages(protocol, QSizeF(642.0, height));
+        const auto pageOf = [&](const QTextBlock& block) {
+            const double top = pages->documentLayout()->blockBoundingRect(block).top() + block.layout()->lineAt(0).y();
+            return static_cast<int>((top + 0.5) / height);
+        };
+        EXPECT_GE(pages->pageCount(), 4);
+        int headings = 0;
+        for (QTextBlock block = pages->begin(); block.isValid(); block = block.next()) {
+            if (block.text().isEmpty())
+                continue;
+            const std::string text = block.text().toStdString();
+            ASSERT_GT(block.layout()->lineCount(), 0) << text;
+            if (block.blockFormat().headingLevel() == 0 || !block.next().isValid())
+                continue;
+            ++headings;
+            EXPECT_EQ(pageOf(block), pageOf(block.next())) << text << ", page of " << height;
+        }
+        EXPECT_GE(headings, 7);
+    }
 }
 
 TEST_F(MaskReportTest, KeepsTheMessagesOfAMaskButNoQuestions)

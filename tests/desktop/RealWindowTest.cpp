@@ -3,15 +3,13 @@
 //
 // The workstation in a real window of an X server, driven by real key presses: Xvfb and xdotool.
 #include "DesktopFixture.h"
+#include "XServer.h"
 
 #include "desktop/QuickOpener.h"
 #include "desktop/RefusalBubble.h"
 
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -35,20 +33,33 @@ class RealKeysTest : public test::DesktopTest
         Focus();
     }
 
-    /// One call of xdotool. The event loop runs meanwhile, also that of a dialog the keys open: see InModal.
+    /// Keys for the window that has the focus. What they do is waited for with Comes: they are still on their way.
     static void Do(const QStringList& commands)
     {
-        QProcess tool;
-        tool.start(QStringLiteral("xdotool"), commands);
-        ASSERT_TRUE(tool.waitForStarted());
-        EXPECT_TRUE(QTest::qWaitFor([&] { return tool.state() == QProcess::NotRunning; }, 20000));
-        EXPECT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
-        QTest::qWait(30);
+        bool failed = false;
+        test::Xdotool(commands, QProcessEnvironment::systemEnvironment(), &failed);
+        EXPECT_FALSE(failed) << commands.join(' ').toStdString();
     }
     static QStringList Text(const QString& text) { return {"type", "--args", "1", "--", text}; }
     /// No window manager gives the focus back when a dialog has closed.
-    void Focus() { Do({"windowfocus", "--sync", QString::number(window.winId())}); }
-    static bool Comes(const std::function<bool()>& condition) { return QTest::qWaitFor(condition, 5000); }
+    void Focus()
+    {
+        Do({"windowfocus", "--sync", QString::number(window.winId())});
+        EXPECT_TRUE(Comes([&] { return window.isActiveWindow(); }));
+    }
+    /// Opens a modal window by keys, answers it, and waits until it has closed.
+    void Answer(const QStringList& opening, const QStringList& answer)
+    {
+        bool answered = false;
+        InModal([&](QWidget&) {
+            Do(answer);
+            answered = true;
+        });
+        Do(opening);
+        EXPECT_TRUE(Comes([&] { return answered && QApplication::activeModalWidget() == nullptr; }));
+        Focus();
+    }
+    static bool Comes(const std::function<bool()>& condition) { return test::Comes(condition); }
     std::string Shown(UINT id) const { return DesktopTest::Text(*Mask(), id); }
     desktop::MaskWindow* Mask() const { return window.Masks().Active(); }
 };
@@ -70,15 +81,10 @@ TEST_F(RealKeysTest, AMaskIsOpenedFilledReadAndCleared)
     Do({"key", "alt+r"});
     EXPECT_TRUE(Comes([&] { return Shown(kResult) == "7,35"; })) << Shown(kResult);
 
-    InModal([](QWidget&) { Do({"key", "n"}); });
-    Do({"key", "alt+l"});
-    Focus();
-    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    Answer({"key", "alt+l"}, {"key", "n"});
     EXPECT_EQ(Shown(kFriction), "0,80");
     EXPECT_EQ(Shown(kResult), "7,35");
-    InModal([](QWidget&) { Do({"key", "j"}); });
-    Do({"key", "alt+l"});
-    Focus();
+    Answer({"key", "alt+l"}, {"key", "j"});
     EXPECT_TRUE(Comes([&] { return Shown(kFriction) == "0,00"; }));
     EXPECT_EQ(Shown(kResult), "0,00");
 
@@ -88,8 +94,8 @@ TEST_F(RealKeysTest, AMaskIsOpenedFilledReadAndCleared)
     EXPECT_TRUE(Comes([&] { return Mask()->Refusal() != nullptr && Mask()->Refusal()->isVisible(); }));
     EXPECT_EQ(QApplication::focusWidget(), &Widget(*Mask(), kFriction));
     Do({"key", "Up"});
+    EXPECT_TRUE(Comes([&] { return Shown(kFriction) == "0,01"; }));
     EXPECT_EQ(Mask()->Refusal(), nullptr);
-    EXPECT_EQ(Shown(kFriction), "0,01");
     Do({"key", "Escape"});
     EXPECT_TRUE(Comes([&] { return thread.Dialogs().empty(); }));
 }
@@ -98,17 +104,11 @@ TEST_F(RealKeysTest, ACaseIsSavedAndOpenedAgain)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath("fall.json");
-    const auto answer = [&](QWidget&) {
-        Do({"key", "ctrl+a"});
-        Do(Text(path));
-        Do({"key", "Return"});
-    };
+    const QStringList answer = QStringList{"key", "ctrl+a"} + Text(path) + QStringList{"key", "Return"};
     document.Data().KfzDat(0).mass = 1234.5;
     document.Commit("Masse");
     ASSERT_TRUE(document.IsModified());
-    InModal(answer);
-    Do({"key", "ctrl+s"});
-    Focus();
+    Answer({"key", "ctrl+s"}, answer);
     ASSERT_TRUE(Comes([&] { return !document.IsModified(); })) << document.Error().toStdString();
     EXPECT_EQ(document.Path(), path);
     EXPECT_TRUE(QFileInfo::exists(path));
@@ -116,52 +116,34 @@ TEST_F(RealKeysTest, ACaseIsSavedAndOpenedAgain)
     Do({"key", "ctrl+n"});
     EXPECT_TRUE(Comes([&] { return document.Path().isEmpty(); }));
     EXPECT_NE(document.Data().KfzDat(0).mass, 1234.5);
-    InModal(answer);
-    Do({"key", "ctrl+o"});
-    Focus();
+    Answer({"key", "ctrl+o"}, answer);
     EXPECT_TRUE(Comes([&] { return document.Path() == path; }));
     EXPECT_EQ(document.Data().KfzDat(0).mass, 1234.5);
     document.Data().KfzDat(0).mass = 1300.0;
     document.Commit("Masse");
     Do({"key", "ctrl+z"});
-    EXPECT_EQ(document.Data().KfzDat(0).mass, 1234.5);
+    EXPECT_TRUE(Comes([&] { return document.Data().KfzDat(0).mass == 1234.5; }));
     Do({"key", "ctrl+y"});
-    EXPECT_EQ(document.Data().KfzDat(0).mass, 1300.0);
+    EXPECT_TRUE(Comes([&] { return document.Data().KfzDat(0).mass == 1300.0; }));
 }
 
 /// Starts this program again on an X server of its own.
 TEST(RealWindowTest, KeysOfARealKeyboard)
 {
-    const QString server = QStandardPaths::findExecutable("Xvfb");
-    if (server.isEmpty() || QStandardPaths::findExecutable("xdotool").isEmpty())
+    if (!test::XServer::IsInstalled())
         GTEST_SKIP() << "Xvfb or xdotool is not installed";
-    QProcess x;
-    x.setStandardErrorFile(QProcess::nullDevice());
-    x.start(server, {"-displayfd", "1", "-screen", "0", "1920x1200x24", "-nolisten", "tcp"});
-    ASSERT_TRUE(x.waitForStarted());
-    QByteArray display;
-    QElapsedTimer clock;
-    clock.start();
-    while (!display.contains('\n') && clock.elapsed() < 20000) {
-        x.waitForReadyRead(200);
-        display += x.readAllStandardOutput();
-    }
-    ASSERT_TRUE(display.contains('\n')) << "Xvfb does not start";
-
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("DISPLAY", ":" + QString::fromLatin1(display.trimmed()));
-    environment.insert("QT_QPA_PLATFORM", "xcb");
+    const test::XServer server;
+    ASSERT_TRUE(server.IsRunning()) << "Xvfb does not start";
+    QProcessEnvironment environment = server.Environment();
     environment.insert(kMark, "1");
     QProcess inner;
     inner.setProcessEnvironment(environment);
     inner.setProcessChannelMode(QProcess::MergedChannels);
     inner.start(QCoreApplication::applicationFilePath(), {"--gtest_filter=RealKeysTest.*"});
-    const bool finished = inner.waitForFinished(120000);
+    const bool finished = inner.waitForFinished(4 * test::kDeadline);
     const std::string output = inner.readAll().toStdString();
     if (!finished)
         inner.kill();
-    x.terminate();
-    x.waitForFinished(5000);
     EXPECT_TRUE(finished);
     EXPECT_EQ(inner.exitCode(), 0) << output;
     EXPECT_NE(output.find("[  PASSED  ] 2 tests."), std::string::npos) << output;
