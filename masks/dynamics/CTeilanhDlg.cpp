@@ -186,8 +186,12 @@ LRESULT CTeilanhDlg::OnEditChanged(WPARAM controlId, LPARAM)
 void CTeilanhDlg::IncValue(int)
 {
     m_geaendert = true;
-    if (m_dat.berechnet != 0 && m_dat.Pruefe().Bestanden())
-        ZeigeAusgang(m_dat.Rechnen());
+    if (m_dat.berechnet != 0) {
+        if (m_dat.Pruefe().Bestanden())
+            ZeigeAusgang(m_dat.Rechnen());
+        else
+            ZeigeHinweis(IDS_TEILANH_OHNE_VERZOEGERUNG);
+    }
     PostMessage(WM_RUV_UPDATEDIALOG);
 }
 

@@ -196,6 +196,13 @@ TEST_F(TeilanhTest, SpinnerOnlyCalculates)
     EXPECT_NE(Hint(mask), "") << "accelerating to a stop takes negative time";
     StepOnce(mask, kAB, +1);
     EXPECT_EQ(Hint(mask), "");
+    Enter(mask, kAB, "0,1");
+    StepOnce(mask, kAB, -1);
+    ASSERT_EQ(Value(mask, kAB), 0.0);
+    EXPECT_NE(Hint(mask), "") << "the results are those of another deceleration";
+    EXPECT_EQ(FieldValue(mask, "ergebnis"), 0);
+    StepOnce(mask, kAB, +1);
+    EXPECT_EQ(Hint(mask), "");
     EXPECT_TRUE(front.messages.empty());
 
     // A step into what has no solution says so beside the fields, and the next one leaves it again.
