@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/CKfzDaten.h"
+#include "host/CSzenenBild.h"
 #include "host/CUBEParameter.h"
 #include "host/CWegZeitDat.h"
 #include "host/HostTypes.h"
@@ -51,6 +52,10 @@ class CRuvData
 
     bool IsFzgValid(std::int64_t vehicle) const;
 
+    /// Pictures under the scene, the first one lowest.
+    std::vector<CSzenenBild>& Bilder() { return m_bilder; }
+    const std::vector<CSzenenBild>& Bilder() const { return m_bilder; }
+
     std::string& Title() { return m_title; }
     const std::string& Title() const { return m_title; }
 
@@ -73,5 +78,6 @@ class CRuvData
     std::array<CWegZeitRechDat, kFahrzeuge> m_wegZeit{};
     std::array<CUBEParameter, kFahrzeuge> m_parameter{};
     std::map<UINT, CMaskenWerte> m_maskenWerte;
+    std::vector<CSzenenBild> m_bilder;
     std::string m_title;
 };

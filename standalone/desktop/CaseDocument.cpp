@@ -230,7 +230,7 @@ bool CaseDocument::Open(const QString& path)
         return false;
     }
     m_warnings.clear();
-    if (content.unknown && content.unknown->minorVersion > 0)
+    if (content.unknown && content.unknown->minorVersion > krn::kCaseMinorVersion)
         m_warnings.append(QStringLiteral("Die Datei stammt von einer neueren Programmversion. Was diese Version "
                                          "nicht kennt, bleibt beim Speichern erhalten."));
     krn::ReplaceCaseAndTell(*m_data, std::move(content));

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/CRuvData.h"
+#include "krn/CaseFile.h"
 #include "krn/JsonValue.h"
 #include "krn/PhaseMotion.h"
 
@@ -18,7 +19,9 @@ namespace krn::case_file
 
 inline constexpr std::string_view kFormat = "tavelin-case";
 inline constexpr int kMajor = 1;
-inline constexpr int kMinor = 0;
+inline constexpr int kMinor = kCaseMinorVersion;
+/// The first version that knows the scene. A case without one is written as the version before.
+inline constexpr int kSceneMinor = 1;
 
 /// A number that belongs to a vehicle or phase. One that is not `always` written is left out at its default.
 template <class T> struct NumberField {
@@ -79,7 +82,7 @@ inline constexpr std::int64_t kLargestMode = 99;
 inline constexpr std::int64_t kLargestFlag = 63;
 inline constexpr std::int64_t kLargestMask = 65535;
 
-inline constexpr std::string_view kRootNames[] = {"format", "version", "title", "vehicles", "masks"};
+inline constexpr std::string_view kRootNames[] = {"format", "version", "title", "vehicles", "masks", "scene"};
 inline constexpr std::string_view kParameterNames[] = {"modified", "updateFlags"};
 inline constexpr std::string_view kPathTimeNames[] = {"selected", "mode",      "phases",
                                                       "lineMode", "restPoint", "restHeading"};

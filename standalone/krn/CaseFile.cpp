@@ -95,6 +95,7 @@ void ReplaceCase(CRuvData& data, CRuvData&& content)
     for (const auto& entry : content.AlleMaskenWerte()) {
         data.MaskenWerte(entry.first) = std::move(content.MaskenWerte(entry.first));
     }
+    data.Bilder() = std::move(content.Bilder());
     data.Title() = std::move(content.Title());
     data.unknown = std::move(content.unknown);
 }

@@ -14,6 +14,9 @@ class CRuvData;
 namespace krn
 {
 
+/// Of the format's version 1 that this program knows in full.
+inline constexpr int kCaseMinorVersion = 1;
+
 enum class CaseOutcome {
     ok,
     notReadable,  ///< the file system says why

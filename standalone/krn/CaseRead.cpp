@@ -3,6 +3,7 @@
 #include "host/CRuvData.h"
 #include "krn/CaseFields.h"
 #include "krn/CaseFile.h"
+#include "krn/CasePictures.h"
 #include "krn/CaseUnknown.h"
 #include "krn/JsonFields.h"
 
@@ -77,7 +78,8 @@ class Reader
             return false;
         }
         const JsonValue* masks = Find(root, "masks");
-        return !masks || ReadMasks(*masks);
+        const JsonValue* scene = Find(root, "scene");
+        return (!masks || ReadMasks(*masks)) && (!scene || ReadScene(*scene));
     }
 
   private:
@@ -330,6 +332,18 @@ class Reader
             points.push_back(point);
         }
         return true;
+    }
+
+    bool ReadScene(const JsonValue& value)
+    {
+        const auto* scene = value.As<Object>();
+        if (!scene) {
+            return Refuse("/scene", "ist kein Objekt");
+        }
+        m_data.unknown->scene = OtherMembers(*scene, kSceneNames);
+        const JsonValue* pictures = Find(*scene, "pictures");
+        Fault fault = pictures ? ReadPictures(*pictures, "/scene/pictures", m_data.Bilder()) : Fault{};
+        return fault.reason.empty() || Refuse(std::move(fault.pointer), std::move(fault.reason));
     }
 
     bool ReadMasks(const JsonValue& value)

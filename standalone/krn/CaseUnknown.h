@@ -12,6 +12,7 @@
 struct CRuvData::Unknown {
     int minorVersion = 0; ///< of the file, when newer than this program's
     krn::JsonValue::Object root;
+    krn::JsonValue::Object scene;
     struct Vehicle {
         krn::JsonValue::Object vehicle;
         krn::JsonValue::Object parameters;

@@ -3,6 +3,7 @@
 #include "host/CRuvData.h"
 #include "krn/CaseFields.h"
 #include "krn/CaseFile.h"
+#include "krn/CasePictures.h"
 #include "krn/CaseUnknown.h"
 #include "krn/JsonFields.h"
 
@@ -37,7 +38,8 @@ class Writer
 
     Object Case()
     {
-        const int minor = m_data.unknown ? std::max(kMinor, m_data.unknown->minorVersion) : kMinor;
+        const int needed = m_data.Bilder().empty() ? 0 : kSceneMinor;
+        const int minor = m_data.unknown ? std::max(needed, m_data.unknown->minorVersion) : needed;
         Object root;
         Put(root, "format", std::string(kFormat));
         Put(root, "version", std::to_string(kMajor) + "." + std::to_string(minor));
@@ -60,6 +62,9 @@ class Writer
         if (!masks.empty()) {
             Put(root, "masks", std::move(masks));
         }
+        if (Object scene = Scene(); !scene.empty()) {
+            Put(root, "scene", std::move(scene));
+        }
         if (m_data.unknown) {
             Append(root, m_data.unknown->root);
         }
@@ -72,7 +77,21 @@ class Writer
         object.push_back({std::string(name), std::move(value)});
     }
 
-    void Check(bool sound, const std::string& at, const char* why)
+    Object Scene()
+    {
+        Object scene;
+        if (!m_data.Bilder().empty()) {
+            Fault fault;
+            Put(scene, "pictures", PicturesToJson(m_data.Bilder(), "/scene/pictures", fault));
+            Check(fault.reason.empty(), fault.pointer, fault.reason);
+        }
+        if (m_data.unknown) {
+            Append(scene, m_data.unknown->scene);
+        }
+        return scene;
+    }
+
+    void Check(bool sound, const std::string& at, const std::string& why)
     {
         if (!sound && reason.empty()) {
             pointer = at;
