@@ -220,7 +220,6 @@ void CSchrankenverfahrenDlg::OnRechnen()
     m_veraltet = false;
     m_exportiert = false;
     m_dat.Speichern();
-    RuvData().NotifyMaskenWerte();
     UpdateDialog();
     OnPaint();
 }
@@ -466,6 +465,5 @@ void CSchrankenverfahrenDlg::OK()
     for (const auto& seite : m_seiten)
         seite->ReadData();
     m_dat.Speichern();
-    RuvData().NotifyMaskenWerte();
     OnOK();
 }

@@ -196,6 +196,7 @@ void CSchrankenverfahrenDat::Speichern()
     CMaskenWerte& werte = m_data.MaskenWerte(kMaske);
     Uebertrage(*this, Ablage(werte, false));
     m_abgelegt = werte;
+    m_data.NotifyMaskenWerte();
 }
 
 void CSchrankenverfahrenDat::Laden()

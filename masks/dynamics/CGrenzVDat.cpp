@@ -66,6 +66,7 @@ void CGrenzVDat::Merke()
 {
     m_data.MaskenWerte(IDD_KURVENGRENZGESCHWINDIGKEIT)[kKurvenwerte] = {
         reibungsbeiwert, quergefaelleGrad, kurvenradius, sehne, hoehe, schraeglage};
+    m_data.NotifyMaskenWerte();
 }
 
 void CGrenzVDat::Loeschen()

@@ -70,6 +70,7 @@ void CVkonstDat::Merke()
 {
     CMaskenWerte& werte = m_data.MaskenWerte(IDD_KONSTANTE_GESCHWINDIGKEIT);
     FuerAlleReihen(*this, [&](const char* name, const auto& reihe) { werte[name].assign(reihe.begin(), reihe.end()); });
+    m_data.NotifyMaskenWerte();
 }
 
 void CVkonstDat::Loeschen()

@@ -281,4 +281,15 @@ TEST_F(Mask400Test, UnitsAndDecimalSignFollowTheSettings)
     EXPECT_EQ(Text(imperial, kResult), "25.75") << "0.8 · 9.81 m/s² / 0.3048 m/ft";
 }
 
+TEST_F(Mask400Test, WhatAMaskKeepsIsAStepAtOnce)
+{
+    Open(468);
+    EXPECT_FALSE(document.IsModified());
+    Press(Qt::Key_Return); // "Rechnen"
+    EXPECT_TRUE(document.IsModified());
+    EXPECT_FALSE(document.Data().MaskenWerte(468).empty());
+    document.Undo();
+    EXPECT_TRUE(document.Data().MaskenWerte(468).empty());
+}
+
 } // namespace
