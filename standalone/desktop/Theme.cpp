@@ -25,6 +25,8 @@ constexpr const char* kSignsFamily = "Noto Sans Math"; // for what the other doe
 // In dark drawings white becomes the darkest and black the lightest shade.
 constexpr float kDarkest = 0.13F;
 constexpr float kLightest = 0.93F;
+constexpr float kPastel = 0.6F;
+constexpr double kBright = 0.5;
 constexpr float kTint = 0.07F;
 
 const SchemeColors& LightColors()
@@ -192,6 +194,17 @@ COLORREF ToColorRef(const QColor& color)
                static_cast<unsigned>(color.blue()));
 }
 
+namespace
+{
+
+/// 0..1, weighted as the eye does.
+double Brightness(const QColor& color)
+{
+    return 0.2126 * color.redF() + 0.7152 * color.greenF() + 0.0722 * color.blueF();
+}
+
+} // namespace
+
 QColor OnScreen(COLORREF color)
 {
     const QColor paper = FromColorRef(color);
@@ -207,6 +220,9 @@ QColor OnScreen(COLORREF color)
     float saturation = 0.0F;
     float lightness = 0.0F;
     paper.getHslF(&hue, &saturation, &lightness);
+    // A full colour that is bright enough means the same on dark ground: the area of a diagram stays its green.
+    if (lightness < kPastel && Brightness(paper) > kBright)
+        return paper;
     return QColor::fromHslF(std::max(hue, 0.0F), saturation, kLightest - (kLightest - kDarkest) * lightness);
 }
 
