@@ -5,6 +5,7 @@
 #include "desktop/CaseDocument.h"
 #include "desktop/MainWindow.h"
 #include "desktop/MaskArea.h"
+#include "desktop/SceneBench.h"
 #include "frame/MaskTable.h"
 
 #include <QApplication>
@@ -132,7 +133,7 @@ bool RunBench(MainWindow& window, const QElapsedTimer& sinceStart)
             },
             kPaintLimit);
     }
-    return good;
+    return RunSceneBench(window) && good;
 }
 
 } // namespace desktop

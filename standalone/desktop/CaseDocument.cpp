@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/CaseDocument.h"
 
+#include "desktop/ScenePictures.h"
 #include "krn/CaseHistory.h"
 #include "krn/CaseUnknown.h"
 #include "krn/Journal.h"
@@ -252,6 +253,9 @@ bool CaseDocument::SaveAs(const QString& path)
 {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     m_parts->stepOpen = false;
+    // Pictures are named relative to the case's file.
+    for (CSzenenBild& picture : m_data->Bilder())
+        picture.datei = PictureName(PicturePath(picture.datei, m_path), absolute);
     Commit(QStringLiteral("Änderung"));
     if (const krn::CaseResult written = krn::SaveCase(absolute.toStdString(), *m_data); !written) {
         m_error = FromUtf8(written.Text());

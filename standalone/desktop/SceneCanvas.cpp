@@ -215,6 +215,7 @@ void SceneCanvas::EndTools()
     m_measuring = false;
     m_measureOpen = false;
     m_measured.reset();
+    m_measuredPicture.reset();
     setCursor(Qt::ArrowCursor);
     if (std::exchange(m_request, std::nullopt))
         krn::EndPlacing(m_document.Data());
@@ -232,6 +233,25 @@ void SceneCanvas::SetMeasuring(bool on)
     emit toolChanged();
 }
 
+void SceneCanvas::MeasurePicture(std::size_t picture)
+{
+    SetMeasuring(false);
+    SetMeasuring(true);
+    m_measuredPicture = picture;
+    emit toolChanged();
+}
+
+void SceneCanvas::EndMeasure()
+{
+    m_measureOpen = false;
+    if (!m_measuredPicture)
+        return;
+    const std::size_t picture = *m_measuredPicture;
+    const auto [from, to] = *m_measured;
+    emit pictureMeasured(picture, from, to);
+    EndTools();
+}
+
 void SceneCanvas::SetGrid(bool on)
 {
     m_grid = on;
@@ -244,17 +264,27 @@ QString SceneCanvas::Prompt() const
         return m_hangingPrompt;
     if (m_request)
         return m_request->prompt + QStringLiteral(" Ziehen berichtigt; Enter oder Rechtsklick beendet.");
+    if (m_measuredPicture)
+        return QStringLiteral("Maßstab: zwei Punkte anklicken, deren Abstand bekannt ist. Esc bricht ab.");
     if (m_measuring)
         return QStringLiteral("Strecke messen: Anfang und Ende anklicken, Esc beendet.");
     return {};
 }
 
-krn::SceneDrawingOptions SceneCanvas::Options(Ground ground)
+krn::SceneDrawingOptions SceneCanvas::Options(Ground ground, const krn::SceneCamera& camera)
 {
+    constexpr double kPaperSharpness = 3.0; // pixels of a picture per pixel of the drawing
     krn::SceneDrawingOptions options;
     options.palette = PaletteFor(ground);
     options.grid = m_grid;
     options.measured = m_measured;
+    for (const CSzenenBild& picture : m_document.Data().Bilder()) {
+        if (!picture.sichtbar)
+            continue;
+        const double pixels = static_cast<double>(picture.breite) * picture.meterProPixel * camera.pixelsPerMetre;
+        const double sharp = ground == Ground::paper ? kPaperSharpness : devicePixelRatioF();
+        options.layers.push_back(m_pictures.Layer(picture, m_document.Path(), sharp * pixels));
+    }
     if (ground == Ground::paper) {
         options.title = m_document.Data().Title();
         return options;
@@ -274,7 +304,7 @@ CDC SceneCanvas::ForPaper()
     if (m_fits)
         Fit(false);
     krn::SceneCamera camera = m_camera.For(drawing.Width(), drawing.Height());
-    krn::DrawScene(drawing, camera, Scene(), Options(Ground::paper));
+    krn::DrawScene(drawing, camera, Scene(), Options(Ground::paper, camera));
     return drawing;
 }
 
@@ -284,7 +314,7 @@ void SceneCanvas::paintEvent(QPaintEvent*)
         Fit(false);
     CDC drawing(width(), height());
     const krn::Scene& scene = Scene();
-    krn::DrawScene(drawing, m_camera, scene, Options(Ground::screen));
+    krn::DrawScene(drawing, m_camera, scene, Options(Ground::screen, m_camera));
     QPainter painter(this);
     Replay(drawing, painter);
     PaintCursorPlace(painter);

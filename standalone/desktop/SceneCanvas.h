@@ -5,6 +5,7 @@
 #pragma once
 
 #include "desktop/DiagramView.h"
+#include "desktop/ScenePictures.h"
 #include "krn/SceneDrawing.h"
 #include "krn/SceneEditing.h"
 
@@ -54,6 +55,8 @@ class SceneCanvas : public QWidget
     void EndTools();
     void SetMeasuring(bool on);
     bool IsMeasuring() const { return m_measuring; }
+    /// Lets the user click two points of a picture; pictureMeasured tells them.
+    void MeasurePicture(std::size_t picture);
     void SetGrid(bool on);
     bool HasGrid() const { return m_grid; }
 
@@ -77,6 +80,8 @@ class SceneCanvas : public QWidget
     void toolChanged();
     /// A mask asks for the place of an object.
     void placingWanted();
+    /// Two points of a picture were clicked, cm.
+    void pictureMeasured(std::size_t picture, CDPoint from, CDPoint to);
     void menuWanted(QPoint global, CDPoint at);
 
   protected:
@@ -115,13 +120,15 @@ class SceneCanvas : public QWidget
     void ChooseCursor(CDPoint pixel);
     void ShowPrompt();
     void PaintCursorPlace(QPainter& painter);
-    krn::SceneDrawingOptions Options(Ground ground);
+    void EndMeasure();
+    krn::SceneDrawingOptions Options(Ground ground, const krn::SceneCamera& camera);
 
     CaseDocument& m_document;
     krn::Scene m_scene;
     bool m_stale = true; ///< of m_scene
     bool m_fits = true;  ///< nothing was shifted or zoomed yet: what stands in the scene is kept in view
     krn::SceneCamera m_camera;
+    ScenePictures m_pictures;
     std::optional<krn::SceneId> m_selected;
     bool m_grid = true;
 
@@ -145,6 +152,7 @@ class SceneCanvas : public QWidget
     bool m_measuring = false;
     bool m_measureOpen = false; ///< the second point follows the cursor
     std::optional<std::pair<CDPoint, CDPoint>> m_measured;
+    std::optional<std::size_t> m_measuredPicture; ///< that is to be scaled
 };
 
 } // namespace desktop

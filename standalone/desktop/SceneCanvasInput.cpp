@@ -80,10 +80,12 @@ void SceneCanvas::mousePressEvent(QMouseEvent* event)
     }
     const CDPoint at = m_camera.ToScene(pixel);
     if (m_measuring) {
-        if (std::exchange(m_measureOpen, !m_measureOpen))
+        if (std::exchange(m_measureOpen, !m_measureOpen)) {
             m_measured->second = at;
-        else
+            EndMeasure();
+        } else {
             m_measured = {at, at};
+        }
         update();
         return;
     }
@@ -217,7 +219,7 @@ void SceneCanvas::mouseReleaseEvent(QMouseEvent* event)
         PlaceHanging(item);
         EndStep(item);
     } else if (m_measuring && m_measureOpen && Distance(m_pressed, pixel) >= kDragStart) {
-        m_measureOpen = false;
+        EndMeasure();
     } else if (m_drag) {
         Drop();
     }
@@ -293,7 +295,7 @@ void SceneCanvas::focusOutEvent(QFocusEvent* event)
 bool SceneCanvas::MoveByKey(const QKeyEvent& event)
 {
     const krn::SceneItem* selected = Selected();
-    if (selected == nullptr)
+    if (selected == nullptr || selected->locked)
         return false;
     const double step = StepFor(event.modifiers(), 10.0, 1.0, 100.0); // cm
     const double turn = StepFor(event.modifiers(), 1.0, 0.1, 5.0);    // degrees

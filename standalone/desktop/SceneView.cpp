@@ -45,6 +45,7 @@ SceneView::SceneView(CaseDocument& document, QWidget* parent)
     connect(m_canvas, &SceneCanvas::toolChanged, this, &SceneView::ShowTool);
     connect(m_canvas, &SceneCanvas::menuWanted, this, &SceneView::ShowMenu);
     connect(m_canvas, &SceneCanvas::placingWanted, this, &SceneView::wanted);
+    connect(m_canvas, &SceneCanvas::pictureMeasured, this, &SceneView::AskForDistance);
     connect(m_bar, &SceneBar::entered, this, &SceneView::TakeNumbers);
 }
 
@@ -80,13 +81,21 @@ QToolBar* SceneView::BuildTools()
     vehicles->setIcon(Icon("car"));
     vehicles->setText(QStringLiteral("Fahrzeug"));
     vehicles->setToolTip(QStringLiteral("Ein Fahrzeug in die Szene setzen"));
-    vehicles->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    connect(vehicles, &QToolButton::clicked, this, [this, vehicles] {
-        QMenu menu(vehicles);
-        FillVehicleMenu(menu);
-        menu.exec(vehicles->mapToGlobal(QPoint(0, vehicles->height())));
-    });
-    tools->addWidget(vehicles);
+    auto* pictures = new QToolButton;
+    pictures->setIcon(Icon("picture"));
+    pictures->setText(QStringLiteral("Unterlage"));
+    pictures->setToolTip(QStringLiteral("Luftbild oder Skizze unter die Szene legen"));
+    const auto opens = [this, tools](QToolButton* button, void (SceneView::*fill)(QMenu&)) {
+        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+        connect(button, &QToolButton::clicked, this, [this, button, fill] {
+            QMenu menu(button);
+            (this->*fill)(menu);
+            menu.exec(button->mapToGlobal(QPoint(0, button->height())));
+        });
+        tools->addWidget(button);
+    };
+    opens(vehicles, &SceneView::FillVehicleMenu);
+    opens(pictures, &SceneView::FillPictureMenu);
     return tools;
 }
 
@@ -147,6 +156,7 @@ void SceneView::ShowMenu(QPoint global, CDPoint at)
     QMenu menu(this);
     AddItemActions(menu, at);
     FillVehicleMenu(*menu.addMenu(Icon("car"), QStringLiteral("&Fahrzeug in die Szene")));
+    FillPictureMenu(*menu.addMenu(Icon("picture"), QStringLiteral("&Unterlage")));
     menu.addActions({m_measure, m_grid});
     menu.addAction(Icon("fit"), QStringLiteral("&Alles zeigen"), m_canvas, &SceneCanvas::Fit);
     menu.addSeparator();

@@ -9,6 +9,9 @@
 
 #include <QWidget>
 
+#include <functional>
+
+struct CSzenenBild;
 class QMenu;
 class QToolBar;
 
@@ -33,6 +36,11 @@ class SceneView : public QWidget
     /// Lets a vehicle, or the next point of its driving line, hang at the cursor.
     void HangVehicle(std::size_t vehicle, krn::SceneKind kind);
 
+    /// Lays a PNG or JPEG file under the scene; returns why it cannot, in German, or nothing.
+    QString AddPicture(const QString& path);
+    /// Scales a picture so that two of its points are `metres` apart; the first one stays, and the picture is locked.
+    void ScalePicture(std::size_t picture, CDPoint from, CDPoint to, double metres);
+
   public slots:
     /// Units, decimal sign or colours changed.
     void ShowSettings();
@@ -46,6 +54,11 @@ class SceneView : public QWidget
     void FillVehicleMenu(QMenu& menu);
     void ShowMenu(QPoint global, CDPoint at);
     void AddItemActions(QMenu& menu, CDPoint at);
+    void FillPictureMenu(QMenu& menu);
+    void ChoosePicture();
+    void AskForDistance(std::size_t picture, CDPoint from, CDPoint to);
+    /// Changes a picture: one step that can be undone.
+    void ChangePicture(std::size_t picture, const QString& what, const std::function<void(CSzenenBild&)>& change);
     void ShowSelection();
     void ShowTool();
     void TakeNumbers(const krn::SceneItem& item);

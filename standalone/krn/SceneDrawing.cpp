@@ -67,6 +67,8 @@ class ScenePainter
         m_dc.SelectPen({PenStyle::none});
         m_dc.SelectBrush({true, m_palette.plot});
         m_dc.Rectangle(0.0, 0.0, m_dc.Width(), m_dc.Height());
+        for (const SceneLayer& layer : m_options.layers)
+            DrawLayer(layer);
         if (m_options.grid)
             DrawSceneGrid(m_dc, m_camera, m_palette);
         for (const SceneTrack& track : m_scene.tracks)
@@ -103,6 +105,30 @@ class ScenePainter
             return;
         m_dc.SelectPen(pen);
         m_dc.Polyline(Pixels(points));
+    }
+
+    void DrawLayer(const SceneLayer& layer)
+    {
+        const CSzenenBild& picture = layer.picture;
+        const CDPoint across = CDPoint{std::cos(picture.winkel), -std::sin(picture.winkel)} *
+                               m_camera.Pixels(static_cast<double>(picture.breite) * picture.meterProPixel * kCmProM);
+        const CDPoint down = CDPoint{std::sin(picture.winkel), std::cos(picture.winkel)} *
+                             m_camera.Pixels(static_cast<double>(picture.hoehe) * picture.meterProPixel * kCmProM);
+        const CDPoint centre = m_camera.ToPixel(picture.mitte);
+        const CDPoint corner = centre - (across + down) * 0.5;
+        if (layer.bitmap != nullptr)
+            m_dc.Picture(corner, across, down, picture.deckkraft, layer.bitmap);
+        if (layer.trouble.empty())
+            return;
+        m_dc.SelectPen({PenStyle::dash, 1.5, m_palette.quietText});
+        m_dc.SelectBrush({false});
+        m_dc.Polygon({corner, corner + across, corner + across + down, corner + down});
+        const Label label{picture.datei, layer.trouble, m_palette.text, {}};
+        const auto [width, height] = SizeOf(label);
+        // Where it can be seen, also when the picture's middle cannot.
+        const CDPoint at{std::clamp(centre.x - width / 2.0, kPad, std::max(m_dc.Width() - width - kPad, kPad)),
+                         std::clamp(centre.y - height / 2.0, kPad, std::max(m_dc.Height() - height - kPad, kPad))};
+        DrawLabel(label, at, width, height);
     }
 
     void DrawTrack(const SceneTrack& track)
@@ -146,26 +172,32 @@ class ScenePainter
         const Box box = BoxOf(item, chosen);
         if (chosen)
             m_labels.push_back({item.FullName(), PlaceText(item), line, box});
-        else if (m_options.names && !item.IsPoint() && !IsCovered(item))
+        else if (m_options.names && !item.IsPoint() && item.id.kind != SceneKind::picture &&
+                 !IsCovered(item, item.pose.length / 2.0))
             m_labels.push_back({item.pose.name, item.what, line, box, false});
         if (item.type != CKfzDaten::Type::none)
             m_taken.push_back(box);
     }
 
     /// A mask's own object for the participant stands in the same place.
-    bool IsCovered(const SceneItem& item) const
+    bool IsCovered(const SceneItem& item, double within) const
     {
         const CDPoint centre = CentreOf(item.pose);
         return item.id.kind == SceneKind::restPose &&
                std::any_of(m_scene.items.begin(), m_scene.items.end(), [&](const SceneItem& other) {
                    const CDPoint away = CentreOf(other.pose) - centre;
                    return other.id.kind == SceneKind::maskObject && other.pose.participant == item.pose.participant &&
-                          std::hypot(away.x, away.y) < item.pose.length / 2.0;
+                          std::hypot(away.x, away.y) < within;
                });
     }
 
     void DrawBody(const SceneItem& item, CDPoint centre, COLORREF line)
     {
+        if (item.id.kind == SceneKind::picture)
+            return;                        // lies under the grid
+        constexpr double kSamePlace = 5.0; // cm
+        if (IsCovered(item, kSamePlace))
+            return;
         const bool bare = item.type == CKfzDaten::Type::none;
         if (!item.pose.centred) {
             const auto corners = CornersOf(item.pose);

@@ -5,15 +5,25 @@
 #pragma once
 
 #include "host/CDC.h"
+#include "host/CSzenenBild.h"
 #include "krn/PathTimeDiagram.h"
 #include "krn/SceneModel.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace krn
 {
+
+/// A picture under the scene, ready to be drawn.
+struct SceneLayer {
+    CSzenenBild picture;
+    std::shared_ptr<const drawing::Bitmap> bitmap; ///< null when there is nothing to show
+    std::string trouble;                           ///< what is wrong with the file, German; empty when all is well
+};
 
 struct SceneDrawingOptions {
     DiagramPalette palette = DiagramPalette::Light();
@@ -21,6 +31,7 @@ struct SceneDrawingOptions {
     std::string title;
     bool grid = true;
     bool names = true;
+    std::vector<SceneLayer> layers;                      ///< lowest first
     std::optional<SceneId> selected;                     ///< shown with handles and numbers
     std::optional<SceneItem> hanging;                    ///< at the cursor, not placed yet
     std::optional<std::pair<CDPoint, CDPoint>> measured; ///< cm

@@ -92,7 +92,7 @@ bool HasCornerHandles(const SceneCamera& camera, const SceneItem& item)
 std::optional<SceneHit> HitTest(const Scene& scene, const SceneCamera& camera, CDPoint pixel,
                                 const std::optional<SceneId>& selected)
 {
-    if (const SceneItem* item = selected ? scene.Find(*selected) : nullptr)
+    if (const SceneItem* item = selected ? scene.Find(*selected) : nullptr; item != nullptr && !item->locked)
         if (const auto handle = HitHandle(*item, camera, pixel))
             return handle;
 
@@ -112,7 +112,8 @@ std::optional<SceneHit> HitTest(const Scene& scene, const SceneCamera& camera, C
     double smallest = std::numeric_limits<double>::infinity();
     for (const SceneItem& item : scene.items) {
         const double area = std::abs(item.pose.width * item.pose.length);
-        if (!item.IsPoint() && area <= smallest && Contains(item.pose, point, camera.Length(kBodyReach))) {
+        if (!item.IsPoint() && !item.locked && area <= smallest &&
+            Contains(item.pose, point, camera.Length(kBodyReach))) {
             smallest = area;
             best = &item;
         }

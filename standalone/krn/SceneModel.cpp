@@ -20,8 +20,10 @@ using Type = CKfzDaten::Type;
 
 constexpr double kDegree = kPi / 180.0;
 constexpr double kCmProM = 100.0;
-constexpr double kLargestPlace = 1e9; // cm
-constexpr double kLargestSize = 1e6;  // cm
+constexpr double kLargestPlace = 1e9;   // cm
+constexpr double kLargestSize = 1e8;    // cm
+constexpr double kSmallestScale = 1e-5; // metres per pixel of a picture
+constexpr double kLargestScale = 1e3;
 /// Of bare rectangles of masks, in turn.
 constexpr std::array kObjectColors{RGB(0xD9, 0x8A, 0x0B), RGB(0x0E, 0x8C, 0x83), RGB(0x7A, 0x4F, 0xB5),
                                    RGB(0x5B, 0x7A, 0x1E)};
@@ -106,6 +108,44 @@ SceneItem MaskItem(const CRuvData& data, CPlacingClient* client, const CPlacedOb
         item.color = kObjectColors[static_cast<std::size_t>(object.kind & 0xFF) % kObjectColors.size()];
     }
     return item;
+}
+
+SceneItem PictureItem(const CSzenenBild& picture, std::size_t index)
+{
+    SceneItem item;
+    item.id.kind = SceneKind::picture;
+    item.id.point = index;
+    item.color = RGB(0x70, 0x78, 0x82);
+    item.canSize = !picture.gesperrt;
+    item.canTurn = !picture.gesperrt;
+    item.locked = picture.gesperrt;
+    item.pose.name = picture.datei.substr(picture.datei.find_last_of('/') + 1);
+    item.pose.centred = true;
+    item.pose.position = picture.mitte;
+    item.pose.angle = picture.winkel / kDegree;
+    item.pose.length = static_cast<double>(picture.breite) * picture.meterProPixel * kCmProM;
+    item.pose.width = static_cast<double>(picture.hoehe) * picture.meterProPixel * kCmProM;
+    return item;
+}
+
+/// Its proportions stay: the side that became longer tells the scale.
+bool PlacePicture(CRuvData& data, const SceneItem& item)
+{
+    if (item.id.point >= data.Bilder().size() || item.locked)
+        return false;
+    CSzenenBild& picture = data.Bilder()[item.id.point];
+    const SceneItem before = PictureItem(picture, item.id.point);
+    const double across = item.pose.length / before.pose.length;
+    const double up = item.pose.width / before.pose.width;
+    const double factor = std::abs(across - 1.0) > std::abs(up - 1.0) ? across : up;
+    const double scale = picture.meterProPixel * factor;
+    if (!(scale >= kSmallestScale && scale <= kLargestScale))
+        return false;
+    picture.mitte = item.pose.position;
+    picture.winkel = item.pose.angle * kDegree;
+    picture.meterProPixel = scale;
+    data.NotifyMaskenWerte();
+    return true;
 }
 
 bool IsDrawable(const CPlacedObject& pose)
@@ -230,6 +270,9 @@ Scene ReadScene(const CRuvData& data)
         if (IsDrawable(item.pose))
             scene.items.push_back(std::move(item));
     };
+    for (std::size_t i = 0; i < data.Bilder().size(); ++i)
+        if (data.Bilder()[i].sichtbar)
+            add(PictureItem(data.Bilder()[i], i));
     std::vector<SceneItem> waypoints;
     std::vector<SceneItem> rests;
     for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
@@ -273,6 +316,8 @@ bool PlaceItem(CRuvData& data, const SceneItem& item)
 {
     if (!IsDrawable(item.pose))
         return false;
+    if (item.id.kind == SceneKind::picture)
+        return PlacePicture(data, item);
     if (item.id.kind != SceneKind::maskObject)
         return PlaceVehicle(data, item);
     const PlacingRequest* request = OpenPlacingRequest(data);
@@ -294,6 +339,12 @@ bool CanRemove(const SceneId& id)
 
 void RemoveItem(CRuvData& data, const SceneId& id)
 {
+    if (id.kind == SceneKind::picture) {
+        if (id.point < data.Bilder().size())
+            data.Bilder().erase(data.Bilder().begin() + static_cast<std::ptrdiff_t>(id.point));
+        data.NotifyMaskenWerte();
+        return;
+    }
     if (!CanRemove(id) || id.vehicle >= CRuvData::kFahrzeuge)
         return;
     CWegZeitRechDat way = data.WZRechDat(id.vehicle);

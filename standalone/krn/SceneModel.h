@@ -24,12 +24,13 @@ enum class SceneKind {
     restPose,   ///< where a vehicle came to rest
     collision,  ///< where a vehicle stood at the collision
     waypoint,   ///< a point of its driving line to the collision
+    picture,    ///< under everything else
 };
 
 struct SceneId {
     SceneKind kind = SceneKind::maskObject;
     std::size_t vehicle = 0; ///< index of the vehicle
-    std::size_t point = 0;   ///< of a driving line, earliest first
+    std::size_t point = 0;   ///< of a driving line, earliest first; or the number of a picture
     CPlacingClient* client = nullptr;
     int object = 0; ///< the mask's own number of the object
 
@@ -48,6 +49,7 @@ struct SceneItem {
     COLORREF color = 0;
     bool canTurn = true;
     bool canSize = false;
+    bool locked = false; ///< the mouse passes through it
 
     std::string FullName() const { return what.empty() ? pose.name : pose.name + ", " + what; }
     bool IsPoint() const { return id.kind == SceneKind::waypoint; }
