@@ -43,6 +43,7 @@ SceneBar::SceneBar(QWidget* parent) : QWidget(parent), m_row(new QHBoxLayout(thi
     m_row->setSpacing(Spacing() / 2);
     m_place = {AddLabel(QStringLiteral("x"))};
     AddField(x);
+    m_row->addSpacing(Spacing() / 2);
     m_place.push_back(AddLabel(QStringLiteral("y")));
     AddField(y);
     m_metres[0] = AddLabel({});

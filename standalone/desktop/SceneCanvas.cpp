@@ -87,7 +87,11 @@ void SceneCanvas::FollowMasks()
     m_request = request;
     if (isNew) {
         m_measuring = false;
-        Hang(krn::RequestedItem(m_document.Data(), *open->client, open->wish), request->prompt);
+        const krn::SceneItem item = krn::RequestedItem(m_document.Data(), *open->client, open->wish);
+        Hang(item, request->prompt +
+                       (item.pose.participant < 0 ? QStringLiteral(": anklicken oder aufziehen")
+                                                  : QStringLiteral(": anklicken")) +
+                       QStringLiteral(", Esc bricht ab."));
         emit placingWanted();
     } else if (ended) {
         m_hanging.reset();
@@ -263,7 +267,7 @@ QString SceneCanvas::Prompt() const
     if (m_hanging)
         return m_hangingPrompt;
     if (m_request)
-        return m_request->prompt + QStringLiteral(" Ziehen berichtigt; Enter oder Rechtsklick beendet.");
+        return m_request->prompt + QStringLiteral(": Ziehen berichtigt, Enter oder Rechtsklick beendet.");
     if (m_measuredPicture)
         return QStringLiteral("Maßstab: zwei Punkte anklicken, deren Abstand bekannt ist. Esc bricht ab.");
     if (m_measuring)

@@ -23,7 +23,7 @@ namespace
 
 // Pixels.
 constexpr CFont kNameFont{12.0, true};
-constexpr CFont kPlaceFont{11.5, false};
+constexpr CFont kPlaceFont{12.0, false};
 constexpr CFont kMarkFont{11.0, false};
 constexpr CFont kTitleFont{16.0, true};
 constexpr double kPad = 14.0;
@@ -67,10 +67,10 @@ class ScenePainter
         m_dc.SelectPen({PenStyle::none});
         m_dc.SelectBrush({true, m_palette.plot});
         m_dc.Rectangle(0.0, 0.0, m_dc.Width(), m_dc.Height());
-        for (const SceneLayer& layer : m_options.layers)
-            DrawLayer(layer);
         if (m_options.grid)
             DrawSceneGrid(m_dc, m_camera, m_palette);
+        for (const SceneLayer& layer : m_options.layers)
+            DrawLayer(layer);
         for (const SceneTrack& track : m_scene.tracks)
             DrawTrack(track);
         for (const SceneItem& item : m_scene.items)
@@ -123,12 +123,12 @@ class ScenePainter
         m_dc.SelectPen({PenStyle::dash, 1.5, m_palette.quietText});
         m_dc.SelectBrush({false});
         m_dc.Polygon({corner, corner + across, corner + across + down, corner + down});
-        const Label label{picture.datei, layer.trouble, m_palette.text, {}};
-        const auto [width, height] = SizeOf(label);
-        // Where it can be seen, also when the picture's middle cannot.
-        const CDPoint at{std::clamp(centre.x - width / 2.0, kPad, std::max(m_dc.Width() - width - kPad, kPad)),
-                         std::clamp(centre.y - height / 2.0, kPad, std::max(m_dc.Height() - height - kPad, kPad))};
-        DrawLabel(label, at, width, height);
+        const std::string file = picture.datei.substr(picture.datei.find_last_of('/') + 1);
+        const auto [left, right] =
+            std::minmax({corner.x, corner.x + across.x, corner.x + down.x, corner.x + across.x + down.x});
+        const auto [top, bottom] =
+            std::minmax({corner.y, corner.y + across.y, corner.y + down.y, corner.y + across.y + down.y});
+        m_labels.push_back({file, layer.trouble, m_palette.text, {left, top, right, bottom}});
     }
 
     void DrawTrack(const SceneTrack& track)
@@ -271,6 +271,8 @@ class ScenePainter
                                                  {around.left - kLabelGap - width, centre},
                                                  {around.right + kLabelGap, around.bottom + kLabelGap},
                                                  {around.left - kLabelGap - width, around.top - kLabelGap - height}}};
+            const CDPoint inside{std::clamp(middle, kPad, std::max(m_dc.Width() - width - kPad, kPad)),
+                                 std::clamp(around.top, kPad, std::max(m_dc.Height() - height - kPad, kPad))};
             const auto boxAt = [w = width, h = height](CDPoint at) { return Box{at.x, at.y, at.x + w, at.y + h}; };
             const auto isFree = [&](CDPoint at) {
                 const Box box = boxAt(at);
@@ -280,7 +282,7 @@ class ScenePainter
             const auto* const free = std::find_if(places.begin(), places.end(), isFree);
             if (free == places.end() && !label->always)
                 continue;
-            const CDPoint at = free == places.end() ? places.front() : *free;
+            const CDPoint at = free == places.end() ? inside : *free;
             taken.push_back(boxAt(at));
             DrawLabel(*label, at, width, height);
         }

@@ -19,7 +19,7 @@ constexpr double kLeastGrid = 14.0;
 constexpr double kLongestBar = 150.0;
 constexpr double kPad = 14.0;
 constexpr double kBarHeight = 5.0;
-constexpr CFont kBarFont{11.5, false};
+constexpr CFont kBarFont{12.0, false};
 
 constexpr double kCmProM = 100.0;
 constexpr double kFineGrid = 0.45; // of the colour that whole steps have

@@ -7,6 +7,7 @@
 #include "krn/NumberText.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace krn

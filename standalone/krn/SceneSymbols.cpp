@@ -17,6 +17,7 @@ namespace
 using Type = CKfzDaten::Type;
 
 constexpr double kDetailLength = 16.0; // pixels, shorter ones are outlines
+constexpr double kDashedLength = 40.0; // shorter ones would be dashes without a shape
 constexpr int kArcSteps = 5;
 
 class SymbolPainter
@@ -24,7 +25,8 @@ class SymbolPainter
   public:
     SymbolPainter(CDC& dc, const SymbolPlace& place, const SymbolColors& colors)
         : m_dc(dc), m_place(place), m_colors(colors), m_cos(std::cos(place.heading)),
-          m_sin(std::sin(place.heading)), m_pen{colors.filled ? PenStyle::solid : PenStyle::dash,
+          m_sin(std::sin(place.heading)), m_pen{colors.filled || place.length < kDashedLength ? PenStyle::solid
+                                                                                              : PenStyle::dash,
                                                 place.length < kDetailLength ? 1.0 : 1.5, colors.line}
     {
     }
