@@ -9,6 +9,7 @@
 #include "desktop/Style.h"
 #include "desktop/StyleParts.h"
 #include "desktop/Theme.h"
+#include "desktop/VehicleIcon.h"
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
 #include "host/Bindings.h"
@@ -42,8 +43,6 @@ using framework::Window;
 
 namespace
 {
-
-constexpr double kSwatchSide = 12.0;
 
 /// Names the widget for aids that read the screen.
 void Describe(QWidget& widget, const Window& control)
@@ -159,14 +158,10 @@ class ComboControl : public QComboBox, public ControlView
             const auto vehicle = VehicleOf(i);
             if (!vehicle)
                 continue;
-            const QColor color = FromColorRef(ruvData.KfzDat(*vehicle).color);
-            const int side = qRound(kSwatchSide * CurrentFontScale());
-            QPixmap swatch(QSize(side, side) * devicePixelRatioF());
-            swatch.setDevicePixelRatio(devicePixelRatioF());
-            swatch.fill(color);
-            setItemIcon(i, QIcon(swatch));
+            const CKfzDaten& shown = ruvData.KfzDat(*vehicle);
+            setItemIcon(i, VehicleIcon(shown));
             if (i == currentIndex())
-                chosen = color;
+                chosen = FromColorRef(shown.color);
         }
         setProperty(kTintProperty, RuvCfg.useVehicleColors ? chosen : QColor());
         update();

@@ -133,8 +133,10 @@ void MainWindow::ShowHelp(UINT number)
         statusBar()->showMessage(QStringLiteral("Zu dieser Maske gibt es keine Hilfeseite."), kMessageTime);
     m_helpDock->show();
     m_helpDock->raise();
-    if (!std::exchange(m_helpSized, true))
-        resizeDocks({m_helpDock}, {m_help->sizeHint().width()}, Qt::Horizontal);
+    if (std::exchange(m_helpSized, true))
+        return;
+    resizeDocks({m_helpDock}, {m_help->sizeHint().width()}, Qt::Horizontal);
+    resizeDocks({m_helpDock}, {height() * 3 / 5}, Qt::Vertical); // what stands below it needs less
 }
 
 QDockWidget* MainWindow::AddCasePanel(QWidget* panel, const QString& title, Qt::DockWidgetArea area)

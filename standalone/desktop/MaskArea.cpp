@@ -64,7 +64,7 @@ void MaskFrame::Follow()
     } else if (isHidden()) {
         show();
     }
-    if (!isMinimized())
+    if (!isMinimized() && !m_mask->IsDrawing())
         adjustSize();
 }
 
@@ -156,6 +156,12 @@ void MaskArea::Add(MaskWindow& mask)
     addSubWindow(frame);
     frame->adjustSize();
     frame->move(place);
+    if (mask.IsDrawing()) { // as large as there is room
+        const int gap = Spacing();
+        frame->resize(frame->size().boundedTo(viewport()->size() - QSize(2 * gap, 2 * gap)));
+        frame->move(std::min(place.x(), viewport()->width() - gap - frame->width()),
+                    std::min(place.y(), viewport()->height() - gap - frame->height()));
+    }
     frame->Follow();
     if (mask.Dialog()->visible && !mask.Dialog()->iconic) {
         frame->show();

@@ -51,6 +51,9 @@ class MaskWindow : public QWidget
     /// The dialog is going: nothing of it may be touched any more.
     void Detach();
 
+    /// True for a dialog that shows one drawing and nothing else: it may have any size.
+    bool IsDrawing() const;
+
     /// Runs something the user did, then lets all it caused happen. The window may be gone afterwards.
     void Act(const std::function<void()>& input);
     /// The mask whose input is being handled, or null.
@@ -58,6 +61,8 @@ class MaskWindow : public QWidget
     void GoToFirstControl();
     /// The controls the Tab key visits, those of visible pages after the dialog's own.
     std::vector<ControlView*> TabChain();
+
+    QSize sizeHint() const override;
 
     /// Length of dialog units in logical pixels, by the font.
     static QSizeF DialogUnit();
@@ -75,11 +80,13 @@ class MaskWindow : public QWidget
     bool focusNextPrevChild(bool next) override;
     bool eventFilter(QObject* object, QEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 
   private:
     void Layout();
+    void LayoutDrawing();
     ControlView* FocusedView() const;
     /// What a key does to the dialog as a whole; null when it does nothing.
     std::function<void()> KeyAction(const QKeyEvent& event, ControlView* view);
