@@ -69,6 +69,13 @@ SceneBar::SceneBar(QWidget* parent) : QWidget(parent), m_row(new QHBoxLayout(thi
     Show(nullptr);
 }
 
+// A field that holds the focus loses it when QWidget ends, after this object has: its entry has nowhere to go.
+SceneBar::~SceneBar()
+{
+    for (NumberField* field : m_fields)
+        field->disconnect(this);
+}
+
 QLabel* SceneBar::AddLabel(const QString& text)
 {
     auto* label = new QLabel(text);

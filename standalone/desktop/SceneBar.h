@@ -25,6 +25,7 @@ class SceneBar : public QWidget
 
   public:
     explicit SceneBar(QWidget* parent = nullptr);
+    ~SceneBar() override;
 
     enum Number { x, y, angle, width, length, kNumbers };
     NumberField& Field(Number number) const { return *m_fields[number]; }

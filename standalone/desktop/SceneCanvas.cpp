@@ -67,8 +67,10 @@ void SceneCanvas::Reload()
 {
     m_stale = true;
     // Another case begins with all of it in view.
-    if (!m_document.CanUndo() && !m_document.CanRedo() && !m_drag)
+    if (!m_document.CanUndo() && !m_document.CanRedo() && !m_drag) {
         m_fits = true;
+        m_pictures = {};
+    }
     if (m_drag && m_stepOpen && !m_document.IsStepOpen())
         m_drag.reset(); // the step was taken back, or the case is another
     update();

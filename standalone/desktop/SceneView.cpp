@@ -49,7 +49,7 @@ SceneView::SceneView(CaseDocument& document, QWidget* parent)
     connect(m_bar, &SceneBar::entered, this, &SceneView::TakeNumbers);
 }
 
-// A field that holds the focus loses it when QWidget ends, after this object has: its entry has nowhere to go.
+// What the parts still say while QWidget ends has nowhere to go.
 SceneView::~SceneView()
 {
     m_bar->disconnect(this);
