@@ -24,9 +24,9 @@ namespace desktop
 namespace
 {
 
-constexpr double kStartLimit = 400.0; // ms
-constexpr double kOpenLimit = 50.0;   // ms, 99 of 100
-constexpr double kPaintLimit = 50.0;  // ms, 99 of 100: a full case follows every step
+constexpr double kStartLimit = 400.0;  // ms
+constexpr double kOpenLimit = 50.0;    // ms, 99 of 100
+constexpr double kChangeLimit = 100.0; // ms, 99 of 100: a finished entry in a full case is on all panels
 constexpr int kTimes = 100;
 constexpr double kNanosPerMilli = 1e6;
 
@@ -131,7 +131,7 @@ bool RunBench(MainWindow& window, const QElapsedTimer& sinceStart)
                 PaintAll(*panel);
                 return Milliseconds(timer);
             },
-            kPaintLimit);
+            kChangeLimit);
     }
     return RunSceneBench(window) && good;
 }
