@@ -11,6 +11,7 @@
 #include "host/CRuvData.h"
 #include "krn/AtomicFile.h"
 #include "krn/CaseFile.h"
+#include "krn/VehicleFields.h"
 
 namespace cli
 {
@@ -30,25 +31,6 @@ int New(const std::string& path, bool asJson)
     return exitDone;
 }
 
-const char* TypeName(CKfzDaten::Type type)
-{
-    switch (type) {
-    case CKfzDaten::Type::none:
-        break;
-    case CKfzDaten::Type::car:
-        return "Pkw";
-    case CKfzDaten::Type::truck:
-        return "Lkw";
-    case CKfzDaten::Type::motorcycle:
-        return "Motorrad";
-    case CKfzDaten::Type::bicycle:
-        return "Fahrrad";
-    case CKfzDaten::Type::pedestrian:
-        return "Fußgänger";
-    }
-    return "–";
-}
-
 std::string ShowText(const CRuvData& data)
 {
     std::string text = data.Title().empty() ? "" : data.Title() + "\n\n";
@@ -61,7 +43,7 @@ std::string ShowText(const CRuvData& data)
             continue;
         const CKfzDaten& v = data.KfzDat(i);
         const std::string number = std::to_string(i);
-        vehicles.push_back({number, v.name, TypeName(v.type), NumberText(v.length), NumberText(v.width),
+        vehicles.push_back({number, v.name, krn::TypeName(v.type), NumberText(v.length), NumberText(v.width),
                             NumberText(v.wheelbase), NumberText(v.mass)});
         const auto& columns = data.WZRechDat(i).spalten;
         for (std::size_t c = 0; c < columns.size(); ++c) {

@@ -4,6 +4,7 @@
 // Mouse and keys of the scene.
 #include "desktop/CaseDocument.h"
 #include "desktop/SceneCanvas.h"
+#include "krn/SceneGeometry.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -26,11 +27,6 @@ constexpr double kLineReach = 7.0; // pixels
 CDPoint ToPoint(QPointF point)
 {
     return {point.x(), point.y()};
-}
-
-double Distance(CDPoint a, CDPoint b)
-{
-    return std::hypot(b.x - a.x, b.y - a.y);
 }
 
 /// Usual, small with Ctrl, large with Shift.
@@ -140,7 +136,7 @@ void SceneCanvas::PlaceHanging(const krn::SceneItem& item)
 
 void SceneCanvas::DragTo(CDPoint pixel, Qt::KeyboardModifiers modifiers)
 {
-    if (!m_dragging && Distance(m_pressed, pixel) < kDragStart)
+    if (!m_dragging && krn::Distance(m_pressed, pixel) < kDragStart)
         return;
     if (m_stepOpen && !m_document.IsStepOpen()) {
         m_stepOpen = false; // it was taken back meanwhile
@@ -161,7 +157,7 @@ void SceneCanvas::mouseMoveEvent(QMouseEvent* event)
     m_cursorInside = true;
     update();
     if (m_panning) {
-        if (!m_panned && Distance(m_pressed, pixel) < kDragStart)
+        if (!m_panned && krn::Distance(m_pressed, pixel) < kDragStart)
             return;
         m_camera.Pan(std::exchange(m_panned, true) ? moved : pixel - m_pressed);
         m_fits = false;
@@ -169,7 +165,7 @@ void SceneCanvas::mouseMoveEvent(QMouseEvent* event)
         update();
     } else if (m_hanging) {
         m_hanging->pose = krn::CentredAt(std::move(m_hanging->pose), at);
-        if (m_spanFrom && Distance(m_pressed, pixel) >= kDragStart)
+        if (m_spanFrom && krn::Distance(m_pressed, pixel) >= kDragStart)
             *m_hanging = krn::Spanned(std::move(*m_hanging), *m_spanFrom, at);
         update();
         emit selectionChanged();
@@ -218,7 +214,7 @@ void SceneCanvas::mouseReleaseEvent(QMouseEvent* event)
         const krn::SceneItem item = *m_hanging;
         PlaceHanging(item);
         EndStep(item);
-    } else if (m_measuring && m_measureOpen && Distance(m_pressed, pixel) >= kDragStart) {
+    } else if (m_measuring && m_measureOpen && krn::Distance(m_pressed, pixel) >= kDragStart) {
         EndMeasure();
     } else if (m_drag) {
         Drop();

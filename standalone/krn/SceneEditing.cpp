@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "krn/SceneEditing.h"
 
-#include "host/Physics.h"
+#include "krn/SceneGeometry.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,24 +21,8 @@ constexpr double kBodyReach = 4.0;
 constexpr double kTurnHandleDistance = 26.0;
 constexpr double kSmallestWithHandles = 18.0;
 
-constexpr double kDegree = kPi / 180.0;
 constexpr double kTurnStep = 5.0;     // degrees
 constexpr double kSmallestSide = 5.0; // cm
-
-CDPoint Direction(double angle)
-{
-    return {std::cos(angle), std::sin(angle)};
-}
-
-double Dot(CDPoint a, CDPoint b)
-{
-    return a.x * b.x + a.y * b.y;
-}
-
-double Distance(CDPoint a, CDPoint b)
-{
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
 
 double InHalfTurns(double degrees)
 {

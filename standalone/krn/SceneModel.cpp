@@ -5,6 +5,7 @@
 #include "host/CRuvData.h"
 #include "host/Physics.h"
 #include "krn/Placing.h"
+#include "krn/SceneGeometry.h"
 #include "krn/ScenePath.h"
 #include "krn/VehicleFields.h"
 
@@ -19,7 +20,6 @@ namespace
 
 using Type = CKfzDaten::Type;
 
-constexpr double kDegree = kPi / 180.0;
 constexpr double kCmProM = 100.0;
 constexpr double kLargestPlace = 1e9;   // cm
 constexpr double kLargestSize = 1e8;    // cm
@@ -28,11 +28,6 @@ constexpr double kLargestScale = 1e3;
 /// Of bare rectangles of masks, in turn.
 constexpr std::array kObjectColors{RGB(0xD9, 0x8A, 0x0B), RGB(0x0E, 0x8C, 0x83), RGB(0x7A, 0x4F, 0xB5),
                                    RGB(0x5B, 0x7A, 0x1E)};
-
-CDPoint Direction(double angle)
-{
-    return {std::cos(angle), std::sin(angle)};
-}
 
 /// From the position to the centre.
 CDPoint ToCentre(const CPlacedObject& pose)

@@ -5,6 +5,7 @@
 #include "host/CRuvData.h"
 #include "host/Physics.h"
 #include "krn/NumberText.h"
+#include "krn/SceneGeometry.h"
 
 #include <algorithm>
 #include <array>
@@ -20,16 +21,6 @@ constexpr std::array kApproach{20.0, 10.0, 5.0, 0.0};
 /// Points this near the end belong to them.
 constexpr double kApproachLength = 25.0;
 constexpr double kShortest = 1e-6; // cm, a direction needs more
-
-CDPoint Direction(double angle)
-{
-    return {std::cos(angle), std::sin(angle)};
-}
-
-double Distance(CDPoint a, CDPoint b)
-{
-    return std::hypot(b.x - a.x, b.y - a.y);
-}
 
 bool IsPlace(CDPoint point)
 {
