@@ -48,50 +48,26 @@ void AllBarriers(CRuvData& data, Dat& dat)
 std::vector<schranken::Kurve> SearchedCurves(const Dat& dat)
 {
     using schranken::Kurve;
-    const auto braking = [](double p) {
-        Kurve k;
-        k.form = Kurve::Form::braking;
-        k.p = p;
-        return k;
-    };
-    const auto deceleration = [&](double shift) {
-        Kurve k;
-        k.form = Kurve::Form::deceleration;
-        k.p = 7.0;
-        k.shift = shift;
-        k.d = dat.personLaengs;
-        return k;
-    };
-    const auto polynomial = [](double c3, double c2, double c1, double c0, double d, double shift = 0.0) {
-        Kurve k;
-        k.c3 = c3;
-        k.c2 = c2;
-        k.c1 = c1;
-        k.c0 = c0;
-        k.d = d;
-        k.shift = shift;
-        return k;
-    };
     const double d = dat.personLaengs;
     return {
-        braking(6.5),
-        braking(7.5),
-        polynomial(0.0, 0.00375, 0.175, 0.0, d),
-        polynomial(6.81818e-6, 0.00255682, 0.1525, -0.827273, d),
-        deceleration(5.0),
-        deceleration(-5.0),
-        polynomial(0.0, 0.0052, 0.0783, 0.0, d, 5.0),
-        polynomial(0.0, 0.0052, 0.0783, 0.0, d, -5.0),
-        polynomial(1.64e-5, 0.00452, 0.071, 2.5, d, 5.0),
-        polynomial(1.64e-5, 0.00452, 0.071, 2.5, d, -5.0),
-        polynomial(0.0, 0.0028313, 0.3, 0.0, d),
-        polynomial(0.0, 0.0028313, 0.0271596, 0.0, d),
-        polynomial(0.00027203013, -0.01724212509, 0.66913310304, 0.0, dat.haupt.von),
-        polynomial(0.00010088077, -0.00395580247, 0.127407966296, 0.0, dat.haupt.bis),
-        polynomial(0.0, 0.0, 0.388571, 0.0, dat.haupt.von),
-        polynomial(0.0, 0.0, 0.223286, 0.0, dat.haupt.bis),
-        polynomial(0.0, 0.0, 0.5, 0.0, dat.gesamt.von),
-        polynomial(0.0, 0.0018, -0.00544, 0.0, dat.gesamt.bis),
+        Kurve::Bremsung(6.5),
+        Kurve::Bremsung(7.5),
+        Kurve::Polynom(0.0, 0.00375, 0.175, 0.0, d),
+        Kurve::Polynom(6.81818e-6, 0.00255682, 0.1525, -0.827273, d),
+        Kurve::Verzoegerung(7.0, d, 5.0),
+        Kurve::Verzoegerung(7.0, d, -5.0),
+        Kurve::Polynom(0.0, 0.0052, 0.0783, 0.0, d, 5.0),
+        Kurve::Polynom(0.0, 0.0052, 0.0783, 0.0, d, -5.0),
+        Kurve::Polynom(1.64e-5, 0.00452, 0.071, 2.5, d, 5.0),
+        Kurve::Polynom(1.64e-5, 0.00452, 0.071, 2.5, d, -5.0),
+        Kurve::Polynom(0.0, 0.0028313, 0.3, 0.0, d),
+        Kurve::Polynom(0.0, 0.0028313, 0.0271596, 0.0, d),
+        Kurve::Polynom(0.00027203013, -0.01724212509, 0.66913310304, 0.0, dat.haupt.von),
+        Kurve::Polynom(0.00010088077, -0.00395580247, 0.127407966296, 0.0, dat.haupt.bis),
+        Kurve::Polynom(0.0, 0.0, 0.388571, 0.0, dat.haupt.von),
+        Kurve::Polynom(0.0, 0.0, 0.223286, 0.0, dat.haupt.bis),
+        Kurve::Polynom(0.0, 0.0, 0.5, 0.0, dat.gesamt.von),
+        Kurve::Polynom(0.0, 0.0018, -0.00544, 0.0, dat.gesamt.bis),
     };
 }
 

@@ -44,36 +44,6 @@ Dat::Bereich Enden(const Dat::Rechteck& wagen, const Dat::Rechteck& feld, double
     return {*std::min_element(d.begin(), d.end(), kleiner), *std::max_element(d.begin(), d.end(), kleiner)};
 }
 
-Kurve Bremsung(double verzoegerung)
-{
-    Kurve kurve;
-    kurve.form = Kurve::Form::braking;
-    kurve.p = verzoegerung;
-    return kurve;
-}
-
-Kurve Verzoegerung(double verzoegerung, double d, double shift)
-{
-    Kurve kurve;
-    kurve.form = Kurve::Form::deceleration;
-    kurve.p = verzoegerung;
-    kurve.d = d;
-    kurve.shift = shift;
-    return kurve;
-}
-
-Kurve Polynom(double c3, double c2, double c1, double c0, double d, double shift = 0.0)
-{
-    Kurve kurve;
-    kurve.c3 = c3;
-    kurve.c2 = c2;
-    kurve.c1 = c1;
-    kurve.c0 = c0;
-    kurve.d = d;
-    kurve.shift = shift;
-    return kurve;
-}
-
 /// Fills a barrier's array: the lower curve at all distances, then the upper one.
 void Fuelle(Dat::Kurvenfeld& feld, const Kurve& unten, const Kurve& oben)
 {
@@ -303,31 +273,32 @@ void CSchrankenverfahrenDat::Kurven()
     const double d = personLaengs;
     // f(w) = s with w = v + Δv puts the lower curve Δv below the nominal one, w = v - Δv the upper one above it.
     if (verzoegerung != 0.0 && verzoegerungToleranz != 0.0)
-        Fuelle(kurven[kurveBremsung], Bremsung(verzoegerung - verzoegerungToleranz),
-               Bremsung(verzoegerung + verzoegerungToleranz));
+        Fuelle(kurven[kurveBremsung], Kurve::Bremsung(verzoegerung - verzoegerungToleranz),
+               Kurve::Bremsung(verzoegerung + verzoegerungToleranz));
     if (IstWirksam(kuehnelGlobal))
-        Fuelle(kurven[kurveKuehnelGlobal], Polynom(0.0, 0.00375, 0.175, 0.0, d),
-               Polynom(6.81818e-6, 0.00255682, 0.1525, -0.827273, d));
+        Fuelle(kurven[kurveKuehnelGlobal], Kurve::Polynom(0.0, 0.00375, 0.175, 0.0, d),
+               Kurve::Polynom(6.81818e-6, 0.00255682, 0.1525, -0.827273, d));
     if (IstWirksam(kuehnelVerzoegerung))
-        Fuelle(kurven[kurveKuehnelVerzoegerung], Verzoegerung(verzoegerung, d, kuehnelToleranz),
-               Verzoegerung(verzoegerung, d, -kuehnelToleranz));
+        Fuelle(kurven[kurveKuehnelVerzoegerung], Kurve::Verzoegerung(verzoegerung, d, kuehnelToleranz),
+               Kurve::Verzoegerung(verzoegerung, d, -kuehnelToleranz));
     if (IstWirksam(rauOtteSchulz))
-        Fuelle(kurven[kurveRau], Polynom(0.0, 0.0052, 0.0783, 0.0, d, rauToleranz),
-               Polynom(0.0, 0.0052, 0.0783, 0.0, d, -rauToleranz));
+        Fuelle(kurven[kurveRau], Kurve::Polynom(0.0, 0.0052, 0.0783, 0.0, d, rauToleranz),
+               Kurve::Polynom(0.0, 0.0052, 0.0783, 0.0, d, -rauToleranz));
     if (IstWirksam(dettinger))
-        Fuelle(kurven[kurveDettinger], Polynom(1.64e-5, 0.00452, 0.071, 2.5, d, dettingerToleranz),
-               Polynom(1.64e-5, 0.00452, 0.071, 2.5, d, -dettingerToleranz));
+        Fuelle(kurven[kurveDettinger], Kurve::Polynom(1.64e-5, 0.00452, 0.071, 2.5, d, dettingerToleranz),
+               Kurve::Polynom(1.64e-5, 0.00452, 0.071, 2.5, d, -dettingerToleranz));
     if (IstWirksam(ritterKrieg))
-        Fuelle(kurven[kurveRitter], Polynom(0.0, 0.0028313, 0.3, 0.0, d), Polynom(0.0, 0.0028313, 0.0271596, 0.0, d));
+        Fuelle(kurven[kurveRitter], Kurve::Polynom(0.0, 0.0028313, 0.3, 0.0, d),
+               Kurve::Polynom(0.0, 0.0028313, 0.0271596, 0.0, d));
     if (IstWirksam(frontscheibe))
-        Fuelle(kurven[kurveFrontscheibe], Polynom(0.00027203013, -0.01724212509, 0.66913310304, 0.0, haupt.von),
-               Polynom(0.00010088077, -0.00395580247, 0.127407966296, 0.0, haupt.bis));
+        Fuelle(kurven[kurveFrontscheibe], Kurve::Polynom(0.00027203013, -0.01724212509, 0.66913310304, 0.0, haupt.von),
+               Kurve::Polynom(0.00010088077, -0.00395580247, 0.127407966296, 0.0, haupt.bis));
     if (IstWirksam(scheinwerferHaupt))
-        Fuelle(kurven[kurveHauptfeld], Polynom(0.0, 0.0, 0.388571, 0.0, haupt.von),
-               Polynom(0.0, 0.0, 0.223286, 0.0, haupt.bis));
+        Fuelle(kurven[kurveHauptfeld], Kurve::Polynom(0.0, 0.0, 0.388571, 0.0, haupt.von),
+               Kurve::Polynom(0.0, 0.0, 0.223286, 0.0, haupt.bis));
     if (IstWirksam(scheinwerferGesamt))
-        Fuelle(kurven[kurveGesamtfeld], Polynom(0.0, 0.0, 0.5, 0.0, gesamt.von),
-               Polynom(0.0, 0.0018, -0.00544, 0.0, gesamt.bis));
+        Fuelle(kurven[kurveGesamtfeld], Kurve::Polynom(0.0, 0.0, 0.5, 0.0, gesamt.von),
+               Kurve::Polynom(0.0, 0.0018, -0.00544, 0.0, gesamt.bis));
     if (IstWirksam(abwicklung)) {
         if (karosserie < kMindestKarosserie)
             karosserie = 1.0;

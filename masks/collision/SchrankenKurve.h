@@ -27,6 +27,34 @@ struct Kurve {
     double c0 = 0.0;
     double d = 0.0; ///< m
 
+    static Kurve Bremsung(double verzoegerung)
+    {
+        Kurve kurve;
+        kurve.form = Form::braking;
+        kurve.p = verzoegerung;
+        return kurve;
+    }
+    static Kurve Verzoegerung(double verzoegerung, double d, double shift)
+    {
+        Kurve kurve;
+        kurve.form = Form::deceleration;
+        kurve.p = verzoegerung;
+        kurve.d = d;
+        kurve.shift = shift;
+        return kurve;
+    }
+    static Kurve Polynom(double c3, double c2, double c1, double c0, double d, double shift = 0.0)
+    {
+        Kurve kurve;
+        kurve.c3 = c3;
+        kurve.c2 = c2;
+        kurve.c1 = c1;
+        kurve.c0 = c0;
+        kurve.d = d;
+        kurve.shift = shift;
+        return kurve;
+    }
+
     double operator()(double v) const;
     /// f'(v), m per km/h.
     double Ableitung(double v) const;

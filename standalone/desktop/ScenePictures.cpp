@@ -5,9 +5,11 @@
 #include "krn/Sha256.h"
 
 #include <QBuffer>
+#include <QCursor>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QImage>
 #include <QImageReader>
 
@@ -109,9 +111,11 @@ PictureFile ReadPictureFile(const QString& path)
     } else if (!source.open(QIODevice::ReadOnly)) {
         file.why = QStringLiteral("lässt sich nicht öffnen");
     } else {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         const QByteArray bytes = source.readAll();
         file.sha256 = krn::Sha256({bytes.constData(), static_cast<std::size_t>(bytes.size())});
         Decode(bytes, file);
+        QGuiApplication::restoreOverrideCursor();
     }
     return file;
 }

@@ -24,7 +24,7 @@ struct PictureFile {
     QString why; ///< German; empty when the picture can be used
 };
 
-/// Reads a PNG or JPEG file. Files that are no pictures, damaged or too large are refused.
+/// Reads a PNG or JPEG file, under a wait cursor. Files that are no pictures, damaged or too large are refused.
 PictureFile ReadPictureFile(const QString& path);
 
 /// Where the file of a picture lies, and how the case names a file; `casePath` is empty for a case that has no file.

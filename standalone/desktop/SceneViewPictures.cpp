@@ -9,7 +9,6 @@
 #include "desktop/SceneView.h"
 #include "krn/NumberEntry.h"
 
-#include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMenu>
@@ -101,9 +100,7 @@ QString SceneView::AddPicture(const QString& path)
     if (pictures.size() >= CSzenenBild::kMeiste)
         return QStringLiteral("Unter der Szene liegen schon %1 Bilder; mehr kann ein Fall nicht aufnehmen.")
             .arg(CSzenenBild::kMeiste);
-    QApplication::setOverrideCursor(Qt::WaitCursor);
     const PictureFile file = ReadPictureFile(path);
-    QApplication::restoreOverrideCursor();
     if (!file.why.isEmpty())
         return QStringLiteral("Die Datei „%1“ %2.").arg(path, file.why);
     CSzenenBild picture;
