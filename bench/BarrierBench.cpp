@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The barrier method with all barriers on: recomputation against the plain search, and what a dragged object costs.
-#include "framework/DrawingExport.h"
+#include "drawing/DrawingExport.h"
 #include "framework/UiThread.h"
 #include "host/CRuvData.h"
 #include "host/Placing.h"
@@ -149,7 +149,7 @@ void DragAnObject(benchmark::State& state)
         primitives = pictures[0].Primitives().size() + pictures[1].Primitives().size();
         for (const CDC& picture : pictures)
             if (state.range(0) != 0)
-                benchmark::DoNotOptimize(framework::ToPng(picture, 1.0));
+                benchmark::DoNotOptimize(drawing::ToPng(picture, 1.0));
     }
     state.counters["primitives"] = static_cast<double>(primitives);
     state.counters["per_second"] =

@@ -3,7 +3,7 @@
 #
 # tavelin, the workstation. As with the command line, all but its main() is a library for the tests.
 
-file(GLOB desktop_sources CONFIGURE_DEPENDS standalone/desktop/*.cpp)
+file(GLOB_RECURSE desktop_sources CONFIGURE_DEPENDS standalone/desktop/*.cpp)
 file(GLOB desktop_resources CONFIGURE_DEPENDS standalone/desktop/*.qrc)
 if(NOT "${CMAKE_SOURCE_DIR}/standalone/desktop/main.cpp" IN_LIST desktop_sources)
     return()

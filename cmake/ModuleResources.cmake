@@ -28,7 +28,7 @@ endfunction()
 
 # Gives the assembler source that embeds the fonts of `target` their paths.
 function(ruv_embed_fonts target)
-    set(embedding "${CMAKE_SOURCE_DIR}/standalone/framework/EmbeddedFonts.S")
+    set(embedding "${CMAKE_SOURCE_DIR}/standalone/drawing/EmbeddedFonts.S")
     set(NOTO_SANS_REGULAR NotoSans-Regular.ttf)
     set(NOTO_SANS_BOLD NotoSans-Bold.ttf)
     set(NOTO_SANS_MATH NotoSansMath-Regular.ttf)

@@ -11,17 +11,33 @@ standard='<[a-z_]+>'
 module="\"(host|frame|masks|chart|res)/[^\"]+\"|$standard"
 no_qt='<[^Q>][^>]*>'
 
+# The floors of the house, lowest first: a room may know itself and what lies below.
+module_rooms='frame|masks|chart|res'
+host_rooms='base|drawing|framework|krn|vision|casefile|report|pathtime|scene'
+floor() { echo "\"(host|$1)/[^\"]+\"|$no_qt"; }
+front_end() { echo "\"(host|$1)/[^\"]+\"|<[^>]+>"; }
+
 # allowed FILE prints the pattern of the includes that the file may have; nothing for files without a rule.
 allowed() {
     case $1 in
     host/*) echo "\"host/[^\"]+\"|$standard" ;;
     masks/video/*) echo "$module|<opencv2/(core|imgproc)[a-z_/]*\.hpp>" ;;
     frame/* | masks/* | chart/*) echo "$module" ;;
-    standalone/framework/* | standalone/krn/* | standalone/vision/*)
-        echo "\"(host|framework|krn|vision)/[^\"]+\"|$no_qt"
-        ;;
-    standalone/cli/*) echo "\"(host|frame|masks|chart|res|framework|krn|vision|cli)/[^\"]+\"|$no_qt" ;;
-    standalone/desktop/*) echo "\"(host|frame|masks|chart|res|framework|krn|vision|desktop)/[^\"]+\"|<[^>]+>" ;;
+    standalone/base/*) floor "base" ;;
+    standalone/drawing/*) floor "base|drawing" ;;
+    standalone/framework/*) floor "base|drawing|framework" ;;
+    standalone/krn/*) floor "base|drawing|framework|krn" ;;
+    standalone/vision/*) floor "base|drawing|framework|krn|vision" ;;
+    standalone/casefile/*) floor "base|drawing|framework|krn|casefile" ;;
+    standalone/report/*) floor "base|drawing|framework|krn|report" ;;
+    standalone/pathtime/*) floor "base|drawing|framework|krn|pathtime" ;;
+    standalone/scene/*) floor "base|drawing|framework|krn|scene" ;;
+    standalone/cli/*) floor "$module_rooms|$host_rooms|cli" ;;
+    standalone/desktop/look/*) front_end "$host_rooms|desktop/look" ;;
+    standalone/desktop/case/*) front_end "$host_rooms|desktop/(look|case)" ;;
+    standalone/desktop/mask/*) front_end "$module_rooms|$host_rooms|desktop/(look|case|mask)" ;;
+    standalone/desktop/scene/*) front_end "$module_rooms|$host_rooms|desktop/(look|case|scene)" ;;
+    standalone/desktop/*) front_end "$module_rooms|$host_rooms|desktop" ;;
     esac
 }
 
@@ -76,6 +92,14 @@ standalone/framework/Planted.cpp <QWidget>
 standalone/framework/Planted.cpp <QtCore/QString>
 standalone/framework/Planted.cpp "cli/Actions.h"
 standalone/krn/Planted.cpp "desktop/MainWindow.h"
+standalone/krn/Planted.cpp "casefile/CaseFile.h"
+standalone/base/Planted.cpp "krn/Placing.h"
+standalone/drawing/Planted.cpp "framework/Window.h"
+standalone/framework/Planted.cpp "krn/MessageTable.h"
+standalone/scene/Planted.cpp "casefile/CaseFile.h"
+standalone/report/Planted.cpp "pathtime/PhaseTable.h"
+standalone/desktop/look/Planted.cpp "desktop/case/CaseDocument.h"
+standalone/desktop/scene/Planted.cpp "desktop/MainWindow.h"
 standalone/krn/Planted.cpp "masks/dynamics/CBeschlDat.h"
 standalone/vision/Planted.cpp <QImage>
 standalone/cli/Planted.cpp <QString>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/Actions.h"
 
-#include "framework/DrawingExport.h"
+#include "drawing/DrawingExport.h"
 
 #include <algorithm>
 #include <charconv>
@@ -161,7 +161,7 @@ MaybeAction ParseDraw(std::string_view rest)
 {
     const auto pair = SplitAtEquals(rest);
     const auto id = pair ? Whole<UINT>(pair->left) : std::nullopt;
-    if (!id || !framework::IsDrawingFile(std::string(pair->right)))
+    if (!id || !drawing::IsDrawingFile(std::string(pair->right)))
         return std::nullopt;
     return DrawAction{*id, std::string(pair->right)};
 }

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/BatchLine.h"
 
+#include "base/JsonValue.h"
 #include "cli/CaseInput.h"
 #include "cli/JsonText.h"
 #include "cli/Session.h"
 #include "host/RuvCfg.h"
-#include "krn/JsonValue.h"
 
 #include <algorithm>
 #include <array>
@@ -16,7 +16,7 @@ namespace cli
 namespace
 {
 
-using krn::JsonValue;
+using base::JsonValue;
 
 /// A mask can switch the transfer option; the lines after it must not see that.
 class SettingsOfTheCall
@@ -66,7 +66,7 @@ std::optional<Failure> ReadCase(const JsonValue* value, std::unique_ptr<CRuvData
     }
     const auto* path = value->As<std::string>();
     CaseInput input =
-        path != nullptr ? CaseFromFile(*path) : CaseFromText(krn::WriteJson(*value, krn::JsonLayout::oneLine));
+        path != nullptr ? CaseFromFile(*path) : CaseFromText(base::WriteJson(*value, base::JsonLayout::oneLine));
     data = std::move(input.data);
     return data ? std::nullopt : std::optional(Failure{exitFile, "„case“: " + input.error});
 }
@@ -74,23 +74,23 @@ std::optional<Failure> ReadCase(const JsonValue* value, std::unique_ptr<CRuvData
 std::optional<Failure> ReadLine(std::string_view text, Line& line)
 {
     constexpr std::array<std::string_view, 4> kMembers{"id", "mask", "case", "actions"};
-    const krn::JsonParsed parsed = krn::ParseJson(text);
+    const base::JsonParsed parsed = base::ParseJson(text);
     const auto* object = parsed.value ? parsed.value->As<JsonValue::Object>() : nullptr;
     if (object == nullptr)
         return Failure{exitUsage, "die Zeile " + (parsed.value ? "ist kein JSON-Objekt" : parsed.error)};
-    if (const JsonValue* id = krn::Find(*object, "id"))
-        line.id = krn::WriteJson(*id, krn::JsonLayout::oneLine);
+    if (const JsonValue* id = base::Find(*object, "id"))
+        line.id = base::WriteJson(*id, base::JsonLayout::oneLine);
     for (const auto& member : *object)
         if (std::find(kMembers.begin(), kMembers.end(), member.name) == kMembers.end())
             return Failure{exitUsage, "„" + member.name + "“ ist unbekannt; möglich sind id, mask, case und actions"};
-    const JsonValue* mask = krn::Find(*object, "mask");
+    const JsonValue* mask = base::Find(*object, "mask");
     const auto number = mask == nullptr ? std::nullopt : mask->Integer();
     if (!number || *number < 0 || *number > 0xFFFF)
         return Failure{exitUsage, mask == nullptr ? "„mask“ fehlt" : "„mask“ ist keine Maskennummer"};
     line.mask = static_cast<UINT>(*number);
-    if (auto failure = ReadActions(krn::Find(*object, "actions"), line.actions))
+    if (auto failure = ReadActions(base::Find(*object, "actions"), line.actions))
         return failure;
-    return ReadCase(krn::Find(*object, "case"), line.data);
+    return ReadCase(base::Find(*object, "case"), line.data);
 }
 
 std::string Failed(const std::string& id, const Failure& failure)
@@ -135,10 +135,10 @@ std::string ComputeBatchLine(std::string_view text)
 
 std::string FailedBatchLine(std::string_view text, int exit, const std::string& error)
 {
-    const krn::JsonParsed parsed = krn::ParseJson(text);
+    const base::JsonParsed parsed = base::ParseJson(text);
     const auto* object = parsed.value ? parsed.value->As<JsonValue::Object>() : nullptr;
-    const JsonValue* id = object == nullptr ? nullptr : krn::Find(*object, "id");
-    return Failed(id == nullptr ? "null" : krn::WriteJson(*id, krn::JsonLayout::oneLine), {exit, error});
+    const JsonValue* id = object == nullptr ? nullptr : base::Find(*object, "id");
+    return Failed(id == nullptr ? "null" : base::WriteJson(*id, base::JsonLayout::oneLine), {exit, error});
 }
 
 } // namespace cli

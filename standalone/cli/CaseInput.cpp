@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/CaseInput.h"
 
-#include "krn/CaseFile.h"
+#include "casefile/CaseFile.h"
 
 namespace cli
 {
 namespace
 {
 
-CaseInput Checked(std::unique_ptr<CRuvData> data, const krn::CaseResult& result)
+CaseInput Checked(std::unique_ptr<CRuvData> data, const casefile::CaseResult& result)
 {
     return result ? CaseInput{std::move(data), {}} : CaseInput{nullptr, result.Text()};
 }
@@ -19,21 +19,21 @@ CaseInput Checked(std::unique_ptr<CRuvData> data, const krn::CaseResult& result)
 CaseInput CaseFromFile(const std::string& path)
 {
     auto data = std::make_unique<CRuvData>();
-    const krn::CaseResult result = krn::LoadCase(path, *data);
+    const casefile::CaseResult result = casefile::LoadCase(path, *data);
     return Checked(std::move(data), result);
 }
 
 CaseInput CaseFromText(std::string_view json)
 {
     auto data = std::make_unique<CRuvData>();
-    const krn::CaseResult result = krn::CaseFromJson(json, *data);
+    const casefile::CaseResult result = casefile::CaseFromJson(json, *data);
     return Checked(std::move(data), result);
 }
 
 std::unique_ptr<CRuvData> ExampleCase()
 {
     auto data = std::make_unique<CRuvData>();
-    krn::NewExampleCase(*data);
+    casefile::NewExampleCase(*data);
     return data;
 }
 

@@ -4,13 +4,13 @@
 // case new, show and check.
 #include "cli/Verbs.h"
 
+#include "base/AtomicFile.h"
+#include "casefile/CaseFile.h"
 #include "cli/CaseInput.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonText.h"
 #include "cli/Options.h"
 #include "host/CRuvData.h"
-#include "krn/AtomicFile.h"
-#include "krn/CaseFile.h"
 #include "krn/VehicleFields.h"
 
 namespace cli
@@ -20,9 +20,9 @@ namespace
 
 int New(const std::string& path, bool asJson)
 {
-    if (krn::FileExists(path))
+    if (base::FileExists(path))
         return Complain(exitFile, "„" + path + "“ gibt es schon und wird nicht überschrieben");
-    if (const auto saved = krn::SaveCase(path, *ExampleCase()); !saved)
+    if (const auto saved = casefile::SaveCase(path, *ExampleCase()); !saved)
         return Complain(exitFile, saved.Text());
     if (asJson)
         Print(JsonText().BeginObject().Key("file").Text(path).EndObject().Str() + "\n");
@@ -64,7 +64,7 @@ int Show(const std::string& path, bool asJson)
         return Complain(exitFile, loaded.error);
     std::string text = ShowText(*loaded.data);
     if (asJson)
-        if (const auto written = krn::CaseToJson(*loaded.data, text); !written)
+        if (const auto written = casefile::CaseToJson(*loaded.data, text); !written)
             return Complain(exitFile, written.Text());
     Print(text);
     return exitDone;

@@ -4,6 +4,7 @@
 // The functions that module and host offer to others: one line each in the tables below.
 #include "cli/Verbs.h"
 
+#include "base/NumberText.h"
 #include "cli/CaseInput.h"
 #include "cli/ExitCode.h"
 #include "cli/JsonText.h"
@@ -11,7 +12,6 @@
 #include "cli/Session.h"
 #include "frame/Kinematics.h"
 #include "host/Quadratgl.h"
-#include "krn/NumberText.h"
 
 #include <algorithm>
 #include <limits>
@@ -191,7 +191,7 @@ std::optional<double> ParseArgument(const std::string& text)
     for (const double special : {Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity()})
         if (text == NumberText(special))
             return special;
-    return krn::ParseNumber(text);
+    return base::ParseNumber(text);
 }
 
 int Evaluate(const Function& function, const Texts& texts, bool asJson)

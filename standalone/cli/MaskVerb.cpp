@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/Verbs.h"
 
+#include "casefile/CaseFile.h"
 #include "cli/CaseInput.h"
 #include "cli/Options.h"
 #include "cli/Session.h"
-#include "krn/CaseFile.h"
 
 namespace cli
 {
@@ -38,7 +38,7 @@ int MaskVerb(const std::vector<std::string>& arguments)
         return Complain(failure->exit, failure->text);
     Print(session.State() + "\n");
     if (!options.saveFile.empty())
-        if (const auto saved = krn::SaveCase(options.saveFile, session.Case()); !saved)
+        if (const auto saved = casefile::SaveCase(options.saveFile, session.Case()); !saved)
             return Complain(exitFile, saved.Text());
     return session.Refused() ? exitRefused : exitDone;
 }

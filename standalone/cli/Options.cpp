@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/Options.h"
 
+#include "casefile/Settings.h"
 #include "host/RuvCfg.h"
-#include "krn/Settings.h"
 
 #include <algorithm>
 #include <charconv>
@@ -89,9 +89,9 @@ Options ParseOptions(const std::vector<std::string>& arguments, std::initializer
 std::optional<std::string> ApplySettings(const Options& options)
 {
     if (!options.configFile.empty()) {
-        if (!krn::FileExists(options.configFile))
+        if (!base::FileExists(options.configFile))
             return options.configFile + ": die Datei gibt es nicht";
-        if (std::string warning = krn::LoadSettings(options.configFile); !warning.empty())
+        if (std::string warning = casefile::LoadSettings(options.configFile); !warning.empty())
             return warning;
     }
     if (options.transfer)

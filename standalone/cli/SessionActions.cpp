@@ -4,18 +4,18 @@
 // What each action does.
 #include "cli/Session.h"
 
+#include "base/AtomicFile.h"
+#include "base/NumberText.h"
+#include "base/Sha256.h"
+#include "casefile/CaseFile.h"
+#include "drawing/DrawingExport.h"
 #include "framework/DialogPicture.h"
-#include "framework/DrawingExport.h"
 #include "framework/UserInput.h"
 #include "host/CDialog.h"
-#include "krn/AtomicFile.h"
-#include "krn/CaseFile.h"
-#include "krn/HelpPages.h"
-#include "krn/NumberText.h"
 #include "krn/Placing.h"
-#include "krn/ProtocolHtml.h"
-#include "krn/ProtocolOdt.h"
-#include "krn/Sha256.h"
+#include "report/HelpPages.h"
+#include "report/ProtocolHtml.h"
+#include "report/ProtocolOdt.h"
 
 #include <algorithm>
 #include <ctime>
@@ -113,7 +113,7 @@ void Session::Do(const EnterAction& action)
         Use(action.id, "ein Eingabefeld", [&](Window& edit) { return framework::EnterText(edit, action.text); });
         return;
     }
-    const auto position = krn::ParseInteger(action.text);
+    const auto position = base::ParseInteger(action.text);
     if (!position || *position < control->trackMinimum || *position > control->trackMaximum)
         Fail(NameOf(*control) + " steht nur auf ganzen Zahlen von " + std::to_string(control->trackMinimum) + " bis " +
              std::to_string(control->trackMaximum));
@@ -202,7 +202,7 @@ void Session::Do(const RangeAction& action)
 /// Answers the open request, or moves an object that a mask keeps in the scene.
 void Session::Do(const PlaceAction& action)
 {
-    const auto number = krn::ParseInteger(action.kind);
+    const auto number = base::ParseInteger(action.kind);
     const auto isMeant = [&](const CPlacedObject& object) {
         return number ? object.kind == *number : SameLetters(object.name, action.kind);
     };
@@ -254,10 +254,10 @@ void Session::Do(const DrawAction& action)
         Fail("draw: " + NameOf(*shown) + " ist " + KindText(shown->kind) + " und zeigt keine Zeichnung");
         return;
     }
-    const std::string bytes = framework::ExportByEnding(draw(*shown), action.file);
+    const std::string bytes = drawing::ExportByEnding(draw(*shown), action.file);
     if (bytes.empty())
         Fail("draw: das Bild für „" + action.file + "“ wäre zu groß", exitFile);
-    else if (const auto written = krn::WriteFileAtomically(action.file, bytes); !written)
+    else if (const auto written = base::WriteFileAtomically(action.file, bytes); !written)
         Fail("draw: " + written.Text(), exitFile);
 }
 
@@ -268,21 +268,21 @@ void Session::Do(const ProtocolAction& action)
         Fail("protocol: " + NameOfMask() + " ist geschlossen");
         return;
     }
-    krn::ProtocolContext context;
+    report::ProtocolContext context;
     context.number = m_number;
-    context.helpPage = krn::HelpPage(m_number);
+    context.helpPage = report::HelpPage(m_number);
     for (const RecordedMessage& message : m_front.Messages())
         context.messages.push_back(message.shown.text);
     context.caseTitle = m_data->Title();
     std::string text;
-    if (krn::CaseToJson(*m_data, text))
-        context.caseSha256 = krn::Sha256(text);
-    context.date = krn::DateText(std::time(nullptr));
-    const krn::Protocol protocol = krn::MakeProtocol(*mask, context);
+    if (casefile::CaseToJson(*m_data, text))
+        context.caseSha256 = base::Sha256(text);
+    context.date = report::DateText(std::time(nullptr));
+    const report::Protocol protocol = report::MakeProtocol(*mask, context);
     const bool odt = action.file.ends_with('t') || action.file.ends_with('T');
     const std::string bytes =
-        odt ? krn::ProtocolOdt(protocol) : krn::ProtocolHtml(protocol, krn::HtmlPictures::inlineSvg);
-    if (const auto written = krn::WriteFileAtomically(action.file, bytes); !written)
+        odt ? report::ProtocolOdt(protocol) : report::ProtocolHtml(protocol, report::HtmlPictures::inlineSvg);
+    if (const auto written = base::WriteFileAtomically(action.file, bytes); !written)
         Fail("protocol: " + written.Text(), exitFile);
 }
 

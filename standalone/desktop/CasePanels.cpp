@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/CasePanels.h"
 
-#include "desktop/CaseDocument.h"
-#include "desktop/DiagramView.h"
 #include "desktop/MainWindow.h"
-#include "desktop/PathTimeTable.h"
-#include "desktop/SceneCanvas.h"
-#include "desktop/SceneView.h"
-#include "desktop/VehicleEditor.h"
-#include "krn/PathTimeDiagram.h"
+#include "desktop/case/CaseDocument.h"
+#include "desktop/case/PathTimeTable.h"
+#include "desktop/case/VehicleEditor.h"
+#include "desktop/look/DiagramView.h"
+#include "desktop/scene/SceneCanvas.h"
+#include "desktop/scene/SceneView.h"
+#include "pathtime/PathTimeDiagram.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -34,14 +34,14 @@ DiagramView* MakeDiagram(CaseDocument& document)
     const auto parts = std::make_shared<DiagramParts>();
     auto* view = new DiagramView(
         [&document, parts](CDC& drawing, Ground ground) {
-            krn::PathTimeDiagramOptions options;
+            pathtime::PathTimeDiagramOptions options;
             if (ground == Ground::paper)
                 options.title = document.Data().Title();
             options.path = parts->path->isChecked();
             options.speed = parts->speed->isChecked();
             options.phases = parts->phases->isChecked();
             options.palette = PaletteFor(ground);
-            krn::DrawPathTimeDiagram(drawing, krn::DiagramVehicles(document.Data()), options);
+            pathtime::DrawPathTimeDiagram(drawing, pathtime::DiagramVehicles(document.Data()), options);
         },
         QStringLiteral("Weg-Zeit-Diagramm"));
     const auto part = [view](const QString& text) {

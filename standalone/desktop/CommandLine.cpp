@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/CommandLine.h"
 
-#include "krn/NumberText.h"
+#include "base/NumberText.h"
 
 namespace desktop
 {
@@ -32,7 +32,7 @@ CommandLine ReadCommandLine(std::span<char* const> arguments)
         } else if (argument == QLatin1String("--case")) {
             line.casePath = value();
         } else if (argument == QLatin1String("--scale")) {
-            const auto scale = krn::ParseNumber(value().toStdString());
+            const auto scale = base::ParseNumber(value().toStdString());
             if (line.error.isEmpty() && (!scale || *scale < kSmallestScale || *scale > kLargestScale))
                 line.error = QStringLiteral("--scale: eine Zahl von 0,5 bis 4 ist gefragt");
             line.scale = scale.value_or(0.0);

@@ -2,15 +2,15 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The menus and the tool bar of the main window.
-#include "desktop/CaseDocument.h"
-#include "desktop/CaseFileDialogs.h"
-#include "desktop/HelpPane.h"
-#include "desktop/Icons.h"
 #include "desktop/MainWindow.h"
-#include "desktop/MaskArea.h"
-#include "desktop/MaskWindow.h"
-#include "desktop/QuickOpener.h"
-#include "desktop/Theme.h"
+#include "desktop/case/CaseDocument.h"
+#include "desktop/case/CaseFileDialogs.h"
+#include "desktop/look/Icons.h"
+#include "desktop/look/Theme.h"
+#include "desktop/mask/HelpPane.h"
+#include "desktop/mask/MaskArea.h"
+#include "desktop/mask/MaskWindow.h"
+#include "desktop/mask/QuickOpener.h"
 #include "frame/MaskTable.h"
 
 #include <QAction>

@@ -2,18 +2,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/MainWindow.h"
 
-#include "desktop/CaseDocument.h"
-#include "desktop/CaseFileDialogs.h"
-#include "desktop/HelpPane.h"
-#include "desktop/MaskArea.h"
-#include "desktop/MaskWindow.h"
-#include "desktop/QtFrontEnd.h"
-#include "desktop/QuickOpener.h"
+#include "casefile/Settings.h"
 #include "desktop/SettingsDialog.h"
+#include "desktop/case/CaseDocument.h"
+#include "desktop/case/CaseFileDialogs.h"
+#include "desktop/mask/HelpPane.h"
+#include "desktop/mask/MaskArea.h"
+#include "desktop/mask/MaskWindow.h"
+#include "desktop/mask/QtFrontEnd.h"
+#include "desktop/mask/QuickOpener.h"
 #include "frame/RuvMod.h"
 #include "framework/UiThread.h"
 #include "host/RuvCfg.h"
-#include "krn/Settings.h"
 
 #include <QAction>
 #include <QApplication>
@@ -185,7 +185,7 @@ void MainWindow::SaveSettings()
 {
     if (m_preferencesPath.isEmpty())
         return;
-    const krn::FileResult saved = krn::SaveSettings(krn::DefaultSettingsPath());
+    const base::FileResult saved = casefile::SaveSettings(casefile::DefaultSettingsPath());
     m_preferences.geometry = saveGeometry();
     m_preferences.docks = saveState();
     if (!saved)

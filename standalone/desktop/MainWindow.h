@@ -4,7 +4,7 @@
 // The workstation's main window: menu, tool bar, the area of the masks, help, the panels of the case.
 #pragma once
 
-#include "desktop/Preferences.h"
+#include "desktop/look/Preferences.h"
 #include "host/HostTypes.h"
 
 #include <QMainWindow>

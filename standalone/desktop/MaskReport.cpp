@@ -2,21 +2,21 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/MaskReport.h"
 
-#include "desktop/CaseDocument.h"
-#include "desktop/Icons.h"
+#include "base/AtomicFile.h"
+#include "base/Sha256.h"
 #include "desktop/MainWindow.h"
-#include "desktop/MaskArea.h"
-#include "desktop/MaskWindow.h"
-#include "desktop/ProtocolPages.h"
-#include "desktop/QtFrontEnd.h"
+#include "desktop/case/CaseDocument.h"
+#include "desktop/look/Icons.h"
+#include "desktop/mask/MaskArea.h"
+#include "desktop/mask/MaskWindow.h"
+#include "desktop/mask/ProtocolPages.h"
+#include "desktop/mask/QtFrontEnd.h"
+#include "drawing/DrawingExport.h"
 #include "framework/DialogPicture.h"
-#include "framework/DrawingExport.h"
 #include "framework/UiThread.h"
-#include "krn/AtomicFile.h"
-#include "krn/HelpPages.h"
-#include "krn/ProtocolHtml.h"
-#include "krn/ProtocolOdt.h"
-#include "krn/Sha256.h"
+#include "report/HelpPages.h"
+#include "report/ProtocolHtml.h"
+#include "report/ProtocolOdt.h"
 
 #include <QAction>
 #include <QApplication>
@@ -85,34 +85,34 @@ void MaskReport::Note(HWND dialog, const QString& message)
         m_messages[dialog].append(message);
 }
 
-krn::Protocol MaskReport::ProtocolOf(MaskWindow& mask)
+report::Protocol MaskReport::ProtocolOf(MaskWindow& mask)
 {
-    krn::ProtocolContext context;
+    report::ProtocolContext context;
     context.number = mask.Number();
-    context.helpPage = krn::HelpPage(mask.Number());
+    context.helpPage = report::HelpPage(mask.Number());
     for (const QString& message : m_messages[mask.Handle()])
         context.messages.push_back(message.toStdString());
     context.caseTitle = m_document.Data().Title();
     context.caseFile = m_document.Path().isEmpty() ? std::string() : m_document.DisplayName().toStdString();
-    context.caseSha256 = krn::Sha256(m_document.CaseText());
-    context.date = krn::DateText(std::time(nullptr));
-    return krn::MakeProtocol(*mask.Dialog(), context);
+    context.caseSha256 = base::Sha256(m_document.CaseText());
+    context.date = report::DateText(std::time(nullptr));
+    return report::MakeProtocol(*mask.Dialog(), context);
 }
 
 QString MaskReport::Save(MaskWindow& mask, const QString& path)
 {
-    const krn::Protocol protocol = ProtocolOf(mask);
+    const report::Protocol protocol = ProtocolOf(mask);
     const QString ending = QFileInfo(path).suffix().toLower();
     std::string bytes;
     if (ending == QLatin1String("pdf"))
         bytes = ProtocolPdf(protocol).toStdString();
     else if (ending == QLatin1String("html") || ending == QLatin1String("htm"))
-        bytes = krn::ProtocolHtml(protocol, krn::HtmlPictures::inlineSvg);
+        bytes = report::ProtocolHtml(protocol, report::HtmlPictures::inlineSvg);
     else if (ending == QLatin1String("odt"))
-        bytes = krn::ProtocolOdt(protocol);
+        bytes = report::ProtocolOdt(protocol);
     else
         return QStringLiteral("Der Dateiname muss auf .pdf, .html oder .odt enden.");
-    return FromUtf8(krn::WriteFileAtomically(path.toStdString(), bytes).Text());
+    return FromUtf8(base::WriteFileAtomically(path.toStdString(), bytes).Text());
 }
 
 QString MaskReport::PrintOn(QPrinter& printer, MaskWindow& mask)
@@ -122,11 +122,11 @@ QString MaskReport::PrintOn(QPrinter& printer, MaskWindow& mask)
 
 QMimeData* MaskReport::ForClipboard(MaskWindow& mask)
 {
-    const krn::Protocol protocol = ProtocolOf(mask);
+    const report::Protocol protocol = ProtocolOf(mask);
     auto* mime = new QMimeData;
-    mime->setText(FromUtf8(krn::ProtocolText(protocol)));
-    mime->setHtml(FromUtf8(krn::ProtocolHtmlTable(protocol)));
-    const std::string png = framework::ToPng(framework::DrawDialog(*mask.Dialog(), kClipboardUnit), 1.0);
+    mime->setText(FromUtf8(report::ProtocolText(protocol)));
+    mime->setHtml(FromUtf8(report::ProtocolHtmlTable(protocol)));
+    const std::string png = drawing::ToPng(framework::DrawDialog(*mask.Dialog(), kClipboardUnit), 1.0);
     mime->setImageData(QImage::fromData(QByteArray::fromStdString(png), "PNG"));
     return mime;
 }

@@ -4,7 +4,7 @@
 // What of a mask goes into an expert's report.
 #pragma once
 
-#include "krn/Protocol.h"
+#include "report/Protocol.h"
 
 #include <QObject>
 #include <QStringList>
@@ -32,7 +32,7 @@ class MaskReport : public QObject
   public:
     MaskReport(MainWindow& window, CaseDocument& document, QtFrontEnd& frontEnd);
 
-    krn::Protocol ProtocolOf(MaskWindow& mask);
+    report::Protocol ProtocolOf(MaskWindow& mask);
     /// As PDF, HTML or OpenDocument by the ending (.pdf, .html, .odt); returns why it failed, in German, or nothing.
     QString Save(MaskWindow& mask, const QString& path);
     /// Returns why it failed, or nothing.

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/SettingsDialog.h"
 
-#include "desktop/Style.h"
+#include "base/NumberText.h"
+#include "desktop/look/Style.h"
 #include "host/RuvCfg.h"
 #include "host/Units.h"
-#include "krn/NumberText.h"
 
 #include <QCheckBox>
 #include <QColorDialog>
@@ -65,13 +65,13 @@ std::vector<Color> AllColors()
 
 QString Number(double value)
 {
-    return QString::fromStdString(krn::FormatNumber(value));
+    return QString::fromStdString(base::FormatNumber(value));
 }
 
 /// The time in the field, or nothing when it holds none.
 std::optional<double> TimeIn(const QLineEdit& field)
 {
-    const auto value = krn::ParseNumber(field.text().toStdString());
+    const auto value = base::ParseNumber(field.text().toStdString());
     return value && *value >= 0.0 && *value <= kLongestTime ? value : std::nullopt;
 }
 

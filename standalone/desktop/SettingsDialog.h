@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "desktop/Preferences.h"
+#include "desktop/look/Preferences.h"
 
 #include <QDialog>
 

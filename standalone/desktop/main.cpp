@@ -2,17 +2,17 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // tavelin: the workstation.
-#include "desktop/Bench.h"
-#include "desktop/CaseDocument.h"
-#include "desktop/CaseFileDialogs.h"
+#include "casefile/Settings.h"
 #include "desktop/CasePanels.h"
 #include "desktop/CommandLine.h"
 #include "desktop/MainWindow.h"
 #include "desktop/MaskReport.h"
-#include "desktop/QtFrontEnd.h"
-#include "desktop/Shot.h"
+#include "desktop/case/CaseDocument.h"
+#include "desktop/case/CaseFileDialogs.h"
+#include "desktop/check/Bench.h"
+#include "desktop/check/Shot.h"
+#include "desktop/mask/QtFrontEnd.h"
 #include "framework/UiThread.h"
-#include "krn/Settings.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -100,7 +100,7 @@ int main(int argc, char** argv)
         preferences.scheme = desktop::Scheme::dark;
     std::string warning;
     if (!line.DrawsOnly())
-        warning = krn::LoadSettings(krn::DefaultSettingsPath());
+        warning = casefile::LoadSettings(casefile::DefaultSettingsPath());
     desktop::ApplyTheme(preferences.scheme, preferences.fontScale);
 
     desktop::QtFrontEnd frontEnd;

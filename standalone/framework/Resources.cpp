@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "framework/Resources.h"
 
+#include "base/Utf.h"
 #include "framework/HostStrings.h"
-#include "framework/Utf.h"
 #include "host/Assert.h"
 
 #include <algorithm>
@@ -79,14 +79,14 @@ class Reader
                 break;
             units.push_back(static_cast<char16_t>(unit));
         }
-        return Utf8FromUtf16(units);
+        return base::Utf8FromUtf16(units);
     }
     std::string Counted(std::size_t count)
     {
         std::u16string units;
         for (std::size_t i = 0; i < count && !m_failed; ++i)
             units.push_back(static_cast<char16_t>(U16()));
-        return Utf8FromUtf16(units);
+        return base::Utf8FromUtf16(units);
     }
     /// A number (after the mark 0xFFFF) or a text; the number is 0 for a text.
     std::pair<UINT, std::string> NumberOrText()

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/Bindings.h"
 
+#include "base/NumberText.h"
 #include "framework/WndAccess.h"
 #include "host/Assert.h"
 #include "host/CDialog.h"
 #include "host/CRuvData.h"
-#include "krn/NumberText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -73,21 +73,21 @@ double CEditDouble::Factor() const
 
 std::string CEditDouble::Format(double value) const
 {
-    return krn::FormatNumber(value / Factor(), m_decimals);
+    return base::FormatNumber(value / Factor(), m_decimals);
 }
 
 std::string CEditDouble::FormatBound(double bound, int inward) const
 {
     const std::string text = Format(bound);
-    const std::optional<double> shown = krn::ParseNumber(text);
+    const std::optional<double> shown = base::ParseNumber(text);
     if (!shown || InRange(*shown * Factor()))
         return text;
-    return krn::FormatNumber(*shown + inward * std::pow(10.0, -m_decimals), m_decimals);
+    return base::FormatNumber(*shown + inward * std::pow(10.0, -m_decimals), m_decimals);
 }
 
 std::string CEditDouble::EntryText(double value) const
 {
-    return krn::FormatNumber(value / Factor());
+    return base::FormatNumber(value / Factor());
 }
 
 void CEditDouble::Show()
@@ -100,7 +100,7 @@ EntryResult CEditDouble::Take(const std::string& text)
 {
     if (IsBlank(text))
         return {Outcome::unchanged};
-    const std::optional<double> shown = krn::ParseNumber(text);
+    const std::optional<double> shown = base::ParseNumber(text);
     if (shown && InRange(*shown * Factor())) {
         *m_field = *shown * Factor();
         return {Outcome::taken};
@@ -140,7 +140,7 @@ EntryResult CEditInt::Take(const std::string& text)
 {
     if (IsBlank(text))
         return {Outcome::unchanged};
-    const auto value = krn::ParseInteger(text);
+    const auto value = base::ParseInteger(text);
     if (value && InRange(*value)) {
         *m_field = *value;
         return {Outcome::taken};

@@ -56,14 +56,14 @@ void CMDIDialog::OnFinishedEntry(Window& edit, CBinding& binding)
     if (result.outcome == EntryResult::Outcome::taken)
         SendMessage(WM_RUV_EDITCHANGED, edit.id);
     else if (edit.refused)
-        UiThread::Current()->Front().EntryRefused(edit, krn::FormatMessage(result.message, result.args));
+        framework::UiThread::Current()->Front().EntryRefused(edit, krn::FormatMessage(result.message, result.args));
 }
 
 BOOL CMDIDialog::OnCommand(WPARAM wParam, LPARAM lParam)
 {
     const UINT id = LOWORD(wParam);
     const UINT code = HIWORD(wParam);
-    const Window* self = WindowOf(*this);
+    const Window* self = framework::WindowOf(*this);
     Window* control = self == nullptr ? nullptr : self->Child(id);
     CBinding* binding = control == nullptr ? nullptr : FindBinding(id);
     if (binding != nullptr) {
@@ -111,13 +111,13 @@ BOOL CMDIDialog::OnCommand(WPARAM wParam, LPARAM lParam)
 
 void CMDIDialog::ShowHelp()
 {
-    UiThread::Current()->Front().ShowHelp(m_templateId);
+    framework::UiThread::Current()->Front().ShowHelp(m_templateId);
 }
 
 LRESULT CMDIDialog::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_CLOSE) {
-        const Window* self = WindowOf(*this);
+        const Window* self = framework::WindowOf(*this);
         if (self != nullptr && self->page)
             return GetParent()->SendMessage(WM_CLOSE);
         OnCancel();
@@ -152,17 +152,17 @@ void CMDIDialog::PostNcDestroy()
         ShutDownWindow();
     }
     if (m_ownedByWindow)
-        UiThread::Current()->DeleteLater(this);
+        framework::UiThread::Current()->DeleteLater(this);
 }
 
 BOOL CMDIDialog::DoModeless(CWnd* parent)
 {
-    UiThread* thread = UiThread::Current();
+    framework::UiThread* thread = framework::UiThread::Current();
     if (thread == nullptr) {
         delete this;
         return FALSE;
     }
-    const UiThread::Scope scope(*thread);
+    const framework::UiThread::Scope scope(*thread);
     m_ownedByWindow = true;
     if (CreateFromTemplate(parent))
         return TRUE;
@@ -188,7 +188,7 @@ void CMDIDialog::UpdateDialog()
 
 void CMDIDialog::ReadData()
 {
-    const Window* self = WindowOf(*this);
+    const Window* self = framework::WindowOf(*this);
     if (self == nullptr)
         return;
     const HWND handle = m_hWnd;
@@ -233,7 +233,7 @@ void CMDIDialog::Enable(UINT controlId, BOOL enable)
 void CMDIDialog::ChangeProtection(UINT controlId, int protect)
 {
     CWnd* control = GetDlgItem(controlId);
-    const Window* window = control == nullptr ? nullptr : WindowOf(*control);
+    const Window* window = control == nullptr ? nullptr : framework::WindowOf(*control);
     if (window != nullptr && window->kind == Kind::edit)
         static_cast<CEdit*>(control)->SetReadOnly(protect != 0);
 }
@@ -248,7 +248,7 @@ void CMDIDialog::ReplaceChildWindowSubstringWithUnitString(UINT controlId, const
 
 void CMDIDialog::SetUseFzgColors(std::int64_t vehicle)
 {
-    Window* window = WindowOf(*this);
+    Window* window = framework::WindowOf(*this);
     if (window == nullptr || window->vehicle == vehicle)
         return;
     window->vehicle = vehicle;

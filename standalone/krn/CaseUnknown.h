@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "base/JsonValue.h"
 #include "host/CRuvData.h"
-#include "krn/JsonValue.h"
 
 #include <array>
 
@@ -11,12 +11,12 @@
 /// its column.
 struct CRuvData::Unknown {
     int minorVersion = 0; ///< of the file, when newer than this program's
-    krn::JsonValue::Object root;
-    krn::JsonValue::Object scene;
+    base::JsonValue::Object root;
+    base::JsonValue::Object scene;
     struct Vehicle {
-        krn::JsonValue::Object vehicle;
-        krn::JsonValue::Object parameters;
-        krn::JsonValue::Object pathTime;
+        base::JsonValue::Object vehicle;
+        base::JsonValue::Object parameters;
+        base::JsonValue::Object pathTime;
     };
     std::array<Vehicle, kFahrzeuge> vehicles;
 };

@@ -15,10 +15,10 @@ namespace krn
 
 void BroadcastToWindows(CRuvData& data, UINT message, WPARAM wParam, LPARAM lParam, const CWnd* except)
 {
-    UiThread* thread = UiThread::Current();
+    framework::UiThread* thread = framework::UiThread::Current();
     if (thread == nullptr)
         return;
-    const UiThread::Scope scope(*thread);
+    const framework::UiThread::Scope scope(*thread);
     thread->Front().MessageBroadcast({nullptr, message, wParam, lParam});
     for (CMDIRechDialog* mask : OpenMasks(data))
         if (mask != except && IsWindow(mask->m_hWnd))
@@ -29,10 +29,10 @@ void BroadcastToWindows(CRuvData& data, UINT message, WPARAM wParam, LPARAM lPar
 
 void NotifyOpenMasks(CRuvData& data, CaseChange kind, UINT_PTR vehicle)
 {
-    UiThread* thread = UiThread::Current();
+    framework::UiThread* thread = framework::UiThread::Current();
     if (thread == nullptr)
         return;
-    const UiThread::Scope scope(*thread);
+    const framework::UiThread::Scope scope(*thread);
     for (CMDIRechDialog* mask : OpenMasks(data)) {
         if (!IsWindow(mask->m_hWnd))
             continue; // closed by the mask before it

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "krn/MessageTable.h"
 
+#include "base/NumberText.h"
 #include "framework/UiThread.h"
 #include "framework/WndAccess.h"
-#include "krn/NumberText.h"
 
 #include <algorithm>
 #include <array>
@@ -18,26 +18,27 @@ using framework::MessageKind;
 
 // Ascending by number.
 constexpr std::array kMessages{
-    MessageText{1000, MessageKind::warning, "Die Berechnung ist mit diesen Werten nicht möglich."},
-    MessageText{1001, MessageKind::warning, "{0}: „{1}“ ist keine Zahl. Zulässig sind Werte von {2} bis {3}."},
-    MessageText{1002, MessageKind::warning,
+    MessageText{1000, framework::MessageKind::warning, "Die Berechnung ist mit diesen Werten nicht möglich."},
+    MessageText{1001, framework::MessageKind::warning,
+                "{0}: „{1}“ ist keine Zahl. Zulässig sind Werte von {2} bis {3}."},
+    MessageText{1002, framework::MessageKind::warning,
                 "{0}: Der Wert {1} liegt außerhalb des zulässigen Bereichs von {2} bis {3}."},
-    MessageText{1003, MessageKind::warning, "{0}: „{1}“ steht nicht zur Wahl."},
-    MessageText{1052, MessageKind::question, "Sollen alle Eingaben gelöscht werden?"},
-    MessageText{1201, MessageKind::warning, "Die Verzögerung ist 0. Bitte eine Verzögerung eingeben."},
+    MessageText{1003, framework::MessageKind::warning, "{0}: „{1}“ steht nicht zur Wahl."},
+    MessageText{1052, framework::MessageKind::question, "Sollen alle Eingaben gelöscht werden?"},
+    MessageText{1201, framework::MessageKind::warning, "Die Verzögerung ist 0. Bitte eine Verzögerung eingeben."},
     MessageText{
-        1202, MessageKind::warning,
+        1202, framework::MessageKind::warning,
         "Es ist weder eine Geschwindigkeit noch ein Weg eingegeben. Bitte zwei der Größen Anfangsgeschwindigkeit, "
         "Endgeschwindigkeit, Gesamtweg und Bremsweg angeben."},
     MessageText{
-        1203, MessageKind::warning,
+        1203, framework::MessageKind::warning,
         "Es ergibt sich keine Bremszeit: Der gegebene Weg passt nicht zu Geschwindigkeit und Verzögerung. Ist er "
         "länger als der Weg bis zum Stillstand, hilft ein kürzerer Weg, eine höhere Geschwindigkeit oder eine "
         "kleinere Verzögerung."},
-    MessageText{1204, MessageKind::warning,
+    MessageText{1204, framework::MessageKind::warning,
                 "Der Gesamtweg ist kürzer als Reaktions- und Schwellweg zusammen. Bitte einen längeren Gesamtweg, eine "
                 "kleinere Anfangsgeschwindigkeit oder kürzere Dauern eingeben."},
-    MessageText{1443, MessageKind::warning,
+    MessageText{1443, framework::MessageKind::warning,
                 "Mit diesen Werten gibt es kein lineares Modell, das denselben Weg in derselben Zeit fährt. Die "
                 "Verzögerung bei "
                 "Spurbeginn muss kleiner als die Vollbremsverzögerung sein, das Anstiegsverhalten größer als 0 und die "
@@ -48,7 +49,7 @@ constexpr std::array kMessages{
 std::string ArgText(const MessageArg& arg)
 {
     if (const auto* number = std::get_if<double>(&arg))
-        return FormatNumber(*number);
+        return base::FormatNumber(*number);
     if (const auto* integer = std::get_if<std::int64_t>(&arg))
         return std::to_string(*integer);
     return std::get<std::string>(arg);
@@ -70,7 +71,7 @@ framework::ShownMessage FormatMessage(UINT number, std::span<const MessageArg> a
     const auto entry = std::find_if(kMessages.begin(), kMessages.end(),
                                     [number](const MessageText& text) { return text.number == number; });
     if (entry == kMessages.end()) {
-        message.kind = MessageKind::warning;
+        message.kind = framework::MessageKind::warning;
         message.text = "Meldung " + std::to_string(number);
         for (const std::string& arg : message.args)
             message.text += " · " + arg;

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "krn/NumberEntry.h"
 
+#include "base/NumberText.h"
 #include "krn/MessageTable.h"
-#include "krn/NumberText.h"
 
 #include <array>
 
@@ -18,14 +18,14 @@ std::string UnitOf(const NumberFormat& format)
 
 std::string ShowNumber(double value, const NumberFormat& format)
 {
-    return FormatNumber(UnitsSystemConfiguration::GetInstance().ToShown(value, format.unit), format.decimals);
+    return base::FormatNumber(UnitsSystemConfiguration::GetInstance().ToShown(value, format.unit), format.decimals);
 }
 
 NumberEntry ReadNumber(const std::string& text, const NumberFormat& format)
 {
     if (text.find_first_not_of(" \t") == std::string::npos)
         return {};
-    const std::optional<double> shown = ParseNumber(text);
+    const std::optional<double> shown = base::ParseNumber(text);
     if (shown) {
         const double value = UnitsSystemConfiguration::GetInstance().ToMetric(*shown, format.unit);
         if (value >= format.minimum && value <= format.maximum)

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
+#include "base/NumberText.h"
 #include "cli/Actions.h"
 #include "cli/JsonText.h"
 #include "cli/Options.h"
-#include "krn/NumberText.h"
 
 #include <gtest/gtest.h>
 
@@ -132,7 +132,7 @@ TEST(CliJsonText, NumbersReadBackAsTheSameDouble)
 {
     for (const double value : {0.1, 1.0 / 3.0, 7.848000000000001, 5e-324, 1.7976931348623157e308, -2.5, 1e21}) {
         const std::string text = JsonText().Number(value).Str();
-        EXPECT_EQ(krn::ParseNumber(text), value) << text;
+        EXPECT_EQ(base::ParseNumber(text), value) << text;
     }
     EXPECT_EQ(JsonText().Number(0.8).Str(), "0.8");
     EXPECT_EQ(JsonText().Number(-0.0).Str(), "-0.0");

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/Session.h"
 
+#include "casefile/CaseFile.h"
 #include "host/CDialog.h"
-#include "krn/CaseFile.h"
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ Outcome Play(std::initializer_list<const char*> actions)
     for (const char* action : actions)
         parsed.push_back(cli::ParseAction(action).action.value());
     auto data = std::make_unique<CRuvData>();
-    krn::NewExampleCase(*data);
+    casefile::NewExampleCase(*data);
     cli::Session session(std::move(data));
     const auto failure = session.Run(487, parsed);
     Outcome outcome{failure ? failure->text : "", {}};

@@ -4,11 +4,11 @@
 // A running workstation: user-interface thread, case, main window, and hands on the keyboard.
 #pragma once
 
-#include "desktop/CaseDocument.h"
 #include "desktop/MainWindow.h"
-#include "desktop/MaskArea.h"
-#include "desktop/MaskWindow.h"
-#include "desktop/QtFrontEnd.h"
+#include "desktop/case/CaseDocument.h"
+#include "desktop/mask/MaskArea.h"
+#include "desktop/mask/MaskWindow.h"
+#include "desktop/mask/QtFrontEnd.h"
 #include "framework/UiThread.h"
 #include "host/RuvCfg.h"
 

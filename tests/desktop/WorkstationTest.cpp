@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The workstation as a whole: examples, diagrams of masks, switches that masks share with the menus, pictures.
-#include "DesktopFixture.h"
+#include "tests/desktop/DesktopFixture.h"
 
-#include "desktop/CaseFileDialogs.h"
 #include "desktop/CommandLine.h"
 #include "desktop/SettingsDialog.h"
+#include "desktop/case/CaseFileDialogs.h"
 #include "framework/UserInput.h"
 #include "res/resource.h"
 #include "tests/support/TemporaryFolder.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The workstation's tests need an application object for their whole life, and never touch the user's own files.
-#include "desktop/Theme.h"
+#include "desktop/look/Theme.h"
 
 #include <QApplication>
 #include <QLocale>

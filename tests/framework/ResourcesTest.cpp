@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 #include "framework/Resources.h"
-#include "framework/Utf.h"
+#include "base/Utf.h"
 
 #include <gtest/gtest.h>
 
@@ -17,6 +17,7 @@
 namespace
 {
 
+using namespace base;
 using namespace framework;
 
 std::string SourceFile(const std::string& name)

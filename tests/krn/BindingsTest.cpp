@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
+#include "base/NumberText.h"
 #include "krn/MessageTable.h"
-#include "krn/NumberText.h"
 #include "tests/support/MaskFixture.h"
 
 #include <cmath>
@@ -201,37 +201,37 @@ TEST_F(BindingsTest, BoundsNamedInARefusalAreTaken)
 
 TEST(NumberTextTest, ShowsRoundedValuesWithoutNegativeZero)
 {
-    EXPECT_EQ(krn::FormatNumber(7.848, 2), "7,85");
-    EXPECT_EQ(krn::FormatNumber(-0.004, 2), "0,00");
-    EXPECT_EQ(krn::FormatNumber(-0.0, 0), "0");
-    EXPECT_EQ(krn::FormatNumber(-0.006, 2), "-0,01");
-    EXPECT_EQ(krn::FormatNumber(0.5, 0), "0");
-    EXPECT_EQ(krn::FormatNumber(123456789.125, 3), "123456789,125");
-    EXPECT_EQ(krn::FormatNumber(1e20, 2), "1,00e+20");
-    EXPECT_EQ(krn::FormatNumber(kNan, 2), "—");
-    EXPECT_EQ(krn::FormatNumber(-INFINITY, 2), "-∞");
+    EXPECT_EQ(base::FormatNumber(7.848, 2), "7,85");
+    EXPECT_EQ(base::FormatNumber(-0.004, 2), "0,00");
+    EXPECT_EQ(base::FormatNumber(-0.0, 0), "0");
+    EXPECT_EQ(base::FormatNumber(-0.006, 2), "-0,01");
+    EXPECT_EQ(base::FormatNumber(0.5, 0), "0");
+    EXPECT_EQ(base::FormatNumber(123456789.125, 3), "123456789,125");
+    EXPECT_EQ(base::FormatNumber(1e20, 2), "1,00e+20");
+    EXPECT_EQ(base::FormatNumber(kNan, 2), "—");
+    EXPECT_EQ(base::FormatNumber(-INFINITY, 2), "-∞");
 }
 
 TEST(NumberTextTest, FollowsTheUsersDecimalSign)
 {
     RuvCfg.decimalPoint = true;
-    EXPECT_EQ(krn::FormatNumber(-2.862, 2), "-2.86");
-    EXPECT_EQ(krn::FormatNumber(0.1), "0.1");
+    EXPECT_EQ(base::FormatNumber(-2.862, 2), "-2.86");
+    EXPECT_EQ(base::FormatNumber(0.1), "0.1");
     RuvCfg.decimalPoint = false;
-    EXPECT_EQ(krn::FormatNumber(0.1), "0,1");
+    EXPECT_EQ(base::FormatNumber(0.1), "0,1");
 }
 
 TEST(NumberTextTest, ReadsCommaAndPoint)
 {
-    EXPECT_EQ(krn::ParseNumber("0,8"), 0.8);
-    EXPECT_EQ(krn::ParseNumber(" +0.8 "), 0.8);
-    EXPECT_EQ(krn::ParseNumber("-,5"), -0.5);
-    EXPECT_EQ(krn::ParseNumber("1e-3"), 0.001);
+    EXPECT_EQ(base::ParseNumber("0,8"), 0.8);
+    EXPECT_EQ(base::ParseNumber(" +0.8 "), 0.8);
+    EXPECT_EQ(base::ParseNumber("-,5"), -0.5);
+    EXPECT_EQ(base::ParseNumber("1e-3"), 0.001);
     for (const char* text : {"", " ", "+", "-", ",", "1,2,3", "1 000", "+-1", "1e", "infinity", "NaN", "1m"})
-        EXPECT_EQ(krn::ParseNumber(text), std::nullopt) << text;
-    EXPECT_EQ(krn::ParseInteger("+12"), 12);
-    EXPECT_EQ(krn::ParseInteger("12,0"), std::nullopt);
-    EXPECT_EQ(krn::ParseInteger("99999999999999999999"), std::nullopt);
+        EXPECT_EQ(base::ParseNumber(text), std::nullopt) << text;
+    EXPECT_EQ(base::ParseInteger("+12"), 12);
+    EXPECT_EQ(base::ParseInteger("12,0"), std::nullopt);
+    EXPECT_EQ(base::ParseInteger("99999999999999999999"), std::nullopt);
 }
 
 TEST(MessageTableTest, IsSortedUniqueAndKeepsBracesOfArguments)

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
+#include "casefile/CaseFile.h"
+#include "casefile/CaseHistory.h"
 #include "host/CDC.h"
-#include "krn/CaseFile.h"
-#include "krn/CaseHistory.h"
 #include "krn/Placing.h"
 #include "masks/collision/CSchrankenverfahrenDlg.h"
 #include "res/resource.h"
@@ -476,16 +476,16 @@ TEST_F(SchrankenDlgTest, UndoneStepComesBackIntoTheOpenMask)
     Compute();
     const double high = High();
     std::string before;
-    ASSERT_TRUE(krn::CaseToJson(data, before));
+    ASSERT_TRUE(casefile::CaseToJson(data, before));
     Place(1, {-2600, -100}, 0, 400, 200);
     EXPECT_GT(High(), high);
     CRuvData earlier;
-    ASSERT_TRUE(krn::CaseFromJson(before, earlier));
-    krn::ReplaceCaseAndTell(data, std::move(earlier));
+    ASSERT_TRUE(casefile::CaseFromJson(before, earlier));
+    casefile::ReplaceCaseAndTell(data, std::move(earlier));
     EXPECT_EQ(High(), high);
     CRuvData empty;
-    krn::NewExampleCase(empty);
-    krn::ReplaceCaseAndTell(data, std::move(empty));
+    casefile::NewExampleCase(empty);
+    casefile::ReplaceCaseAndTell(data, std::move(empty));
     EXPECT_EQ(High(), 0.0);
     EXPECT_TRUE(krn::SceneObjects(data).empty());
     EXPECT_EQ(Text(Page(4), IDC_SCHR_KONTROLLE_ANSTOSS), "0,80") << "defaults where the case holds nothing";
@@ -493,7 +493,7 @@ TEST_F(SchrankenDlgTest, UndoneStepComesBackIntoTheOpenMask)
 
 TEST_F(SchrankenDlgTest, ExampleCaseGivesWhatItsHelpPageSays)
 {
-    ASSERT_TRUE(krn::LoadCase(TAVELIN_SOURCE_DIR "/examples/fussgaenger.json", data));
+    ASSERT_TRUE(casefile::LoadCase(TAVELIN_SOURCE_DIR "/examples/fussgaenger.json", data));
     Open();
     Press(*mask, IDC_RECHNEN);
     EXPECT_TRUE(front.messages.empty());
@@ -569,7 +569,7 @@ TEST_F(SchrankenDlgTest, OddPlacesEndInAnEmptyAreaOrAMessage)
         Press(*mask, IDC_RECHNEN);
     }
     std::string json;
-    EXPECT_TRUE(krn::CaseToJson(data, json)) << "nothing in the case that no file can hold";
+    EXPECT_TRUE(casefile::CaseToJson(data, json)) << "nothing in the case that no file can hold";
     data.MaskenWerte(487)["objekt.person.x"] = {std::nan("")};
     data.MaskenWerte(487)["fahrzeug"] = {1e9};
     framework::CloseDialog(*mask);

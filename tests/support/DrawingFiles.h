@@ -4,7 +4,7 @@
 // A drawing of every kind of primitive, and readers of the files that drawings are written to.
 #pragma once
 
-#include "framework/DrawingExport.h"
+#include "drawing/DrawingExport.h"
 
 #include <gtest/gtest.h>
 
@@ -149,7 +149,7 @@ class Picture
         EXPECT_NE(m_pixels, nullptr);
         EXPECT_EQ(channels, 3);
     }
-    explicit Picture(const CDC& dc, double scale = 1.0) : Picture(framework::ToPng(dc, scale)) {}
+    explicit Picture(const CDC& dc, double scale = 1.0) : Picture(drawing::ToPng(dc, scale)) {}
     Picture(const Picture&) = delete;
     Picture& operator=(const Picture&) = delete;
     ~Picture() { std::free(m_pixels); }

@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "base/NumberText.h"
+
+#include "host/RuvCfg.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace base
+{
+namespace
+{
+
+// Beyond this a fixed notation only shows digits that are noise.
+constexpr double kLargestFixed = 1e15;
+
+std::string WithUsersSign(std::string text)
+{
+    if (!RuvCfg.decimalPoint)
+        std::replace(text.begin(), text.end(), '.', ',');
+    return text;
+}
+
+std::string_view Trimmed(std::string_view text)
+{
+    constexpr std::string_view blanks = " \t";
+    const auto first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+/// std::from_chars knows no leading plus sign.
+std::string_view WithoutPlus(std::string_view text)
+{
+    if (text.size() > 1 && text.front() == '+' && text[1] != '-' && text[1] != '+')
+        text.remove_prefix(1);
+    return text;
+}
+
+} // namespace
+
+std::string FormatNumber(double value, int decimals)
+{
+    if (std::isnan(value))
+        return "—";
+    if (std::isinf(value))
+        return value > 0 ? "∞" : "-∞";
+    std::array<char, 64> buffer{};
+    const bool fixed = std::abs(value) < kLargestFixed;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                   fixed ? std::chars_format::fixed : std::chars_format::scientific, decimals)
+                         .ptr;
+    std::string text(buffer.data(), end);
+    if (text.front() == '-' && text.find_first_not_of("-0.") == std::string::npos)
+        text.erase(0, 1);
+    return WithUsersSign(std::move(text));
+}
+
+std::string FormatNumber(double value)
+{
+    if (!std::isfinite(value))
+        return FormatNumber(value, 0);
+    std::array<char, 64> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+    return WithUsersSign(std::string(buffer.data(), end));
+}
+
+std::optional<double> ParseNumber(std::string_view text)
+{
+    text = WithoutPlus(Trimmed(text));
+    std::string point(text);
+    std::replace(point.begin(), point.end(), ',', '.');
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(point.data(), point.data() + point.size(), value);
+    if (error == std::errc::result_out_of_range || end != point.data() + point.size() || !std::isfinite(value))
+        return std::nullopt;
+    return error == std::errc{} ? std::optional(value) : std::nullopt;
+}
+
+std::optional<std::int64_t> ParseInteger(std::string_view text)
+{
+    text = WithoutPlus(Trimmed(text));
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || end != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
+} // namespace base

@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace base
+{
+
+/// SHA-256 (FIPS 180-4) of the bytes, as 64 lower-case hexadecimal digits. Our own, because the Windows build has no
+/// package with one.
+std::string Sha256(std::string_view bytes);
+
+} // namespace base

@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "casefile/CaseFile.h"
+
+#include "base/JsonValue.h"
+#include "host/CRuvData.h"
+#include "krn/CaseUnknown.h"
+
+#include <memory>
+#include <utility>
+
+namespace casefile
+{
+namespace
+{
+
+CaseResult FileTrouble(CaseOutcome outcome, const base::FileResult& trouble, const std::string& path)
+{
+    return {outcome, "", trouble.Text(), path};
+}
+
+} // namespace
+
+std::string CaseResult::Text() const
+{
+    const std::string subject = path.empty() ? "Der Fall" : "Die Falldatei „" + path + "“";
+    const std::string fault = pointer.empty() ? reason : "ist beschädigt: " + pointer + " " + reason;
+    switch (outcome) {
+    case CaseOutcome::ok:
+        break;
+    case CaseOutcome::notReadable:
+    case CaseOutcome::notWritable:
+        return reason;
+    case CaseOutcome::damaged:
+    case CaseOutcome::newerVersion:
+        return subject + " " + fault + ".";
+    case CaseOutcome::invalidValue:
+        return "Der Fall kann nicht gespeichert werden: " + (pointer.empty() ? "Er" : pointer) + " " + reason + ".";
+    case CaseOutcome::keepsDamaged:
+    case CaseOutcome::keepsNewer:
+        return subject + " " + fault + ". Sie wird nicht überschrieben.";
+    }
+    return {};
+}
+
+CaseResult LoadCase(const std::string& path, CRuvData& data)
+{
+    std::string bytes;
+    if (const base::FileResult read = base::ReadWholeFile(path, bytes, base::kJsonMaxBytes); !read) {
+        return FileTrouble(CaseOutcome::notReadable, read, path);
+    }
+    CaseResult result = CaseFromJson(bytes, data);
+    result.path = path;
+    return result;
+}
+
+CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite overwrite, const base::FileCalls& calls)
+{
+    std::string bytes;
+    CaseResult result = CaseToJson(data, bytes);
+    result.path = path;
+    if (!result) {
+        return result;
+    }
+    if (overwrite == Overwrite::onlyCases && base::IsOrdinaryFile(path)) {
+        std::string existing;
+        if (const base::FileResult read = base::ReadWholeFile(path, existing, base::kJsonMaxBytes); !read) {
+            return FileTrouble(CaseOutcome::notWritable, read, path);
+        }
+        const auto before = std::make_unique<CRuvData>();
+        result = existing.empty() ? CaseResult() : CaseFromJson(existing, *before);
+        result.path = path;
+        if (!result) {
+            result.outcome =
+                result.outcome == CaseOutcome::newerVersion ? CaseOutcome::keepsNewer : CaseOutcome::keepsDamaged;
+            return result;
+        }
+    }
+    if (const base::FileResult written = base::WriteFileAtomically(path, bytes, calls); !written) {
+        return FileTrouble(CaseOutcome::notWritable, written, path);
+    }
+    return result;
+}
+
+void ReplaceCase(CRuvData& data, CRuvData&& content)
+{
+    for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
+        data.KfzDat(i) = std::move(content.KfzDat(i));
+        data.WZRechDat(i) = std::move(content.WZRechDat(i));
+        data.UPa(i) = content.UPa(i);
+    }
+    for (const auto& entry : data.AlleMaskenWerte()) {
+        data.MaskenWerte(entry.first).clear();
+    }
+    for (const auto& entry : content.AlleMaskenWerte()) {
+        data.MaskenWerte(entry.first) = std::move(content.MaskenWerte(entry.first));
+    }
+    data.Bilder() = std::move(content.Bilder());
+    data.Title() = std::move(content.Title());
+    data.unknown = std::move(content.unknown);
+}
+
+void NewExampleCase(CRuvData& data)
+{
+    const auto fresh = std::make_unique<CRuvData>();
+    fresh->KfzDat(0) = TypicalCar("Pkw 1", RGB(200, 30, 30));
+    fresh->KfzDat(1) = TypicalCar("Pkw 2", RGB(30, 60, 200));
+    ReplaceCase(data, std::move(*fresh));
+}
+
+} // namespace casefile

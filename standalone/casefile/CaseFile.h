@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The case as a JSON file; docs/case-format.md describes it.
+#pragma once
+
+#include "base/AtomicFile.h"
+
+#include <string>
+#include <string_view>
+
+class CRuvData;
+
+namespace casefile
+{
+
+/// Of the format's version 1 that this program knows in full.
+inline constexpr int kCaseMinorVersion = 1;
+
+enum class CaseOutcome {
+    ok,
+    notReadable,  ///< the file system says why
+    damaged,      ///< no case, or a value in it is wrong
+    newerVersion, ///< written by a program whose format this one cannot read
+    invalidValue, ///< the case holds something that no file can hold, such as not-a-number
+    notWritable,  ///< the file system says why
+    keepsDamaged, ///< not written: the existing file is no readable case
+    keepsNewer,   ///< not written: the existing file is a case of a newer version
+};
+
+/// What loading or saving came to; converts to true when it was done.
+struct CaseResult {
+    CaseOutcome outcome = CaseOutcome::ok;
+    std::string pointer; ///< JSON pointer (RFC 6901) to the value at fault, empty when it is the whole text
+    std::string reason;  ///< German, follows the name of the value or file: "ist keine Zahl"
+    std::string path;    ///< empty when no file is involved
+
+    explicit operator bool() const { return outcome == CaseOutcome::ok; }
+    /// German sentence for the user, empty when all is well.
+    std::string Text() const;
+};
+
+/// Reads a case. `data` is replaced as a whole, or left as it is when the result is not ok. Open masks are not told.
+CaseResult CaseFromJson(std::string_view json, CRuvData& data);
+CaseResult LoadCase(const std::string& path, CRuvData& data);
+
+/// Writes a case: its used columns, and the vehicles that are valid or have any; what a newer program added to the
+/// file it was read from comes along. The same case gives the same bytes.
+CaseResult CaseToJson(const CRuvData& data, std::string& json);
+
+enum class Overwrite {
+    onlyCases, ///< an existing file must be empty or a case that LoadCase reads
+    force,
+};
+CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite overwrite = Overwrite::onlyCases,
+                    const base::FileCalls& calls = base::SystemFileCalls());
+
+/// Puts `content` in the place of what `data` holds; references into `data` stay valid. Open masks are not told.
+void ReplaceCase(CRuvData& data, CRuvData&& content);
+
+/// Empties the case but for two passenger cars of complete, typical dimensions.
+void NewExampleCase(CRuvData& data);
+
+} // namespace casefile

@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The pictures under the scene in the case file.
+#pragma once
+
+#include "base/JsonValue.h"
+#include "host/CSzenenBild.h"
+
+#include <string>
+#include <vector>
+
+namespace casefile::case_file
+{
+
+inline constexpr std::string_view kSceneNames[] = {"pictures"};
+
+/// What is wrong with a value, and where; no reason when nothing is.
+struct Fault {
+    std::string pointer;
+    std::string reason;
+};
+
+Fault ReadPictures(const base::JsonValue& value, const std::string& at, std::vector<CSzenenBild>& pictures);
+base::JsonValue::Array PicturesToJson(const std::vector<CSzenenBild>& pictures, const std::string& at, Fault& fault);
+
+} // namespace casefile::case_file

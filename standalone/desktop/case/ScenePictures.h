@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The files of the pictures under the scene.
+#pragma once
+
+#include "scene/SceneDrawing.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace desktop
+{
+
+/// A picture's file: its pixels in full and in halves, or why there are none.
+struct PictureFile {
+    std::vector<std::shared_ptr<const drawing::Bitmap>> levels; ///< the full size first
+    std::string sha256;
+    QString why; ///< German; empty when the picture can be used
+};
+
+/// Reads a PNG or JPEG file, under a wait cursor. Files that are no pictures, damaged or too large are refused.
+PictureFile ReadPictureFile(const QString& path);
+
+/// Where the file of a picture lies, and how the case names a file; `casePath` is empty for a case that has no file.
+QString PicturePath(const std::string& name, const QString& casePath);
+std::string PictureName(const QString& path, const QString& casePath);
+
+/// What has been read, so that each file is read once.
+class ScenePictures
+{
+  public:
+    /// The picture in a size for `pixels` across.
+    scene::SceneLayer Layer(const CSzenenBild& picture, const QString& casePath, double pixels);
+
+  private:
+    struct Entry {
+        QDateTime modified;
+        qint64 size = -1;
+        PictureFile file;
+    };
+    std::map<QString, Entry> m_files;
+};
+
+} // namespace desktop

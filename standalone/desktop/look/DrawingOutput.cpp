@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "desktop/look/DrawingOutput.h"
+
+#include "base/AtomicFile.h"
+#include "desktop/look/CdcPainter.h"
+#include "desktop/look/Icons.h"
+#include "drawing/DrawingExport.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QImage>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+
+#include <algorithm>
+
+namespace desktop
+{
+namespace
+{
+
+constexpr double kClipboardScale = 2.0;
+
+} // namespace
+
+void CopyDrawing(const CDC& drawing)
+{
+    auto* mime = new QMimeData; // the clipboard's
+    const std::string png = drawing::ToPng(drawing, kClipboardScale);
+    mime->setImageData(QImage::fromData(QByteArray::fromStdString(png), "PNG"));
+    mime->setData(QStringLiteral("image/svg+xml"), QByteArray::fromStdString(drawing::ToSvg(drawing)));
+    QApplication::clipboard()->setMimeData(mime);
+}
+
+QString SaveDrawing(const CDC& drawing, const QString& path)
+{
+    const std::string file = path.toStdString();
+    if (!drawing::IsDrawingFile(file))
+        return QStringLiteral("Der Dateiname muss auf .svg, .pdf oder .png enden.");
+    return QString::fromStdString(base::WriteFileAtomically(file, drawing::ExportByEnding(drawing, file)).Text());
+}
+
+QString PrintDrawing(const CDC& drawing, QPrinter& printer)
+{
+    QPainter painter;
+    if (!painter.begin(&printer))
+        return QStringLiteral("Der Drucker „%1“ nimmt den Auftrag nicht an.").arg(printer.printerName());
+    const QRect page = painter.viewport();
+    const double scale = std::min(page.width() / drawing.Width(), page.height() / drawing.Height());
+    painter.scale(scale, scale);
+    Replay(drawing, painter);
+    return {};
+}
+
+void AskAndSaveDrawing(const CDC& drawing, const QString& name, QWidget* parent)
+{
+    const QString title = QStringLiteral("Diagramm speichern");
+    QFileDialog dialog(parent, title, {},
+                       QStringLiteral("SVG-Zeichnung (*.svg);;PDF-Dokument (*.pdf);;PNG-Bild (*.png)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.selectFile(name);
+    dialog.setDefaultSuffix(QStringLiteral("svg"));
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
+        dialog.setDefaultSuffix(filter.section(QStringLiteral("*."), 1).chopped(1));
+    });
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return;
+    if (const QString why = SaveDrawing(drawing, dialog.selectedFiles().front()); !why.isEmpty())
+        QMessageBox::warning(parent, title, why);
+}
+
+void AskAndPrintDrawing(const CDC& drawing, const QString& name, QWidget* parent)
+{
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(name);
+    printer.setPageOrientation(drawing.Width() > drawing.Height() ? QPageLayout::Landscape : QPageLayout::Portrait);
+    QPrintDialog dialog(&printer, parent);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    if (const QString why = PrintDrawing(drawing, printer); !why.isEmpty())
+        QMessageBox::warning(parent, QStringLiteral("Diagramm drucken"), why);
+}
+
+void AddDrawingEntries(QMenu& menu, const QString& name, QWidget* parent, const std::function<CDC()>& draw)
+{
+    menu.addAction(Icon("copy"), QStringLiteral("&Kopieren"), parent, [draw] { CopyDrawing(draw()); });
+    menu.addAction(Icon("save"), QStringLiteral("&Speichern als SVG, PDF oder PNG…"), parent,
+                   [draw, name, parent] { AskAndSaveDrawing(draw(), name, parent); });
+    menu.addAction(Icon("print"), QStringLiteral("&Drucken…"), parent,
+                   [draw, name, parent] { AskAndPrintDrawing(draw(), name, parent); });
+}
+
+} // namespace desktop

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// How the workstation looks to its user: kept beside the settings that masks see (krn/Settings.h).
+#pragma once
+
+#include "desktop/look/Theme.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace desktop
+{
+
+struct Preferences {
+    Scheme scheme = Scheme::light;
+    double fontScale = 1.0; ///< 0.8 to 2
+    QByteArray geometry;    ///< of the main window
+    QByteArray docks;
+
+    /// Those of the file, or defaults for what it does not hold. An empty path gives the defaults.
+    static Preferences Load(const QString& path);
+    /// False when the file could not be written.
+    bool Save(const QString& path) const;
+};
+
+/// desktop.ini in the folder of the settings file; empty when there is no such folder.
+QString PreferencesPath();
+
+inline constexpr double kSmallestFontScale = 0.8;
+inline constexpr double kLargestFontScale = 2.0;
+
+} // namespace desktop

@@ -1,0 +1,422 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "report/Protocol.h"
+
+#include "base/NumberText.h"
+#include "base/ProgramVersion.h"
+#include "framework/UiThread.h"
+#include "host/Bindings.h"
+#include "host/CDialog.h"
+#include "host/Placing.h"
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <utility>
+
+namespace report
+{
+namespace
+{
+
+using framework::Kind;
+using framework::Window;
+
+// A diagram is drawn for the width of a page, but not enlarged without measure.
+constexpr double kPictureWidth = 640.0; // px: 17 cm
+constexpr double kLeastPixelsPerUnit = 1.5;
+constexpr double kMostPixelsPerUnit = 3.5;
+constexpr double kHeightToWidth = 13.0 / 12.0;
+constexpr const char* kUpTo = "bis";    // between two fields of a range
+constexpr const char* kTolerance = "±"; // before a field that says how exact the one before it is
+
+std::string Trimmed(const std::string& text)
+{
+    const auto first = text.find_first_not_of(" \t\r\n");
+    if (first == std::string::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+}
+
+std::string WithoutColon(const std::string& text)
+{
+    std::string label = Trimmed(text);
+    while (!label.empty() && (label.back() == ':' || label.back() == ' '))
+        label.pop_back();
+    return label;
+}
+
+bool Contains(const CRect& outer, const CRect& inner)
+{
+    return outer.left <= inner.left && outer.right >= inner.right && outer.top <= inner.top &&
+           outer.bottom >= inner.bottom;
+}
+
+/// The switch that stands directly before the control and names it is off: the control does not count.
+bool IsSwitchedOff(const Window& control)
+{
+    const std::string label = framework::LabelOf(control);
+    const auto& siblings = control.parent->children;
+    const Window* named = nullptr;
+    for (const auto& sibling : siblings) {
+        if (sibling.get() == &control)
+            break;
+        if ((sibling->kind == Kind::check || sibling->kind == Kind::radio) &&
+            framework::WithoutMnemonic(sibling->text) == label)
+            named = sibling.get();
+    }
+    return !control.enabled && named != nullptr && named->check == 0;
+}
+
+/// The sign stands just before the control.
+bool IsTolerance(const Window& control)
+{
+    constexpr int kGap = 6; // dialog units
+    const auto& siblings = control.parent->children;
+    return std::any_of(siblings.begin(), siblings.end(), [&](const auto& sibling) {
+        const CRect& sign = sibling->rect;
+        return sibling->kind == Kind::label && Trimmed(sibling->text) == kTolerance && sign.top < control.rect.bottom &&
+               control.rect.top < sign.bottom && sign.right <= control.rect.left &&
+               control.rect.left - sign.right <= kGap;
+    });
+}
+
+/// "0 - 1" beside a field says something, but is no unit.
+std::string UnitOf(const Window& control)
+{
+    const std::string text = Trimmed(framework::UnitTextOf(control));
+    return !text.empty() && text[0] >= '0' && text[0] <= '9' ? std::string() : text;
+}
+
+std::vector<Window*> PagesOf(const Window& dialog)
+{
+    const framework::UiThread* thread = framework::UiThread::Current();
+    return thread == nullptr ? std::vector<Window*>() : thread->Pages(dialog);
+}
+
+class Collector
+{
+  public:
+    explicit Collector(Protocol& protocol) : m_protocol(protocol) {}
+
+    /// Pages count whether or not they are the one in front.
+    void Dialog(const Window& dialog)
+    {
+        for (const auto& child : dialog.children)
+            if (child->visible)
+                Control(*child);
+        for (const Window* page : PagesOf(dialog))
+            Dialog(*page);
+    }
+
+    /// Statics of their own that no field is named by: they say something.
+    void Notes(const Window& dialog)
+    {
+        for (const auto& child : dialog.children) {
+            if (!child->visible)
+                continue;
+            const std::string text = Trimmed(framework::WithoutMnemonic(child->text));
+            if (child->kind == Kind::label && child->HasId() && !text.empty() && !m_names.contains(text))
+                m_protocol.notes.push_back(text);
+        }
+        for (const Window* page : PagesOf(dialog))
+            Notes(*page);
+    }
+
+    /// The edits that are listed, in their order.
+    const std::vector<const Window*>& Listed() const { return m_listed; }
+
+  private:
+    void Control(const Window& control)
+    {
+        switch (control.kind) {
+        case Kind::edit:
+            Edit(control);
+            break;
+        case Kind::combo:
+        case Kind::list:
+            if (control.selection >= 0 && static_cast<std::size_t>(control.selection) < control.items.size())
+                Add(control, control.items[static_cast<std::size_t>(control.selection)], false);
+            break;
+        case Kind::check:
+            Add(control, control.check != 0 ? "ja" : "nein", false);
+            break;
+        case Kind::radio:
+            if (control.check != 0)
+                Radio(control);
+            break;
+        case Kind::field:
+            if (control.painter)
+                Picture(control);
+            break;
+        default:
+            break;
+        }
+    }
+
+    void Edit(const Window& edit)
+    {
+        // Named even when it is not listed: its label says nothing of its own.
+        m_names.insert(Trimmed(framework::LabelOf(edit)));
+        m_names.insert(Trimmed(framework::UnitTextOf(edit)));
+        if (!Trimmed(edit.text).empty() && !IsSwitchedOff(edit))
+            Add(edit, edit.text, edit.readOnly || !edit.enabled);
+    }
+
+    void Radio(const Window& radio)
+    {
+        // A radio group is named by its frame, or by the text before it.
+        const auto group = framework::RadioGroup(radio);
+        const Window* frame = FrameOf(radio);
+        const Window& first = *group.front();
+        std::string label;
+        for (const auto& sibling : radio.parent->children) {
+            if (sibling.get() == &first)
+                break;
+            if (sibling->kind == Kind::label)
+                label = framework::WithoutMnemonic(sibling->text);
+        }
+        const bool named = frame != nullptr && !frame->text.empty();
+        ProtocolEntry entry{WithoutColon(named ? framework::WithoutMnemonic(frame->text) : label),
+                            Trimmed(framework::WithoutMnemonic(radio.text)),
+                            {}};
+        if (entry.label.empty())
+            entry.label = "Auswahl";
+        GroupFor(m_protocol.inputs, named ? std::string() : FrameTitle(radio)).entries.push_back(std::move(entry));
+    }
+
+    void Picture(const Window& field)
+    {
+        CDC drawing = DrawField(field);
+        if (!drawing.Primitives().empty())
+            m_protocol.pictures.push_back({FrameTitle(field), std::move(drawing)});
+    }
+
+    void Add(const Window& control, const std::string& value, bool result)
+    {
+        const std::string label = framework::LabelOf(control);
+        m_names.insert(Trimmed(label));
+        m_names.insert(Trimmed(framework::UnitTextOf(control)));
+        // Behind a check box stands another field of its line, or what belongs to it.
+        ProtocolEntry entry{WithoutColon(label), Trimmed(value),
+                            control.kind == Kind::check ? std::string() : UnitOf(control)};
+        if (entry.label.empty())
+            entry.label = "(ohne Bezeichnung)";
+        if (control.kind == Kind::edit)
+            m_listed.push_back(&control);
+        auto& entries = GroupFor(result ? m_protocol.results : m_protocol.inputs, FrameTitle(control)).entries;
+        if (const std::string joint = JointOf(control, entries, entry.label); !joint.empty()) {
+            entries.back().value += joint + entry.value;
+            entries.back().unit = entry.unit;
+        } else {
+            entries.push_back(std::move(entry));
+        }
+        m_last = &control;
+    }
+
+    /// What joins the control's value to the entry before it, as in "12,00 bis 14,00 km/h", "7,00 ± 0,50 m/s²" and
+    /// "ja, ± 5,00 km/h"; nothing when it is an entry of its own.
+    std::string JointOf(const Window& control, const std::vector<ProtocolEntry>& entries,
+                        const std::string& label) const
+    {
+        if (entries.empty() || entries.back().label != label)
+            return {};
+        if (entries.back().unit == kUpTo)
+            return std::string(" ") + kUpTo + " ";
+        if (!IsTolerance(control))
+            return {};
+        return std::string(m_last != nullptr && m_last->kind == Kind::check ? ", " : " ") + kTolerance + " ";
+    }
+
+    /// The smallest frame around the control.
+    static const Window* FrameOf(const Window& control)
+    {
+        const Window* frame = nullptr;
+        for (const auto& sibling : control.parent->children)
+            if (sibling->kind == Kind::group && sibling->visible && Contains(sibling->rect, control.rect) &&
+                (frame == nullptr || Contains(frame->rect, sibling->rect)))
+                frame = sibling.get();
+        return frame;
+    }
+
+    /// Of the frame around the control, or of the page it lies on.
+    static std::string FrameTitle(const Window& control)
+    {
+        const Window* frame = FrameOf(control);
+        if (frame != nullptr && !frame->text.empty())
+            return WithoutColon(framework::WithoutMnemonic(frame->text));
+        return control.parent->page ? WithoutColon(framework::WithoutMnemonic(control.parent->text)) : std::string();
+    }
+
+    static ProtocolGroup& GroupFor(std::vector<ProtocolGroup>& groups, const std::string& title)
+    {
+        const auto found = std::find_if(groups.begin(), groups.end(),
+                                        [&](const ProtocolGroup& group) { return group.title == title; });
+        return found != groups.end() ? *found : groups.emplace_back(ProtocolGroup{title, {}});
+    }
+
+    Protocol& m_protocol;
+    std::set<std::string> m_names;
+    std::vector<const Window*> m_listed;
+    const Window* m_last = nullptr; // control of the last entry
+};
+
+/// A frame that holds only inputs and says so need not be named in the list of inputs.
+void DropTitle(std::vector<ProtocolGroup>& groups, std::string_view title)
+{
+    for (ProtocolGroup& group : groups)
+        if (group.title == title)
+            group.title.clear();
+}
+
+std::string NumberAt(const RecordField& field, std::size_t index)
+{
+    return std::visit([index](const auto* values) { return base::FormatNumber(static_cast<double>(values[index])); },
+                      field.value);
+}
+
+/// Which number of the field lies at the address.
+std::optional<std::size_t> IndexOf(const RecordField& field, const void* address)
+{
+    return std::visit(
+        [&](const auto* values) -> std::optional<std::size_t> {
+            for (std::size_t i = 0; i < field.count; ++i)
+                if (values + i == address)
+                    return i;
+            return std::nullopt;
+        },
+        field.value);
+}
+
+/// The record's numbers behind the listed controls.
+std::vector<ProtocolEntry> ExactValues(const Window& dialog, const std::vector<const Window*>& listed)
+{
+    std::vector<ProtocolEntry> exact;
+    auto* mask = dynamic_cast<CMDIRechDialog*>(dialog.object);
+    if (mask == nullptr)
+        return exact;
+    const RecordFields fields = mask->DescribeRecord();
+    for (const Window* control : listed) {
+        const auto* owner = dynamic_cast<const CMDIDialog*>(control->parent->object);
+        const CBinding* binding = owner == nullptr ? nullptr : owner->FindBinding(control->id);
+        if (binding == nullptr)
+            continue;
+        for (const RecordField& field : fields) {
+            const auto index = IndexOf(field, binding->Field());
+            if (!index)
+                continue;
+            const std::string place = field.count > 1 ? "[" + std::to_string(*index) + "]" : "";
+            exact.push_back({std::string(field.name) + place, NumberAt(field, *index), std::string(field.unit)});
+            break;
+        }
+    }
+    return exact;
+}
+
+/// Where the mask's objects lie: position and size in m, angle in degrees.
+void AddScene(Protocol& protocol, const CPlacingClient& client)
+{
+    constexpr double kMPerCm = 0.01;
+    ProtocolGroup group{"In der Szene", {}};
+    for (const CPlacedObject& object : client.PlacedObjects()) {
+        struct {
+            const char* name;
+            double number;
+            const char* unit;
+        } const numbers[] = {{"x", object.position.x * kMPerCm, "m"},
+                             {"y", object.position.y * kMPerCm, "m"},
+                             {"Winkel", object.angle, "°"},
+                             {"Breite", object.width * kMPerCm, "m"},
+                             {"Länge", object.length * kMPerCm, "m"}};
+        std::string text;
+        for (const auto& [name, number, unit] : numbers) {
+            text += (text.empty() ? "" : ", ") + std::string(name) + " " + base::FormatNumber(number, 2) + " " + unit;
+            protocol.exact.push_back({object.name + "." + name, base::FormatNumber(number), unit});
+        }
+        group.entries.push_back({object.name + (object.centred ? " (Mitte)" : " (Ecke)"), text, {}});
+    }
+    if (!group.entries.empty())
+        protocol.inputs.push_back(std::move(group));
+}
+
+void AddOrigin(Protocol& protocol, const char* label, const std::string& value)
+{
+    if (!value.empty())
+        protocol.origin.push_back({label, value, {}});
+}
+
+void AppendText(std::string& out, const std::vector<ProtocolGroup>& groups)
+{
+    for (const ProtocolGroup& group : groups) {
+        if (!group.title.empty())
+            out += group.title + "\n";
+        for (const ProtocolEntry& entry : group.entries)
+            out += entry.label + "\t" + entry.value + "\t" + entry.unit + "\n";
+    }
+}
+
+} // namespace
+
+Protocol MakeProtocol(const Window& dialog, const ProtocolContext& context)
+{
+    Protocol protocol;
+    const std::string name = Trimmed(framework::WithoutMnemonic(dialog.text));
+    protocol.title = context.number == 0 ? name : std::to_string(context.number) + " " + name;
+    AddOrigin(protocol, "Fall", context.caseTitle);
+    AddOrigin(protocol, "Falldatei", context.caseFile);
+    AddOrigin(protocol, "Datum", context.date);
+    AddOrigin(protocol, "Programm", std::string(base::kProgramName) + " " + base::kProgramVersion);
+    AddOrigin(protocol, kSha256Label, context.caseSha256);
+
+    Collector collector(protocol);
+    collector.Dialog(dialog);
+    collector.Notes(dialog);
+    for (const char* title : {"Eingaben", "Eingabe"})
+        DropTitle(protocol.inputs, title);
+    for (const char* title : {"Ergebnisse", "Ergebnis"})
+        DropTitle(protocol.results, title);
+    protocol.messages = context.messages;
+    protocol.formulas = ReadHelpText(HelpSection(context.helpPage, "Formeln"));
+    protocol.exact = ExactValues(dialog, collector.Listed());
+    if (const auto* client = dynamic_cast<const CPlacingClient*>(dialog.object))
+        AddScene(protocol, *client);
+    return protocol;
+}
+
+CDC DrawField(const Window& field)
+{
+    const double scale =
+        std::clamp(kPictureWidth / std::max(field.rect.Width(), 1), kLeastPixelsPerUnit, kMostPixelsPerUnit);
+    CDC drawing(field.rect.Width() * scale, field.rect.Height() * scale * kHeightToWidth);
+    if (field.painter)
+        field.painter(drawing, {0, 0, static_cast<int>(drawing.Width()), static_cast<int>(drawing.Height())});
+    return drawing;
+}
+
+std::string DateText(std::time_t time)
+{
+    static constexpr const char* kMonths[] = {"Januar", "Februar", "März",      "April",   "Mai",      "Juni",
+                                              "Juli",   "August",  "September", "Oktober", "November", "Dezember"};
+    const std::tm local = *std::localtime(&time);
+    const auto twoDigits = [](int value) { return (value < 10 ? "0" : "") + std::to_string(value); };
+    return std::to_string(local.tm_mday) + ". " + kMonths[local.tm_mon] + " " + std::to_string(local.tm_year + 1900) +
+           ", " + twoDigits(local.tm_hour) + ":" + twoDigits(local.tm_min) + " Uhr";
+}
+
+std::string ProtocolText(const Protocol& protocol)
+{
+    std::string out = protocol.title + "\n";
+    if (!protocol.inputs.empty()) {
+        out += "\nEingaben\n";
+        AppendText(out, protocol.inputs);
+    }
+    if (!protocol.results.empty()) {
+        out += "\nErgebnisse\n";
+        AppendText(out, protocol.results);
+    }
+    for (const std::string& note : protocol.notes)
+        out += "\n" + note + "\n";
+    return out;
+}
+
+} // namespace report

@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The record of a mask for an expert's report ("Protokoll"), as a document without a format.
+#pragma once
+
+#include "host/CDC.h"
+#include "report/HelpText.h"
+
+#include <ctime>
+#include <string>
+#include <vector>
+
+namespace framework
+{
+struct Window;
+}
+
+namespace report
+{
+
+struct ProtocolEntry {
+    std::string label;
+    std::string value; ///< as the mask shows it
+    std::string unit;
+};
+
+/// Entries of a frame of the mask; `title` is the frame's, or empty.
+struct ProtocolGroup {
+    std::string title;
+    std::vector<ProtocolEntry> entries;
+};
+
+struct ProtocolPicture {
+    std::string caption;
+    CDC drawing;
+};
+
+/// What the mask itself does not know.
+struct ProtocolContext {
+    UINT number = 0;
+    std::string helpPage; ///< Markdown; its section "Formeln" is quoted
+    std::vector<std::string> messages;
+    std::string caseTitle;
+    std::string caseFile; ///< name or path; empty for a case that was never saved
+    std::string caseSha256;
+    std::string date; ///< German
+};
+
+/// Label of the entry of Protocol::origin that names the case's content.
+inline constexpr const char* kSha256Label = "SHA-256 des Falls";
+
+struct Protocol {
+    std::string title;
+    std::vector<ProtocolEntry> origin; ///< case, file, date, program, SHA-256
+    std::vector<ProtocolGroup> inputs;
+    std::vector<ProtocolGroup> results;
+    std::vector<std::string> notes;    ///< what the mask says beside its fields
+    std::vector<std::string> messages; ///< what it told in messages
+    std::vector<ProtocolPicture> pictures;
+    std::vector<TextBlock> formulas;
+    std::vector<ProtocolEntry> exact; ///< the numbers behind the fields, by their names in the record, every digit
+};
+
+/// Reads what the dialog and all its pages show. Fields that cannot be edited are results; inputs that do not
+/// count, because the switch before them is off, are left out.
+Protocol MakeProtocol(const framework::Window& dialog, const ProtocolContext& context);
+
+/// What a drawing field of a mask shows, as large as it stands in a protocol; empty for another control.
+CDC DrawField(const framework::Window& field);
+
+/// A point in time as reports write it, in the time zone of the machine: "7. März 2026, 09:05 Uhr".
+std::string DateText(std::time_t time);
+
+/// Lines of "label<tab>value<tab>unit", inputs before results, for a spreadsheet.
+std::string ProtocolText(const Protocol& protocol);
+
+} // namespace report

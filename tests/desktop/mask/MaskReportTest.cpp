@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "desktop/MaskReport.h"
+
+#include "casefile/CaseFile.h"
+#include "desktop/mask/ProtocolPages.h"
+#include "framework/UserInput.h"
+#include "res/resource.h"
+#include "tests/desktop/DesktopFixture.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QCryptographicHash>
+#include <QFile>
+#include <QImage>
+#include <QMimeData>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
+
+namespace
+{
+
+class MaskReportTest : public test::DesktopTest
+{
+  protected:
+    void Calculate(desktop::MaskWindow& mask)
+    {
+        Type("0,8");
+        Press(Qt::Key_Return);
+        EXPECT_EQ(Text(mask, IDC_BESCHL_VERZOEGERUNG), "7,85");
+    }
+    desktop::MaskReport& report = *new desktop::MaskReport(window, document, front);
+    test::TemporaryFolder folder;
+};
+
+TEST_F(MaskReportTest, CopiesTextTableAndPictureAtOnce)
+{
+    desktop::MaskWindow& mask = Open(400);
+    Calculate(mask);
+    const std::unique_ptr<QMimeData> copied(report.ForClipboard(mask));
+    EXPECT_TRUE(copied->text().contains("max. Verzögerug\t7,85\tm/s²"));
+    EXPECT_TRUE(copied->html().contains("<td class=\"value\" align=\"right\">7,85</td>"));
+    EXPECT_GT(qvariant_cast<QImage>(copied->imageData()).width(), 300);
+}
+
+TEST_F(MaskReportTest, WritesTheFormatsAndNamesTheCase)
+{
+    desktop::MaskWindow& mask = Open(400);
+    Calculate(mask);
+    document.Data().Title() = "Kreuzung";
+    std::string saved;
+    ASSERT_TRUE(casefile::CaseToJson(document.Data(), saved));
+    const auto hash =
+        QCryptographicHash::hash(QByteArray::fromStdString(saved), QCryptographicHash::Sha256).toHex().toStdString();
+    for (const char* name : {"p.pdf", "p.html", "p.odt"})
+        EXPECT_EQ(report.Save(mask, QString::fromStdString(folder.File(name))), "") << name;
+    const std::string html = folder.Read("p.html");
+    EXPECT_NE(html.find(hash), std::string::npos);
+    EXPECT_NE(html.find("Kreuzung"), std::string::npos);
+    EXPECT_NE(html.find("cos α"), std::string::npos) << "the formulas of the help page";
+    EXPECT_EQ(folder.Read("p.pdf").substr(0, 5), "%PDF-");
+    EXPECT_EQ(folder.Read("p.odt").substr(0, 4), "PK\x03\x04");
+    EXPECT_NE(report.Save(mask, QString::fromStdString(folder.File("p.doc"))), "");
+    EXPECT_NE(report.Save(mask, QString::fromStdString(folder.File("kein/p.pdf"))), "");
+}
+
+/// Whatever is the last line of a page: every text is laid out, below what stands before it, and no heading is alone.
+TEST_F(MaskReportTest, NoPageBreakLosesText)
+{
+    ASSERT_TRUE(document.Open(QStringLiteral(TAVELIN_SOURCE_DIR "/examples/fussgaenger.json")));
+    desktop::MaskWindow& mask = Open(487);
+    mask.Act([&] { framework::Click(Control(mask, IDC_RECHNEN)); });
+    const report::Protocol protocol = report.ProtocolOf(mask);
+    ASSERT_FALSE(protocol.pictures.empty());
+    ASSERT_FALSE(protocol.formulas.empty());
+    for (const double height : {947.0, 899.5, 801.0, 702.25, 640.0}) {
+        const auto pages = desktop::ProtocolOnPages(protocol, QSizeF(642.0, height));
+        const auto pageOf = [&](const QTextBlock& block) {
+            const double top = pages->documentLayout()->blockBoundingRect(block).top() + block.layout()->lineAt(0).y();
+            return static_cast<int>((top + 0.5) / height);
+        };
+        EXPECT_GE(pages->pageCount(), 4);
+        int headings = 0;
+        for (QTextBlock block = pages->begin(); block.isValid(); block = block.next()) {
+            if (block.text().isEmpty())
+                continue;
+            const std::string text = block.text().toStdString();
+            ASSERT_GT(block.layout()->lineCount(), 0) << text;
+            if (block.blockFormat().headingLevel() == 0 || !block.next().isValid())
+                continue;
+            ++headings;
+            EXPECT_EQ(pageOf(block), pageOf(block.next())) << text << ", page of " << height;
+        }
+        EXPECT_GE(headings, 7);
+    }
+}
+
+TEST_F(MaskReportTest, KeepsTheMessagesOfAMaskButNoQuestions)
+{
+    desktop::MaskWindow& mask = Open(459);
+    InModal([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    front.ShowMessage(mask.Dialog(), {1000, framework::MessageKind::warning, "Geht nicht.", {}});
+    InModal([](QWidget& box) { QTest::keyClick(&box, Qt::Key_N); });
+    front.ShowMessage(mask.Dialog(), {1052, framework::MessageKind::question, "Löschen?", {}});
+    EXPECT_EQ(report.ProtocolOf(mask).messages, std::vector<std::string>{"Geht nicht."});
+    EXPECT_TRUE(report.ProtocolOf(Open(400)).messages.empty());
+}
+
+} // namespace
