@@ -7,6 +7,7 @@
 
 #include "host/FehlerMeldung.h"
 #include "host/HostTypes.h"
+#include "host/NumberTable.h"
 #include "host/Units.h"
 
 #include <cstdint>
@@ -39,6 +40,24 @@ class CBinding
     CBinding& operator=(const CBinding&) = delete;
 
     UINT ControlId() const { return m_controlId; }
+    /// The control belongs to the binding: its one control, or a button of its group.
+    virtual bool Owns(UINT controlId) const { return controlId == m_controlId; }
+
+    /// What the record's table says of the number; null for a control that the dialog bound by hand.
+    const NumberSpec* Spec() const { return m_spec; }
+    void SetSpec(const NumberSpec* spec, std::size_t element)
+    {
+        m_spec = spec;
+        m_element = element;
+    }
+    /// What names the field for the user, without colon: the table's word, the text of the switch before it, or the
+    /// label directly before it.
+    std::string Label() const;
+    /// The unit the user reads, or "".
+    virtual std::string UnitText() const { return {}; }
+    /// Input or result, as the control stands now: a write-protected input is a result of the calculation.
+    FieldRole Role() const;
+
     const CEditColors* Colors(bool highlighted) const { return highlighted ? m_highlighted : m_normal; }
 
     /// Shows the field in the control.
@@ -54,6 +73,7 @@ class CBinding
 
   protected:
     CMDIDialog& Dialog() const { return *m_dialog; }
+    /// Label and unit, to name the field in a refusal.
     std::string FieldLabel() const;
 
   private:
@@ -61,16 +81,15 @@ class CBinding
     UINT m_controlId;
     const CEditColors* m_normal;
     const CEditColors* m_highlighted;
+    const NumberSpec* m_spec = nullptr;
+    std::size_t m_element = 0; // of an array
 };
-
-/// The mask that can find the value of a field when it is run modally for it.
-enum class ValueSource { none, maximumDeceleration, curveLimitSpeed };
 
 class CEditDouble : public CBinding
 {
   public:
     /// Range and step are in the field's unit (the step in the shown one); step 0 takes the control's default: a
-    /// thousandth of the decade that holds the range, not finer than the decimals shown.
+    /// thousandth of the decade that holds the range, not finer than the decimals shown and not coarser than 10.
     CEditDouble(CMDIDialog* parent, UINT controlId, double* field, double minimum, double maximum, BYTE decimals,
                 double step, const CEditColors* normal, const CEditColors* highlighted, const UnitType* unit);
 
@@ -83,6 +102,9 @@ class CEditDouble : public CBinding
     void SetValPointer(double* field) { m_field = field; }
     /// Offers the user another mask to find the value with.
     void SetSource(ValueSource source) { m_source = source; }
+    /// Lets the spinner go only so far, in the default step of that range when the step is 0.
+    void SetSpinner(const SpinnerRange& spinner);
+    std::string UnitText() const override;
     ValueSource Source() const { return m_source; }
     /// A value (in the field's unit) as a user would type it, every digit of it.
     std::string EntryText(double value) const;
@@ -103,6 +125,8 @@ class CEditDouble : public CBinding
     double m_minimum;
     double m_maximum;
     double m_step;
+    double m_spinnerMinimum;
+    double m_spinnerMaximum;
     int m_decimals;
     std::optional<UnitType> m_unit;
     ValueSource m_source = ValueSource::none;
@@ -131,6 +155,39 @@ class CEditInt : public CBinding
     std::int64_t m_minimum;
     std::int64_t m_maximum;
     std::int64_t m_step;
+};
+
+/// A check box; the field is 1 when it is checked, else 0.
+class CCheck : public CBinding
+{
+  public:
+    CCheck(CMDIDialog* parent, UINT controlId, const FieldValue& field);
+
+    void Show() override;
+    EntryResult Take(const std::string& text) override;
+    void TakeSelection(int checked) override;
+    const void* Field() const override;
+
+  private:
+    FieldValue m_field;
+};
+
+/// Radio buttons that stand for 0, 1, ...; the field is the number of the checked one. Another number checks none.
+class CRadio : public CBinding
+{
+  public:
+    CRadio(CMDIDialog* parent, std::span<const UINT> buttons, const FieldValue& field);
+
+    bool Owns(UINT controlId) const override;
+    void Show() override;
+    EntryResult Take(const std::string& text) override;
+    void TakeSelection(int button) override;
+    const void* Field() const override;
+    const std::vector<UINT>& Buttons() const { return m_buttons; }
+
+  private:
+    std::vector<UINT> m_buttons;
+    FieldValue m_field;
 };
 
 /// A combo box whose entries stand for numbers; the field holds the number of the chosen entry.

@@ -14,6 +14,7 @@
 class CBinding;
 class CKfzDaten;
 class CRuvData;
+struct CEditColors;
 class CUBEParameter;
 class CWegZeitDat;
 class UnitType;
@@ -133,12 +134,21 @@ class CMDIRechDialog : public CMDIDialog
     CMDIRechDialog(UINT dialogId, CWnd* parent, CRuvData& data, int* positionX, int* positionY);
     ~CMDIRechDialog() override;
 
+    /// Binds the numbers of the record's table whose controls lie on this dialog. A mask that binds more calls this.
+    void BuildObjects() override;
+    /// Shows the user's units beside the numbers and closes those that the mask computes.
+    void SetupWindow() override;
     void ShutDownWindow() override;
+    /// OK takes style 8, "Rechnen" 2, where the dialog has them.
+    UINT GetCloneCropStyle(UINT* out) override;
+    /// Also follows the colour of the mask's vehicle, and opens the numbers whose switch is on.
+    void UpdateDialog() override;
     /// Also lists the mask among the open ones of its case.
     BOOL DoModeless(CWnd* parent) override;
 
     /// Dialog resource whose help page the assistant shows.
     virtual UINT GetDlgResIDForAssistant();
+    // A vehicle of the case changed, or phases did. A mask with a vehicle of its own shows itself afresh.
     virtual void GlobalGeoDatChanged(UINT_PTR hint);
     virtual void GlobalWZDatChanged(UINT_PTR hint);
     virtual void GlobalUPaChanged(UINT_PTR hint);
@@ -154,9 +164,24 @@ class CMDIRechDialog : public CMDIDialog
     CUBEParameter& UPa(std::size_t index) const;
 
   protected:
+    /// WM_RUV_UPDATEDIALOG and WM_RUV_EDITCHANGED, unless the mask takes them, show the fields afresh.
+    LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
     void ShowHelp() override;
 
+    /// Index of the vehicle whose colour the edits may take, -1 = none.
+    virtual std::int64_t ColorVehicle() const { return -1; }
+    /// Asks whether all entries shall be cleared.
+    bool ConfirmClear();
+    /// Shows a string of the module in a static, nothing for 0.
+    void ShowText(UINT controlId, UINT textId);
+    bool IsChecked(UINT controlId) const;
+    void Check(UINT controlId, bool checked);
+    /// The program's main window, or null.
+    static CWnd* MainWindow();
+
     CRuvData& m_data;
+    /// Colours of the numbers that the table binds, or null for the usual ones.
+    const CEditColors* m_editColors = nullptr;
     /// 1: the window is listed among the case's open masks and told of its changes.
     int m_isCalculationMask = 0;
 };

@@ -8,12 +8,23 @@
 #include <variant>
 #include <vector>
 
-/// A named field of a mask's record: one value or, with count > 1, an array of them. The unit is the record's own.
+struct NumberSpec;
+
+using FieldValue = std::variant<double*, std::int64_t*, std::int32_t*, std::uint8_t*>;
+
+/// Where a field's value lies: one, or with count > 1 an array.
+struct FieldRef {
+    FieldValue value;
+    std::size_t count = 1;
+};
+
+/// A named field of a mask's record. The unit is the record's own.
 struct RecordField {
     std::string_view name;
     std::string_view unit;
-    std::variant<double*, std::int64_t*, std::int32_t*, std::uint8_t*> value;
+    FieldValue value;
     std::size_t count = 1;
+    const NumberSpec* spec = nullptr; ///< its row in the record's table, or null
 };
 
 using RecordFields = std::vector<RecordField>;

@@ -40,4 +40,22 @@
 #define SEITE_STYLE (WS_CHILD | WS_VISIBLE | DS_SETFONT | DS_CONTROL)
 #define ZAHL_STYLE (ES_RIGHT | ES_AUTOHSCROLL | WS_BORDER | WS_TABSTOP)
 
+/* The static that names the unit of an edit. */
+#define EINHEIT(edit) (edit + 10000)
+
+/* A number on one line: label, edit, unit. `y` is the text's line; the columns are x and width of label, edit and
+ * unit, most often named once per dialog (SPALTE_...). A unit that the unit system converts has a number of its own
+ * (ZAHL), another one has none (ZAHL_FEST); ..._ERSTE begins a group of the tab order. */
+#define ZAHL(text, edit, unit, y, ...) ZAHL_ZEILE(text, edit, unit, EINHEIT(edit), ZAHL_STYLE, y, __VA_ARGS__)
+#define ZAHL_ERSTE(text, edit, unit, y, ...) \
+    ZAHL_ZEILE(text, edit, unit, EINHEIT(edit), ZAHL_STYLE | WS_GROUP, y, __VA_ARGS__)
+#define ZAHL_FEST(text, edit, unit, y, ...) ZAHL_ZEILE(text, edit, unit, IDC_STATIC, ZAHL_STYLE, y, __VA_ARGS__)
+#define ZAHL_FEST_ERSTE(text, edit, unit, y, ...) \
+    ZAHL_ZEILE(text, edit, unit, IDC_STATIC, ZAHL_STYLE | WS_GROUP, y, __VA_ARGS__)
+#define ZAHL_ZEILE(text, edit, unit, unitId, style, y, ...) ZAHL_AN(text, edit, unit, unitId, style, y, __VA_ARGS__)
+#define ZAHL_AN(text, edit, unit, unitId, style, y, xText, wText, xEdit, wEdit, xUnit, wUnit) \
+    LTEXT text, IDC_STATIC, xText, y, wText, 8 \
+    EDITTEXT edit, xEdit, y - 2, wEdit, 12, style \
+    LTEXT unit, unitId, xUnit, y, wUnit, 8
+
 #endif

@@ -3,7 +3,7 @@
 #include "masks/collision/CSchrankDiagrammGrossDlg.h"
 
 #include "masks/collision/CSchrankenverfahrenDlg.h"
-#include "res/resource.h"
+#include "res/collision.h"
 
 CSchrankDiagrammGrossDlg::CSchrankDiagrammGrossDlg(CSchrankenverfahrenDlg& maske)
     : CMDIDialog(IDD_SCHRANKEN_GROSSES_DIAGRAMM, &maske), m_maske(maske)

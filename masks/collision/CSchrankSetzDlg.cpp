@@ -3,7 +3,7 @@
 #include "masks/collision/CSchrankSetzDlg.h"
 
 #include "masks/collision/CSchrankenverfahrenDlg.h"
-#include "res/resource.h"
+#include "res/collision.h"
 
 CSchrankSetzDlg::CSchrankSetzDlg(CSchrankenverfahrenDlg& maske)
     : CMDIDialog(IDD_SCHRANKEN_SETZEN, &maske), m_maske(maske)

@@ -5,12 +5,8 @@
 #pragma once
 
 #include "host/CDialog.h"
-#include "host/Units.h"
 #include "masks/collision/CSchrankenverfahrenDat.h"
 
-#include <initializer_list>
-
-class CEditDouble;
 class CSchrankenverfahrenDlg;
 
 class CSchrankenSeite : public CMDIRechDialog
@@ -21,25 +17,17 @@ class CSchrankenSeite : public CMDIRechDialog
     const CMessageMap* GetMessageMap() const override;
     UINT GetDlgResIDForAssistant() override;
     void IncValue(int controlId) override;
+    RecordFields DescribeRecord() override { return m_dat->Felder(); }
 
   protected:
-    using Ids = std::initializer_list<UINT>;
-
     /// A bound value changed: by a spinner step, or by an entry or choice.
     virtual void WertGeaendert(UINT controlId, bool schritt) = 0;
-
-    CEditDouble* Binde(UINT controlId, double& feld, double minimum, double maximum, unitType einheit = unitType::none);
-    /// Names the user's unit beside a bound edit.
-    void ZeigeEinheit(UINT controlId, unitType einheit);
-    bool Angekreuzt(UINT controlId) const;
-    void Kreuze(UINT controlId, bool an);
-    /// Shows a string of the module beside the fields, or nothing for 0.
-    void Hinweis(UINT controlId, UINT text);
+    /// A check box or radio button of the table.
+    bool IstSchalter(UINT controlId) const;
 
     CSchrankenverfahrenDlg& m_maske;
     CSchrankenverfahrenDat* m_dat;
 
   private:
-    LRESULT OnUpdateDialog(WPARAM, LPARAM);
     LRESULT OnEditChanged(WPARAM controlId, LPARAM);
 };

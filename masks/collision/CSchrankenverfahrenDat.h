@@ -137,6 +137,8 @@ class CSchrankenverfahrenDat final : public CDlgData
     Kurvenfeld flaeche{}; ///< intersection of the bands
 
     RecordFields Felder();
+    /// What the case keeps of them: inputs, choices and places.
+    RecordFields Behaltene();
     /// Keeps the record with the case, and reads it back; values that are missing or no numbers keep their default.
     void Speichern();
     void Laden();

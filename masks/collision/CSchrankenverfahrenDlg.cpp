@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/collision/CSchrankenverfahrenDlg.h"
 
-#include "host/Bindings.h"
 #include "host/CRuvData.h"
 #include "host/Controls.h"
 #include "host/Physics.h"
@@ -15,7 +14,7 @@
 #include "masks/collision/CTAB4.h"
 #include "masks/collision/CTAB5.h"
 #include "masks/collision/SchrankenDiagramm.h"
-#include "res/resource.h"
+#include "res/collision.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,7 +23,6 @@ namespace
 {
 
 using Dat = CSchrankenverfahrenDat;
-using Ids = std::initializer_list<UINT>;
 
 constexpr CRect kSeitenplatz{5, 23, 241, 180}; // dialog units
 
@@ -61,12 +59,6 @@ UINT MangelText(Dat::Mangel mangel)
     return 0;
 }
 
-CWnd* MainWindow()
-{
-    const CWinThread* thread = AfxGetThread();
-    return thread == nullptr ? nullptr : thread->GetMainWnd();
-}
-
 } // namespace
 
 CSchrankenverfahrenDlg::CSchrankenverfahrenDlg(CRuvData& data, CWnd* parent)
@@ -97,25 +89,7 @@ const CMessageMap* CSchrankenverfahrenDlg::GetMessageMap() const
     return &kMap;
 }
 
-BOOL CSchrankenverfahrenDlg::OnCommand(WPARAM wParam, LPARAM lParam)
-{
-    return CMDIDialog::OnCommand(wParam, lParam);
-}
-
 void CSchrankenverfahrenDlg::DoDataExchange(CDataExchange*) {}
-
-void CSchrankenverfahrenDlg::BuildObjects()
-{
-    const UnitType kmh(unitType::speedKmh);
-    const UnitType meter(unitType::length);
-    const auto binde = [this](UINT id, double& feld, const UnitType& einheit) {
-        new CEditDouble(this, id, &feld, -2000.0, 2000.0, 2, 0.0, nullptr, nullptr, &einheit);
-    };
-    binde(IDC_SCHR_TEMPO_VON, m_dat.tempo.von, kmh);
-    binde(IDC_SCHR_TEMPO_BIS, m_dat.tempo.bis, kmh);
-    binde(IDC_SCHR_WEG_VON, m_dat.weg.von, meter);
-    binde(IDC_SCHR_WEG_BIS, m_dat.weg.bis, meter);
-}
 
 BOOL CSchrankenverfahrenDlg::OnInitDialog()
 {
@@ -126,10 +100,6 @@ BOOL CSchrankenverfahrenDlg::OnInitDialog()
 
 void CSchrankenverfahrenDlg::SetupWindow()
 {
-    ReplaceChildWindowSubstringWithUnitString(IDC_SCHR_TEMPO_BIS_EINHEIT, UnitType(unitType::speedKmh));
-    ReplaceChildWindowSubstringWithUnitString(IDC_SCHR_WEG_BIS_EINHEIT, UnitType(unitType::length));
-    for (const UINT edit : Ids{IDC_SCHR_TEMPO_VON, IDC_SCHR_TEMPO_BIS, IDC_SCHR_WEG_VON, IDC_SCHR_WEG_BIS})
-        Enable(edit, FALSE);
     CMDIRechDialog::SetupWindow();
     m_dat.Laden();
     Nachrechnen(); // curves are computed, not kept
@@ -151,15 +121,6 @@ void CSchrankenverfahrenDlg::ShutDownWindow()
     CMDIRechDialog::ShutDownWindow();
 }
 
-UINT CSchrankenverfahrenDlg::GetCloneCropStyle(UINT* out)
-{
-    out[0] = IDC_MASKE_OK;
-    out[1] = 8;
-    out[2] = IDC_RECHNEN;
-    out[3] = 2;
-    return 2;
-}
-
 UINT CSchrankenverfahrenDlg::GetDlgResIDForAssistant()
 {
     return IDD_SCHRANKENVERFAHREN;
@@ -176,8 +137,7 @@ void CSchrankenverfahrenDlg::UpdateDialog()
         text = IDS_SCHRANKEN_VERALTET;
     else if (m_dat.ergebnisSteht != 0 && !m_dat.HatFlaeche())
         text = IDS_SCHRANKEN_KEINE_FLAECHE;
-    if (CWnd* hinweis = GetDlgItem(IDC_SCHR_HINWEIS))
-        hinweis->SetWindowText(text == 0 ? std::string{} : LoadRuvString(text));
+    ShowText(IDC_SCHR_HINWEIS, text);
 }
 
 LRESULT CSchrankenverfahrenDlg::OnUpdateDialog(WPARAM, LPARAM)
@@ -238,9 +198,9 @@ void CSchrankenverfahrenDlg::Nachrechnen()
     OnPaint();
 }
 
-void CSchrankenverfahrenDlg::EingabeGeaendert(bool schritt)
+void CSchrankenverfahrenDlg::EingabeGeaendert(bool sofort)
 {
-    if (schritt) {
+    if (sofort) {
         Nachrechnen();
         return;
     }

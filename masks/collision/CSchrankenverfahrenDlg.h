@@ -23,14 +23,11 @@ class RUVMOD_API CSchrankenverfahrenDlg : public CMDIRechDialog, public CPlacing
     ~CSchrankenverfahrenDlg() override;
 
     const CMessageMap* GetMessageMap() const override;
-    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     void DoDataExchange(CDataExchange* exchange) override;
     BOOL OnInitDialog() override;
     void SetupWindow() override;
     void ShutDownWindow() override;
-    UINT GetCloneCropStyle(UINT* out) override;
     void UpdateDialog() override;
-    void BuildObjects() override;
     UINT GetDlgResIDForAssistant() override;
     void GlobalGeoDatChanged(UINT_PTR hint) override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
@@ -66,8 +63,9 @@ class RUVMOD_API CSchrankenverfahrenDlg : public CMDIRechDialog, public CPlacing
 
     /// A participant was chosen, or an object came, moved or went.
     void LageGeaendert();
-    /// A value of the barriers was changed; a spinner step recomputes, an entry waits for "Rechnen".
-    void EingabeGeaendert(bool schritt);
+    /// A value of the barriers was changed; a spinner step or a switch recomputes at once, an entry waits for
+    /// "Rechnen".
+    void EingabeGeaendert(bool sofort);
     /// A value that only the results of pages 4 and 5 depend on.
     void KontrolleGeaendert();
     /// Recomputes when a result stands, projects otherwise, and shows everything.

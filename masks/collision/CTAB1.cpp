@@ -4,7 +4,7 @@
 
 #include "host/Bindings.h"
 #include "masks/collision/CSchrankenverfahrenDlg.h"
-#include "res/resource.h"
+#include "res/collision.h"
 
 namespace
 {
@@ -66,11 +66,11 @@ void CTAB1::UpdateDialog()
 {
     CSchrankenSeite::UpdateDialog();
     for (std::size_t objekt = 0; objekt < Dat::kObjekte; ++objekt)
-        Kreuze(Platz(objekt), m_dat->objekte[objekt].gesetzt != 0);
+        Check(Platz(objekt), m_dat->objekte[objekt].gesetzt != 0);
     const bool gewaehlt = m_dat->FahrzeugGueltig();
     Enable(IDC_SCHR_PLATZ_FAHRZEUG, gewaehlt);
     Enable(IDC_SCHR_SETZEN_FAHRZEUG, gewaehlt);
-    Hinweis(IDC_SCHR_POSITION_HINWEIS, gewaehlt ? 0 : IDS_SCHRANKEN_ERST_FAHRZEUG);
+    ShowText(IDC_SCHR_POSITION_HINWEIS, gewaehlt ? 0 : IDS_SCHRANKEN_ERST_FAHRZEUG);
 }
 
 void CTAB1::WertGeaendert(UINT, bool)

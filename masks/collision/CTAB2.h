@@ -11,14 +11,8 @@ class CTAB2 : public CSchrankenSeite
   public:
     CTAB2(CSchrankenverfahrenDlg& maske, CSchrankenverfahrenDat& dat);
 
-    const CMessageMap* GetMessageMap() const override;
-    void BuildObjects() override;
-    void SetupWindow() override;
     void UpdateDialog() override;
 
   protected:
     void WertGeaendert(UINT controlId, bool schritt) override;
-
-  private:
-    void OnTheorie();
 };

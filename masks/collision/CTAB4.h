@@ -11,14 +11,6 @@ class CTAB4 : public CSchrankenSeite
   public:
     CTAB4(CSchrankenverfahrenDlg& maske, CSchrankenverfahrenDat& dat);
 
-    const CMessageMap* GetMessageMap() const override;
-    void BuildObjects() override;
-    void SetupWindow() override;
-    void UpdateDialog() override;
-
   protected:
     void WertGeaendert(UINT controlId, bool schritt) override;
-
-  private:
-    LRESULT OnWahl(WPARAM wParam, LPARAM);
 };

@@ -12,15 +12,11 @@ class CTAB5 : public CSchrankenSeite
     CTAB5(CSchrankenverfahrenDlg& maske, CSchrankenverfahrenDat& dat);
 
     const CMessageMap* GetMessageMap() const override;
-    void BuildObjects() override;
-    void SetupWindow() override;
     void UpdateDialog() override;
 
   protected:
     void WertGeaendert(UINT controlId, bool schritt) override;
 
   private:
-    LRESULT OnWahl(WPARAM wParam, LPARAM);
-    LRESULT OnSeite(WPARAM wParam, LPARAM);
     void OnExport();
 };

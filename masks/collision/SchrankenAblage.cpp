@@ -5,209 +5,302 @@
 #include "masks/collision/CSchrankenverfahrenDat.h"
 
 #include "host/CRuvData.h"
+#include "host/NumberTable.h"
+#include "res/collision.h"
 
-#include <cmath>
-#include <string>
+#include <algorithm>
 
 namespace
 {
 
 using Dat = CSchrankenverfahrenDat;
 
-struct ObjektName {
-    explicit ObjektName(const std::string& objekt)
-        : x("objekt." + objekt + ".x"), y("objekt." + objekt + ".y"), winkel("objekt." + objekt + ".winkel"),
-          breite("objekt." + objekt + ".breite"), laenge("objekt." + objekt + ".laenge"),
-          gesetzt("objekt." + objekt + ".gesetzt")
-    {
-    }
-    std::string x, y, winkel, breite, laenge, gesetzt;
-};
+constexpr UINT kWurfwahl[] = {IDC_SCHR_WURF_MINIMUM, IDC_SCHR_WURF_MITTEL, IDC_SCHR_WURF_MAXIMUM};
+constexpr UINT kWurfwege[] = {IDC_SCHR_WURFWEG_MINIMUM, IDC_SCHR_WURFWEG_MITTEL, IDC_SCHR_WURFWEG_MAXIMUM};
+constexpr UINT kExportwahl[] = {IDC_SCHR_EXPORT_MINIMUM, IDC_SCHR_EXPORT_MITTEL, IDC_SCHR_EXPORT_MAXIMUM};
+constexpr UINT kExporttempi[] = {IDC_SCHR_EXPORTTEMPO_MINIMUM, IDC_SCHR_EXPORTTEMPO_MITTEL,
+                                 IDC_SCHR_EXPORTTEMPO_MAXIMUM};
+constexpr UINT kSeiten[] = {IDC_SCHR_VON_LINKS, IDC_SCHR_VON_RECHTS};
+constexpr UINT kAnstoss[] = {IDC_SCHR_KONTROLLE_ANSTOSS, IDC_SCHR_EXPORT_ANSTOSS}; // on two pages
+constexpr std::string_view kSpanne = "Minimum|Mittelwert|Maximum";
+constexpr NumberRange kBeteiligte{-2, 15}; // -2: none chosen
 
-/// Names of switches and placed objects, in the record and in the case.
-struct Feldnamen {
-    std::array<std::string, Dat::kTheorien> theorien{"theorie.kuehnelGlobal",     "theorie.kuehnelVerzoegerung",
-                                                     "theorie.rauOtteSchulz",     "theorie.dettinger",
-                                                     "theorie.ritterKrieg",       "theorie.frontscheibe",
-                                                     "theorie.scheinwerferHaupt", "theorie.scheinwerferGesamt",
-                                                     "theorie.abwicklung",        "theorie.geschwindigkeit"};
-    std::array<ObjektName, Dat::kObjekte> objekte{ObjektName("fahrzeug"),   ObjektName("kollisionsort"),
-                                                  ObjektName("person"),     ObjektName("fahrrad"),
-                                                  ObjektName("gesamtfeld"), ObjektName("hauptfeld")};
-};
-
-const Feldnamen& Namen()
+/// Where an object stands: position, direction, size, and whether it stands.
+template <std::size_t Objekt, auto Wert> FieldRef Lage(Dat& dat)
 {
-    static const Feldnamen namen;
-    return namen;
+    return {&(dat.objekte[Objekt].*Wert), 1};
 }
+template <std::size_t Objekt, auto Wert> FieldRef Ort(Dat& dat)
+{
+    return {&(dat.objekte[Objekt].position.*Wert), 1};
+}
+
+constexpr NumberRow<Dat> kZahlen[] = {
+    {"fahrzeug", At<&Dat::fahrzeugNr>, units::none, FieldRole::state, kBeteiligte},
+    {"person", At<&Dat::personNr>, units::none, FieldRole::state, kBeteiligte},
+    {"fahrrad", At<&Dat::fahrradNr>, units::none, FieldRole::state, kBeteiligte},
+    {IDC_SCHR_VERZOEGERUNG,
+     "verzoegerung",
+     At<&Dat::verzoegerung>,
+     units::ms2,
+     {0, 20},
+     2,
+     FieldRole::input,
+     {.source = ValueSource::maximumDeceleration}},
+    {IDC_SCHR_VERZOEGERUNG_TOLERANZ,
+     "verzoegerungToleranz",
+     At<&Dat::verzoegerungToleranz>,
+     units::ms2,
+     {0, 20},
+     2,
+     FieldRole::input,
+     {.label = "Verzögerung", .joint = Joint::tolerance}},
+    {IDC_SCHR_KUEHNEL_TOLERANZ,
+     "kuehnelToleranz",
+     At<&Dat::kuehnelToleranz>,
+     units::kmh,
+     {0, 100},
+     2,
+     FieldRole::input,
+     {.joint = Joint::tolerance, .onlyWith = IDC_SCHR_KUEHNEL_VERZOEGERUNG}},
+    {IDC_SCHR_RAU_TOLERANZ,
+     "rauToleranz",
+     At<&Dat::rauToleranz>,
+     units::kmh,
+     {0, 100},
+     2,
+     FieldRole::input,
+     {.joint = Joint::tolerance, .onlyWith = IDC_SCHR_RAU}},
+    {IDC_SCHR_DETTINGER_TOLERANZ,
+     "dettingerToleranz",
+     At<&Dat::dettingerToleranz>,
+     units::kmh,
+     {0, 100},
+     2,
+     FieldRole::input,
+     {.joint = Joint::tolerance, .onlyWith = IDC_SCHR_DETTINGER}},
+    {IDC_SCHR_ABWICKLUNG_WEG,
+     "abwicklungWeg",
+     At<&Dat::abwicklungWeg>,
+     units::cm,
+     {0, 1000},
+     2,
+     FieldRole::input,
+     {.onlyWith = IDC_SCHR_ABWICKLUNG}},
+    {IDC_SCHR_ABWICKLUNG_TOLERANZ,
+     "abwicklungToleranz",
+     At<&Dat::abwicklungToleranz>,
+     units::cm,
+     {0, 1000},
+     2,
+     FieldRole::input,
+     {.joint = Joint::tolerance, .onlyWith = IDC_SCHR_ABWICKLUNG}},
+    {IDC_SCHR_KAROSSERIE,
+     "karosserie",
+     At<&Dat::karosserie>,
+     units::none,
+     {0, 100},
+     2,
+     FieldRole::input,
+     {.label = "Karosseriekonstante", .onlyWith = IDC_SCHR_ABWICKLUNG}},
+    {IDC_SCHR_KAROSSERIE_TOLERANZ,
+     "karosserieToleranz",
+     At<&Dat::karosserieToleranz>,
+     units::none,
+     {0, 100},
+     2,
+     FieldRole::input,
+     {.label = "Karosseriekonstante", .joint = Joint::tolerance, .onlyWith = IDC_SCHR_ABWICKLUNG}},
+    {IDC_SCHR_TEMPOSCHRANKE_VON,
+     "geschwindigkeitVon",
+     At<&Dat::geschwindigkeitVon>,
+     units::kmh,
+     {0, 200},
+     2,
+     FieldRole::input,
+     {.onlyWith = IDC_SCHR_TEMPOSCHRANKE}},
+    {IDC_SCHR_TEMPOSCHRANKE_BIS,
+     "geschwindigkeitBis",
+     At<&Dat::geschwindigkeitBis>,
+     units::kmh,
+     {0, 200},
+     2,
+     FieldRole::input,
+     {.joint = Joint::upTo, .onlyWith = IDC_SCHR_TEMPOSCHRANKE}},
+    {"fahrzeugLaenge", At<&Dat::fahrzeugLaenge>, units::m, FieldRole::internal},
+    {"fahrradLaengs", At<&Dat::fahrradLaengs>, units::m, FieldRole::internal},
+    {"fahrradQuer", At<&Dat::fahrradQuer>, units::m, FieldRole::internal},
+    {"personLaengs", At<&Dat::personLaengs>, units::m, FieldRole::internal},
+    {"personQuer", At<&Dat::personQuer>, units::m, FieldRole::internal},
+    {"kollisionVon", At<&Dat::kollision, &Dat::Bereich::von>, units::m, FieldRole::internal},
+    {"kollisionBis", At<&Dat::kollision, &Dat::Bereich::bis>, units::m, FieldRole::internal},
+    {"gesamtVon", At<&Dat::gesamt, &Dat::Bereich::von>, units::m, FieldRole::internal},
+    {"gesamtBis", At<&Dat::gesamt, &Dat::Bereich::bis>, units::m, FieldRole::internal},
+    {"hauptVon", At<&Dat::haupt, &Dat::Bereich::von>, units::m, FieldRole::internal},
+    {"hauptBis", At<&Dat::haupt, &Dat::Bereich::bis>, units::m, FieldRole::internal},
+    {"kleinsterWeg", At<&Dat::kleinsterWeg>, units::m, FieldRole::internal},
+    {"groessterWeg", At<&Dat::groessterWeg>, units::m, FieldRole::internal},
+    {"ergebnisSteht", At<&Dat::ergebnisSteht>},
+    {IDC_SCHR_WEG_VON, "wegVon", At<&Dat::weg, &Dat::Bereich::von>, units::m, {-2000, 2000}, 2, FieldRole::result},
+    {IDC_SCHR_WEG_BIS,
+     "wegBis",
+     At<&Dat::weg, &Dat::Bereich::bis>,
+     units::m,
+     {-2000, 2000},
+     2,
+     FieldRole::result,
+     {.label = "Weg", .joint = Joint::upTo}},
+    {IDC_SCHR_TEMPO_VON,
+     "tempoVon",
+     At<&Dat::tempo, &Dat::Bereich::von>,
+     units::kmh,
+     {-2000, 2000},
+     2,
+     FieldRole::result},
+    {IDC_SCHR_TEMPO_BIS,
+     "tempoBis",
+     At<&Dat::tempo, &Dat::Bereich::bis>,
+     units::kmh,
+     {-2000, 2000},
+     2,
+     FieldRole::result,
+     {.label = "Geschwindigkeit", .joint = Joint::upTo}},
+    {kWurfwahl, "wegWahl", At<&Dat::wegWahl>, "Wurf- und Rutschweite"},
+    {kWurfwege,
+     "wurfRutschWeg",
+     At<&Dat::wurfRutschWeg>,
+     units::m,
+     {-2000, 2000},
+     2,
+     FieldRole::result,
+     {.label = kSpanne}},
+    {IDC_SCHR_ABFLUGWINKEL, "abflugwinkel", At<&Dat::abflugwinkel>, units::degree, {0, 90}, 2, FieldRole::input},
+    {IDC_SCHR_HOEHENUNTERSCHIED,
+     "hoehenunterschied",
+     At<&Dat::hoehenunterschied>,
+     units::m,
+     {-10, 0},
+     2,
+     FieldRole::input},
+    {IDC_SCHR_RUTSCHVERZOEGERUNG,
+     "rutschverzoegerung",
+     At<&Dat::rutschverzoegerung>,
+     units::ms2,
+     {0, 20},
+     2,
+     FieldRole::input},
+    {IDC_SCHR_ABFLUGTEMPO,
+     "abfluggeschwindigkeit",
+     At<&Dat::abfluggeschwindigkeit>,
+     units::kmh,
+     {0, 2000},
+     2,
+     FieldRole::result},
+    {IDC_SCHR_WURFWEITE, "wurfweite", At<&Dat::wurfweite>, units::m, {0, 2000}, 2, FieldRole::result},
+    {IDC_SCHR_WURFHOEHE, "wurfhoehe", At<&Dat::wurfhoehe>, units::m, {0, 2000}, 2, FieldRole::result},
+    {kAnstoss, "anstossfaktor", At<&Dat::anstossfaktor>, units::none, {0, 1}, 2, FieldRole::input},
+    {IDC_SCHR_KOLLISIONSTEMPO,
+     "kollisionsgeschwindigkeit",
+     At<&Dat::kollisionsgeschwindigkeit>,
+     units::kmh,
+     {0, 2000},
+     2,
+     FieldRole::result},
+    {kExportwahl, "exportWahl", At<&Dat::exportWahl>, "Kollisionsgeschwindigkeit"},
+    {kExporttempi,
+     "exportGeschwindigkeit",
+     At<&Dat::exportGeschwindigkeit>,
+     units::kmh,
+     {-2000, 2000},
+     2,
+     FieldRole::result,
+     {.label = kSpanne}},
+    {kSeiten, "vonRechts", At<&Dat::vonRechts>, "Aus Sicht des Fahrzeuges kommt der Fußgänger von"},
+    {IDC_SCHR_KUEHNEL_GLOBAL, "theorie.kuehnelGlobal", Element<&Dat::theorien, Dat::kuehnelGlobal>},
+    {IDC_SCHR_KUEHNEL_VERZOEGERUNG, "theorie.kuehnelVerzoegerung", Element<&Dat::theorien, Dat::kuehnelVerzoegerung>},
+    {IDC_SCHR_RAU, "theorie.rauOtteSchulz", Element<&Dat::theorien, Dat::rauOtteSchulz>},
+    {IDC_SCHR_DETTINGER, "theorie.dettinger", Element<&Dat::theorien, Dat::dettinger>},
+    {IDC_SCHR_RITTER, "theorie.ritterKrieg", Element<&Dat::theorien, Dat::ritterKrieg>},
+    {IDC_SCHR_FRONTSCHEIBE, "theorie.frontscheibe", Element<&Dat::theorien, Dat::frontscheibe>},
+    {IDC_SCHR_HAUPTFELD, "theorie.scheinwerferHaupt", Element<&Dat::theorien, Dat::scheinwerferHaupt>},
+    {IDC_SCHR_GESAMTFELD, "theorie.scheinwerferGesamt", Element<&Dat::theorien, Dat::scheinwerferGesamt>},
+    {IDC_SCHR_ABWICKLUNG, "theorie.abwicklung", Element<&Dat::theorien, Dat::abwicklung>},
+    {IDC_SCHR_TEMPOSCHRANKE, "theorie.geschwindigkeit", Element<&Dat::theorien, Dat::geschwindigkeit>},
+    {"objekt.fahrzeug.x", Ort<Dat::fahrzeug, &CDPoint::x>, units::m},
+    {"objekt.fahrzeug.y", Ort<Dat::fahrzeug, &CDPoint::y>, units::m},
+    {"objekt.fahrzeug.winkel", Lage<Dat::fahrzeug, &Dat::Rechteck::winkel>, units::radian},
+    {"objekt.fahrzeug.breite", Lage<Dat::fahrzeug, &Dat::Rechteck::breite>, units::m},
+    {"objekt.fahrzeug.laenge", Lage<Dat::fahrzeug, &Dat::Rechteck::laenge>, units::m},
+    {"objekt.fahrzeug.gesetzt", Lage<Dat::fahrzeug, &Dat::Rechteck::gesetzt>},
+    {"objekt.kollisionsort.x", Ort<Dat::kollisionsort, &CDPoint::x>, units::m},
+    {"objekt.kollisionsort.y", Ort<Dat::kollisionsort, &CDPoint::y>, units::m},
+    {"objekt.kollisionsort.winkel", Lage<Dat::kollisionsort, &Dat::Rechteck::winkel>, units::radian},
+    {"objekt.kollisionsort.breite", Lage<Dat::kollisionsort, &Dat::Rechteck::breite>, units::m},
+    {"objekt.kollisionsort.laenge", Lage<Dat::kollisionsort, &Dat::Rechteck::laenge>, units::m},
+    {"objekt.kollisionsort.gesetzt", Lage<Dat::kollisionsort, &Dat::Rechteck::gesetzt>},
+    {"objekt.person.x", Ort<Dat::person, &CDPoint::x>, units::m},
+    {"objekt.person.y", Ort<Dat::person, &CDPoint::y>, units::m},
+    {"objekt.person.winkel", Lage<Dat::person, &Dat::Rechteck::winkel>, units::radian},
+    {"objekt.person.breite", Lage<Dat::person, &Dat::Rechteck::breite>, units::m},
+    {"objekt.person.laenge", Lage<Dat::person, &Dat::Rechteck::laenge>, units::m},
+    {"objekt.person.gesetzt", Lage<Dat::person, &Dat::Rechteck::gesetzt>},
+    {"objekt.fahrrad.x", Ort<Dat::fahrrad, &CDPoint::x>, units::m},
+    {"objekt.fahrrad.y", Ort<Dat::fahrrad, &CDPoint::y>, units::m},
+    {"objekt.fahrrad.winkel", Lage<Dat::fahrrad, &Dat::Rechteck::winkel>, units::radian},
+    {"objekt.fahrrad.breite", Lage<Dat::fahrrad, &Dat::Rechteck::breite>, units::m},
+    {"objekt.fahrrad.laenge", Lage<Dat::fahrrad, &Dat::Rechteck::laenge>, units::m},
+    {"objekt.fahrrad.gesetzt", Lage<Dat::fahrrad, &Dat::Rechteck::gesetzt>},
+    {"objekt.gesamtfeld.x", Ort<Dat::gesamtfeld, &CDPoint::x>, units::m},
+    {"objekt.gesamtfeld.y", Ort<Dat::gesamtfeld, &CDPoint::y>, units::m},
+    {"objekt.gesamtfeld.winkel", Lage<Dat::gesamtfeld, &Dat::Rechteck::winkel>, units::radian},
+    {"objekt.gesamtfeld.breite", Lage<Dat::gesamtfeld, &Dat::Rechteck::breite>, units::m},
+    {"objekt.gesamtfeld.laenge", Lage<Dat::gesamtfeld, &Dat::Rechteck::laenge>, units::m},
+    {"objekt.gesamtfeld.gesetzt", Lage<Dat::gesamtfeld, &Dat::Rechteck::gesetzt>},
+    {"objekt.hauptfeld.x", Ort<Dat::hauptfeld, &CDPoint::x>, units::m},
+    {"objekt.hauptfeld.y", Ort<Dat::hauptfeld, &CDPoint::y>, units::m},
+    {"objekt.hauptfeld.winkel", Lage<Dat::hauptfeld, &Dat::Rechteck::winkel>, units::radian},
+    {"objekt.hauptfeld.breite", Lage<Dat::hauptfeld, &Dat::Rechteck::breite>, units::m},
+    {"objekt.hauptfeld.laenge", Lage<Dat::hauptfeld, &Dat::Rechteck::laenge>, units::m},
+    {"objekt.hauptfeld.gesetzt", Lage<Dat::hauptfeld, &Dat::Rechteck::gesetzt>},
+};
 
 } // namespace
 
 RecordFields CSchrankenverfahrenDat::Felder()
 {
-    RecordFields felder{
-        {"fahrzeug", "", &fahrzeugNr},
-        {"person", "", &personNr},
-        {"fahrrad", "", &fahrradNr},
-        {"verzoegerung", "m/s²", &verzoegerung},
-        {"verzoegerungToleranz", "m/s²", &verzoegerungToleranz},
-        {"kuehnelToleranz", "km/h", &kuehnelToleranz},
-        {"rauToleranz", "km/h", &rauToleranz},
-        {"dettingerToleranz", "km/h", &dettingerToleranz},
-        {"abwicklungWeg", "cm", &abwicklungWeg},
-        {"abwicklungToleranz", "cm", &abwicklungToleranz},
-        {"karosserie", "", &karosserie},
-        {"karosserieToleranz", "", &karosserieToleranz},
-        {"geschwindigkeitVon", "km/h", &geschwindigkeitVon},
-        {"geschwindigkeitBis", "km/h", &geschwindigkeitBis},
-        {"fahrzeugLaenge", "m", &fahrzeugLaenge},
-        {"fahrradLaengs", "m", &fahrradLaengs},
-        {"fahrradQuer", "m", &fahrradQuer},
-        {"personLaengs", "m", &personLaengs},
-        {"personQuer", "m", &personQuer},
-        {"kollisionVon", "m", &kollision.von},
-        {"kollisionBis", "m", &kollision.bis},
-        {"gesamtVon", "m", &gesamt.von},
-        {"gesamtBis", "m", &gesamt.bis},
-        {"hauptVon", "m", &haupt.von},
-        {"hauptBis", "m", &haupt.bis},
-        {"kleinsterWeg", "m", &kleinsterWeg},
-        {"groessterWeg", "m", &groessterWeg},
-        {"ergebnisSteht", "", &ergebnisSteht},
-        {"wegVon", "m", &weg.von},
-        {"wegBis", "m", &weg.bis},
-        {"tempoVon", "km/h", &tempo.von},
-        {"tempoBis", "km/h", &tempo.bis},
-        {"wegWahl", "", &wegWahl},
-        {"wurfRutschWeg", "m", wurfRutschWeg.data(), wurfRutschWeg.size()},
-        {"abflugwinkel", "°", &abflugwinkel},
-        {"hoehenunterschied", "m", &hoehenunterschied},
-        {"rutschverzoegerung", "m/s²", &rutschverzoegerung},
-        {"abfluggeschwindigkeit", "km/h", &abfluggeschwindigkeit},
-        {"wurfweite", "m", &wurfweite},
-        {"wurfhoehe", "m", &wurfhoehe},
-        {"anstossfaktor", "", &anstossfaktor},
-        {"kollisionsgeschwindigkeit", "km/h", &kollisionsgeschwindigkeit},
-        {"exportWahl", "", &exportWahl},
-        {"exportGeschwindigkeit", "km/h", exportGeschwindigkeit.data(), exportGeschwindigkeit.size()},
-        {"vonRechts", "", &vonRechts},
-    };
-    const auto& namen = Namen();
-    for (std::size_t i = 0; i < kTheorien; ++i)
-        felder.push_back({namen.theorien[i], "", &theorien[i]});
-    for (std::size_t i = 0; i < kObjekte; ++i) {
-        const auto& name = namen.objekte[i];
-        Rechteck& objekt = objekte[i];
-        felder.push_back({name.x, "m", &objekt.position.x});
-        felder.push_back({name.y, "m", &objekt.position.y});
-        felder.push_back({name.winkel, "rad", &objekt.winkel});
-        felder.push_back({name.breite, "m", &objekt.breite});
-        felder.push_back({name.laenge, "m", &objekt.laenge});
-        felder.push_back({name.gesetzt, "", &objekt.gesetzt});
-    }
+    return Describe(*this, kZahlen);
+}
+
+RecordFields CSchrankenverfahrenDat::Behaltene()
+{
+    RecordFields felder = Felder();
+    std::erase_if(felder, [](const RecordField& feld) {
+        return feld.spec->role != FieldRole::input && feld.spec->role != FieldRole::state;
+    });
     return felder;
 }
 
-namespace
-{
-
-constexpr UINT kMaske = 487;
-
-/// Writes record and case alike: `value` in one direction, the stored number in the other.
-class Ablage
-{
-  public:
-    Ablage(CMaskenWerte& werte, bool laden) : m_werte(werte), m_laden(laden) {}
-
-    void Wert(const std::string& name, double& value)
-    {
-        if (!m_laden) {
-            m_werte[name] = {value};
-            return;
-        }
-        const auto found = m_werte.find(name);
-        if (found != m_werte.end() && found->second.size() == 1 && std::isfinite(found->second[0]))
-            value = found->second[0];
-    }
-    void Wert(const std::string& name, std::int64_t& value, std::int64_t lowest, std::int64_t highest)
-    {
-        auto number = static_cast<double>(value);
-        Wert(name, number);
-        if (number >= static_cast<double>(lowest) && number <= static_cast<double>(highest))
-            value = static_cast<std::int64_t>(number);
-    }
-    void Wert(const std::string& name, std::uint8_t& value)
-    {
-        double number = value;
-        Wert(name, number);
-        value = number != 0.0 ? 1 : 0;
-    }
-
-  private:
-    CMaskenWerte& m_werte;
-    bool m_laden;
-};
-
-void Uebertrage(Dat& dat, Ablage ablage)
-{
-    ablage.Wert("fahrzeug", dat.fahrzeugNr, -2, 15);
-    ablage.Wert("person", dat.personNr, -2, 15);
-    ablage.Wert("fahrrad", dat.fahrradNr, -2, 15);
-    ablage.Wert("wegWahl", dat.wegWahl, 0, 2);
-    ablage.Wert("exportWahl", dat.exportWahl, 0, 3);
-    ablage.Wert("vonRechts", dat.vonRechts);
-    ablage.Wert("ergebnisSteht", dat.ergebnisSteht);
-    for (auto [name, value] : {std::pair{"verzoegerung", &dat.verzoegerung},
-                               {"verzoegerungToleranz", &dat.verzoegerungToleranz},
-                               {"kuehnelToleranz", &dat.kuehnelToleranz},
-                               {"rauToleranz", &dat.rauToleranz},
-                               {"dettingerToleranz", &dat.dettingerToleranz},
-                               {"abwicklungWeg", &dat.abwicklungWeg},
-                               {"abwicklungToleranz", &dat.abwicklungToleranz},
-                               {"karosserie", &dat.karosserie},
-                               {"karosserieToleranz", &dat.karosserieToleranz},
-                               {"geschwindigkeitVon", &dat.geschwindigkeitVon},
-                               {"geschwindigkeitBis", &dat.geschwindigkeitBis},
-                               {"abflugwinkel", &dat.abflugwinkel},
-                               {"hoehenunterschied", &dat.hoehenunterschied},
-                               {"rutschverzoegerung", &dat.rutschverzoegerung},
-                               {"anstossfaktor", &dat.anstossfaktor}})
-        ablage.Wert(name, *value);
-    const auto& namen = Namen();
-    for (std::size_t i = 0; i < Dat::kTheorien; ++i)
-        ablage.Wert(namen.theorien[i], dat.theorien[i]);
-    for (std::size_t i = 0; i < Dat::kObjekte; ++i) {
-        const auto& name = namen.objekte[i];
-        Dat::Rechteck& objekt = dat.objekte[i];
-        ablage.Wert(name.x, objekt.position.x);
-        ablage.Wert(name.y, objekt.position.y);
-        ablage.Wert(name.winkel, objekt.winkel);
-        ablage.Wert(name.breite, objekt.breite);
-        ablage.Wert(name.laenge, objekt.laenge);
-        ablage.Wert(name.gesetzt, objekt.gesetzt);
-    }
-}
-
-} // namespace
-
 void CSchrankenverfahrenDat::Speichern()
 {
-    CMaskenWerte& werte = m_data.MaskenWerte(kMaske);
-    Uebertrage(*this, Ablage(werte, false));
-    m_abgelegt = werte;
+    KeepWithCase(m_data, IDD_SCHRANKENVERFAHREN, Behaltene());
+    m_abgelegt = WerteDesFalls();
     m_data.NotifyMaskenWerte();
 }
 
 void CSchrankenverfahrenDat::Laden()
 {
-    CMaskenWerte werte;
     Dat voreinstellung(m_data);
-    Uebertrage(voreinstellung, Ablage(werte, false));
-    Uebertrage(*this, Ablage(werte, true));
+    const RecordFields behalten = Behaltene();
+    const RecordFields anfang = voreinstellung.Behaltene();
+    for (std::size_t i = 0; i < behalten.size(); ++i)
+        std::visit(
+            [&](auto* ziel) {
+                const auto* quelle = std::get<decltype(ziel)>(anfang[i].value);
+                std::copy_n(quelle, behalten[i].count, ziel);
+            },
+            behalten[i].value);
+    TakeFromCase(m_data, IDD_SCHRANKENVERFAHREN, behalten);
     m_abgelegt = WerteDesFalls();
-    werte = m_abgelegt;
-    Uebertrage(*this, Ablage(werte, true));
 }
 
 bool CSchrankenverfahrenDat::FallHatAnderes() const
@@ -218,6 +311,6 @@ bool CSchrankenverfahrenDat::FallHatAnderes() const
 CMaskenWerte CSchrankenverfahrenDat::WerteDesFalls() const
 {
     const auto& alle = m_data.AlleMaskenWerte();
-    const auto gefunden = alle.find(kMaske);
+    const auto gefunden = alle.find(IDD_SCHRANKENVERFAHREN);
     return gefunden == alle.end() ? CMaskenWerte{} : gefunden->second;
 }

@@ -13,12 +13,8 @@ class CBeschlDlg : public CMDIRechDialog
     CBeschlDlg(CRuvData& data, CWnd* parent);
 
     const CMessageMap* GetMessageMap() const override;
-    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     void SetupWindow() override;
-    void ShutDownWindow() override;
-    UINT GetCloneCropStyle(UINT* out) override;
     void IncValue(int controlId) override;
-    void BuildObjects() override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
 
     /// The maximum deceleration, m/s².
@@ -28,7 +24,6 @@ class CBeschlDlg : public CMDIRechDialog
     void Loeschen();
 
   private:
-    LRESULT OnUpdateDialog(WPARAM, LPARAM);
     LRESULT OnEditChanged(WPARAM controlId, LPARAM);
     void OnButtonOk();
     void UebernehmeNeigung(UINT controlId);

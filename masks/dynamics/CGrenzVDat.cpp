@@ -3,8 +3,9 @@
 #include "masks/dynamics/CGrenzVDat.h"
 
 #include "host/CRuvData.h"
+#include "host/NumberTable.h"
 #include "host/Physics.h"
-#include "res/resource.h"
+#include "res/dynamics.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,27 +31,64 @@ bool Passt(double sehneZuDurchmesser)
     return sehneZuDurchmesser >= -1.0 && sehneZuDurchmesser <= 1.0;
 }
 
+using Dat = CGrenzVDat;
+
+constexpr NumberRow<Dat> kZahlen[] = {
+    {IDC_GRENZV_REIBUNG, "reibungsbeiwert", At<&Dat::reibungsbeiwert>, units::none, {0, 10}, 2, FieldRole::input},
+    {IDC_GRENZV_QUERGEFAELLE_GRAD,
+     "quergefaelleGrad",
+     At<&Dat::quergefaelleGrad>,
+     units::degree,
+     {-90, 90},
+     1,
+     FieldRole::input},
+    {IDC_GRENZV_QUERGEFAELLE_PROZENT,
+     "quergefaelleProzent",
+     At<&Dat::quergefaelleProzent>,
+     units::percent,
+     {-90, 90},
+     1,
+     FieldRole::input,
+     {.label = "Quergefälle nach Innen"}},
+    {"reserve", At<&Dat::reserve>, units::none, FieldRole::internal},
+    {"quergefaelle", At<&Dat::quergefaelle>, units::radian, FieldRole::internal},
+    {IDC_GRENZV_RADIUS, "kurvenradius", At<&Dat::kurvenradius>, units::m, {0, 1000}, 1, FieldRole::input},
+    {IDC_GRENZV_GESCHWINDIGKEIT,
+     "grenzgeschwindigkeit",
+     At<&Dat::grenzgeschwindigkeit>,
+     units::kmh,
+     {-100, 100},
+     2,
+     FieldRole::result},
+    {IDC_GRENZV_QUERBESCHL_FUEHLBAR,
+     "fuehlbareQuerbeschleunigung",
+     At<&Dat::fuehlbareQuerbeschleunigung>,
+     units::ms2,
+     {0, 100},
+     2,
+     FieldRole::result,
+     {.copyable = true}},
+    {IDC_GRENZV_QUERBESCHL,
+     "querbeschleunigung",
+     At<&Dat::querbeschleunigung>,
+     units::ms2,
+     {0, 100},
+     2,
+     FieldRole::result,
+     {.copyable = true}},
+    {IDC_GRENZV_SEHNE, "sehne", At<&Dat::sehne>, units::m, {0, 1000}, 2, FieldRole::input},
+    {IDC_GRENZV_HOEHE, "hoehe", At<&Dat::hoehe>, units::m, {0, 100}, 2, FieldRole::input},
+    {IDC_GRENZV_SCHRAEGLAGE, "schraeglage", At<&Dat::schraeglage>, units::degree, {0, 100}, 2, FieldRole::result},
+    {IDC_GRENZV_BOGEN, "bogenlaenge", At<&Dat::bogenlaenge>, units::m, {0, 1000}, 2, FieldRole::input},
+    {"berechnet", At<&Dat::berechnet>},
+    {"radiusAusBogen", At<&Dat::radiusAusBogen>},
+};
+
 } // namespace
 
 RecordFields CGrenzVDat::Felder()
 {
-    return {
-        {"reibungsbeiwert", "", &reibungsbeiwert},
-        {"quergefaelleGrad", "°", &quergefaelleGrad},
-        {"quergefaelleProzent", "%", &quergefaelleProzent},
-        {"reserve", "", &reserve},
-        {"quergefaelle", "rad", &quergefaelle},
-        {"kurvenradius", "m", &kurvenradius},
-        {"grenzgeschwindigkeit", "km/h", &grenzgeschwindigkeit},
-        {"fuehlbareQuerbeschleunigung", "m/s²", &fuehlbareQuerbeschleunigung},
-        {"querbeschleunigung", "m/s²", &querbeschleunigung},
-        {"sehne", "m", &sehne},
-        {"hoehe", "m", &hoehe},
-        {"schraeglage", "°", &schraeglage},
-        {"bogenlaenge", "m", &bogenlaenge},
-        {"berechnet", "", &berechnet},
-        {"radiusAusBogen", "", &radiusAusBogen},
-    };
+    return Describe(*this, kZahlen);
 }
 
 void CGrenzVDat::Lade()
@@ -71,19 +109,7 @@ void CGrenzVDat::Merke()
 
 void CGrenzVDat::Loeschen()
 {
-    reibungsbeiwert = 0.0;
-    quergefaelleGrad = 0.0;
-    quergefaelleProzent = 0.0;
-    reserve = 0.0;
-    quergefaelle = 0.0;
-    kurvenradius = 0.0;
-    grenzgeschwindigkeit = 0.0;
-    fuehlbareQuerbeschleunigung = 0.0;
-    querbeschleunigung = 0.0;
-    sehne = 0.0;
-    hoehe = 0.0;
-    schraeglage = 0.0;
-    bogenlaenge = 0.0;
+    ClearNumbers(Felder());
 }
 
 void CGrenzVDat::QuergefaelleAusGrad()

@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/dynamics/CGrenzVDlg.h"
 
-#include "host/Bindings.h"
-#include "host/FehlerMeldung.h"
-#include "res/resource.h"
+#include "res/dynamics.h"
 
 #include <initializer_list>
 
@@ -60,7 +58,6 @@ CGrenzVDlg::CGrenzVDlg(CRuvData& data, CWnd* parent)
 const CMessageMap* CGrenzVDlg::GetMessageMap() const
 {
     static constexpr CMessageEntry kEntries[] = {
-        OnMessage<&CGrenzVDlg::OnUpdateDialog>(WM_RUV_UPDATEDIALOG),
         OnMessage<&CGrenzVDlg::OnEditChanged>(WM_RUV_EDITCHANGED),
         OnControl<&CGrenzVDlg::Loeschen>(IDC_LOESCHEN),
         OnControl<&CGrenzVDlg::Rechnen>(IDC_RECHNEN),
@@ -70,65 +67,13 @@ const CMessageMap* CGrenzVDlg::GetMessageMap() const
     return &kMap;
 }
 
-BOOL CGrenzVDlg::OnCommand(WPARAM wParam, LPARAM lParam)
-{
-    return CMDIDialog::OnCommand(wParam, lParam);
-}
-
-void CGrenzVDlg::BuildObjects()
-{
-    const UnitType speed(unitType::speedKmh);
-    const UnitType acceleration(unitType::acceleration);
-    const UnitType length(unitType::length);
-    const auto bind = [this](UINT id, double& field, double minimum, double maximum, BYTE decimals,
-                             const UnitType* unit) {
-        new CEditDouble(this, id, &field, minimum, maximum, decimals, 0.0, nullptr, nullptr, unit);
-    };
-    bind(IDC_GRENZV_REIBUNG, m_dat.reibungsbeiwert, 0.0, 10.0, 2, nullptr);
-    bind(IDC_GRENZV_QUERGEFAELLE_GRAD, m_dat.quergefaelleGrad, -90.0, 90.0, 1, nullptr);
-    bind(IDC_GRENZV_QUERGEFAELLE_PROZENT, m_dat.quergefaelleProzent, -90.0, 90.0, 1, nullptr);
-    bind(IDC_GRENZV_RADIUS, m_dat.kurvenradius, 0.0, 1000.0, 1, &length);
-    bind(IDC_GRENZV_GESCHWINDIGKEIT, m_dat.grenzgeschwindigkeit, -100.0, 100.0, 2, &speed);
-    bind(IDC_GRENZV_QUERBESCHL_FUEHLBAR, m_dat.fuehlbareQuerbeschleunigung, 0.0, 100.0, 2, &acceleration);
-    bind(IDC_GRENZV_QUERBESCHL, m_dat.querbeschleunigung, 0.0, 100.0, 2, &acceleration);
-    bind(IDC_GRENZV_SEHNE, m_dat.sehne, 0.0, 1000.0, 2, &length);
-    bind(IDC_GRENZV_HOEHE, m_dat.hoehe, 0.0, 100.0, 2, &length);
-    bind(IDC_GRENZV_BOGEN, m_dat.bogenlaenge, 0.0, 1000.0, 2, &length);
-    bind(IDC_GRENZV_SCHRAEGLAGE, m_dat.schraeglage, 0.0, 100.0, 2, nullptr);
-}
-
 void CGrenzVDlg::SetupWindow()
 {
     // The stored cross-fall is shown; the road counts as level until one of its fields is changed.
     m_dat.Lade();
     m_dat.berechnet = 0;
-    for (const UINT id : std::initializer_list<UINT>{IDC_GRENZV_RADIUS_EINHEIT, IDC_GRENZV_SEHNE_EINHEIT,
-                                                     IDC_GRENZV_HOEHE_EINHEIT, IDC_GRENZV_BOGEN_EINHEIT})
-        ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::length));
-    for (const UINT id :
-         std::initializer_list<UINT>{IDC_GRENZV_QUERBESCHL_FUEHLBAR_EINHEIT, IDC_GRENZV_QUERBESCHL_EINHEIT})
-        ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::acceleration));
-    ReplaceChildWindowSubstringWithUnitString(IDC_GRENZV_GESCHWINDIGKEIT_EINHEIT, UnitType(unitType::speedKmh));
-    Enable(IDC_GRENZV_GESCHWINDIGKEIT, FALSE);
-    Enable(IDC_GRENZV_SCHRAEGLAGE, FALSE);
-    ChangeProtection(IDC_GRENZV_QUERBESCHL, 1);
-    ChangeProtection(IDC_GRENZV_QUERBESCHL_FUEHLBAR, 1);
     ZeigeQuergefaelle();
     CMDIRechDialog::SetupWindow();
-}
-
-void CGrenzVDlg::ShutDownWindow()
-{
-    CMDIRechDialog::ShutDownWindow();
-}
-
-UINT CGrenzVDlg::GetCloneCropStyle(UINT* out)
-{
-    out[0] = IDC_MASKE_OK;
-    out[1] = 8;
-    out[2] = IDC_RECHNEN;
-    out[3] = 2;
-    return 2;
 }
 
 void CGrenzVDlg::UebernehmeEingabe(UINT controlId)
@@ -159,12 +104,6 @@ void CGrenzVDlg::UebernehmeEingabe(UINT controlId)
     default:
         break;
     }
-}
-
-LRESULT CGrenzVDlg::OnUpdateDialog(WPARAM, LPARAM)
-{
-    UpdateDialog();
-    return 0;
 }
 
 LRESULT CGrenzVDlg::OnEditChanged(WPARAM controlId, LPARAM)
@@ -205,7 +144,7 @@ void CGrenzVDlg::OnButtonOk()
 
 void CGrenzVDlg::Loeschen()
 {
-    if (FehlerMeldung(this, 1052) != fehlerJa)
+    if (!ConfirmClear())
         return;
     m_dat.Loeschen();
     ZeigeGrenze(CGrenzVDat::Grenze::gefunden);
@@ -220,26 +159,20 @@ void CGrenzVDlg::ZeigeGrenze(CGrenzVDat::Grenze grenze)
     const bool gefunden = grenze == CGrenzVDat::Grenze::gefunden;
     const bool alt = !gefunden && m_dat.grenzgeschwindigkeit != 0.0;
     const UINT befund = alt ? IDS_GRENZV_KEINE_NEUE_GRENZE : IDS_GRENZV_KEINE_GRENZE;
-    ZeigeText(IDC_GRENZV_BEFUND, gefunden ? kKeinText : befund);
-    ZeigeText(IDC_GRENZV_GRUND, Grund(grenze));
+    ShowText(IDC_GRENZV_BEFUND, gefunden ? kKeinText : befund);
+    ShowText(IDC_GRENZV_GRUND, Grund(grenze));
     for (const UINT id : std::initializer_list<UINT>{IDC_GRENZV_QUERBESCHL_FUEHLBAR_BEFUND,
                                                      IDC_GRENZV_QUERBESCHL_BEFUND, IDC_GRENZV_SCHRAEGLAGE_BEFUND})
-        ZeigeText(id, alt ? IDS_GRENZV_ALTER_WERT : kKeinText);
+        ShowText(id, alt ? IDS_GRENZV_ALTER_WERT : kKeinText);
 }
 
 void CGrenzVDlg::ZeigeKurve(CGrenzVDat::Kurve kurve)
 {
-    ZeigeText(IDC_GRENZV_KURVE_HINWEIS, Hinweis(kurve));
+    ShowText(IDC_GRENZV_KURVE_HINWEIS, Hinweis(kurve));
 }
 
 void CGrenzVDlg::ZeigeQuergefaelle()
 {
     const bool unbenutzt = m_dat.quergefaelleGrad != 0.0 && m_dat.quergefaelle == 0.0;
-    ZeigeText(IDC_GRENZV_QUERGEFAELLE_HINWEIS, unbenutzt ? IDS_GRENZV_QUERGEFAELLE_UNBENUTZT : kKeinText);
-}
-
-void CGrenzVDlg::ZeigeText(UINT controlId, UINT textId)
-{
-    if (CWnd* control = GetDlgItem(controlId))
-        control->SetWindowText(textId == kKeinText ? std::string{} : LoadRuvString(textId));
+    ShowText(IDC_GRENZV_QUERGEFAELLE_HINWEIS, unbenutzt ? IDS_GRENZV_QUERGEFAELLE_UNBENUTZT : kKeinText);
 }

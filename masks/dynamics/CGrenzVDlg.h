@@ -13,12 +13,8 @@ class CGrenzVDlg : public CMDIRechDialog
     CGrenzVDlg(CRuvData& data, CWnd* parent);
 
     const CMessageMap* GetMessageMap() const override;
-    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     void SetupWindow() override;
-    void ShutDownWindow() override;
-    UINT GetCloneCropStyle(UINT* out) override;
     void IncValue(int controlId) override;
-    void BuildObjects() override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
 
     /// The limit speed found last, km/h; 0 when none was.
@@ -28,7 +24,6 @@ class CGrenzVDlg : public CMDIRechDialog
     void Loeschen();
 
   private:
-    LRESULT OnUpdateDialog(WPARAM, LPARAM);
     LRESULT OnEditChanged(WPARAM controlId, LPARAM);
     void OnButtonOk();
     void UebernehmeEingabe(UINT controlId);
@@ -36,7 +31,6 @@ class CGrenzVDlg : public CMDIRechDialog
     void ZeigeGrenze(CGrenzVDat::Grenze grenze);
     void ZeigeKurve(CGrenzVDat::Kurve kurve);
     void ZeigeQuergefaelle();
-    void ZeigeText(UINT controlId, UINT textId);
 
     CGrenzVDat m_dat;
 };

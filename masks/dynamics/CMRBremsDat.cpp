@@ -3,7 +3,9 @@
 #include "masks/dynamics/CMRBremsDat.h"
 
 #include "host/CRuvData.h"
+#include "host/NumberTable.h"
 #include "host/Physics.h"
+#include "res/dynamics.h"
 
 #include <algorithm>
 #include <array>
@@ -69,42 +71,116 @@ double CMRBremsDat::Loese(const Gleichung& gleichung)
     return x;
 }
 
+namespace
+{
+
+using Dat = CMRBremsDat;
+
+constexpr NumberRow<Dat> kZahlen[] = {
+    {IDC_MRBREMS_VOLLVERZOEGERUNG,
+     "vollverzoegerung",
+     At<&Dat::vollverzoegerung>,
+     units::ms2,
+     {0, 100},
+     2,
+     FieldRole::input,
+     {.source = ValueSource::maximumDeceleration}},
+    {IDC_MRBREMS_SPURVERZOEGERUNG,
+     "spurverzoegerung",
+     At<&Dat::spurverzoegerung>,
+     units::ms2,
+     {0, 100},
+     2,
+     FieldRole::input},
+    {IDC_MRBREMS_ERREICHT,
+     "erreichteVerzoegerung",
+     At<&Dat::erreichteVerzoegerung>,
+     units::ms2,
+     {0, 100},
+     2,
+     FieldRole::result},
+    {IDC_MRBREMS_VE, "endgeschwindigkeit", At<&Dat::endgeschwindigkeit>, units::kmh, {0, 1000}, 2, FieldRole::input},
+    {IDC_MRBREMS_V0,
+     "anfangsgeschwindigkeit",
+     At<&Dat::anfangsgeschwindigkeit>,
+     units::kmh,
+     {0, 100},
+     2,
+     FieldRole::result},
+    {"bremszeit", At<&Dat::bremszeit>, units::s, FieldRole::internal},
+    {IDC_MRBREMS_SCHWELLDAUER, "schwelldauer", At<&Dat::schwelldauer>, units::s, {0, 100}, 2, FieldRole::result},
+    {IDC_MRBREMS_SPURLAENGE, "spurlaenge", At<&Dat::spurlaenge>, units::m, {0, 1000}, 2, FieldRole::input},
+    {IDC_MRBREMS_SCHWELLWEG, "schwellweg", At<&Dat::schwellweg>, units::m, {0, 100}, 2, FieldRole::result},
+    {IDC_MRBREMS_REAKTIONSPUNKT_WEG,
+     "reaktionspunktWeg",
+     At<&Dat::reaktionspunktWeg>,
+     units::m,
+     {0, 100},
+     2,
+     FieldRole::result},
+    {IDC_MRBREMS_REAKTIONSPUNKT_ZEIT,
+     "reaktionspunktZeit",
+     At<&Dat::reaktionspunktZeit>,
+     units::s,
+     {0, 100},
+     2,
+     FieldRole::result},
+    {IDC_MRBREMS_ANSTIEG, "anstieg", At<&Dat::anstieg>, units::s, {0, 100}, 2, FieldRole::input},
+    {IDC_MRBREMS_REAKTIONSDAUER, "reaktionsdauer", At<&Dat::reaktionsdauer>, units::s, {0, 100}, 2, FieldRole::input},
+    {IDC_MRBREMS_BREMS_SCHWELLWEG,
+     "bremsSchwellweg",
+     At<&Dat::bremsSchwellweg>,
+     units::m,
+     {0, 100},
+     2,
+     FieldRole::result},
+    {IDC_MRBREMS_BREMS_SCHWELLZEIT,
+     "bremsSchwellzeit",
+     At<&Dat::bremsSchwellzeit>,
+     units::s,
+     {0, 100},
+     2,
+     FieldRole::result},
+    {IDC_MRBREMS_LIN_VERZOEGERUNG,
+     "linVerzoegerung",
+     At<&Dat::linVerzoegerung>,
+     units::ms2,
+     {0, 100},
+     2,
+     FieldRole::input},
+    {"linGeschwindigkeit", At<&Dat::linGeschwindigkeit>, units::kmh, FieldRole::internal},
+    {"linBremszeit", At<&Dat::linBremszeit>, units::s, FieldRole::internal},
+    {IDC_MRBREMS_LIN_SCHWELLDAUER,
+     "linSchwelldauer",
+     At<&Dat::linSchwelldauer>,
+     units::s,
+     {0, 100},
+     2,
+     FieldRole::result},
+    {IDC_MRBREMS_LIN_BREMSWEG, "linBremsweg", At<&Dat::linBremsweg>, units::m, {0, 100}, 2, FieldRole::result},
+    {IDC_MRBREMS_LIN_SCHWELLWEG, "linSchwellweg", At<&Dat::linSchwellweg>, units::m, {0, 100}, 2, FieldRole::result},
+    {IDC_MRBREMS_LIN_REAKTIONSDAUER,
+     "linReaktionsdauer",
+     At<&Dat::linReaktionsdauer>,
+     units::s,
+     {0, 100},
+     2,
+     FieldRole::result},
+    {"fahrzeug", At<&Dat::fahrzeug>},
+    {"phase", At<&Dat::phase>},
+    {"berechnet", At<&Dat::berechnet>},
+};
+
+} // namespace
+
 RecordFields CMRBremsDat::Felder()
 {
-    return {
-        {"vollverzoegerung", "m/s²", &vollverzoegerung},
-        {"spurverzoegerung", "m/s²", &spurverzoegerung},
-        {"erreichteVerzoegerung", "m/s²", &erreichteVerzoegerung},
-        {"endgeschwindigkeit", "km/h", &endgeschwindigkeit},
-        {"anfangsgeschwindigkeit", "km/h", &anfangsgeschwindigkeit},
-        {"bremszeit", "s", &bremszeit},
-        {"schwelldauer", "s", &schwelldauer},
-        {"spurlaenge", "m", &spurlaenge},
-        {"schwellweg", "m", &schwellweg},
-        {"reaktionspunktWeg", "m", &reaktionspunktWeg},
-        {"reaktionspunktZeit", "s", &reaktionspunktZeit},
-        {"anstieg", "s", &anstieg},
-        {"reaktionsdauer", "s", &reaktionsdauer},
-        {"bremsSchwellweg", "m", &bremsSchwellweg},
-        {"bremsSchwellzeit", "s", &bremsSchwellzeit},
-        {"linVerzoegerung", "m/s²", &linVerzoegerung},
-        {"linGeschwindigkeit", "km/h", &linGeschwindigkeit},
-        {"linBremszeit", "s", &linBremszeit},
-        {"linSchwelldauer", "s", &linSchwelldauer},
-        {"linBremsweg", "m", &linBremsweg},
-        {"linSchwellweg", "m", &linSchwellweg},
-        {"linReaktionsdauer", "s", &linReaktionsdauer},
-        {"fahrzeug", "", &fahrzeug},
-        {"phase", "", &phase},
-        {"berechnet", "", &berechnet},
-    };
+    return Describe(*this, kZahlen);
 }
 
 void CMRBremsDat::Loeschen()
 {
-    for (const RecordField& field : Felder())
-        if (double* const* quantity = std::get_if<double*>(&field.value))
-            **quantity = 0.0;
+    ClearNumbers(Felder());
     fahrzeug = 0;
     phase = 0;
 }

@@ -13,29 +13,24 @@ class CMRBremsDlg : public CMDIRechDialog
     CMRBremsDlg(CRuvData& data, CWnd* parent);
 
     const CMessageMap* GetMessageMap() const override;
-    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     void SetupWindow() override;
-    void ShutDownWindow() override;
-    UINT GetCloneCropStyle(UINT* out) override;
+    void UpdateDialog() override;
     void IncValue(int controlId) override;
     void BuildObjects() override;
-    void GlobalGeoDatChanged(UINT_PTR hint) override;
-    void GlobalWZDatChanged(UINT_PTR hint) override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
 
     void Rechnen();
     void Loeschen();
 
+  protected:
+    std::int64_t ColorVehicle() const override { return m_dat.fahrzeug; }
+
   private:
-    LRESULT OnUpdateDialog(WPARAM, LPARAM);
     LRESULT OnEditChanged(WPARAM controlId, LPARAM);
     void OnButtonOk();
     void OnTransferOption();
 
     CMRBremsDat::Ausgang RechneUndZeige();
-    void ZeigeAlles();
-    void SetzeFarben();
-    void ZeigeHinweis(CMRBremsDat::Vorbehalt vorbehalt);
 
     CMRBremsDat m_dat;
 };

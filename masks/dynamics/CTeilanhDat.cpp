@@ -3,9 +3,11 @@
 #include "masks/dynamics/CTeilanhDat.h"
 
 #include "host/CRuvData.h"
+#include "host/NumberTable.h"
 #include "host/Physics.h"
 #include "host/Quadratgl.h"
 #include "host/RuvCfg.h"
+#include "res/dynamics.h"
 
 #include <algorithm>
 #include <array>
@@ -127,37 +129,53 @@ Ausgang EndgeschwAusGesamtweg(Ablauf& m, const Vorgabe& g, double sG)
 
 } // namespace
 
+namespace
+{
+
+using Dat = CTeilanhDat;
+
+// Speeds and paths that the mode computes are inputs that the dialog write-protects.
+constexpr NumberRow<Dat> kZahlen[] = {
+    {IDC_TEILANH_VA, "vA", At<&Dat::vA>, units::kmh, {0, 1000}, 2, FieldRole::input},
+    {IDC_TEILANH_VR, "vR", At<&Dat::vR>, units::kmh, {0, 1000}, 2, FieldRole::result},
+    {"vS", At<&Dat::vS>, units::kmh, FieldRole::internal},
+    {IDC_TEILANH_VE, "vE", At<&Dat::vE>, units::kmh, {0, 1000}, 2, FieldRole::input},
+    {IDC_TEILANH_TB, "tB", At<&Dat::tB>, units::s, {0, 100}, 2, FieldRole::result},
+    {IDC_TEILANH_TR, "tR", At<&Dat::tR>, units::s, {0, 100}, 2, FieldRole::input},
+    {IDC_TEILANH_TS, "tS", At<&Dat::tS>, units::s, {0, 100}, 2, FieldRole::input},
+    {IDC_TEILANH_TG, "tG", At<&Dat::tG>, units::s, {0, 100}, 2, FieldRole::result},
+    {IDC_TEILANH_SB, "sB", At<&Dat::sB>, units::m, {0, 1000}, 2, FieldRole::input},
+    {"sR", At<&Dat::sR>, units::m, FieldRole::internal},
+    {"sS", At<&Dat::sS>, units::m, FieldRole::internal},
+    {IDC_TEILANH_SG, "sG", At<&Dat::sG>, units::m, {0, 1000}, 2, FieldRole::input},
+    {IDC_TEILANH_SBS, "sBS", At<&Dat::sBS>, units::m, {0, 1000}, 2, FieldRole::result},
+    {IDC_TEILANH_AR, "aR", At<&Dat::aR>, units::ms2, {-100, 100}, 2, FieldRole::input},
+    {IDC_TEILANH_AB,
+     "aB",
+     At<&Dat::aB>,
+     units::ms2,
+     {-100, 100},
+     2,
+     FieldRole::input,
+     {.source = ValueSource::maximumDeceleration}},
+    {"fahrzeug", At<&Dat::fahrzeug>},
+    {"phase", At<&Dat::phase>},
+    {"modus", At<&Dat::modus>},
+    {"berechnet", At<&Dat::berechnet>},
+    {"status", At<&Dat::status>},
+    {"ergebnis", At<&Dat::ergebnis>},
+};
+
+} // namespace
+
 RecordFields CTeilanhDat::Felder()
 {
-    return {
-        {"vA", "km/h", &vA},
-        {"vR", "km/h", &vR},
-        {"vS", "km/h", &vS},
-        {"vE", "km/h", &vE},
-        {"tB", "s", &tB},
-        {"tR", "s", &tR},
-        {"tS", "s", &tS},
-        {"tG", "s", &tG},
-        {"sB", "m", &sB},
-        {"sR", "m", &sR},
-        {"sS", "m", &sS},
-        {"sG", "m", &sG},
-        {"sBS", "m", &sBS},
-        {"aR", "m/s²", &aR},
-        {"aB", "m/s²", &aB},
-        {"fahrzeug", "", &fahrzeug},
-        {"phase", "", &phase},
-        {"modus", "", &modus},
-        {"berechnet", "", &berechnet},
-        {"status", "", &status},
-        {"ergebnis", "", &ergebnis},
-    };
+    return Describe(*this, kZahlen);
 }
 
 void CTeilanhDat::Loeschen()
 {
-    for (double* quantity : {&vA, &vR, &vS, &vE, &tB, &tR, &tS, &tG, &sB, &sR, &sS, &sG, &sBS, &aR, &aB})
-        *quantity = 0.0;
+    ClearNumbers(Felder());
     phase = 0;
     modus = nichtGewaehlt;
     ergebnis = 0;

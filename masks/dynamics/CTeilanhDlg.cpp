@@ -3,17 +3,12 @@
 #include "masks/dynamics/CTeilanhDlg.h"
 
 #include "host/Bindings.h"
-#include "host/CRuvData.h"
 #include "host/FehlerMeldung.h"
 #include "host/RuvCfg.h"
-#include "res/resource.h"
-
-#include <initializer_list>
+#include "res/dynamics.h"
 
 namespace
 {
-
-using Ids = std::initializer_list<UINT>;
 
 constexpr UINT kKeinText = 0;
 constexpr WPARAM kKeinFahrzeug = static_cast<WPARAM>(-1);
@@ -68,12 +63,12 @@ CTeilanhDlg::CTeilanhDlg(CRuvData& data, CWnd* parent)
 {
     m_dat.SetParent(this);
     m_isCalculationMask = 1;
+    m_editColors = &RuvCfg.editColors;
 }
 
 const CMessageMap* CTeilanhDlg::GetMessageMap() const
 {
     static constexpr CMessageEntry kEntries[] = {
-        OnMessage<&CTeilanhDlg::OnUpdateDialog>(WM_RUV_UPDATEDIALOG),
         OnMessage<&CTeilanhDlg::OnEditChanged>(WM_RUV_EDITCHANGED),
         OnMessage<&CTeilanhDlg::OnTransferNow>(WM_RUV_TRANSFERNOW),
         OnControl<&CTeilanhDlg::Loeschen>(IDC_LOESCHEN),
@@ -86,84 +81,20 @@ const CMessageMap* CTeilanhDlg::GetMessageMap() const
     return &kMap;
 }
 
-BOOL CTeilanhDlg::OnCommand(WPARAM wParam, LPARAM lParam)
-{
-    return CMDIDialog::OnCommand(wParam, lParam);
-}
-
 void CTeilanhDlg::BuildObjects()
 {
-    const UnitType speed(unitType::speedKmh);
-    const UnitType acceleration(unitType::acceleration);
-    const UnitType length(unitType::length);
-    const CEditColors* colors = &RuvCfg.editColors;
-    const auto bind = [&](UINT id, double& field, double minimum, double maximum, const UnitType* unit) {
-        return new CEditDouble(this, id, &field, minimum, maximum, 2, 0.0, colors, colors, unit);
-    };
-    new CFzgCombo(this, IDC_TEILANH_FAHRZEUG, 0, &m_dat.fahrzeug, nullptr, colors, colors);
-    auto* phase = new CAbsCombo(this, IDC_TEILANH_PHASE, &m_dat.phase, colors, colors);
+    CMDIRechDialog::BuildObjects();
+    new CFzgCombo(this, IDC_TEILANH_FAHRZEUG, 0, &m_dat.fahrzeug, nullptr, m_editColors, m_editColors);
+    auto* phase = new CAbsCombo(this, IDC_TEILANH_PHASE, &m_dat.phase, m_editColors, m_editColors);
     phase->SetVehicle(&m_dat.fahrzeug);
-    bind(IDC_TEILANH_VA, m_dat.vA, 0.0, 1000.0, &speed);
-    bind(IDC_TEILANH_TR, m_dat.tR, 0.0, 100.0, nullptr);
-    bind(IDC_TEILANH_AR, m_dat.aR, -100.0, 100.0, &acceleration);
-    bind(IDC_TEILANH_TS, m_dat.tS, 0.0, 100.0, nullptr);
-    bind(IDC_TEILANH_AB, m_dat.aB, -100.0, 100.0, &acceleration)->SetSource(ValueSource::maximumDeceleration);
-    bind(IDC_TEILANH_VE, m_dat.vE, 0.0, 1000.0, &speed);
-    bind(IDC_TEILANH_SG, m_dat.sG, 0.0, 1000.0, &length);
-    bind(IDC_TEILANH_TG, m_dat.tG, 0.0, 100.0, nullptr);
-    bind(IDC_TEILANH_SB, m_dat.sB, 0.0, 1000.0, &length);
-    bind(IDC_TEILANH_SBS, m_dat.sBS, 0.0, 1000.0, &length);
-    bind(IDC_TEILANH_TB, m_dat.tB, 0.0, 100.0, nullptr);
-    bind(IDC_TEILANH_VR, m_dat.vR, 0.0, 1000.0, &speed);
 }
 
 void CTeilanhDlg::SetupWindow()
 {
     m_dat.Oeffne();
     m_geaendert = false;
-    for (const UINT id : Ids{IDC_TEILANH_VA_EINHEIT, IDC_TEILANH_VR_EINHEIT, IDC_TEILANH_VE_EINHEIT})
-        ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::speedKmh));
-    for (const UINT id : Ids{IDC_TEILANH_AR_EINHEIT, IDC_TEILANH_AB_EINHEIT})
-        ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::acceleration));
-    for (const UINT id : Ids{IDC_TEILANH_SG_EINHEIT, IDC_TEILANH_SB_EINHEIT, IDC_TEILANH_SBS_EINHEIT})
-        ReplaceChildWindowSubstringWithUnitString(id, UnitType(unitType::length));
-    for (const UINT id : Ids{IDC_TEILANH_VR, IDC_TEILANH_TG, IDC_TEILANH_SBS, IDC_TEILANH_TB})
-        Enable(id, FALSE);
-    SetzeSchutz();
-    SetzeFarben();
     CMDIRechDialog::SetupWindow();
-}
-
-void CTeilanhDlg::ShutDownWindow()
-{
-    CMDIRechDialog::ShutDownWindow();
-}
-
-UINT CTeilanhDlg::GetCloneCropStyle(UINT* out)
-{
-    out[0] = IDC_MASKE_OK;
-    out[1] = 8;
-    out[2] = IDC_RECHNEN;
-    out[3] = 2;
-    return 2;
-}
-
-void CTeilanhDlg::GlobalGeoDatChanged(UINT_PTR)
-{
-    SetzeFarben();
-    UpdateDialog();
-}
-
-void CTeilanhDlg::GlobalWZDatChanged(UINT_PTR)
-{
-    // The entered quantities stay; the phases to choose from may be others.
-    UpdateDialog();
-}
-
-LRESULT CTeilanhDlg::OnUpdateDialog(WPARAM, LPARAM)
-{
-    UpdateDialog();
-    return 0;
+    SetzeSchutz();
 }
 
 LRESULT CTeilanhDlg::OnEditChanged(WPARAM controlId, LPARAM)
@@ -174,8 +105,7 @@ LRESULT CTeilanhDlg::OnEditChanged(WPARAM controlId, LPARAM)
             m_dat.FahrzeugGewechselt();
         else
             m_dat.LeseSpalte();
-        SetzeFarben();
-        ZeigeHinweis(kKeinText);
+        ShowText(IDC_TEILANH_HINWEIS, kKeinText);
         SendMessage(WM_RUV_UPDATEDIALOG);
         return 0;
     }
@@ -190,7 +120,7 @@ void CTeilanhDlg::IncValue(int)
         if (m_dat.Pruefe().Bestanden())
             ZeigeAusgang(m_dat.Rechnen());
         else
-            ZeigeHinweis(IDS_TEILANH_OHNE_VERZOEGERUNG);
+            ShowText(IDC_TEILANH_HINWEIS, IDS_TEILANH_OHNE_VERZOEGERUNG);
     }
     PostMessage(WM_RUV_UPDATEDIALOG);
 }
@@ -228,7 +158,8 @@ void CTeilanhDlg::Rechnen()
     }
     SetzeSchutz();
     SendMessage(WM_RUV_UPDATEDIALOG);
-    MeldeHauptfenster();
+    if (CWnd* main = MainWindow())
+        main->PostMessage(WM_RUV_MASKTRANSFERRED, kKeinFahrzeug);
     if (RuvCfg.transferData)
         Uebertrage();
 }
@@ -238,7 +169,8 @@ void CTeilanhDlg::OnButtonOk()
     if (BringeAufStand()) {
         if (!Uebertrage())
             return;
-        MeldeHauptfenster();
+        if (CWnd* main = MainWindow())
+            main->PostMessage(WM_RUV_MASKTRANSFERRED, kKeinFahrzeug);
     }
     OnOK();
 }
@@ -269,13 +201,6 @@ bool CTeilanhDlg::Uebertrage()
     return false;
 }
 
-void CTeilanhDlg::MeldeHauptfenster()
-{
-    const CWinThread* const thread = AfxGetThread();
-    if (thread != nullptr && thread->GetMainWnd() != nullptr)
-        thread->GetMainWnd()->PostMessage(WM_RUV_MASKTRANSFERRED, kKeinFahrzeug);
-}
-
 void CTeilanhDlg::Init()
 {
     m_dat.modus = CTeilanhDat::nichtGewaehlt;
@@ -284,12 +209,12 @@ void CTeilanhDlg::Init()
 
 void CTeilanhDlg::Loeschen()
 {
-    if (FehlerMeldung(this, 1052) != fehlerJa)
+    if (!ConfirmClear())
         return;
     m_dat.Loeschen();
     m_geaendert = true;
     SetzeSchutz();
-    ZeigeHinweis(kKeinText);
+    ShowText(IDC_TEILANH_HINWEIS, kKeinText);
     SendMessage(WM_RUV_UPDATEDIALOG);
 }
 
@@ -301,24 +226,11 @@ void CTeilanhDlg::SetzeSchutz()
     ChangeProtection(IDC_TEILANH_SB, m_dat.IstBremswegErgebnis());
     constexpr UINT kGegeben[] = {IDS_TEILANH_MODUS_0, IDS_TEILANH_MODUS_1, IDS_TEILANH_MODUS_2,
                                  IDS_TEILANH_MODUS_3, IDS_TEILANH_MODUS_4, IDS_TEILANH_MODUS_5};
-    if (CWnd* gegeben = GetDlgItem(IDC_TEILANH_GEGEBEN))
-        gegeben->SetWindowText(LoadRuvString(kGegeben[m_dat.modus]));
-}
-
-void CTeilanhDlg::SetzeFarben()
-{
-    const bool gefaerbt = RuvCfg.useVehicleColors && m_data.IsFzgValid(m_dat.fahrzeug);
-    SetUseFzgColors(gefaerbt ? m_dat.fahrzeug : -1);
+    ShowText(IDC_TEILANH_GEGEBEN, kGegeben[m_dat.modus]);
 }
 
 void CTeilanhDlg::ZeigeAusgang(CTeilanhDat::Ausgang ausgang)
 {
     const UINT text = Hinweis(ausgang);
-    ZeigeHinweis(text != kKeinText ? text : Hinweis(m_dat.PruefeErgebnis()));
-}
-
-void CTeilanhDlg::ZeigeHinweis(UINT textId)
-{
-    if (CWnd* hinweis = GetDlgItem(IDC_TEILANH_HINWEIS))
-        hinweis->SetWindowText(textId == kKeinText ? std::string{} : LoadRuvString(textId));
+    ShowText(IDC_TEILANH_HINWEIS, text != kKeinText ? text : Hinweis(m_dat.PruefeErgebnis()));
 }

@@ -13,22 +13,19 @@ class CTeilanhDlg : public CMDIRechDialog
     CTeilanhDlg(CRuvData& data, CWnd* parent);
 
     const CMessageMap* GetMessageMap() const override;
-    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     void SetupWindow() override;
-    void ShutDownWindow() override;
-    UINT GetCloneCropStyle(UINT* out) override;
     void IncValue(int controlId) override;
     void BuildObjects() override;
-    void GlobalGeoDatChanged(UINT_PTR hint) override;
-    void GlobalWZDatChanged(UINT_PTR hint) override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
 
     void Rechnen();
     void Loeschen();
     void Init();
 
+  protected:
+    std::int64_t ColorVehicle() const override { return m_dat.fahrzeug; }
+
   private:
-    LRESULT OnUpdateDialog(WPARAM, LPARAM);
     LRESULT OnEditChanged(WPARAM controlId, LPARAM);
     LRESULT OnTransferNow(WPARAM, LPARAM);
     void OnButtonOk();
@@ -38,10 +35,7 @@ class CTeilanhDlg : public CMDIRechDialog
     bool BringeAufStand();
     bool Uebertrage();
     void SetzeSchutz();
-    void SetzeFarben();
-    void MeldeHauptfenster();
     void ZeigeAusgang(CTeilanhDat::Ausgang ausgang);
-    void ZeigeHinweis(UINT textId);
 
     CTeilanhDat m_dat;
     bool m_geaendert = false; // an input, since the last calculation

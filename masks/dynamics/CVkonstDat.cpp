@@ -3,8 +3,9 @@
 #include "masks/dynamics/CVkonstDat.h"
 
 #include "host/CRuvData.h"
+#include "host/NumberTable.h"
 #include "host/Physics.h"
-#include "res/resource.h"
+#include "res/dynamics.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,60 +23,62 @@ void Setze(double& ziel, double wert)
         ziel = wert;
 }
 
-template <class T> void LadeReihe(const CRuvData& data, const char* name, std::array<T, CVkonstDat::kZeilen>& reihe)
-{
-    const std::vector<double> werte = data.GemerkteWerte(IDD_KONSTANTE_GESCHWINDIGKEIT, name);
-    for (std::size_t i = 0; i < reihe.size(); ++i) {
-        const double wert = i < werte.size() && std::isfinite(werte[i]) ? werte[i] : 0.0;
-        if constexpr (std::is_same_v<T, double>)
-            reihe[i] = wert;
-        else
-            reihe[i] = wert != 0.0 ? 1 : 0;
-    }
-}
+} // namespace
 
-/// Calls `tue` with the name and the six values of each quantity.
-template <class Dat, class Tue> void FuerAlleReihen(Dat& dat, const Tue& tue)
+constexpr CVkonstDat::Edits CVkonstDat::kKmh{IDC_VKONST_KMH_1, IDC_VKONST_KMH_2, IDC_VKONST_KMH_3,
+                                             IDC_VKONST_KMH_4, IDC_VKONST_KMH_5, IDC_VKONST_KMH_6};
+constexpr CVkonstDat::Edits CVkonstDat::kMs{IDC_VKONST_MS_1, IDC_VKONST_MS_2, IDC_VKONST_MS_3,
+                                            IDC_VKONST_MS_4, IDC_VKONST_MS_5, IDC_VKONST_MS_6};
+constexpr CVkonstDat::Edits CVkonstDat::kWeg{IDC_VKONST_WEG_1, IDC_VKONST_WEG_2, IDC_VKONST_WEG_3,
+                                             IDC_VKONST_WEG_4, IDC_VKONST_WEG_5, IDC_VKONST_WEG_6};
+constexpr CVkonstDat::Edits CVkonstDat::kZeit{IDC_VKONST_ZEIT_1, IDC_VKONST_ZEIT_2, IDC_VKONST_ZEIT_3,
+                                              IDC_VKONST_ZEIT_4, IDC_VKONST_ZEIT_5, IDC_VKONST_ZEIT_6};
+
+namespace
 {
-    tue("geschwindigkeitKmh", dat.geschwindigkeitKmh);
-    tue("geschwindigkeitMs", dat.geschwindigkeitMs);
-    tue("weg", dat.weg);
-    tue("zeit", dat.zeit);
-    tue("geschwindigkeitBerechnet", dat.geschwindigkeitBerechnet);
-    tue("wegBerechnet", dat.wegBerechnet);
-    tue("zeitBerechnet", dat.zeitBerechnet);
-}
+
+using Dat = CVkonstDat;
+
+constexpr NumberRange kBereich{0, 1000};
+constexpr NumberRow<Dat> kZahlen[] = {
+    {Dat::kKmh, "geschwindigkeitKmh", At<&Dat::geschwindigkeitKmh>, units::kmh, kBereich, 2, FieldRole::input},
+    {Dat::kMs,
+     "geschwindigkeitMs",
+     At<&Dat::geschwindigkeitMs>,
+     units::ms,
+     kBereich,
+     2,
+     FieldRole::input,
+     {.label = "Geschwindigkeit"}},
+    {Dat::kWeg, "weg", At<&Dat::weg>, units::m, kBereich, 2, FieldRole::input},
+    {Dat::kZeit, "zeit", At<&Dat::zeit>, units::s, kBereich, 2, FieldRole::input},
+    {"geschwindigkeitBerechnet", At<&Dat::geschwindigkeitBerechnet>, units::none, FieldRole::internal},
+    {"wegBerechnet", At<&Dat::wegBerechnet>, units::none, FieldRole::internal},
+    {"zeitBerechnet", At<&Dat::zeitBerechnet>, units::none, FieldRole::internal},
+};
 
 } // namespace
 
 RecordFields CVkonstDat::Felder()
 {
-    return {
-        {"geschwindigkeitKmh", "km/h", geschwindigkeitKmh.data(), kZeilen},
-        {"geschwindigkeitMs", "m/s", geschwindigkeitMs.data(), kZeilen},
-        {"weg", "m", weg.data(), kZeilen},
-        {"zeit", "s", zeit.data(), kZeilen},
-        {"geschwindigkeitBerechnet", "", geschwindigkeitBerechnet.data(), kZeilen},
-        {"wegBerechnet", "", wegBerechnet.data(), kZeilen},
-        {"zeitBerechnet", "", zeitBerechnet.data(), kZeilen},
-    };
+    return Describe(*this, kZahlen);
 }
 
 void CVkonstDat::Lade()
 {
-    FuerAlleReihen(*this, [this](const char* name, auto& reihe) { LadeReihe(m_data, name, reihe); });
+    Loeschen();
+    TakeFromCase(m_data, IDD_KONSTANTE_GESCHWINDIGKEIT, Felder());
 }
 
 void CVkonstDat::Merke()
 {
-    CMaskenWerte& werte = m_data.MaskenWerte(IDD_KONSTANTE_GESCHWINDIGKEIT);
-    FuerAlleReihen(*this, [&](const char* name, const auto& reihe) { werte[name].assign(reihe.begin(), reihe.end()); });
+    KeepWithCase(m_data, IDD_KONSTANTE_GESCHWINDIGKEIT, Felder());
     m_data.NotifyMaskenWerte();
 }
 
 void CVkonstDat::Loeschen()
 {
-    FuerAlleReihen(*this, [](const char*, auto& reihe) { reihe.fill(0); });
+    ClearNumbers(Felder());
 }
 
 void CVkonstDat::RechneZeile(std::size_t i)

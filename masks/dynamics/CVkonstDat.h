@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/CDlgData.h"
+#include "host/HostTypes.h"
 #include "host/RecordField.h"
 
 #include <array>
@@ -17,6 +18,13 @@ class CVkonstDat final : public CDlgData
     static constexpr std::size_t kZeilen = 6;
     using Werte = std::array<double, kZeilen>;
     using Merker = std::array<std::uint8_t, kZeilen>;
+    using Edits = std::array<UINT, kZeilen>;
+
+    // The edits of each quantity, row by row.
+    static const Edits kKmh;
+    static const Edits kMs;
+    static const Edits kWeg;
+    static const Edits kZeit;
 
     explicit CVkonstDat(CRuvData& data) : CDlgData(data) {}
 

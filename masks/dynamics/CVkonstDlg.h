@@ -13,20 +13,15 @@ class CVkonstDlg : public CMDIRechDialog
     CVkonstDlg(CRuvData& data, CWnd* parent);
 
     const CMessageMap* GetMessageMap() const override;
-    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     void SetupWindow() override;
-    void ShutDownWindow() override;
-    UINT GetCloneCropStyle(UINT* out) override;
     void UpdateDialog() override;
     void IncValue(int controlId) override;
-    void BuildObjects() override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
 
     void Rechnen();
     void Loeschen();
 
   private:
-    LRESULT OnUpdateDialog(WPARAM, LPARAM);
     LRESULT OnEditChanged(WPARAM controlId, LPARAM);
     void OnButtonOk();
     void UebernehmeEingabe(UINT controlId);

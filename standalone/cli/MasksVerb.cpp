@@ -10,6 +10,7 @@
 #include "frame/MaskTable.h"
 #include "host/Bindings.h"
 #include "host/CDialog.h"
+#include "krn/ControlMeaning.h"
 
 #include <algorithm>
 
@@ -40,7 +41,7 @@ std::string RoleOf(const Window& control)
     case Kind::button:
         return "button";
     case Kind::edit:
-        return control.enabled && !control.readOnly ? "input" : "result";
+        return krn::IsResult(control) ? "result" : "input";
     case Kind::check:
     case Kind::radio:
     case Kind::combo:
@@ -79,13 +80,13 @@ std::vector<Description> Describe(Window& mask, const RecordFields& fields)
         for (const auto& control : dialog->children) {
             if (!control->HasId())
                 continue;
-            const CBinding* binding = BindingOf(*control);
+            const CBinding* binding = krn::BindingOf(*control);
             Description d;
             d.id = control->id;
             d.dialog = dialog->id;
             d.kind = framework::KindName(control->kind);
-            d.label = ShownLabel(*control);
-            d.unit = ShownUnit(*control, binding);
+            d.label = krn::LabelOf(*control);
+            d.unit = krn::UnitOf(*control);
             d.role = RoleOf(*control);
             d.field = binding == nullptr ? std::string{} : FieldName(fields, binding->Field());
             d.real = dynamic_cast<const CEditDouble*>(binding);

@@ -4,6 +4,7 @@
 
 #include "frame/MaskTable.h"
 #include "frame/RuvMod.h"
+#include "krn/ControlMeaning.h"
 
 #include <algorithm>
 
@@ -25,7 +26,7 @@ bool OnlyQueues(const Action& action)
 
 std::string NameOf(const Window& control)
 {
-    const std::string label = ShownLabel(control);
+    const std::string label = krn::LabelOf(control);
     return "Feld " + std::to_string(control.id) + (label.empty() ? "" : " (" + label + ")");
 }
 

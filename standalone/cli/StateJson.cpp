@@ -6,6 +6,7 @@
 #include "framework/UiThread.h"
 #include "host/Bindings.h"
 #include "host/CDialog.h"
+#include "krn/ControlMeaning.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -70,13 +71,13 @@ std::string ShownText(const Window& control)
 
 void WriteControl(JsonText& json, const Window& control)
 {
-    const CBinding* binding = BindingOf(control);
+    const CBinding* binding = krn::BindingOf(control);
     json.Key(std::to_string(control.id)).BeginObject();
     json.Key("kind").Text(framework::KindName(control.kind));
-    json.Key("label").Text(ShownLabel(control));
+    json.Key("label").Text(krn::LabelOf(control));
     json.Key("text").Text(ShownText(control));
     WriteValue(json, control, binding);
-    json.Key("unit").Text(ShownUnit(control, binding));
+    json.Key("unit").Text(krn::UnitOf(control));
     json.Key("enabled").Bool(control.enabled);
     json.Key("protected").Bool(control.readOnly);
     if (!framework::IsShown(control))
@@ -148,29 +149,6 @@ void BeginMsg(JsonText& json, const MSG& msg)
 }
 
 } // namespace
-
-CBinding* BindingOf(const Window& control)
-{
-    if (control.parent == nullptr)
-        return nullptr;
-    const auto* dialog = dynamic_cast<const CMDIDialog*>(control.parent->object);
-    return dialog == nullptr ? nullptr : dialog->FindBinding(control.id);
-}
-
-std::string ShownLabel(const Window& control)
-{
-    std::string label = framework::LabelOf(control);
-    while (!label.empty() && (label.back() == ':' || label.back() == ' '))
-        label.pop_back();
-    return label;
-}
-
-std::string ShownUnit(const Window& control, const CBinding* binding)
-{
-    if (const auto* real = dynamic_cast<const CEditDouble*>(binding); real != nullptr && real->Unit())
-        return UnitsSystemConfiguration::GetInstance().UnitString(*real->Unit());
-    return control.kind == Kind::edit ? framework::UnitTextOf(control) : std::string{};
-}
 
 bool IsModal(const Window& dialog)
 {

@@ -11,8 +11,6 @@
 #include <string>
 #include <vector>
 
-class CBinding;
-
 namespace cli
 {
 
@@ -33,12 +31,6 @@ MaskImage ImageOf(framework::Window& mask);
 std::string StateText(UINT mask, bool open, const MaskImage& image, const ScriptedFrontEnd& front,
                       const std::vector<framework::Window*>& others);
 
-/// The binding of a control, or null.
-CBinding* BindingOf(const framework::Window& control);
-/// The text that names a control, without the colon behind it.
-std::string ShownLabel(const framework::Window& control);
-/// The unit a control shows its number in.
-std::string ShownUnit(const framework::Window& control, const CBinding* binding);
 bool IsModal(const framework::Window& dialog);
 
 } // namespace cli

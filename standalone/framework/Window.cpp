@@ -29,31 +29,6 @@ std::size_t IndexInParent(const Window& control)
     return static_cast<std::size_t>(found - siblings.begin());
 }
 
-bool NamesItself(Kind kind)
-{
-    return kind != Kind::edit && kind != Kind::combo && kind != Kind::list && kind != Kind::trackbar &&
-           kind != Kind::field;
-}
-
-/// Units, signs and other fragments stand beside fields but do not name them.
-bool CanName(const Window& label)
-{
-    const std::string text = WithoutMnemonic(label.text);
-    return label.kind == Kind::label && !text.empty() && (text.size() > 6 || text.back() == ':');
-}
-
-bool OnOneLine(const Window& a, const Window& b)
-{
-    return a.rect.top < b.rect.bottom && a.rect.bottom > b.rect.top;
-}
-
-/// A check box or radio button names the input behind it on its line.
-bool SwitchNames(const Window& candidate, const Window& control)
-{
-    return (candidate.kind == Kind::check || candidate.kind == Kind::radio) && OnOneLine(candidate, control) &&
-           candidate.rect.right <= control.rect.left;
-}
-
 } // namespace
 
 const char* KindName(Kind kind)
@@ -137,28 +112,20 @@ std::string MnemonicOf(const std::string& text)
     return {};
 }
 
-std::string LabelOf(const Window& control)
+bool NeedsLabel(Kind kind)
 {
-    if (control.parent == nullptr || NamesItself(control.kind))
-        return WithoutMnemonic(control.text);
-    const auto& siblings = control.parent->children;
-    for (std::size_t i = IndexInParent(control); i-- > 0;)
-        if (CanName(*siblings[i]) || SwitchNames(*siblings[i], control))
-            return WithoutMnemonic(siblings[i]->text);
-    return {};
+    return kind == Kind::edit || kind == Kind::combo || kind == Kind::list || kind == Kind::trackbar ||
+           kind == Kind::field;
 }
 
-std::string UnitTextOf(const Window& control)
+std::string LabelOf(const Window& control)
 {
-    if (control.parent == nullptr)
+    if (control.parent == nullptr || !NeedsLabel(control.kind))
+        return WithoutMnemonic(control.text);
+    const std::size_t place = IndexInParent(control);
+    if (place == 0 || control.parent->children[place - 1]->kind != Kind::label)
         return {};
-    const auto& siblings = control.parent->children;
-    const std::size_t next = IndexInParent(control) + 1;
-    if (next >= siblings.size() || siblings[next]->kind != Kind::label || CanName(*siblings[next]))
-        return {};
-    const Window& beside = *siblings[next];
-    const bool follows = OnOneLine(beside, control) && beside.rect.left >= control.rect.right;
-    return follows ? WithoutMnemonic(beside.text) : std::string{};
+    return WithoutMnemonic(control.parent->children[place - 1]->text);
 }
 
 std::vector<Window*> RadioGroup(const Window& radio)

@@ -82,11 +82,10 @@ Window& DialogOf(Window& control);
 std::string WithoutMnemonic(const std::string& text);
 /// The mnemonic letter as UTF-8 in lower case, empty when there is none.
 std::string MnemonicOf(const std::string& text);
-/// Text that names a control: its own, or for an input that of the static before it in template order or of the check
-/// box or radio button before it on its line.
+/// An input or a drawing: it has no text of its own that names it.
+bool NeedsLabel(Kind kind);
+/// Text that names a control: its own, or for one that needs a label that of the static directly before it.
 std::string LabelOf(const Window& control);
-/// Text of the static that follows an edit on its line (its unit), or "".
-std::string UnitTextOf(const Window& control);
 /// The controls the Tab key visits, in order; of a radio group only the checked or first button.
 std::vector<Window*> TabOrder(const Window& dialog);
 /// The radio buttons of the control's group.

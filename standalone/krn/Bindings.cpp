@@ -7,8 +7,10 @@
 #include "host/Assert.h"
 #include "host/CDialog.h"
 #include "host/CRuvData.h"
+#include "host/Controls.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 
 namespace
@@ -16,14 +18,57 @@ namespace
 
 using Outcome = EntryResult::Outcome;
 
-/// A thousandth of the decade that holds the range, not finer than the decimals shown.
+constexpr double kCoarsestStep = 10.0;
+/// Digits of a stepped value: what the sum of decimal steps leaves behind them is rounding.
+constexpr int kStepDigits = 12;
+
+/// A thousandth of the decade that holds the range, not finer than the decimals shown and not coarser than 10.
 double DefaultStep(double minimum, double maximum, int decimals)
 {
     const double largest = std::max(std::abs(minimum), std::abs(maximum));
     const double finest = std::pow(10.0, -decimals);
     if (!std::isfinite(largest) || largest <= 0.0)
         return finest;
-    return std::max(finest, std::pow(10.0, std::ceil(std::log10(largest)) - 3.0));
+    return std::max(finest, std::min(kCoarsestStep, std::pow(10.0, std::ceil(std::log10(largest)) - 3.0)));
+}
+
+/// The decimal number next to the value, so that eighty steps of 0.01 give 0.8.
+double OnDecimalGrid(double value)
+{
+    char text[32];
+    const auto written = std::to_chars(text, text + sizeof text, value, std::chars_format::general, kStepDigits);
+    double rounded = value;
+    std::from_chars(text, written.ptr, rounded);
+    return rounded;
+}
+
+/// Sets the field behind the reference.
+void SetNumber(const FieldValue& field, int number)
+{
+    std::visit([number](auto* value) { *value = static_cast<std::remove_pointer_t<decltype(value)>>(number); }, field);
+}
+
+/// The field's number, -1 when it is none of 0, 1, ...
+int NumberOf(const FieldValue& field)
+{
+    const double number = std::visit([](const auto* value) { return static_cast<double>(*value); }, field);
+    return number >= 0.0 && number <= 1000.0 && number == std::floor(number) ? static_cast<int>(number) : -1;
+}
+
+/// The i-th of the words with "|" between them; the last one when there are fewer.
+std::string_view WordAt(std::string_view words, std::size_t i)
+{
+    std::size_t bar = words.find('|');
+    for (; i > 0 && bar != std::string_view::npos; --i) {
+        words.remove_prefix(bar + 1);
+        bar = words.find('|');
+    }
+    return words.substr(0, bar);
+}
+
+const void* AddressOf(const FieldValue& field)
+{
+    return std::visit([](const auto* value) { return static_cast<const void*>(value); }, field);
 }
 
 bool IsBlank(const std::string& text)
@@ -40,14 +85,32 @@ CBinding::CBinding(CMDIDialog* parent, UINT controlId, const CEditColors* normal
     parent->AddBinding(*this);
 }
 
-std::string CBinding::FieldLabel() const
+std::string CBinding::Label() const
 {
-    const CWnd* control = m_dialog->GetDlgItem(m_controlId);
+    if (m_spec != nullptr && !m_spec->extra.label.empty())
+        return std::string(WordAt(m_spec->extra.label, m_element));
+    const UINT named = m_spec != nullptr && m_spec->extra.onlyWith != 0 ? m_spec->extra.onlyWith : m_controlId;
+    const CWnd* control = m_dialog->GetDlgItem(named);
     const framework::Window* window = control == nullptr ? nullptr : framework::WindowOf(*control);
     std::string label = window == nullptr ? std::string{} : framework::LabelOf(*window);
     while (!label.empty() && (label.back() == ':' || label.back() == ' '))
         label.pop_back();
-    const std::string unit = window == nullptr ? std::string{} : framework::UnitTextOf(*window);
+    return label;
+}
+
+FieldRole CBinding::Role() const
+{
+    const CWnd* control = m_dialog->GetDlgItem(m_controlId);
+    const framework::Window* window = control == nullptr ? nullptr : framework::WindowOf(*control);
+    if (window != nullptr && window->readOnly)
+        return FieldRole::result;
+    return m_spec == nullptr ? FieldRole::input : m_spec->role;
+}
+
+std::string CBinding::FieldLabel() const
+{
+    std::string label = Label();
+    const std::string unit = UnitText();
     if (!unit.empty())
         label += " (" + unit + ")";
     return label.empty() ? "Feld " + std::to_string(m_controlId) : label;
@@ -57,7 +120,8 @@ CEditDouble::CEditDouble(CMDIDialog* parent, UINT controlId, double* field, doub
                          BYTE decimals, double step, const CEditColors* normal, const CEditColors* highlighted,
                          const UnitType* unit)
     : CBinding(parent, controlId, normal, highlighted), m_field(field), m_minimum(minimum), m_maximum(maximum),
-      m_step(step > 0.0 ? step : DefaultStep(minimum, maximum, decimals)), m_decimals(decimals)
+      m_step(step > 0.0 ? step : DefaultStep(minimum, maximum, decimals)), m_spinnerMinimum(minimum),
+      m_spinnerMaximum(maximum), m_decimals(decimals)
 {
     if (unit != nullptr)
         m_unit = *unit;
@@ -113,11 +177,31 @@ EntryResult CEditDouble::Take(const std::string& text)
 bool CEditDouble::OnIncValue(int direction)
 {
     const double old = *m_field;
-    if (std::isnan(old) || (direction > 0 ? old >= m_maximum : old <= m_minimum))
+    // A value outside the range is typed away, not jumped away from.
+    if (!(old >= m_spinnerMinimum && old <= m_spinnerMaximum))
+        return false;
+    if (direction > 0 ? old >= m_spinnerMaximum : old <= m_spinnerMinimum)
         return false;
     const double factor = Factor();
-    *m_field = std::clamp((old / factor + direction * m_step) * factor, m_minimum, m_maximum);
+    const double stepped = OnDecimalGrid(old / factor + direction * m_step) * factor;
+    *m_field = std::clamp(stepped, m_spinnerMinimum, m_spinnerMaximum) + 0.0; // + 0.0: no negative zero
     return true;
+}
+
+void CEditDouble::SetSpinner(const SpinnerRange& spinner)
+{
+    if (spinner.IsGiven()) {
+        m_spinnerMinimum = std::max(spinner.minimum, m_minimum);
+        m_spinnerMaximum = std::min(spinner.maximum, m_maximum);
+    }
+    m_step = spinner.step > 0.0 ? spinner.step : DefaultStep(m_spinnerMinimum, m_spinnerMaximum, m_decimals);
+}
+
+std::string CEditDouble::UnitText() const
+{
+    if (m_unit)
+        return UnitsSystemConfiguration::GetInstance().UnitString(*m_unit);
+    return Spec() == nullptr ? std::string{} : std::string(Spec()->unit.text);
 }
 
 CEditInt::CEditInt(CMDIDialog* parent, UINT controlId, std::int64_t* field, std::int64_t minimum, std::int64_t maximum,
@@ -157,6 +241,66 @@ bool CEditInt::OnIncValue(int direction)
         direction > 0 ? m_maximum - std::max(old, m_minimum) : std::min(old, m_maximum) - m_minimum;
     *m_field = std::clamp(old, m_minimum, m_maximum) + (direction > 0 ? 1 : -1) * std::min(m_step, room);
     return true;
+}
+
+CCheck::CCheck(CMDIDialog* parent, UINT controlId, const FieldValue& field)
+    : CBinding(parent, controlId, nullptr, nullptr), m_field(field)
+{
+}
+
+void CCheck::Show()
+{
+    if (CWnd* control = Dialog().GetDlgItem(ControlId()))
+        static_cast<CButton*>(control)->SetCheck(NumberOf(m_field) == 0 ? 0 : 1);
+}
+
+EntryResult CCheck::Take(const std::string& text)
+{
+    return {Outcome::refused, 1003, {FieldLabel(), text}};
+}
+
+void CCheck::TakeSelection(int checked)
+{
+    SetNumber(m_field, checked != 0 ? 1 : 0);
+}
+
+const void* CCheck::Field() const
+{
+    return AddressOf(m_field);
+}
+
+CRadio::CRadio(CMDIDialog* parent, std::span<const UINT> buttons, const FieldValue& field)
+    : CBinding(parent, buttons.front(), nullptr, nullptr), m_buttons(buttons.begin(), buttons.end()), m_field(field)
+{
+}
+
+bool CRadio::Owns(UINT controlId) const
+{
+    return std::find(m_buttons.begin(), m_buttons.end(), controlId) != m_buttons.end();
+}
+
+void CRadio::Show()
+{
+    const int chosen = NumberOf(m_field);
+    for (std::size_t i = 0; i < m_buttons.size(); ++i)
+        if (CWnd* control = Dialog().GetDlgItem(m_buttons[i]))
+            static_cast<CButton*>(control)->SetCheck(chosen == static_cast<int>(i) ? 1 : 0);
+}
+
+EntryResult CRadio::Take(const std::string& text)
+{
+    return {Outcome::refused, 1003, {FieldLabel(), text}};
+}
+
+void CRadio::TakeSelection(int button)
+{
+    if (button >= 0 && button < static_cast<int>(m_buttons.size()))
+        SetNumber(m_field, button);
+}
+
+const void* CRadio::Field() const
+{
+    return AddressOf(m_field);
 }
 
 CChoiceCombo::CChoiceCombo(CMDIDialog* parent, UINT controlId, std::int64_t* field, const CEditColors* normal,

@@ -9,12 +9,32 @@
 #include "host/Bindings.h"
 #include "krn/MessageTable.h"
 
-#include <array>
+#include <algorithm>
+#include <optional>
 
 using framework::Kind;
 using framework::UiThread;
 using framework::Window;
 using framework::WindowOf;
+
+namespace
+{
+
+/// What the user chose in a control: the entry of a combo box, the state of a check box, the number of a radio button.
+std::optional<int> SelectionOf(const Window& control, const CBinding& binding, UINT code)
+{
+    if (control.kind == Kind::combo && code == CBN_SELCHANGE)
+        return control.selection;
+    if (control.kind == Kind::check && code == BN_CLICKED)
+        return control.check;
+    const auto* group = dynamic_cast<const CRadio*>(&binding);
+    if (group == nullptr || code != BN_CLICKED)
+        return std::nullopt;
+    const auto& buttons = group->Buttons();
+    return static_cast<int>(std::find(buttons.begin(), buttons.end(), control.id) - buttons.begin());
+}
+
+} // namespace
 
 CMDIDialog::CMDIDialog(UINT templateId, CWnd* parent) : CDialog(templateId, parent) {}
 
@@ -28,7 +48,7 @@ void CMDIDialog::AddBinding(CBinding& binding)
 CBinding* CMDIDialog::FindBinding(UINT controlId) const
 {
     for (const auto& binding : m_bindings)
-        if (binding->ControlId() == controlId)
+        if (binding->Owns(controlId))
             return binding.get();
     return nullptr;
 }
@@ -79,8 +99,8 @@ BOOL CMDIDialog::OnCommand(WPARAM wParam, LPARAM lParam)
             }
             return TRUE;
         default:
-            if (control->kind == Kind::combo && code == CBN_SELCHANGE) {
-                binding->TakeSelection(control->selection);
+            if (const auto selection = SelectionOf(*control, *binding, code)) {
+                binding->TakeSelection(*selection);
                 SendMessage(WM_RUV_EDITCHANGED, id);
                 return TRUE;
             }

@@ -1,11 +1,15 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
+#include "framework/UiThread.h"
+#include "host/Bindings.h"
 #include "host/CDialog.h"
 #include "host/CRuvData.h"
+#include "host/Controls.h"
+#include "host/FehlerMeldung.h"
+#include "host/RuvCfg.h"
 #include "krn/CaseWindows.h"
+#include "krn/ControlMeaning.h"
 #include "krn/OpenMasks.h"
-
-#include "framework/UiThread.h"
 
 #include <algorithm>
 
@@ -59,6 +63,91 @@ BOOL CMDIRechDialog::DoModeless(CWnd* parent)
     return CMDIDialog::DoModeless(parent); // a mask that does not open is deleted, and leaves the list with that
 }
 
+void CMDIRechDialog::BuildObjects()
+{
+    krn::BindNumbers(*this, DescribeRecord(), m_editColors);
+}
+
+void CMDIRechDialog::SetupWindow()
+{
+    CMDIDialog::SetupWindow();
+    for (const auto& binding : Bindings()) {
+        const NumberSpec* spec = binding->Spec();
+        if (spec == nullptr)
+            continue;
+        const UINT id = binding->ControlId();
+        if (spec->unit.type != unitType::none)
+            ReplaceChildWindowSubstringWithUnitString(krn::UnitLabelId(id), UnitType(spec->unit.type));
+        if (spec->role == FieldRole::result && spec->extra.copyable)
+            ChangeProtection(id, 1);
+        else if (spec->role == FieldRole::result)
+            Enable(id, FALSE);
+    }
+}
+
+UINT CMDIRechDialog::GetCloneCropStyle(UINT* out)
+{
+    constexpr UINT kStyles[][2] = {{100, 8}, {105, 2}}; // OK, "Rechnen"
+    UINT pairs = 0;
+    for (const auto& [button, style] : kStyles) {
+        if (GetDlgItem(button) == nullptr)
+            continue;
+        out[2 * pairs] = button;
+        out[2 * pairs + 1] = style;
+        ++pairs;
+    }
+    return pairs;
+}
+
+void CMDIRechDialog::UpdateDialog()
+{
+    const std::int64_t vehicle = ColorVehicle();
+    SetUseFzgColors(RuvCfg.useVehicleColors && m_data.IsFzgValid(vehicle) ? vehicle : -1);
+    CMDIDialog::UpdateDialog();
+    for (const auto& binding : Bindings())
+        if (binding->Spec() != nullptr && binding->Spec()->extra.onlyWith != 0)
+            Enable(binding->ControlId(), IsChecked(binding->Spec()->extra.onlyWith));
+}
+
+LRESULT CMDIRechDialog::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_RUV_UPDATEDIALOG || message == WM_RUV_EDITCHANGED) {
+        UpdateDialog();
+        return 0;
+    }
+    return CMDIDialog::DefWindowProc(message, wParam, lParam);
+}
+
+bool CMDIRechDialog::ConfirmClear()
+{
+    constexpr UINT kClearAll = 1052;
+    return FehlerMeldung(this, kClearAll) == fehlerJa;
+}
+
+void CMDIRechDialog::ShowText(UINT controlId, UINT textId)
+{
+    if (CWnd* control = GetDlgItem(controlId))
+        control->SetWindowText(textId == 0 ? std::string{} : LoadRuvString(textId));
+}
+
+bool CMDIRechDialog::IsChecked(UINT controlId) const
+{
+    const CWnd* control = GetDlgItem(controlId);
+    return control != nullptr && static_cast<const CButton*>(control)->GetCheck() != 0;
+}
+
+void CMDIRechDialog::Check(UINT controlId, bool checked)
+{
+    if (CWnd* control = GetDlgItem(controlId))
+        static_cast<CButton*>(control)->SetCheck(checked ? 1 : 0);
+}
+
+CWnd* CMDIRechDialog::MainWindow()
+{
+    const CWinThread* thread = AfxGetThread();
+    return thread == nullptr ? nullptr : thread->GetMainWnd();
+}
+
 void CMDIRechDialog::ShutDownWindow()
 {
     krn::UnregisterMask(*this);
@@ -75,9 +164,17 @@ void CMDIRechDialog::ShowHelp()
     framework::UiThread::Current()->Front().ShowHelp(GetDlgResIDForAssistant());
 }
 
-void CMDIRechDialog::GlobalGeoDatChanged(UINT_PTR) {}
+void CMDIRechDialog::GlobalGeoDatChanged(UINT_PTR)
+{
+    if (ColorVehicle() >= 0)
+        UpdateDialog();
+}
 
-void CMDIRechDialog::GlobalWZDatChanged(UINT_PTR) {}
+void CMDIRechDialog::GlobalWZDatChanged(UINT_PTR)
+{
+    if (ColorVehicle() >= 0)
+        UpdateDialog();
+}
 
 void CMDIRechDialog::GlobalUPaChanged(UINT_PTR) {}
 

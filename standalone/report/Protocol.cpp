@@ -8,10 +8,10 @@
 #include "host/Bindings.h"
 #include "host/CDialog.h"
 #include "host/Placing.h"
+#include "krn/ControlMeaning.h"
 
 #include <algorithm>
 #include <optional>
-#include <set>
 #include <utility>
 
 namespace report
@@ -27,8 +27,6 @@ constexpr double kPictureWidth = 640.0; // px: 17 cm
 constexpr double kLeastPixelsPerUnit = 1.5;
 constexpr double kMostPixelsPerUnit = 3.5;
 constexpr double kHeightToWidth = 13.0 / 12.0;
-constexpr const char* kUpTo = "bis";    // between two fields of a range
-constexpr const char* kTolerance = "±"; // before a field that says how exact the one before it is
 
 std::string Trimmed(const std::string& text)
 {
@@ -52,40 +50,19 @@ bool Contains(const CRect& outer, const CRect& inner)
            outer.bottom >= inner.bottom;
 }
 
-/// The switch that stands directly before the control and names it is off: the control does not count.
+/// What the record's table says of the control's number, or null.
+const NumberSpec* SpecOf(const Window& control)
+{
+    const CBinding* binding = krn::BindingOf(control);
+    return binding == nullptr ? nullptr : binding->Spec();
+}
+
+/// The switch that the control's number counts with is off.
 bool IsSwitchedOff(const Window& control)
 {
-    const std::string label = framework::LabelOf(control);
-    const auto& siblings = control.parent->children;
-    const Window* named = nullptr;
-    for (const auto& sibling : siblings) {
-        if (sibling.get() == &control)
-            break;
-        if ((sibling->kind == Kind::check || sibling->kind == Kind::radio) &&
-            framework::WithoutMnemonic(sibling->text) == label)
-            named = sibling.get();
-    }
-    return !control.enabled && named != nullptr && named->check == 0;
-}
-
-/// The sign stands just before the control.
-bool IsTolerance(const Window& control)
-{
-    constexpr int kGap = 6; // dialog units
-    const auto& siblings = control.parent->children;
-    return std::any_of(siblings.begin(), siblings.end(), [&](const auto& sibling) {
-        const CRect& sign = sibling->rect;
-        return sibling->kind == Kind::label && Trimmed(sibling->text) == kTolerance && sign.top < control.rect.bottom &&
-               control.rect.top < sign.bottom && sign.right <= control.rect.left &&
-               control.rect.left - sign.right <= kGap;
-    });
-}
-
-/// "0 - 1" beside a field says something, but is no unit.
-std::string UnitOf(const Window& control)
-{
-    const std::string text = Trimmed(framework::UnitTextOf(control));
-    return !text.empty() && text[0] >= '0' && text[0] <= '9' ? std::string() : text;
+    const NumberSpec* spec = SpecOf(control);
+    const Window* with = spec == nullptr ? nullptr : control.parent->Child(spec->extra.onlyWith);
+    return with != nullptr && with->check == 0;
 }
 
 std::vector<Window*> PagesOf(const Window& dialog)
@@ -109,14 +86,14 @@ class Collector
             Dialog(*page);
     }
 
-    /// Statics of their own that no field is named by: they say something.
+    /// Statics of their own that name no field: they say something.
     void Notes(const Window& dialog)
     {
         for (const auto& child : dialog.children) {
             if (!child->visible)
                 continue;
             const std::string text = Trimmed(framework::WithoutMnemonic(child->text));
-            if (child->kind == Kind::label && child->HasId() && !text.empty() && !m_names.contains(text))
+            if (child->kind == Kind::label && child->HasId() && !text.empty() && !krn::BelongsToField(*child))
                 m_protocol.notes.push_back(text);
         }
         for (const Window* page : PagesOf(dialog))
@@ -131,15 +108,16 @@ class Collector
     {
         switch (control.kind) {
         case Kind::edit:
-            Edit(control);
+            if (!Trimmed(control.text).empty() && !IsSwitchedOff(control))
+                Add(control, control.text);
             break;
         case Kind::combo:
         case Kind::list:
             if (control.selection >= 0 && static_cast<std::size_t>(control.selection) < control.items.size())
-                Add(control, control.items[static_cast<std::size_t>(control.selection)], false);
+                Add(control, control.items[static_cast<std::size_t>(control.selection)]);
             break;
         case Kind::check:
-            Add(control, control.check != 0 ? "ja" : "nein", false);
+            Add(control, control.check != 0 ? "ja" : "nein");
             break;
         case Kind::radio:
             if (control.check != 0)
@@ -154,35 +132,17 @@ class Collector
         }
     }
 
-    void Edit(const Window& edit)
-    {
-        // Named even when it is not listed: its label says nothing of its own.
-        m_names.insert(Trimmed(framework::LabelOf(edit)));
-        m_names.insert(Trimmed(framework::UnitTextOf(edit)));
-        if (!Trimmed(edit.text).empty() && !IsSwitchedOff(edit))
-            Add(edit, edit.text, edit.readOnly || !edit.enabled);
-    }
-
     void Radio(const Window& radio)
     {
-        // A radio group is named by its frame, or by the text before it.
-        const auto group = framework::RadioGroup(radio);
+        // The binding names the choice, of buttons without one the frame around them.
+        const CBinding* binding = krn::BindingOf(radio);
         const Window* frame = FrameOf(radio);
-        const Window& first = *group.front();
-        std::string label;
-        for (const auto& sibling : radio.parent->children) {
-            if (sibling.get() == &first)
-                break;
-            if (sibling->kind == Kind::label)
-                label = framework::WithoutMnemonic(sibling->text);
-        }
-        const bool named = frame != nullptr && !frame->text.empty();
-        ProtocolEntry entry{WithoutColon(named ? framework::WithoutMnemonic(frame->text) : label),
-                            Trimmed(framework::WithoutMnemonic(radio.text)),
-                            {}};
-        if (entry.label.empty())
-            entry.label = "Auswahl";
-        GroupFor(m_protocol.inputs, named ? std::string() : FrameTitle(radio)).entries.push_back(std::move(entry));
+        const std::string name = binding != nullptr ? binding->Label()
+                                 : frame != nullptr ? WithoutColon(framework::WithoutMnemonic(frame->text))
+                                                    : std::string();
+        const std::string title = FrameTitle(radio);
+        GroupFor(m_protocol.inputs, title == name ? std::string() : title)
+            .entries.push_back({name.empty() ? "Auswahl" : name, Trimmed(framework::WithoutMnemonic(radio.text)), {}});
     }
 
     void Picture(const Window& field)
@@ -192,19 +152,15 @@ class Collector
             m_protocol.pictures.push_back({FrameTitle(field), std::move(drawing)});
     }
 
-    void Add(const Window& control, const std::string& value, bool result)
+    void Add(const Window& control, const std::string& value)
     {
-        const std::string label = framework::LabelOf(control);
-        m_names.insert(Trimmed(label));
-        m_names.insert(Trimmed(framework::UnitTextOf(control)));
-        // Behind a check box stands another field of its line, or what belongs to it.
-        ProtocolEntry entry{WithoutColon(label), Trimmed(value),
-                            control.kind == Kind::check ? std::string() : UnitOf(control)};
+        ProtocolEntry entry{krn::LabelOf(control), Trimmed(value), krn::UnitOf(control)};
         if (entry.label.empty())
             entry.label = "(ohne Bezeichnung)";
         if (control.kind == Kind::edit)
             m_listed.push_back(&control);
-        auto& entries = GroupFor(result ? m_protocol.results : m_protocol.inputs, FrameTitle(control)).entries;
+        auto& groups = krn::IsResult(control) ? m_protocol.results : m_protocol.inputs;
+        auto& entries = GroupFor(groups, FrameTitle(control)).entries;
         if (const std::string joint = JointOf(control, entries, entry.label); !joint.empty()) {
             entries.back().value += joint + entry.value;
             entries.back().unit = entry.unit;
@@ -219,13 +175,18 @@ class Collector
     std::string JointOf(const Window& control, const std::vector<ProtocolEntry>& entries,
                         const std::string& label) const
     {
-        if (entries.empty() || entries.back().label != label)
+        const NumberSpec* spec = SpecOf(control);
+        if (spec == nullptr || entries.empty() || entries.back().label != label)
             return {};
-        if (entries.back().unit == kUpTo)
-            return std::string(" ") + kUpTo + " ";
-        if (!IsTolerance(control))
-            return {};
-        return std::string(m_last != nullptr && m_last->kind == Kind::check ? ", " : " ") + kTolerance + " ";
+        switch (spec->extra.joint) {
+        case Joint::upTo:
+            return " bis ";
+        case Joint::tolerance:
+            return m_last != nullptr && m_last->kind == Kind::check ? ", ± " : " ± ";
+        case Joint::none:
+            break;
+        }
+        return {};
     }
 
     /// The smallest frame around the control.
@@ -256,7 +217,6 @@ class Collector
     }
 
     Protocol& m_protocol;
-    std::set<std::string> m_names;
     std::vector<const Window*> m_listed;
     const Window* m_last = nullptr; // control of the last entry
 };
@@ -297,8 +257,7 @@ std::vector<ProtocolEntry> ExactValues(const Window& dialog, const std::vector<c
         return exact;
     const RecordFields fields = mask->DescribeRecord();
     for (const Window* control : listed) {
-        const auto* owner = dynamic_cast<const CMDIDialog*>(control->parent->object);
-        const CBinding* binding = owner == nullptr ? nullptr : owner->FindBinding(control->id);
+        const CBinding* binding = krn::BindingOf(*control);
         if (binding == nullptr)
             continue;
         for (const RecordField& field : fields) {

@@ -17,6 +17,7 @@
 #include "host/CDialog.h"
 #include "host/CRuvData.h"
 #include "host/RuvCfg.h"
+#include "krn/ControlMeaning.h"
 #include "report/Protocol.h"
 
 #include <QCheckBox>
@@ -47,8 +48,8 @@ namespace
 /// Names the widget for aids that read the screen.
 void Describe(QWidget& widget, const Window& control)
 {
-    std::string label = framework::LabelOf(control);
-    if (const std::string unit = framework::UnitTextOf(control); !unit.empty())
+    std::string label = krn::LabelOf(control);
+    if (const std::string unit = krn::UnitOf(control); !unit.empty())
         label += " " + unit;
     widget.setAccessibleName(QString::fromStdString(label));
 }
@@ -266,11 +267,10 @@ class TextControl : public QWidget, public ControlView
     /// Units and signs beside a field are there to be overlooked.
     static bool IsUnit(const Window& control)
     {
-        for (const auto& sibling : control.parent->children)
-            if (sibling->kind == Kind::edit && !control.text.empty() &&
-                framework::UnitTextOf(*sibling) == framework::WithoutMnemonic(control.text) &&
-                sibling->rect.top < control.rect.bottom && sibling->rect.bottom > control.rect.top)
-                return true;
+        const auto& siblings = control.parent->children;
+        for (std::size_t i = 1; i < siblings.size(); ++i)
+            if (siblings[i].get() == &control)
+                return siblings[i - 1]->kind == Kind::edit && !control.text.empty() && control.text.back() != ':';
         return false;
     }
 

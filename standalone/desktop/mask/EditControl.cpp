@@ -13,6 +13,7 @@
 #include "host/CDialog.h"
 #include "host/CRuvData.h"
 #include "host/RuvCfg.h"
+#include "krn/ControlMeaning.h"
 
 #include <QAction>
 #include <QApplication>
@@ -148,8 +149,8 @@ EditControl::EditControl(Window& control, MaskWindow& mask)
       m_spin(new SpinButtons(this, [this](int direction) { return Step(direction); })),
       m_ownedByCheck(FollowsCheckBox(control))
 {
-    const std::string unit = framework::UnitTextOf(control);
-    setAccessibleName(QString::fromStdString(framework::LabelOf(control) + (unit.empty() ? "" : " " + unit)));
+    const std::string unit = krn::UnitOf(control);
+    setAccessibleName(QString::fromStdString(krn::LabelOf(control) + (unit.empty() ? "" : " " + unit)));
     connect(this, &QLineEdit::textEdited, this, [this](const QString& text) {
         if (m_control == nullptr)
             return;
