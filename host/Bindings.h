@@ -5,6 +5,7 @@
 // the dialog from then on.
 #pragma once
 
+#include "host/CWegZeitDat.h"
 #include "host/FehlerMeldung.h"
 #include "host/HostTypes.h"
 #include "host/NumberTable.h"
@@ -13,6 +14,8 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
+#include <variant>
 #include <vector>
 
 class CMDIDialog;
@@ -132,26 +135,45 @@ class CEditDouble : public CBinding
     ValueSource m_source = ValueSource::none;
 };
 
+/// A whole number of a record, held in 64 or in 32 bits.
+class CIntField
+{
+  public:
+    CIntField(std::int64_t* field) : m_field(field) {} // NOLINT: a binding is given the field's address
+    CIntField(std::int32_t* field) : m_field(field) {} // NOLINT
+
+    std::int64_t Value() const;
+    void Set(std::int64_t value); ///< of what does not fit, the nearest that does
+    const void* Address() const;
+    std::int64_t Smallest() const;
+    std::int64_t Largest() const;
+
+  private:
+    std::variant<std::int64_t*, std::int32_t*> m_field;
+};
+
 class CEditInt : public CBinding
 {
   public:
-    CEditInt(CMDIDialog* parent, UINT controlId, std::int64_t* field, std::int64_t minimum, std::int64_t maximum,
+    /// The range ends where the field's width does.
+    CEditInt(CMDIDialog* parent, UINT controlId, CIntField field, std::int64_t minimum, std::int64_t maximum,
              std::int64_t step, const CEditColors* normal, const CEditColors* highlighted);
 
     void Show() override;
     EntryResult Take(const std::string& text) override;
     bool OnIncValue(int direction) override;
-    const void* Field() const override { return m_field; }
+    const void* Field() const override { return m_field.Address(); }
 
     bool InRange(std::int64_t value) const { return value >= m_minimum && value <= m_maximum; }
-    void SetValPointer(std::int64_t* field) { m_field = field; }
-    std::int64_t Value() const { return *m_field; }
+    /// A field of the same width.
+    void SetValPointer(CIntField field) { m_field = field; }
+    std::int64_t Value() const { return m_field.Value(); }
     std::int64_t Minimum() const { return m_minimum; }
     std::int64_t Maximum() const { return m_maximum; }
     std::int64_t Step() const { return m_step; }
 
   private:
-    std::int64_t* m_field;
+    CIntField m_field;
     std::int64_t m_minimum;
     std::int64_t m_maximum;
     std::int64_t m_step;
@@ -194,14 +216,14 @@ class CRadio : public CBinding
 class CChoiceCombo : public CBinding
 {
   public:
-    CChoiceCombo(CMDIDialog* parent, UINT controlId, std::int64_t* field, const CEditColors* normal,
+    CChoiceCombo(CMDIDialog* parent, UINT controlId, CIntField field, const CEditColors* normal,
                  const CEditColors* highlighted);
 
     EntryResult Take(const std::string& text) override;
     void TakeSelection(int index) override;
-    const void* Field() const override { return m_field; }
+    const void* Field() const override { return m_field.Address(); }
     void Show() override;
-    std::int64_t Value() const { return *m_field; }
+    std::int64_t Value() const { return m_field.Value(); }
 
   protected:
     struct Entry {
@@ -210,7 +232,7 @@ class CChoiceCombo : public CBinding
         friend bool operator==(const Entry&, const Entry&) = default;
     };
     virtual std::vector<Entry> Entries() const = 0;
-    std::int64_t* m_field;
+    CIntField m_field;
 
   private:
     std::vector<Entry> m_shown;
@@ -223,29 +245,37 @@ class CFzgCombo : public CChoiceCombo
   public:
     /// `first` is the lowest vehicle index offered, or a negative number to offer "(keines)" with it. `excluded`, when
     /// given, points to a vehicle index that is not offered.
-    CFzgCombo(CMDIDialog* parent, UINT controlId, int first, std::int64_t* field, std::int64_t* excluded,
+    CFzgCombo(CMDIDialog* parent, UINT controlId, int first, CIntField field, std::int64_t* excluded,
               const CEditColors* normal, const CEditColors* highlighted);
+
+    /// The vehicle indices that are not offered, in place of those named before: what the dialog's other choices hold.
+    void Ausser(std::vector<CIntField> excluded) { m_excluded = std::move(excluded); }
 
   protected:
     std::vector<Entry> Entries() const override;
 
   private:
     int m_first;
-    const std::int64_t* m_excluded;
+    std::vector<CIntField> m_excluded;
 };
 
-/// Choice of a phase column of the vehicle's path-time data: the used columns from 3 on, and the first free one.
+/// Choice of a phase column of the vehicle's path-time data: the used columns from 3 on, and the first free one. Phases
+/// are counted from 1, so that the collision's column is 0 and those after it are -1 and -2.
 class CAbsCombo : public CChoiceCombo
 {
   public:
-    CAbsCombo(CMDIDialog* parent, UINT controlId, std::int64_t* field, const CEditColors* normal,
+    CAbsCombo(CMDIDialog* parent, UINT controlId, CIntField field, const CEditColors* normal,
               const CEditColors* highlighted);
     /// The field that holds the index of the vehicle whose columns are offered.
-    void SetVehicle(const std::int64_t* vehicle) { m_vehicle = vehicle; }
+    void SetVehicle(CIntField vehicle) { m_vehicle = vehicle; }
+    /// Offers columns from `first` to `last` only (both included). Those before 3 are offered used or not.
+    void SetBereich(std::size_t first, std::size_t last = CWegZeitDat::kSpalten - 1);
 
   protected:
     std::vector<Entry> Entries() const override;
 
   private:
-    const std::int64_t* m_vehicle = nullptr;
+    std::optional<CIntField> m_vehicle;
+    std::size_t m_first = CWegZeitDat::kErsteSpalte;
+    std::size_t m_last = CWegZeitDat::kSpalten - 1;
 };

@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
+#include <type_traits>
 
 namespace
 {
@@ -19,8 +21,9 @@ namespace
 using Outcome = EntryResult::Outcome;
 
 constexpr double kCoarsestStep = 10.0;
-/// Digits of a stepped value: what the sum of decimal steps leaves behind them is rounding.
+/// A stepped value so near to a decimal number of so few digits differs from it by rounding only.
 constexpr int kStepDigits = 12;
+constexpr double kStepRounding = 1e-15;
 
 /// A thousandth of the decade that holds the range, not finer than the decimals shown and not coarser than 10.
 double DefaultStep(double minimum, double maximum, int decimals)
@@ -32,14 +35,15 @@ double DefaultStep(double minimum, double maximum, int decimals)
     return std::max(finest, std::min(kCoarsestStep, std::pow(10.0, std::ceil(std::log10(largest)) - 3.0)));
 }
 
-/// The decimal number next to the value, so that eighty steps of 0.01 give 0.8.
-double OnDecimalGrid(double value)
+/// The short decimal number that the value is but for rounding, so that eighty steps of 0.01 give 0.8; another value
+/// as it is. `size` is the largest number in the sum.
+double OnDecimalGrid(double value, double size)
 {
     char text[32];
     const auto written = std::to_chars(text, text + sizeof text, value, std::chars_format::general, kStepDigits);
     double rounded = value;
     std::from_chars(text, written.ptr, rounded);
-    return rounded;
+    return std::abs(rounded - value) <= kStepRounding * size ? rounded : value;
 }
 
 /// Sets the field behind the reference.
@@ -183,7 +187,7 @@ bool CEditDouble::OnIncValue(int direction)
     if (direction > 0 ? old >= m_spinnerMaximum : old <= m_spinnerMinimum)
         return false;
     const double factor = Factor();
-    const double stepped = OnDecimalGrid(old / factor + direction * m_step) * factor;
+    const double stepped = OnDecimalGrid(old / factor + direction * m_step, std::abs(old / factor) + m_step) * factor;
     *m_field = std::clamp(stepped, m_spinnerMinimum, m_spinnerMaximum) + 0.0; // + 0.0: no negative zero
     return true;
 }
@@ -204,10 +208,38 @@ std::string CEditDouble::UnitText() const
     return Spec() == nullptr ? std::string{} : std::string(Spec()->unit.text);
 }
 
-CEditInt::CEditInt(CMDIDialog* parent, UINT controlId, std::int64_t* field, std::int64_t minimum, std::int64_t maximum,
+std::int64_t CIntField::Value() const
+{
+    return std::visit([](const auto* field) { return std::int64_t{*field}; }, m_field);
+}
+
+void CIntField::Set(std::int64_t value)
+{
+    value = std::clamp(value, Smallest(), Largest());
+    std::visit([value](auto* field) { *field = static_cast<std::remove_pointer_t<decltype(field)>>(value); }, m_field);
+}
+
+const void* CIntField::Address() const
+{
+    return std::visit([](const auto* field) { return static_cast<const void*>(field); }, m_field);
+}
+
+std::int64_t CIntField::Smallest() const
+{
+    return std::holds_alternative<std::int32_t*>(m_field) ? std::numeric_limits<std::int32_t>::min()
+                                                          : std::numeric_limits<std::int64_t>::min();
+}
+
+std::int64_t CIntField::Largest() const
+{
+    return std::holds_alternative<std::int32_t*>(m_field) ? std::numeric_limits<std::int32_t>::max()
+                                                          : std::numeric_limits<std::int64_t>::max();
+}
+
+CEditInt::CEditInt(CMDIDialog* parent, UINT controlId, CIntField field, std::int64_t minimum, std::int64_t maximum,
                    std::int64_t step, const CEditColors* normal, const CEditColors* highlighted)
-    : CBinding(parent, controlId, normal, highlighted), m_field(field), m_minimum(minimum), m_maximum(maximum),
-      m_step(step > 0 ? step : 1)
+    : CBinding(parent, controlId, normal, highlighted), m_field(field), m_minimum(std::max(minimum, field.Smallest())),
+      m_maximum(std::min(maximum, field.Largest())), m_step(step > 0 ? step : 1)
 {
     const CWnd* control = parent->GetDlgItem(controlId);
     if (framework::Window* window = control == nullptr ? nullptr : framework::WindowOf(*control))
@@ -217,7 +249,7 @@ CEditInt::CEditInt(CMDIDialog* parent, UINT controlId, std::int64_t* field, std:
 void CEditInt::Show()
 {
     if (CWnd* control = Dialog().GetDlgItem(ControlId()))
-        control->SetWindowText(std::to_string(*m_field));
+        control->SetWindowText(std::to_string(m_field.Value()));
 }
 
 EntryResult CEditInt::Take(const std::string& text)
@@ -226,7 +258,7 @@ EntryResult CEditInt::Take(const std::string& text)
         return {Outcome::unchanged};
     const auto value = base::ParseInteger(text);
     if (value && InRange(*value)) {
-        *m_field = *value;
+        m_field.Set(*value);
         return {Outcome::taken};
     }
     return {Outcome::refused, value ? 1002U : 1001U, {FieldLabel(), text, m_minimum, m_maximum}};
@@ -234,12 +266,12 @@ EntryResult CEditInt::Take(const std::string& text)
 
 bool CEditInt::OnIncValue(int direction)
 {
-    const std::int64_t old = *m_field;
+    const std::int64_t old = m_field.Value();
     if (direction > 0 ? old >= m_maximum : old <= m_minimum)
         return false;
     const std::int64_t room =
         direction > 0 ? m_maximum - std::max(old, m_minimum) : std::min(old, m_maximum) - m_minimum;
-    *m_field = std::clamp(old, m_minimum, m_maximum) + (direction > 0 ? 1 : -1) * std::min(m_step, room);
+    m_field.Set(std::clamp(old, m_minimum, m_maximum) + (direction > 0 ? 1 : -1) * std::min(m_step, room));
     return true;
 }
 
@@ -303,7 +335,7 @@ const void* CRadio::Field() const
     return AddressOf(m_field);
 }
 
-CChoiceCombo::CChoiceCombo(CMDIDialog* parent, UINT controlId, std::int64_t* field, const CEditColors* normal,
+CChoiceCombo::CChoiceCombo(CMDIDialog* parent, UINT controlId, CIntField field, const CEditColors* normal,
                            const CEditColors* highlighted)
     : CBinding(parent, controlId, normal, highlighted), m_field(field)
 {
@@ -321,8 +353,8 @@ void CChoiceCombo::Show()
             combo->AddString(entry.text);
         m_shown = std::move(entries);
     }
-    const auto chosen =
-        std::find_if(m_shown.begin(), m_shown.end(), [this](const Entry& entry) { return entry.number == *m_field; });
+    const auto chosen = std::find_if(m_shown.begin(), m_shown.end(),
+                                     [number = m_field.Value()](const Entry& entry) { return entry.number == number; });
     combo->SetCurSel(chosen == m_shown.end() ? -1 : static_cast<int>(chosen - m_shown.begin()));
 }
 
@@ -334,13 +366,15 @@ EntryResult CChoiceCombo::Take(const std::string& text)
 void CChoiceCombo::TakeSelection(int index)
 {
     if (index >= 0 && index < static_cast<int>(m_shown.size()))
-        *m_field = m_shown[static_cast<std::size_t>(index)].number;
+        m_field.Set(m_shown[static_cast<std::size_t>(index)].number);
 }
 
-CFzgCombo::CFzgCombo(CMDIDialog* parent, UINT controlId, int first, std::int64_t* field, std::int64_t* excluded,
+CFzgCombo::CFzgCombo(CMDIDialog* parent, UINT controlId, int first, CIntField field, std::int64_t* excluded,
                      const CEditColors* normal, const CEditColors* highlighted)
-    : CChoiceCombo(parent, controlId, field, normal, highlighted), m_first(first), m_excluded(excluded)
+    : CChoiceCombo(parent, controlId, field, normal, highlighted), m_first(first)
 {
+    if (excluded != nullptr)
+        Ausser({excluded});
 }
 
 std::vector<CChoiceCombo::Entry> CFzgCombo::Entries() const
@@ -351,31 +385,39 @@ std::vector<CChoiceCombo::Entry> CFzgCombo::Entries() const
         entries.push_back({m_first, "(keines)"});
     for (std::size_t i = static_cast<std::size_t>(std::max(m_first, 0)); i < CRuvData::kFahrzeuge; ++i) {
         const auto number = static_cast<std::int64_t>(i);
-        if (!data.IsFzgValid(number) || (m_excluded != nullptr && *m_excluded == number))
+        const bool excluded = std::any_of(m_excluded.begin(), m_excluded.end(),
+                                          [number](const CIntField& other) { return other.Value() == number; });
+        if (excluded || !data.IsFzgValid(number))
             continue;
         entries.push_back({number, std::to_string(i + 1) + "  " + data.KfzDat(i).name});
     }
     return entries;
 }
 
-CAbsCombo::CAbsCombo(CMDIDialog* parent, UINT controlId, std::int64_t* field, const CEditColors* normal,
+CAbsCombo::CAbsCombo(CMDIDialog* parent, UINT controlId, CIntField field, const CEditColors* normal,
                      const CEditColors* highlighted)
     : CChoiceCombo(parent, controlId, field, normal, highlighted)
 {
+}
+
+void CAbsCombo::SetBereich(std::size_t first, std::size_t last)
+{
+    m_first = first;
+    m_last = last;
 }
 
 std::vector<CChoiceCombo::Entry> CAbsCombo::Entries() const
 {
     std::vector<Entry> entries;
     const CRuvData& data = static_cast<CMDIRechDialog&>(Dialog()).RuvData();
-    if (m_vehicle == nullptr || !data.IsFzgValid(*m_vehicle))
+    if (!m_vehicle || !data.IsFzgValid(m_vehicle->Value()))
         return entries;
-    const CWegZeitDat& phases = data.WZRechDat(static_cast<std::size_t>(*m_vehicle));
-    const std::size_t free = phases.FirstFree();
-    for (std::size_t column = CWegZeitDat::kErsteSpalte; column < CWegZeitDat::kSpalten && column <= free; ++column) {
-        const PhasenArt art = phases.spalten[column].art;
-        entries.push_back({static_cast<std::int64_t>(column),
-                           std::to_string(column - CWegZeitDat::kErsteSpalte + 1) + "  " + PhasenArtName(art)});
+    const CWegZeitDat& phases = data.WZRechDat(static_cast<std::size_t>(m_vehicle->Value()));
+    const std::size_t last = std::min(m_last, phases.FirstFree());
+    for (std::size_t column = m_first; column < CWegZeitDat::kSpalten && column <= last; ++column) {
+        const auto number = static_cast<std::int64_t>(column);
+        const std::int64_t phase = number - static_cast<std::int64_t>(CWegZeitDat::kErsteSpalte) + 1;
+        entries.push_back({number, std::to_string(phase) + "  " + PhasenArtName(phases.spalten[column].art)});
     }
     return entries;
 }

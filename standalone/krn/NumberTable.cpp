@@ -3,6 +3,7 @@
 #include "host/NumberTable.h"
 
 #include "framework/WndAccess.h"
+#include "host/Assert.h"
 #include "host/Bindings.h"
 #include "host/CDialog.h"
 #include "host/CRuvData.h"
@@ -34,12 +35,15 @@ void BindEdit(CMDIDialog& dialog, const RecordField& field, std::size_t i, UINT 
         edit->SetSpec(&spec, i);
         edit->SetSpinner(spec.extra.spinner);
         edit->SetSource(spec.extra.source);
-    } else if (std::int64_t* const* whole = std::get_if<std::int64_t*>(&field.value)) {
-        auto* edit = new CEditInt(&dialog, control, *whole + i, static_cast<std::int64_t>(range.minimum),
-                                  static_cast<std::int64_t>(range.maximum),
-                                  static_cast<std::int64_t>(spec.extra.spinner.step), colors, colors);
-        edit->SetSpec(&spec, i);
+        return;
     }
+    const auto* wide = std::get_if<std::int64_t*>(&field.value);
+    const auto* narrow = std::get_if<std::int32_t*>(&field.value);
+    RUV_ASSERT(wide != nullptr || narrow != nullptr);
+    auto* edit = new CEditInt(&dialog, control, wide != nullptr ? CIntField(*wide + i) : CIntField(*narrow + i),
+                              static_cast<std::int64_t>(range.minimum), static_cast<std::int64_t>(range.maximum),
+                              static_cast<std::int64_t>(spec.extra.spinner.step), colors, colors);
+    edit->SetSpec(&spec, i);
 }
 
 /// Ties the field to those of its controls that lie on the dialog.
@@ -119,6 +123,8 @@ void TakeFromCase(const CRuvData& data, UINT mask, const RecordFields& fields)
 {
     for (const RecordField& field : fields) {
         const std::vector<double> kept = data.GemerkteWerte(mask, std::string(field.name));
+        if (field.count == 1 && kept.size() != 1)
+            continue; // nothing, or a list where one number belongs
         std::visit(
             [&](auto* values) {
                 for (std::size_t i = 0; i < std::min(field.count, kept.size()); ++i)

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <random>
@@ -29,10 +30,22 @@ std::string SourceFile(const std::string& name)
     return text.str();
 }
 
+/// All that the resource compiler reads in files of that ending.
+std::string SourceFiles(const std::string& ending)
+{
+    const char* folder = std::getenv("TAVELIN_SOURCE_DIR");
+    std::string text;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::string(folder == nullptr ? "." : folder) + "/res"))
+        if (entry.path().extension() == ending)
+            text += SourceFile("res/" + entry.path().filename().string());
+    return text;
+}
+
 std::map<std::string, UINT> Defines()
 {
     std::map<std::string, UINT> numbers;
-    const std::string header = SourceFile("res/resource.h");
+    const std::string header = SourceFiles(".h");
     const std::regex define(R"(#define\s+(\w+)\s+(0x[0-9A-Fa-f]+|\d+))");
     for (std::sregex_iterator it(header.begin(), header.end(), define), end; it != end; ++it)
         numbers[(*it)[1]] = static_cast<UINT>(std::stoul((*it)[2], nullptr, 0));
@@ -48,14 +61,15 @@ std::string Unquoted(std::string text)
 
 TEST(ResourcesTest, EveryDialogOfTheSourceIsThereWithEveryControlAndText)
 {
-    const std::string source = SourceFile("res/RuvMod.rc");
+    const std::string source = SourceFiles(".rc");
     ASSERT_FALSE(source.empty());
     const auto defines = Defines();
     std::istringstream lines(source);
     const std::regex dialogLine(R"(^(\w+)\s+DIALOG(EX)?\s+.*)");
     const std::regex captionLine(R"rx(^\s*CAPTION\s+"((?:[^"]|"")*)".*)rx");
-    const std::regex textControl(R"rx(^\s+\w+\s+"((?:[^"]|"")*)",\s*(\w+).*)rx");
+    const std::regex textControl(R"rx(^\s+\w+\s+"((?:[^"]|"")*)",\s*(EINHEIT\()?(\w+).*)rx");
     const std::regex plainControl(R"(^\s+(?:EDITTEXT|COMBOBOX|LISTBOX)\s+(\w+).*)");
+    const std::regex numberLine(R"rx(^\s+ZAHL(_FEST)?(?:_ERSTE)?\("([^"]*)", (\w+), "([^"]*)", .*)rx");
     std::optional<DialogTemplate> dialog;
     std::string name;
     int dialogs = 0;
@@ -78,10 +92,23 @@ TEST(ResourcesTest, EveryDialogOfTheSourceIsThereWithEveryControlAndText)
             dialog = FindDialogTemplate(number(name));
             ASSERT_TRUE(dialog) << name;
             ++dialogs;
+        } else if (std::regex_match(line, match, numberLine)) {
+            // Label, edit and unit in one line; the unit has a number of its own when the unit system converts it.
+            const UINT edit = number(match[3]);
+            const UINT unit = match[1].matched ? 0xFFFFU : edit + 10000;
+            const auto& all = dialog->controls;
+            const auto at =
+                std::find_if(all.begin(), all.end(), [&](const TemplateControl& c) { return c.id == edit; });
+            ASSERT_TRUE(at != all.end() && at != all.begin() && at + 1 != all.end()) << name << ": " << line;
+            EXPECT_EQ((at - 1)->text, match[2]) << name << ": " << line;
+            EXPECT_EQ((at + 1)->text, match[4]) << name << ": " << line;
+            EXPECT_EQ((at + 1)->id, unit) << name << ": " << line;
+            EXPECT_TRUE(seen.insert({name, edit}).second) << name << ": twice " << line;
+            controls += 3;
         } else if (std::regex_match(line, match, captionLine)) {
             EXPECT_EQ(dialog->title, Unquoted(match[1])) << name;
         } else if (std::regex_match(line, match, textControl)) {
-            const UINT id = number(match[2]);
+            const UINT id = number(match[3]) + (match[2].matched ? 10000U : 0U);
             const auto same = [&](const TemplateControl& c) { return c.id == id && c.text == Unquoted(match[1]); };
             EXPECT_TRUE(std::any_of(dialog->controls.begin(), dialog->controls.end(), same)) << name << ": " << line;
             EXPECT_TRUE(id == 0xFFFF || seen.insert({name, id}).second) << name << ": twice " << line;
@@ -100,7 +127,7 @@ TEST(ResourcesTest, EveryDialogOfTheSourceIsThereWithEveryControlAndText)
 
 TEST(ResourcesTest, EveryStringOfTheSourceIsThere)
 {
-    const std::string source = SourceFile("res/RuvMod.rc");
+    const std::string source = SourceFiles(".rc");
     const auto defines = Defines();
     const std::regex table(R"(STRINGTABLE\s+BEGIN([^\0]*?)\nEND)");
     const std::regex entry(R"rx(\n\s+(\w+),?\s+"((?:[^"]|"")*)")rx");

@@ -158,11 +158,11 @@ TEST_F(BindingsTest, SpinnerStopsAtTheBounds)
     EXPECT_EQ(dialog->value, 300.0);
     StepOnce(mask, kFriction, +1);
     EXPECT_EQ(dialog->stepped.size(), 1U) << "nothing changed at the bound";
-    dialog->value = 400.0; // a result beyond the range is not pulled back by a step away from it
+    dialog->value = 400.0; // a value beyond the range is typed away, no step jumps to the bound
     StepOnce(mask, kFriction, +1);
     EXPECT_EQ(dialog->value, 400.0);
     StepOnce(mask, kFriction, -1);
-    EXPECT_EQ(dialog->value, 300.0);
+    EXPECT_EQ(dialog->value, 400.0);
     dialog->value = kNan;
     StepOnce(mask, kFriction, -1);
     EXPECT_TRUE(std::isnan(dialog->value));
@@ -197,6 +197,95 @@ TEST_F(BindingsTest, BoundsNamedInARefusalAreTaken)
     ASSERT_NE(why.find("0,00 bis 3280,83."), std::string::npos) << why;
     EXPECT_EQ(Enter(curve, kChord, "3280,83"), InputResult::done);
     EXPECT_EQ(Enter(curve, kChord, "3280,84"), InputResult::refused);
+}
+
+/// Choices and whole numbers over fields of both widths, in the layout of mask 459.
+class ChoosingMask : public CMDIRechDialog
+{
+  public:
+    static constexpr UINT kVehicle = 4801;
+    static constexpr UINT kPhase = 4802;
+    static constexpr UINT kCount = 4806;
+    ChoosingMask(CRuvData& data, CWnd* parent) : CMDIRechDialog(459, parent, data, nullptr, nullptr) {}
+    void BuildObjects() override
+    {
+        vehicles = new CFzgCombo(this, kVehicle, -1, &vehicle, &partner, nullptr, nullptr);
+        phases = new CAbsCombo(this, kPhase, &phase, nullptr, nullptr);
+        phases->SetVehicle(&vehicle);
+        new CEditInt(this, kCount, &count, -3'000'000'000, 3'000'000'000, 1, nullptr, nullptr);
+    }
+
+    CFzgCombo* vehicles = nullptr;
+    CAbsCombo* phases = nullptr;
+    std::int32_t vehicle = 0;
+    std::int64_t partner = 1;
+    std::int32_t third = 3;
+    std::int32_t phase = 3;
+    std::int32_t count = 2'147'483'646;
+};
+
+class ChoicesTest : public test::MaskTest
+{
+  protected:
+    ChoicesTest()
+    {
+        for (const std::size_t i : {2U, 3U, 4U})
+            data.KfzDat(i) = TypicalCar("Pkw " + std::to_string(i + 1), RGB(0, 0, 0));
+        auto& columns = data.WZRechDat(0).spalten;
+        columns[2].art = PhasenArt::noTime;
+        for (const std::size_t i : {3U, 4U, 5U})
+            columns[i].art = PhasenArt::braking;
+        dialog = new ChoosingMask(data, &mainWindow);
+        dialog->DoModeless(&mainWindow);
+    }
+    std::vector<std::string> Items(UINT id)
+    {
+        dialog->UpdateDialog();
+        return Control(*thread.Dialogs().back(), id).items;
+    }
+    ChoosingMask* dialog = nullptr;
+};
+
+TEST_F(ChoicesTest, VehiclesThatOtherChoicesHoldAreNotOffered)
+{
+    using Names = std::vector<std::string>;
+    EXPECT_EQ(Items(ChoosingMask::kVehicle), (Names{"(keines)", "1  Pkw 1", "3  Pkw 3", "4  Pkw 4", "5  Pkw 5"}));
+    dialog->vehicles->Ausser({&dialog->partner, &dialog->third});
+    EXPECT_EQ(Items(ChoosingMask::kVehicle), (Names{"(keines)", "1  Pkw 1", "3  Pkw 3", "5  Pkw 5"}));
+    dialog->partner = -1; // "(keines)" excludes nothing, and the choice follows the other field
+    dialog->third = 0;
+    EXPECT_EQ(Items(ChoosingMask::kVehicle), (Names{"(keines)", "2  Pkw 2", "3  Pkw 3", "4  Pkw 4", "5  Pkw 5"}));
+    EXPECT_EQ(Choose(*thread.Dialogs().back(), ChoosingMask::kVehicle, 3), InputResult::done);
+    EXPECT_EQ(dialog->vehicle, 3);
+}
+
+TEST_F(ChoicesTest, PhasesAreOfferedInTheRangeOfTheMask)
+{
+    using Names = std::vector<std::string>;
+    EXPECT_EQ(Items(ChoosingMask::kPhase), (Names{"1  Bremsen", "2  Bremsen", "3  Bremsen", "4  (frei)"}));
+    dialog->phases->SetBereich(0, 4);
+    EXPECT_EQ(Items(ChoosingMask::kPhase),
+              (Names{"-2  (frei)", "-1  (frei)", "0  ohne Zeit", "1  Bremsen", "2  Bremsen"}));
+    EXPECT_EQ(Choose(*thread.Dialogs().back(), ChoosingMask::kPhase, 0), InputResult::done);
+    EXPECT_EQ(dialog->phase, 0);
+    for (CWegZeitSpalte& column : data.WZRechDat(0).spalten)
+        column.art = PhasenArt::braking;
+    dialog->phases->SetBereich(0, 46);
+    EXPECT_EQ(Items(ChoosingMask::kPhase).size(), 47U);
+    dialog->phases->SetBereich(0);
+    EXPECT_EQ(Items(ChoosingMask::kPhase).size(), 48U) << "a full case has no free column to offer";
+}
+
+TEST_F(ChoicesTest, AWholeNumberStaysInTheWidthOfItsField)
+{
+    framework::Window& mask = *thread.Dialogs().back();
+    StepOnce(mask, ChoosingMask::kCount, +1);
+    StepOnce(mask, ChoosingMask::kCount, +1);
+    EXPECT_EQ(dialog->count, 2'147'483'647);
+    EXPECT_EQ(Enter(mask, ChoosingMask::kCount, "2147483648"), InputResult::refused);
+    EXPECT_NE(front.refusals.back().text.find("-2147483648 bis 2147483647"), std::string::npos);
+    EXPECT_EQ(Enter(mask, ChoosingMask::kCount, "-2147483648"), InputResult::done);
+    EXPECT_EQ(dialog->count, std::numeric_limits<std::int32_t>::min());
 }
 
 TEST(NumberTextTest, ShowsRoundedValuesWithoutNegativeZero)
