@@ -8,6 +8,7 @@
 #include "host/RecordField.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -158,12 +159,26 @@ class CMDIRechDialog : public CMDIDialog
     /// The open mask of this case with the dialog ID (passed in the pointer-sized argument), or null.
     static CMDIRechDialog* FindMDIRechDialogByDlgId(CRuvData& data, char* dialogId);
 
+    /// What is shown as results does not belong to the inputs shown. Front ends, state and report say so.
+    virtual bool ResultsAreOutdated();
+    /// The same of one control: a result that is older than the others, or all of them.
+    bool IsOutdated(UINT controlId);
+
     CRuvData& RuvData() const { return m_data; }
     CKfzDaten& KfzDat(std::size_t index) const;
     CWegZeitDat& WZDat(std::size_t index) const;
     CUBEParameter& UPa(std::size_t index) const;
 
   protected:
+    // Which inputs the results shown belong to. A mask says it after each calculation; from then on any other input
+    // makes them outdated, and the same inputs again make them valid.
+    /// The results belong to the inputs as they are now, but for those of the controls named.
+    void ResultsComputed(std::initializer_list<UINT> exceptOf = {});
+    /// A calculation failed: what results there are belong to other inputs.
+    void ResultsFailed();
+    /// There are no results.
+    void ResultsCleared();
+
     /// WM_RUV_UPDATEDIALOG and WM_RUV_EDITCHANGED, unless the mask takes them, show the fields afresh.
     LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
     void ShowHelp() override;
@@ -182,6 +197,15 @@ class CMDIRechDialog : public CMDIDialog
     CRuvData& m_data;
     /// Colours of the numbers that the table binds, or null for the usual ones.
     const CEditColors* m_editColors = nullptr;
+    /// Marks the controls whose results are outdated.
+    void ShowOutdated();
+
     /// 1: the window is listed among the case's open masks and told of its changes.
     int m_isCalculationMask = 0;
+
+  private:
+    enum class Results { none, ofInputs, ofOthers };
+    Results m_results = Results::none;
+    std::vector<double> m_resultInputs; // that the results belong to
+    std::vector<UINT> m_olderResults;   // controls
 };

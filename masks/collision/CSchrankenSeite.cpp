@@ -20,6 +20,11 @@ const CMessageMap* CSchrankenSeite::GetMessageMap() const
     return &kMap;
 }
 
+bool CSchrankenSeite::ResultsAreOutdated()
+{
+    return m_maske.ResultsAreOutdated();
+}
+
 UINT CSchrankenSeite::GetDlgResIDForAssistant()
 {
     return IDD_SCHRANKENVERFAHREN;

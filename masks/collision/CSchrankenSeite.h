@@ -18,6 +18,7 @@ class CSchrankenSeite : public CMDIRechDialog
     UINT GetDlgResIDForAssistant() override;
     void IncValue(int controlId) override;
     RecordFields DescribeRecord() override { return m_dat->Felder(); }
+    bool ResultsAreOutdated() override;
 
   protected:
     /// A bound value changed: by a spinner step, or by an entry or choice.

@@ -31,6 +31,7 @@ class RUVMOD_API CSchrankenverfahrenDlg : public CMDIRechDialog, public CPlacing
     UINT GetDlgResIDForAssistant() override;
     void GlobalGeoDatChanged(UINT_PTR hint) override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
+    bool ResultsAreOutdated() override { return m_veraltet; }
 
     /// True when there is enough to compute with; otherwise says what is missing first.
     virtual bool CheckeRechnung();

@@ -62,12 +62,14 @@ void CBeschlDlg::Rechnen()
     const CWaitCursor wait;
     m_dat.Rechnen(m_neigung);
     m_berechnet = 1;
+    ResultsComputed();
     UpdateDialog();
 }
 
 void CBeschlDlg::OnButtonOk()
 {
     m_dat.Rechnen(m_neigung);
+    ResultsComputed();
     OnOK();
 }
 
@@ -76,5 +78,6 @@ void CBeschlDlg::Loeschen()
     if (!ConfirmClear())
         return;
     m_dat.Loeschen();
+    ResultsCleared();
     SendMessage(WM_RUV_UPDATEDIALOG);
 }

@@ -125,6 +125,10 @@ CGrenzVDat::Grenze CGrenzVDlg::RechneUndZeige()
 {
     const CWaitCursor wait;
     const CGrenzVDat::Grenze grenze = m_dat.Rechnen();
+    if (grenze == CGrenzVDat::Grenze::gefunden)
+        ResultsComputed();
+    else
+        ResultsFailed();
     ZeigeGrenze(grenze);
     return grenze;
 }
@@ -147,6 +151,7 @@ void CGrenzVDlg::Loeschen()
     if (!ConfirmClear())
         return;
     m_dat.Loeschen();
+    ResultsCleared();
     ZeigeGrenze(CGrenzVDat::Grenze::gefunden);
     ZeigeKurve(CGrenzVDat::Kurve::stimmig);
     ZeigeQuergefaelle();

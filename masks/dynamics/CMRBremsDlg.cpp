@@ -108,6 +108,11 @@ CMRBremsDat::Ausgang CMRBremsDlg::RechneUndZeige()
 {
     const CWaitCursor wait;
     const CMRBremsDat::Ausgang ausgang = m_dat.Rechnen();
+    if (ausgang == CMRBremsDat::Ausgang::berechnet)
+        ResultsComputed();
+    else // the motion was found, its linear model is that of an earlier calculation
+        ResultsComputed({IDC_MRBREMS_LIN_REAKTIONSDAUER, IDC_MRBREMS_LIN_SCHWELLDAUER, IDC_MRBREMS_LIN_SCHWELLWEG,
+                         IDC_MRBREMS_LIN_BREMSWEG});
     ShowText(IDC_MRBREMS_HINWEIS, Hinweis(m_dat.PruefeErgebnis(ausgang)));
     UpdateDialog();
     return ausgang;
@@ -146,6 +151,7 @@ void CMRBremsDlg::Loeschen()
     if (!ConfirmClear())
         return;
     m_dat.Loeschen();
+    ResultsCleared();
     ShowText(IDC_MRBREMS_HINWEIS, kKeinText);
     SendMessage(WM_RUV_UPDATEDIALOG);
 }

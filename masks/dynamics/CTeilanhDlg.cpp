@@ -92,6 +92,7 @@ void CTeilanhDlg::BuildObjects()
 void CTeilanhDlg::SetupWindow()
 {
     m_dat.Oeffne();
+    ResultsComputed(); // what a phase holds belongs together
     m_geaendert = false;
     CMDIRechDialog::SetupWindow();
     SetzeSchutz();
@@ -105,6 +106,7 @@ LRESULT CTeilanhDlg::OnEditChanged(WPARAM controlId, LPARAM)
             m_dat.FahrzeugGewechselt();
         else
             m_dat.LeseSpalte();
+        ResultsComputed(); // what a phase holds belongs together
         ShowText(IDC_TEILANH_HINWEIS, kKeinText);
         SendMessage(WM_RUV_UPDATEDIALOG);
         return 0;
@@ -118,11 +120,22 @@ void CTeilanhDlg::IncValue(int)
     m_geaendert = true;
     if (m_dat.berechnet != 0) {
         if (m_dat.Pruefe().Bestanden())
-            ZeigeAusgang(m_dat.Rechnen());
+            RechneUndZeige();
         else
             ShowText(IDC_TEILANH_HINWEIS, IDS_TEILANH_OHNE_VERZOEGERUNG);
     }
     PostMessage(WM_RUV_UPDATEDIALOG);
+}
+
+CTeilanhDat::Ausgang CTeilanhDlg::RechneUndZeige()
+{
+    const CTeilanhDat::Ausgang ausgang = m_dat.Rechnen();
+    if (ausgang == CTeilanhDat::Ausgang::berechnet)
+        ResultsComputed();
+    else
+        ResultsFailed();
+    ZeigeAusgang(ausgang);
+    return ausgang;
 }
 
 bool CTeilanhDlg::PruefeUndRechne()
@@ -135,8 +148,7 @@ bool CTeilanhDlg::PruefeUndRechne()
         FehlerMeldung(this, 1202);
     if (!pruefung.Bestanden())
         return false;
-    const CTeilanhDat::Ausgang ausgang = m_dat.Rechnen();
-    ZeigeAusgang(ausgang);
+    const CTeilanhDat::Ausgang ausgang = RechneUndZeige();
     if (ausgang != CTeilanhDat::Ausgang::berechnet) {
         FehlerMeldung(this, Meldung(ausgang));
         return false;
@@ -212,6 +224,7 @@ void CTeilanhDlg::Loeschen()
     if (!ConfirmClear())
         return;
     m_dat.Loeschen();
+    ResultsCleared();
     m_geaendert = true;
     SetzeSchutz();
     ShowText(IDC_TEILANH_HINWEIS, kKeinText);

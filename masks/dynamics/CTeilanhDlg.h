@@ -31,6 +31,7 @@ class CTeilanhDlg : public CMDIRechDialog
     void OnButtonOk();
     void OnButtonTransfer();
 
+    CTeilanhDat::Ausgang RechneUndZeige();
     bool PruefeUndRechne();
     bool BringeAufStand();
     bool Uebertrage();

@@ -80,6 +80,8 @@ void WriteControl(JsonText& json, const Window& control)
     json.Key("unit").Text(krn::UnitOf(control));
     json.Key("enabled").Bool(control.enabled);
     json.Key("protected").Bool(control.readOnly);
+    if (control.outdated)
+        json.Key("outdated").Bool(true);
     if (!framework::IsShown(control))
         json.Key("visible").Bool(false);
     json.EndObject();
@@ -174,7 +176,7 @@ MaskImage ImageOf(Window& mask)
     JsonText record;
     auto* object = dynamic_cast<CMDIRechDialog*>(mask.object);
     WriteRecord(record, object == nullptr ? RecordFields{} : object->DescribeRecord());
-    return {mask.text, controls.Take(), record.Take()};
+    return {mask.text, controls.Take(), record.Take(), mask.outdated};
 }
 
 std::string StateText(UINT mask, bool open, const MaskImage& image, const ScriptedFrontEnd& front,
@@ -185,6 +187,8 @@ std::string StateText(UINT mask, bool open, const MaskImage& image, const Script
     json.Key("mask").Integer(mask);
     json.Key("title").Text(image.title);
     json.Key("open").Bool(open);
+    if (image.outdated)
+        json.Key("outdated").Bool(true);
     json.Key("controls").Raw(image.controls);
     json.Key("record").Raw(image.record);
     json.Key("messages");

@@ -19,8 +19,9 @@ class ScriptedFrontEnd;
 /// A mask as it stands, or as it stood when its window went.
 struct MaskImage {
     std::string title;
-    std::string controls; ///< JSON object
-    std::string record;   ///< JSON object
+    std::string controls;  ///< JSON object
+    std::string record;    ///< JSON object
+    bool outdated = false; ///< the results do not belong to the inputs
 };
 
 /// The mask with its pages: the dialogs it opened that do not run modally.

@@ -58,6 +58,7 @@ struct Window {
     std::int64_t vehicle = -1; ///< dialog: index of the vehicle whose colour its edits may take, -1 = none
 
     bool readOnly = false; ///< edit: write-protected
+    bool outdated = false; ///< shows a result that does not belong to the inputs; a dialog: so do all its results
     bool modified = false; ///< edit: typed into since the entry was finished last
     bool refused = false;  ///< edit: the entry finished last was not taken
     int check = 0;         ///< check box, radio button; 1 on a push button: it looks pressed in

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 #include "framework/UiThread.h"
+#include "framework/WndAccess.h"
 #include "host/Bindings.h"
 #include "host/CDialog.h"
 #include "host/CRuvData.h"
@@ -45,6 +46,46 @@ void UnregisterMask(CMDIRechDialog& mask)
 }
 
 } // namespace krn
+
+namespace
+{
+
+bool Contains(const CRect& outer, const CRect& inner)
+{
+    return outer.left <= inner.left && outer.right >= inner.right && outer.top <= inner.top &&
+           outer.bottom >= inner.bottom;
+}
+
+/// All inputs and choices, one after the other.
+std::vector<double> InputsOf(const RecordFields& fields)
+{
+    std::vector<double> inputs;
+    for (const RecordField& field : fields) {
+        if (field.spec == nullptr || (field.spec->role != FieldRole::input && !field.spec->choice))
+            continue;
+        std::visit(
+            [&](const auto* values) {
+                for (std::size_t i = 0; i < field.count; ++i)
+                    inputs.push_back(static_cast<double>(values[i]));
+            },
+            field.value);
+    }
+    return inputs;
+}
+
+bool HasResult(const RecordFields& fields)
+{
+    return std::any_of(fields.begin(), fields.end(), [](const RecordField& field) {
+        return field.spec != nullptr && field.spec->role == FieldRole::result &&
+               std::visit(
+                   [&](const auto* values) {
+                       return std::any_of(values, values + field.count, [](auto value) { return value != 0; });
+                   },
+                   field.value);
+    });
+}
+
+} // namespace
 
 CMDIRechDialog::CMDIRechDialog(UINT dialogId, CWnd* parent, CRuvData& data, int*, int*)
     : CMDIDialog(dialogId, parent), m_data(data)
@@ -107,6 +148,70 @@ void CMDIRechDialog::UpdateDialog()
     for (const auto& binding : Bindings())
         if (binding->Spec() != nullptr && binding->Spec()->extra.onlyWith != 0)
             Enable(binding->ControlId(), IsChecked(binding->Spec()->extra.onlyWith));
+    ShowOutdated();
+}
+
+void CMDIRechDialog::ResultsComputed(std::initializer_list<UINT> exceptOf)
+{
+    const RecordFields fields = DescribeRecord();
+    // Nothing but zeros is no result.
+    m_results = HasResult(fields) ? Results::ofInputs : Results::none;
+    m_resultInputs = InputsOf(fields);
+    m_olderResults = exceptOf;
+}
+
+void CMDIRechDialog::ResultsFailed()
+{
+    m_results = HasResult(DescribeRecord()) ? Results::ofOthers : Results::none;
+}
+
+void CMDIRechDialog::ResultsCleared()
+{
+    m_results = Results::none;
+    m_olderResults.clear();
+}
+
+bool CMDIRechDialog::ResultsAreOutdated()
+{
+    if (m_results != Results::ofInputs)
+        return m_results == Results::ofOthers;
+    return InputsOf(DescribeRecord()) != m_resultInputs;
+}
+
+bool CMDIRechDialog::IsOutdated(UINT controlId)
+{
+    const CBinding* binding = FindBinding(controlId);
+    if (binding == nullptr || binding->Role() != FieldRole::result)
+        return false;
+    return std::find(m_olderResults.begin(), m_olderResults.end(), controlId) != m_olderResults.end() ||
+           ResultsAreOutdated();
+}
+
+void CMDIRechDialog::ShowOutdated()
+{
+    framework::Window* window = m_hWnd == nullptr ? nullptr : framework::WindowOf(*this);
+    if (window == nullptr)
+        return;
+    const bool all = ResultsAreOutdated();
+    const auto mark = [](framework::Window& control, bool outdated) {
+        if (control.outdated != outdated) {
+            control.outdated = outdated;
+            framework::Changed(control);
+        }
+    };
+    for (const auto& control : window->children) {
+        const CBinding* binding = FindBinding(control->id);
+        const bool result = binding != nullptr && binding->Role() == FieldRole::result;
+        const bool older = std::find(m_olderResults.begin(), m_olderResults.end(), control->id) != m_olderResults.end();
+        mark(*control, (result && (all || older)) || (control->kind == framework::Kind::field && all));
+    }
+    for (const auto& frame : window->children)
+        if (frame->kind == framework::Kind::group)
+            mark(*frame, std::any_of(window->children.begin(), window->children.end(), [&](const auto& control) {
+                return control->outdated && control->kind != framework::Kind::group &&
+                       Contains(frame->rect, control->rect);
+            }));
+    mark(*window, all);
 }
 
 LRESULT CMDIRechDialog::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam)

@@ -147,6 +147,10 @@ class Collector
 
     void Picture(const Window& field)
     {
+        if (field.outdated) {
+            m_protocol.outdated = true;
+            return;
+        }
         CDC drawing = DrawField(field);
         if (!drawing.Primitives().empty())
             m_protocol.pictures.push_back({FrameTitle(field), std::move(drawing)});
@@ -154,6 +158,10 @@ class Collector
 
     void Add(const Window& control, const std::string& value)
     {
+        if (control.outdated) {
+            m_protocol.outdated = true;
+            return;
+        }
         ProtocolEntry entry{krn::LabelOf(control), Trimmed(value), krn::UnitOf(control)};
         if (entry.label.empty())
             entry.label = "(ohne Bezeichnung)";
@@ -334,6 +342,8 @@ Protocol MakeProtocol(const Window& dialog, const ProtocolContext& context)
         DropTitle(protocol.inputs, title);
     for (const char* title : {"Ergebnisse", "Ergebnis"})
         DropTitle(protocol.results, title);
+    if (protocol.outdated)
+        protocol.notes.insert(protocol.notes.begin(), kOutdatedText);
     protocol.messages = context.messages;
     protocol.formulas = ReadHelpText(HelpSection(context.helpPage, "Formeln"));
     protocol.exact = ExactValues(dialog, collector.Listed());

@@ -50,7 +50,12 @@ struct ProtocolContext {
 /// Label of the entry of Protocol::origin that names the case's content.
 inline constexpr const char* kSha256Label = "SHA-256 des Falls";
 
+/// What stands in the place of results that belong to other inputs.
+inline constexpr const char* kOutdatedText =
+    "Ergebnisse veraltet, bitte rechnen: Eingaben wurden seit der Berechnung geändert.";
+
 struct Protocol {
+    bool outdated = false; ///< results are left out because they belong to other inputs
     std::string title;
     std::vector<ProtocolEntry> origin; ///< case, file, date, program, SHA-256
     std::vector<ProtocolGroup> inputs;

@@ -315,7 +315,7 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
         break;
     case CC_GroupBox:
         if (const auto* group = qstyleoption_cast<const QStyleOptionGroupBox*>(option)) {
-            DrawGroup(*painter, option->rect, group->text, option->palette.color(QPalette::Window));
+            DrawGroup(*painter, option->rect, group->text, {}, option->palette.color(QPalette::Window));
             return;
         }
         break;

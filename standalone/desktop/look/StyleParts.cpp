@@ -165,7 +165,7 @@ void DrawButton(QPainter& painter, const QStyleOptionButton& button)
         DrawRounded(painter, area, Outline(c.accent, 2.0), Qt::NoBrush);
 }
 
-void DrawGroup(QPainter& painter, const QRect& area, const QString& title, const QColor& ground)
+void DrawGroup(QPainter& painter, const QRect& area, const QString& title, const QString& warning, const QColor& ground)
 {
     const SchemeColors& c = Colors();
     const QFont font = TextFont(1.0, true);
@@ -175,9 +175,18 @@ void DrawGroup(QPainter& painter, const QRect& area, const QString& title, const
     painter.setBrush(Qt::NoBrush);
     const double radius = 1.5 * CornerRadius();
     painter.drawRoundedRect(QRectF(area).adjusted(0.5, metrics.height() / 2.0, -0.5, -0.5), radius, radius);
+    const int indent = Spacing();
+    if (!warning.isEmpty()) {
+        const int room = metrics.horizontalAdvance(warning) + indent;
+        const QRect right(area.right() - indent - room, area.top(), room, metrics.height());
+        painter.fillRect(right, ground);
+        painter.setFont(font);
+        painter.setPen(c.danger);
+        painter.drawText(right, Qt::AlignCenter | Qt::TextDontClip, warning);
+        painter.setPen(c.line);
+    }
     if (title.isEmpty())
         return;
-    const int indent = Spacing();
     const int width = metrics.size(Qt::TextShowMnemonic, title).width();
     const QRect gap(area.left() + indent, area.top(), width + indent, metrics.height());
     painter.fillRect(gap, ground);

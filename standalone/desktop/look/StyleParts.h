@@ -22,7 +22,9 @@ void DrawRadioMark(QPainter& painter, const QRectF& area, QStyle::State state);
 bool IsFilled(const QStyleOptionButton& button);
 void DrawButton(QPainter& painter, const QStyleOptionButton& button);
 /// A frame with its title in the upper edge, on `ground`.
-void DrawGroup(QPainter& painter, const QRect& area, const QString& title, const QColor& ground);
+/// `warning` stands at the right end of the frame's upper line.
+void DrawGroup(QPainter& painter, const QRect& area, const QString& title, const QString& warning,
+               const QColor& ground);
 void DrawSlider(QPainter& painter, const QStyleOptionSlider& slider, const QRect& handle);
 void DrawTab(QPainter& painter, const QStyleOptionTab& tab);
 

@@ -258,7 +258,8 @@ class TextControl : public QWidget, public ControlView
     {
         QPainter painter(this);
         if (m_control != nullptr && m_control->kind == Kind::group)
-            DrawGroup(painter, rect(), m_text, Colors().surface);
+            DrawGroup(painter, rect(), m_text, m_control->outdated ? QString("veraltet, bitte rechnen") : QString(),
+                      Colors().surface);
         else
             PaintLabel(painter);
     }

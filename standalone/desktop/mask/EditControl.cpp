@@ -223,9 +223,14 @@ void EditControl::SyncLook()
     setProperty(kLookProperty, static_cast<int>(look));
     SyncColors();
 
+    QFont font = this->font();
+    if (font.strikeOut() != m_control->outdated) {
+        font.setStrikeOut(m_control->outdated);
+        setFont(font);
+    }
     QPalette colors = QApplication::palette();
     if (look == FieldLook::result)
-        colors.setColor(QPalette::Text, Colors().resultText);
+        colors.setColor(QPalette::Text, m_control->outdated ? Colors().muted : Colors().resultText);
     if (palette() != colors)
         setPalette(colors);
     const bool steps = m_control->spinner && look == FieldLook::input;

@@ -140,7 +140,8 @@ void MaskWindow::SyncDialog()
 {
     if (m_dialog == nullptr)
         return;
-    setWindowTitle(QtText(m_dialog->text).trimmed());
+    const QString outdated = m_dialog->outdated && !m_dialog->page ? " – veraltet, bitte rechnen" : "";
+    setWindowTitle(QtText(m_dialog->text).trimmed() + outdated);
     for (ControlView* view : m_views)
         view->Sync();
     if (m_parentMask != nullptr)
