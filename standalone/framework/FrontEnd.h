@@ -17,7 +17,13 @@ class CRuvData;
 namespace framework
 {
 
-enum class MessageKind { information, warning, question };
+/// A question is answered Ja or Nein, a confirmation OK or Abbrechen.
+enum class MessageKind { information, warning, question, confirmation };
+
+inline bool AsksSomething(MessageKind kind)
+{
+    return kind == MessageKind::question || kind == MessageKind::confirmation;
+}
 
 /// A message as it is shown: the number of the host's table (0 for a text of a module's own), the finished text and
 /// the arguments in it.

@@ -49,7 +49,14 @@ void NullFrontEnd::RunModal(Window& dialog, const std::function<bool()>& running
 
 int NullFrontEnd::ShowMessage(const Window*, const ShownMessage& message)
 {
-    return message.kind == MessageKind::question ? IDNO : IDOK;
+    switch (message.kind) {
+    case MessageKind::question:
+        return IDNO;
+    case MessageKind::confirmation:
+        return IDCANCEL;
+    default:
+        return IDOK;
+    }
 }
 
 UiThread::UiThread(FrontEnd& frontEnd) : m_frontEnd(&frontEnd)

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 #include "base/NumberText.h"
-#include "krn/MessageTable.h"
 #include "tests/support/MaskFixture.h"
 
 #include <cmath>
@@ -321,19 +320,6 @@ TEST(NumberTextTest, ReadsCommaAndPoint)
     EXPECT_EQ(base::ParseInteger("+12"), 12);
     EXPECT_EQ(base::ParseInteger("12,0"), std::nullopt);
     EXPECT_EQ(base::ParseInteger("99999999999999999999"), std::nullopt);
-}
-
-TEST(MessageTableTest, IsSortedUniqueAndKeepsBracesOfArguments)
-{
-    UINT last = 0;
-    for (const auto& message : krn::MessageTable()) {
-        EXPECT_LT(last, message.number);
-        last = message.number;
-    }
-    const std::vector<MessageArg> args{std::string("Feld"), std::string("{0}{1}"), 1.5, std::int64_t{7}};
-    EXPECT_EQ(krn::FormatMessage(1002, args).text,
-              "Feld: Der Wert {0}{1} liegt außerhalb des zulässigen Bereichs von 1,5 bis 7.");
-    EXPECT_EQ(krn::FormatMessage(4711, args).text, "Meldung 4711 · Feld · {0}{1} · 1,5 · 7");
 }
 
 } // namespace

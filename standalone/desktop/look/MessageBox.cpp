@@ -22,6 +22,7 @@ QMessageBox::Icon IconOf(MessageKind kind)
     case MessageKind::warning:
         return QMessageBox::Warning;
     case MessageKind::question:
+    case MessageKind::confirmation:
         return QMessageBox::Question;
     default:
         return QMessageBox::Information;
@@ -56,17 +57,22 @@ int ShowMessageBox(QWidget* parent, const QString& title, const framework::Shown
 {
     LetterBox box(IconOf(message.kind), title, QString::fromStdString(message.text), QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
-    if (message.kind != MessageKind::question) {
+    if (!framework::AsksSomething(message.kind)) {
         box.addButton(QStringLiteral("&OK"), QMessageBox::AcceptRole);
         box.exec();
         return fehlerOk;
     }
-    QPushButton* yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
-    QPushButton* no = box.addButton(QStringLiteral("&Nein"), QMessageBox::NoRole);
+    const bool confirms = message.kind == MessageKind::confirmation;
+    QPushButton* yes = confirms ? box.addButton(QStringLiteral("&OK"), QMessageBox::AcceptRole)
+                                : box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
+    QPushButton* no = confirms ? box.addButton(QStringLiteral("&Abbrechen"), QMessageBox::RejectRole)
+                               : box.addButton(QStringLiteral("&Nein"), QMessageBox::NoRole);
     box.setDefaultButton(no);
     box.setEscapeButton(no);
     box.exec();
-    return box.clickedButton() == yes ? fehlerJa : fehlerNein;
+    if (box.clickedButton() == yes)
+        return confirms ? fehlerOk : fehlerJa;
+    return confirms ? fehlerAbbrechen : fehlerNein;
 }
 
 } // namespace desktop

@@ -170,7 +170,7 @@ void QtFrontEnd::RunModal(Window& dialog, const std::function<bool()>& running)
 int QtFrontEnd::ShowMessage(const Window* owner, const framework::ShownMessage& message)
 {
     EndProgress();
-    if (message.kind != framework::MessageKind::question) {
+    if (!framework::AsksSomething(message.kind)) {
         // The dialog behind the owner, which may be a page or a control of it.
         const Window* dialog = owner;
         while (dialog != nullptr && dialog->parent != nullptr && (dialog->page || dialog->kind != Kind::dialog))
