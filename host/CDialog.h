@@ -103,8 +103,9 @@ class CMDIDialog : public CDialog
     void ChangeProtection(UINT controlId, int protect);
     /// Replaces the unit text inside a label by the user's unit.
     void ReplaceChildWindowSubstringWithUnitString(UINT controlId, const UnitType& unit);
-    /// The front end may tint the dialog's edits in the colour of this vehicle of the case; -1 = of none.
-    void SetUseFzgColors(std::int64_t vehicle);
+    /// The front end may tint the dialog's edits in the colour of this vehicle of the case, named by its index or by
+    /// its colour key; -1 = of none.
+    void SetUseFzgColors(std::int64_t vehicleOrKey);
 
     const std::vector<std::unique_ptr<CBinding>>& Bindings() const { return m_bindings; }
     CBinding* FindBinding(UINT controlId) const;

@@ -4,6 +4,8 @@
 
 #include "host/Bindings.h"
 
+#include <cstdint>
+
 /// Colours of the barrier method's curves on a light ground. Two pairs of barriers share one on purpose.
 struct CSchrankenFarben {
     COLORREF bremsungDettinger = RGB(192, 24, 32);
@@ -16,6 +18,21 @@ struct CSchrankenFarben {
     COLORREF abwicklung = RGB(112, 118, 0);
     COLORREF geschwindigkeit = RGB(72, 78, 88);
 };
+
+/// Colour keys name the colours that edits take. The key of a vehicle's colour is its index (0..15) above this one.
+inline constexpr std::int64_t kFzgFarbSchluessel = 17270;
+
+/// The colour key of a vehicle, -1 for a number that is no vehicle's.
+constexpr std::int64_t FzgFarbSchluessel(std::int64_t vehicle)
+{
+    return vehicle >= 0 && vehicle < 16 ? vehicle + kFzgFarbSchluessel : -1;
+}
+
+/// The vehicle of a colour key, -1 for any other number.
+constexpr std::int64_t FzgZuFarbSchluessel(std::int64_t key)
+{
+    return key >= kFzgFarbSchluessel && key < kFzgFarbSchluessel + 16 ? key - kFzgFarbSchluessel : -1;
+}
 
 /// The user's settings as masks see them.
 class CRuvCfg

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CDialog.h"
+#include "host/RuvCfg.h"
 
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
@@ -266,8 +267,10 @@ void CMDIDialog::ReplaceChildWindowSubstringWithUnitString(UINT controlId, const
     control->SetWindowText(UnitsSystemConfiguration::GetInstance().WithUnit(control->GetWindowText(), unit));
 }
 
-void CMDIDialog::SetUseFzgColors(std::int64_t vehicle)
+void CMDIDialog::SetUseFzgColors(std::int64_t vehicleOrKey)
 {
+    const std::int64_t named = FzgZuFarbSchluessel(vehicleOrKey);
+    const std::int64_t vehicle = named >= 0 ? named : vehicleOrKey;
     Window* window = framework::WindowOf(*this);
     if (window == nullptr || window->vehicle == vehicle)
         return;

@@ -287,6 +287,23 @@ TEST_F(ChoicesTest, AWholeNumberStaysInTheWidthOfItsField)
     EXPECT_EQ(dialog->count, std::numeric_limits<std::int32_t>::min());
 }
 
+TEST_F(ChoicesTest, FieldsTakeTheColourOfTheVehicleThatIndexOrKeyNames)
+{
+    const framework::Window& mask = *thread.Dialogs().back();
+    dialog->SetUseFzgColors(2);
+    EXPECT_EQ(mask.vehicle, 2);
+    dialog->SetUseFzgColors(17270 + 4);
+    EXPECT_EQ(mask.vehicle, 4);
+    dialog->SetUseFzgColors(FzgFarbSchluessel(15));
+    EXPECT_EQ(mask.vehicle, 15);
+    for (const std::int64_t none : {-1, 16}) {
+        dialog->SetUseFzgColors(FzgFarbSchluessel(none));
+        EXPECT_EQ(mask.vehicle, -1);
+    }
+    for (const std::int64_t beside : {17269, 17286})
+        EXPECT_EQ(FzgZuFarbSchluessel(beside), -1);
+}
+
 TEST(NumberTextTest, ShowsRoundedValuesWithoutNegativeZero)
 {
     EXPECT_EQ(base::FormatNumber(7.848, 2), "7,85");
