@@ -19,6 +19,7 @@ class CKfzDaten
     Type type = Type::none;
     COLORREF color = RGB(0, 0, 0);
     double mass = 0.0;
+    double payload = 0.0; ///< the largest load it may carry, 0 = not known
     double length = 0.0;
     double width = 0.0;
     double height = 0.0;

@@ -19,6 +19,13 @@ class CWnd;
 /// Values a mask keeps per case, by field name. Their order and units are the mask's.
 using CMaskenWerte = std::map<std::string, std::vector<double>>;
 
+/// What holds for the whole case.
+struct CFallParameter {
+    double luftdichte = 1.2; ///< kg/m³
+
+    friend bool operator==(const CFallParameter&, const CFallParameter&) = default;
+};
+
 /// The open case: 16 vehicles with their path-time data and parameters, and what masks keep.
 class CRuvData
 {
@@ -56,6 +63,9 @@ class CRuvData
     std::vector<CSzenenBild>& Bilder() { return m_bilder; }
     const std::vector<CSzenenBild>& Bilder() const { return m_bilder; }
 
+    CFallParameter& FallParameter() { return m_fallParameter; }
+    const CFallParameter& FallParameter() const { return m_fallParameter; }
+
     std::string& Title() { return m_title; }
     const std::string& Title() const { return m_title; }
 
@@ -79,5 +89,6 @@ class CRuvData
     std::array<CUBEParameter, kFahrzeuge> m_parameter{};
     std::map<UINT, CMaskenWerte> m_maskenWerte;
     std::vector<CSzenenBild> m_bilder;
+    CFallParameter m_fallParameter;
     std::string m_title;
 };

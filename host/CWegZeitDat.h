@@ -72,13 +72,22 @@ class CWegZeitDat
     /// it, endGier the direction of motion after it.
     static constexpr std::size_t kKollisionsSpalte = 2;
 
+    /// Marker of the vehicles that meet in the half sight distance.
+    static constexpr std::int64_t kMarkeHalbeSicht = 16;
+    /// Mode of a driving line whose points are in fahrlinie.
+    static constexpr std::int64_t kBahnAusFahrdaten = 20;
+
     std::array<CWegZeitSpalte, kSpalten> spalten{};
     /// The column that is marked as selected.
     std::size_t selected = kErsteSpalte;
     /// Mode of the last reaction-and-braking calculation, 0 = none.
     std::int64_t mode = 0;
-    /// How the driving line came about: 0 = drawn, 5 = from a collision configuration.
+    /// What a mask marked the record as (kMarkeHalbeSicht), 0 = nothing.
+    std::int64_t marke = 0;
+    /// How the driving line came about: 0 = drawn, 5 = from a collision configuration, kBahnAusFahrdaten.
     std::int64_t bahnModus = 0;
+    /// The driving line as recorded driving data gave it, cm from its first point. Empty without such data.
+    std::vector<CDPoint> fahrlinie{};
     CDPoint endPunkt{};       ///< where the participant came to rest, cm
     double endRichtung = 0.0; ///< heading at rest, rad
 

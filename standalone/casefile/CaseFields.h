@@ -20,10 +20,13 @@ namespace casefile::case_file
 inline constexpr std::string_view kFormat = "tavelin-case";
 inline constexpr int kMajor = 1;
 inline constexpr int kMinor = kCaseMinorVersion;
-/// The first version that knows the scene. A case without one is written as the version before.
+/// The first versions that know the scene; parameters of the case, payload, marker and driving line. A case without
+/// them is written as the version before.
 inline constexpr int kSceneMinor = 1;
+inline constexpr int kParametersMinor = 2;
 
-/// A number that belongs to a vehicle or phase. One that is not `always` written is left out at its default.
+/// A number that belongs to the case, a vehicle or a phase. One that is not `always` written is left out at its
+/// default.
 template <class T> struct NumberField {
     std::string_view name;
     double T::*field;
@@ -33,9 +36,15 @@ template <class T> struct NumberField {
 };
 
 inline constexpr double kLargestLength = 1e6; // m, and kg
+using Parameter = CFallParameter;
+inline constexpr NumberField<Parameter> kCaseNumbers[] = {
+    {"airDensity", &Parameter::luftdichte, 0.0, 100.0, false},
+};
+
 using Kfz = CKfzDaten;
 inline constexpr NumberField<Kfz> kVehicleNumbers[] = {
     {"mass", &Kfz::mass, 0.0, kLargestLength, true},
+    {"payload", &Kfz::payload, 0.0, kLargestLength, false},
     {"length", &Kfz::length, 0.0, kLargestLength, true},
     {"width", &Kfz::width, 0.0, kLargestLength, true},
     {"height", &Kfz::height, 0.0, kLargestLength, true},
@@ -82,11 +91,21 @@ inline constexpr std::int64_t kLargestMode = 99;
 inline constexpr std::int64_t kLargestFlag = 63;
 inline constexpr std::int64_t kLargestMask = 65535;
 
-inline constexpr std::string_view kRootNames[] = {"format", "version", "title", "vehicles", "masks", "scene"};
+inline constexpr std::string_view kRootNames[] = {"format",   "version", "title", "parameters",
+                                                  "vehicles", "masks",   "scene"};
 inline constexpr std::string_view kParameterNames[] = {"modified", "updateFlags"};
-inline constexpr std::string_view kPathTimeNames[] = {"selected", "mode",      "phases",
-                                                      "lineMode", "restPoint", "restHeading"};
+inline constexpr std::string_view kPathTimeNames[] = {"selected", "mode", "marker",    "phases",
+                                                      "lineMode", "line", "restPoint", "restHeading"};
 
+/// The names of the numbers.
+template <class T, std::size_t N> constexpr auto With(const NumberField<T> (&numbers)[N])
+{
+    std::array<std::string_view, N> all{};
+    for (std::size_t i = 0; i < N; ++i) {
+        all[i] = numbers[i].name;
+    }
+    return all;
+}
 /// `names` and those of the numbers.
 template <class T, std::size_t N, std::size_t M>
 constexpr auto With(const NumberField<T> (&numbers)[N], const std::string_view (&names)[M])
@@ -100,6 +119,7 @@ constexpr auto With(const NumberField<T> (&numbers)[N], const std::string_view (
     }
     return all;
 }
+inline constexpr auto kCaseParameterNames = With(kCaseNumbers);
 inline constexpr auto kVehicleNames =
     With(kVehicleNumbers, {"index", "name", "type", "color", "parameters", "pathTime"});
 inline constexpr auto kPhaseNames = With(kPhaseNumbers, {"column", "kind", "subKind", "side", "trajectory"});

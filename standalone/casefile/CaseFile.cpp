@@ -96,16 +96,22 @@ void ReplaceCase(CRuvData& data, CRuvData&& content)
         data.MaskenWerte(entry.first) = std::move(content.MaskenWerte(entry.first));
     }
     data.Bilder() = std::move(content.Bilder());
+    data.FallParameter() = content.FallParameter();
     data.Title() = std::move(content.Title());
     data.unknown = std::move(content.unknown);
 }
 
-void NewExampleCase(CRuvData& data)
+std::unique_ptr<CRuvData> ExampleCase()
 {
-    const auto fresh = std::make_unique<CRuvData>();
+    auto fresh = std::make_unique<CRuvData>();
     fresh->KfzDat(0) = TypicalCar("Pkw 1", RGB(200, 30, 30));
     fresh->KfzDat(1) = TypicalCar("Pkw 2", RGB(30, 60, 200));
-    ReplaceCase(data, std::move(*fresh));
+    return fresh;
+}
+
+void NewExampleCase(CRuvData& data)
+{
+    ReplaceCase(data, std::move(*ExampleCase()));
 }
 
 } // namespace casefile

@@ -5,7 +5,9 @@
 #pragma once
 
 #include "base/AtomicFile.h"
+#include "base/JsonValue.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -15,7 +17,7 @@ namespace casefile
 {
 
 /// Of the format's version 1 that this program knows in full.
-inline constexpr int kCaseMinorVersion = 1;
+inline constexpr int kCaseMinorVersion = 2;
 
 enum class CaseOutcome {
     ok,
@@ -40,12 +42,19 @@ struct CaseResult {
     std::string Text() const;
 };
 
+/// A case that was read, or why there is none.
+struct CaseRead {
+    std::unique_ptr<CRuvData> data; ///< null when the result is not ok
+    CaseResult result;
+};
+CaseRead ReadCase(const base::JsonValue& root);
+
 /// Reads a case. `data` is replaced as a whole, or left as it is when the result is not ok. Open masks are not told.
 CaseResult CaseFromJson(std::string_view json, CRuvData& data);
 CaseResult LoadCase(const std::string& path, CRuvData& data);
 
-/// Writes a case: its used columns, and the vehicles that are valid or have any; what a newer program added to the
-/// file it was read from comes along. The same case gives the same bytes.
+/// Writes a case: its used columns, and the vehicles that are valid or have any or a driving line; what a newer program
+/// added to the file it was read from comes along. The same case gives the same bytes.
 CaseResult CaseToJson(const CRuvData& data, std::string& json);
 
 enum class Overwrite {
@@ -58,7 +67,9 @@ CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite ove
 /// Puts `content` in the place of what `data` holds; references into `data` stay valid. Open masks are not told.
 void ReplaceCase(CRuvData& data, CRuvData&& content);
 
-/// Empties the case but for two passenger cars of complete, typical dimensions.
+/// A case of two passenger cars of complete, typical dimensions.
+std::unique_ptr<CRuvData> ExampleCase();
+/// Empties the case but for those two.
 void NewExampleCase(CRuvData& data);
 
 } // namespace casefile

@@ -71,6 +71,16 @@ class Reader
         if (!ReadText(root, "", "title", m_data.Title())) {
             return false;
         }
+        if (const base::JsonValue* value = Find(root, "parameters")) {
+            const auto* parameters = value->As<Object>();
+            if (!parameters) {
+                return Refuse("/parameters", "ist kein Objekt");
+            }
+            if (!ReadNumbers(*parameters, "/parameters", kCaseNumbers, m_data.FallParameter())) {
+                return false;
+            }
+            m_data.unknown->parameters = OtherMembers(*parameters, kCaseParameterNames);
+        }
         const base::JsonValue* vehicles = Find(root, "vehicles");
         if (vehicles && !ForEachItem(*vehicles, "/vehicles", [this](const Object& vehicle, const std::string& at) {
                 return ReadVehicle(vehicle, at);
@@ -257,7 +267,12 @@ class Reader
         auto selected = static_cast<std::int64_t>(pathTime.selected);
         if (!ReadInteger(object, at, "selected", 0, CWegZeitDat::kSpalten - 1, false, selected) ||
             !ReadInteger(object, at, "mode", 0, kLargestMode, false, pathTime.mode) ||
+            !ReadInteger(object, at, "marker", 0, kLargestMode, false, pathTime.marke) ||
             !ReadInteger(object, at, "lineMode", 0, kLargestMode, false, pathTime.bahnModus)) {
+            return false;
+        }
+        const base::JsonValue* line = Find(object, "line");
+        if (line && !ReadPoints(*line, Below(at, "line"), pathTime.fahrlinie)) {
             return false;
         }
         const base::JsonValue* rest = Find(object, "restPoint");
@@ -296,7 +311,7 @@ class Reader
         phase.seite = static_cast<int>(side);
         const base::JsonValue* trajectory = Find(object, "trajectory");
         if (!ReadNumbers(object, at, kPhaseNumbers, phase) ||
-            (trajectory && !ReadTrajectory(*trajectory, Below(at, "trajectory"), phase.bahn))) {
+            (trajectory && !ReadPoints(*trajectory, Below(at, "trajectory"), phase.bahn))) {
             return false;
         }
         Object others = OtherMembers(object, kPhaseNames);
@@ -318,7 +333,7 @@ class Reader
         return true;
     }
 
-    bool ReadTrajectory(const base::JsonValue& value, const std::string& at, std::vector<CDPoint>& points)
+    bool ReadPoints(const base::JsonValue& value, const std::string& at, std::vector<CDPoint>& points)
     {
         const auto* array = value.As<Array>();
         if (!array) {
@@ -394,39 +409,50 @@ class Reader
 
 } // namespace
 
+CaseRead ReadCase(const base::JsonValue& value)
+{
+    const auto refused = [](CaseOutcome outcome, std::string pointer, std::string reason) {
+        return CaseRead{nullptr, {outcome, std::move(pointer), std::move(reason), ""}};
+    };
+    const auto* root = value.As<Object>();
+    const base::JsonValue* format = root ? Find(*root, "format") : nullptr;
+    const auto* formatName = format ? format->As<std::string>() : nullptr;
+    if (!formatName || *formatName != kFormat) {
+        return refused(CaseOutcome::damaged, "", "ist kein Fall dieses Programms");
+    }
+    const auto version = ParseVersion(Find(*root, "version"));
+    if (!version) {
+        return refused(CaseOutcome::damaged, "/version", "ist keine Versionsnummer wie „1.0“");
+    }
+    const std::string newer = "stammt aus einer neueren Version des Programms (Format " +
+                              std::to_string(version->major) + "." + std::to_string(version->minor) + ")";
+    if (version->major > kMajor) {
+        return refused(CaseOutcome::newerVersion, "", newer);
+    }
+    auto read = std::make_unique<CRuvData>();
+    read->unknown = std::make_unique<CRuvData::Unknown>();
+    read->unknown->minorVersion = version->minor;
+    Reader reader(*read);
+    if (!reader.ReadCase(*root)) {
+        if (version->minor > kMinor) {
+            return refused(CaseOutcome::newerVersion, "", newer + ": " + reader.pointer + " " + reader.reason);
+        }
+        return refused(CaseOutcome::damaged, reader.pointer, reader.reason);
+    }
+    return {std::move(read), {}};
+}
+
 CaseResult CaseFromJson(std::string_view json, CRuvData& data)
 {
     const base::JsonParsed parsed = base::ParseJson(json);
     if (!parsed.value) {
         return {CaseOutcome::damaged, "", parsed.error, ""};
     }
-    const auto* root = parsed.value->As<Object>();
-    const base::JsonValue* format = root ? Find(*root, "format") : nullptr;
-    const auto* formatName = format ? format->As<std::string>() : nullptr;
-    if (!formatName || *formatName != kFormat) {
-        return {CaseOutcome::damaged, "", "ist kein Fall dieses Programms", ""};
+    CaseRead read = ReadCase(*parsed.value);
+    if (read.data) {
+        ReplaceCase(data, std::move(*read.data));
     }
-    const auto version = ParseVersion(Find(*root, "version"));
-    if (!version) {
-        return {CaseOutcome::damaged, "/version", "ist keine Versionsnummer wie „1.0“", ""};
-    }
-    const std::string newer = "stammt aus einer neueren Version des Programms (Format " +
-                              std::to_string(version->major) + "." + std::to_string(version->minor) + ")";
-    if (version->major > kMajor) {
-        return {CaseOutcome::newerVersion, "", newer, ""};
-    }
-    const auto read = std::make_unique<CRuvData>();
-    read->unknown = std::make_unique<CRuvData::Unknown>();
-    read->unknown->minorVersion = version->minor;
-    Reader reader(*read);
-    if (!reader.ReadCase(*root)) {
-        if (version->minor > kMinor) {
-            return {CaseOutcome::newerVersion, "", newer + ": " + reader.pointer + " " + reader.reason, ""};
-        }
-        return {CaseOutcome::damaged, reader.pointer, reader.reason, ""};
-    }
-    ReplaceCase(data, std::move(*read));
-    return {};
+    return std::move(read.result);
 }
 
 } // namespace casefile

@@ -21,10 +21,31 @@ using namespace case_file;
 using Object = base::JsonValue::Object;
 using Array = base::JsonValue::Array;
 
-bool HasPhases(const CWegZeitDat& pathTime)
+bool HasWay(const CWegZeitDat& pathTime)
 {
-    return std::any_of(pathTime.spalten.begin(), pathTime.spalten.end(),
-                       [](const CWegZeitSpalte& column) { return column.IsUsed(); });
+    return !pathTime.fahrlinie.empty() || std::any_of(pathTime.spalten.begin(), pathTime.spalten.end(),
+                                                      [](const CWegZeitSpalte& column) { return column.IsUsed(); });
+}
+
+bool IsWritten(const CRuvData& data, std::size_t vehicle)
+{
+    return data.KfzDat(vehicle).IsValid() || HasWay(data.WZRechDat(vehicle));
+}
+
+/// The lowest version that has all that the case holds.
+int NeededMinor(const CRuvData& data)
+{
+    if (!(data.FallParameter() == CFallParameter{})) {
+        return kParametersMinor;
+    }
+    for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
+        const CWegZeitDat& pathTime = data.WZRechDat(i);
+        if (IsWritten(data, i) &&
+            (data.KfzDat(i).payload != 0.0 || pathTime.marke != 0 || !pathTime.fahrlinie.empty())) {
+            return kParametersMinor;
+        }
+    }
+    return data.Bilder().empty() ? 0 : kSceneMinor;
 }
 
 /// Builds the tree, checking what the reader would check. The first value that cannot be written is noted.
@@ -38,15 +59,23 @@ class Writer
 
     Object Case()
     {
-        const int needed = m_data.Bilder().empty() ? 0 : kSceneMinor;
+        const int needed = NeededMinor(m_data);
         const int minor = m_data.unknown ? std::max(needed, m_data.unknown->minorVersion) : needed;
         Object root;
         Put(root, "format", std::string(kFormat));
         Put(root, "version", std::to_string(kMajor) + "." + std::to_string(minor));
         Put(root, "title", Text(m_data.Title(), "/title"));
+        Object parameters;
+        PutNumbers(parameters, kCaseNumbers, m_data.FallParameter(), "/parameters");
+        if (m_data.unknown) {
+            Append(parameters, m_data.unknown->parameters);
+        }
+        if (!parameters.empty()) {
+            Put(root, "parameters", std::move(parameters));
+        }
         Array vehicles;
         for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
-            if (m_data.KfzDat(i).IsValid() || HasPhases(m_data.WZRechDat(i))) {
+            if (IsWritten(m_data, i)) {
                 vehicles.emplace_back(Vehicle(i, Below("/vehicles", vehicles.size())));
             }
         }
@@ -187,6 +216,9 @@ class Writer
         Put(object, "selected",
             Integer(static_cast<std::int64_t>(pathTime.selected), 0, CWegZeitDat::kSpalten - 1, Below(at, "selected")));
         Put(object, "mode", Integer(pathTime.mode, 0, kLargestMode, Below(at, "mode")));
+        if (pathTime.marke != 0) {
+            Put(object, "marker", Integer(pathTime.marke, 0, kLargestMode, Below(at, "marker")));
+        }
         Array phases;
         for (std::size_t column = 0; column < CWegZeitDat::kSpalten; ++column) {
             if (pathTime.spalten[column].IsUsed()) {
@@ -197,6 +229,9 @@ class Writer
         Put(object, "phases", std::move(phases));
         if (pathTime.bahnModus != 0) {
             Put(object, "lineMode", Integer(pathTime.bahnModus, 0, kLargestMode, Below(at, "lineMode")));
+        }
+        if (!pathTime.fahrlinie.empty()) {
+            Put(object, "line", Points(pathTime.fahrlinie, Below(at, "line")));
         }
         if (!(pathTime.endPunkt == CDPoint{})) {
             Check(IsPlace(pathTime.endPunkt), Below(at, "restPoint"), "ist kein Punkt [x, y] in cm");
@@ -209,6 +244,19 @@ class Writer
             Append(object, unknown->pathTime);
         }
         return object;
+    }
+
+    base::JsonValue Points(const std::vector<CDPoint>& places, const std::string& at)
+    {
+        Array points;
+        points.reserve(places.size());
+        for (const CDPoint& point : places) {
+            if (!IsPlace(point)) {
+                Check(false, Below(at, points.size()), "ist kein Punkt [x, y] in cm");
+            }
+            points.emplace_back(Array{point.x, point.y});
+        }
+        return points;
     }
 
     base::JsonValue Phase(std::size_t column, const CWegZeitSpalte& phase, const std::string& at)
@@ -224,15 +272,7 @@ class Writer
             Put(object, "side", Integer(phase.seite, kSeiteLinks, kSeiteUnbestimmt, Below(at, "side")));
         }
         if (!phase.bahn.empty()) {
-            Array points;
-            points.reserve(phase.bahn.size());
-            for (const CDPoint& point : phase.bahn) {
-                if (!IsPlace(point)) {
-                    Check(false, Below(Below(at, "trajectory"), points.size()), "ist kein Punkt [x, y] in cm");
-                }
-                points.emplace_back(Array{point.x, point.y});
-            }
-            Put(object, "trajectory", std::move(points));
+            Put(object, "trajectory", Points(phase.bahn, Below(at, "trajectory")));
         }
         if (!phase.weiteres.empty()) {
             const base::JsonParsed others = base::ParseJson(phase.weiteres);

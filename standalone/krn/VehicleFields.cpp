@@ -25,6 +25,9 @@ std::vector<VehicleField> MakeFields()
 {
     return {
         {&CKfzDaten::mass, {"Masse", 0.0, 100'000.0, 0, UnitType(unitType::none), "kg"}, "mit Insassen und Ladung"},
+        {&CKfzDaten::payload,
+         {"Nutzlast", 0.0, 100'000.0, 0, UnitType(unitType::none), "kg"},
+         "höchste zulässige Ladung; 0, wenn nicht bekannt"},
         Length(&CKfzDaten::length, "Länge", 0.0, 60.0, "über alles"),
         Length(&CKfzDaten::width, "Breite", 0.0, 10.0, "ohne Spiegel"),
         Length(&CKfzDaten::height, "Höhe", 0.0, 10.0, "über der Fahrbahn"),

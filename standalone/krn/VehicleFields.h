@@ -19,7 +19,7 @@ struct VehicleField {
     std::string explanation; ///< from where to where it is measured
 };
 
-/// In the order in which they are edited: mass, then from the outer to the inner dimensions.
+/// In the order in which they are edited: mass and payload, then from the outer to the inner dimensions.
 std::span<const VehicleField> VehicleFields();
 const VehicleField& FieldOf(double CKfzDaten::*value);
 

@@ -3,6 +3,7 @@
 #include "casefile/CaseFile.h"
 
 #include "host/CRuvData.h"
+#include "krn/CaseUnknown.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <cerrno>
@@ -65,11 +66,13 @@ void FillAtRandom(CRuvData& data, std::mt19937_64& random)
 {
     const char* const names[] = {"", "Pkw", "Größe \"ß\" \\ \n\t/~", "日本 \U0001F697"};
     data.Title() = names[random() % 4];
+    data.FallParameter().luftdichte = random() % 2 == 0 ? 1.2 : std::abs(RandomNumber(random, 100.0));
     for (std::size_t i = 0; i < CRuvData::kFahrzeuge; i += 1 + random() % 4) {
         CKfzDaten& kfz = data.KfzDat(i);
         kfz = TypicalCar(names[random() % 4], static_cast<COLORREF>(random() & 0xFFFFFFU));
         kfz.type = static_cast<CKfzDaten::Type>(random() % 6);
         kfz.mass = std::abs(RandomNumber(random, 1e6));
+        kfz.payload = std::abs(RandomNumber(random, 1e6));
         kfz.frontOverhang = RandomNumber(random, 1e6);
         CWegZeitRechDat& wz = data.WZRechDat(i);
         const std::size_t firstColumn = random() % 5;
@@ -89,7 +92,11 @@ void FillAtRandom(CRuvData& data, std::mt19937_64& random)
         if (kfz.IsValid()) {
             wz.selected = random() % CWegZeitDat::kSpalten;
             wz.mode = static_cast<std::int64_t>(random() % 6);
-            wz.bahnModus = static_cast<std::int64_t>(random() % 6);
+            wz.bahnModus = static_cast<std::int64_t>(random() % 21);
+            wz.marke = random() % 2 == 0 ? CWegZeitDat::kMarkeHalbeSicht : 0;
+            for (std::size_t n = random() % 6; n > 0; --n) {
+                wz.fahrlinie.push_back({RandomNumber(random, 1e9), RandomNumber(random, 1e9)});
+            }
             wz.endPunkt = {RandomNumber(random, 1e9), RandomNumber(random, 1e9)};
             wz.endRichtung = RandomNumber(random, 1e9);
             data.UPa(i).modified = random() % 2 == 0;
@@ -110,6 +117,7 @@ void FillAtRandom(CRuvData& data, std::mt19937_64& random)
 void ExpectSame(const CRuvData& a, const CRuvData& b)
 {
     ASSERT_EQ(a.Title(), b.Title());
+    ASSERT_EQ(a.FallParameter(), b.FallParameter());
     for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
         ASSERT_EQ(a.KfzDat(i), b.KfzDat(i)) << "vehicle " << i;
         ASSERT_EQ(a.WZRechDat(i), b.WZRechDat(i)) << "vehicle " << i;
@@ -178,7 +186,9 @@ TEST(CaseFile, NewCaseHoldsTwoCompleteCarsAndNothingElse)
 TEST(CaseFile, MembersOfANewerProgramStayAtEveryLevel)
 {
     std::string text = ExampleText();
-    Replace(text, "\"version\": \"1.0\"", "\"version\": \"1.7\", \"scene\": {\"scale\": [0.1, {\"deep\": null}]}");
+    Replace(text, "\"version\": \"1.0\"",
+            "\"version\": \"1.7\", \"scene\": {\"scale\": [0.1, {\"deep\": null}]}, "
+            "\"parameters\": {\"airDensity\": 1.1, \"weather\": \"Regen\"}");
     Replace(text, "\"name\": \"Pkw 2", "\"insurance\": 9223372036854775809, \"name\": \"Pkw 2");
     Replace(text, "\"selected\": 3", "\"selected\": 3, \"source\": \"Gerät\"");
     Replace(text, "\"kind\": 4", "\"kind\": 4, \"tyre\": {\"temperature\": 30.50}");
@@ -190,8 +200,9 @@ TEST(CaseFile, MembersOfANewerProgramStayAtEveryLevel)
     // The threshold phase moves by one column and takes along what is known of it.
     ASSERT_TRUE(data.WZRechDat(0).Einfuegen(4));
     const std::string written = Written(data);
-    for (const char* kept : {"\"version\": \"1.7\"", "\"deep\": null", "\"insurance\": 9223372036854775809",
-                             "\"source\": \"Gerät\"", "\"parameters\": {\"colour\": true}"}) {
+    for (const char* kept :
+         {"\"version\": \"1.7\"", "\"deep\": null", "\"insurance\": 9223372036854775809", "\"airDensity\": 1.1",
+          "\"weather\": \"Regen\"", "\"source\": \"Gerät\"", "\"parameters\": {\"colour\": true}"}) {
         EXPECT_NE(written.find(kept), std::string::npos) << kept;
     }
     const std::size_t tyre = written.find("\"tyre\": {\"temperature\": 30.5}");
@@ -204,6 +215,46 @@ TEST(CaseFile, MembersOfANewerProgramStayAtEveryLevel)
     EXPECT_EQ(Written(again), written);
     casefile::NewExampleCase(again);
     EXPECT_EQ(Written(again).find("scene"), std::string::npos);
+}
+
+TEST(CaseFile, IsWrittenAsTheLowestVersionThatHasAllItHolds)
+{
+    const auto version = [](const CRuvData& data) {
+        const std::string text = Written(data);
+        const std::string before = "\"version\": \"";
+        return text.substr(text.find(before) + before.size(), 3);
+    };
+    CRuvData data;
+    casefile::NewExampleCase(data);
+    data.WZDat(0).bahnModus = CWegZeitDat::kBahnAusFahrdaten;
+    EXPECT_EQ(version(data), "1.0");
+    data.Bilder().push_back({"bild.png", std::string(64, '0'), 10, 10});
+    EXPECT_EQ(version(data), "1.1");
+    const std::function<void(CRuvData&)> additions[] = {
+        [](CRuvData& d) { d.FallParameter().luftdichte = 1.15; },
+        [](CRuvData& d) { d.KfzDat(1).payload = 500.0; },
+        [](CRuvData& d) { d.WZDat(1).marke = CWegZeitDat::kMarkeHalbeSicht; },
+        [](CRuvData& d) {
+            d.WZDat(1).fahrlinie = {{0.0, 0.0}, {100.0, -25.5}};
+        },
+    };
+    for (const auto& add : additions) {
+        CRuvData more;
+        ASSERT_TRUE(CaseFromJson(Written(data), more));
+        more.unknown.reset();
+        add(more);
+        EXPECT_EQ(version(more), "1.2");
+    }
+    // A driving line is kept though the vehicle is not described; what belongs to no vehicle is not.
+    data.WZDat(7).fahrlinie = {{1.0, 2.0}};
+    data.WZDat(8).marke = CWegZeitDat::kMarkeHalbeSicht;
+    CRuvData read;
+    ASSERT_TRUE(CaseFromJson(Written(data), read));
+    EXPECT_EQ(read.WZDat(7).fahrlinie, data.WZDat(7).fahrlinie);
+    EXPECT_EQ(read.WZDat(8).marke, 0);
+    casefile::NewExampleCase(read);
+    EXPECT_EQ(read.WZDat(7).fahrlinie.size(), 0U);
+    EXPECT_EQ(read.FallParameter().luftdichte, 1.2);
 }
 
 struct Refusal {
@@ -232,6 +283,12 @@ TEST(CaseFile, WrongValuesAreRefusedByName)
         {"\"type\": \"car\"", "\"type\": \"Raumschiff\"", "/vehicles/0/type"},
         {"\"type\": \"car\",", "", "/vehicles/0/type"},
         {"\"#c81e1e\"", "\"rot\"", "/vehicles/0/color"},
+        {"\"vehicles\": [", "\"parameters\": [], \"vehicles\": [", "/parameters"},
+        {"\"vehicles\": [", "\"parameters\": {\"airDensity\": -0.1}, \"vehicles\": [", "/parameters/airDensity"},
+        {"\"mass\": 1500.0", "\"mass\": 1500.0, \"payload\": -1", "/vehicles/0/payload"},
+        {"\"selected\": 3", "\"selected\": 3, \"marker\": 0.5", "/vehicles/0/pathTime/marker"},
+        {"\"selected\": 3", "\"selected\": 3, \"line\": [[0, 0], [1, 2, 3]]", "/vehicles/0/pathTime/line/1"},
+        {"\"selected\": 3", "\"selected\": 3, \"line\": {}", "/vehicles/0/pathTime/line"},
         {"\"mass\": 1500.0", "\"mass\": \"1500\"", "/vehicles/0/mass"},
         {"\"mass\": 1500.0", "\"mass\": -1", "/vehicles/0/mass"},
         {"\"mass\": 1500.0", "\"mass\": 1e7", "/vehicles/0/mass"},
@@ -282,6 +339,13 @@ TEST(CaseFile, UnsavableValuesAreNamed)
     const Spoiled cases[] = {
         {[](CRuvData& d) { d.KfzDat(1).mass = nan; }, "/vehicles/1/mass"},
         {[](CRuvData& d) { d.KfzDat(1).wheelbase = -1.0; }, "/vehicles/1/wheelbase"},
+        {[](CRuvData& d) { d.KfzDat(1).payload = nan; }, "/vehicles/1/payload"},
+        {[](CRuvData& d) { d.FallParameter().luftdichte = infinity; }, "/parameters/airDensity"},
+        {[](CRuvData& d) { d.WZDat(1).marke = 100; }, "/vehicles/1/pathTime/marker"},
+        {[](CRuvData& d) {
+             d.WZDat(1).fahrlinie = {{0, 0}, {infinity, 0}};
+         },
+         "/vehicles/1/pathTime/line/1"},
         {[](CRuvData& d) { d.KfzDat(0).name = "\xC3"; }, "/vehicles/0/name"},
         {[](CRuvData& d) { d.KfzDat(0).color = 0x1000000; }, "/vehicles/0/color"},
         {[](CRuvData& d) { d.WZDat(0).spalten[5].richtung = nan; }, "/vehicles/0/pathTime/phases/3/direction"},
