@@ -21,6 +21,11 @@ namespace
 {
 
 constexpr const char* kLine = R"({"id":1,"mask":400,"actions":["4662=0,8","4665=-5","press:105"]})";
+constexpr const char* kLine459 =
+    R"({"id":1,"mask":459,"actions":["4804=50","4810=7,5","4805=1","4809=0,2","press:105"]})";
+/// The same with the results that a study wants instead of the whole state.
+constexpr const char* kFieldsLine459 =
+    R"({"id":1,"mask":459,"actions":["4804=50","4810=7,5","4805=1","4809=0,2","press:105"],"fields":["sG","tG"]})";
 
 /// Runs the program with its output thrown away; false when it fails.
 bool RunProgram(std::vector<const char*> arguments, const char* input)
@@ -58,16 +63,18 @@ void CliProcessMask400(benchmark::State& state)
 }
 BENCHMARK(CliProcessMask400)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-void CliBatchLine(benchmark::State& state)
+void CliBatchLine(benchmark::State& state, const char* line)
 {
     for (auto _ : state)
-        benchmark::DoNotOptimize(cli::ComputeBatchLine(kLine));
+        benchmark::DoNotOptimize(cli::ComputeBatchLine(line));
     state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(CliBatchLine)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(CliBatchLine, 400, kLine)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(CliBatchLine, 459, kLine459)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(CliBatchLine, 459Fields, kFieldsLine459)->Unit(benchmark::kMicrosecond);
 
 /// Lines of the whole pipe, start and end of the processes included.
-void CliBatchProcess(benchmark::State& state)
+void CliBatchProcess(benchmark::State& state, const char* line)
 {
     constexpr int kLines = 20000;
     std::string path = "/tmp/tavelin-bench-XXXXXX";
@@ -79,7 +86,7 @@ void CliBatchProcess(benchmark::State& state)
     close(file);
     std::ofstream lines(path);
     for (int i = 0; i < kLines; ++i)
-        lines << kLine << '\n';
+        lines << line << '\n';
     lines.close();
     const std::string jobs = std::to_string(state.range(0));
     for (auto _ : state)
@@ -88,6 +95,11 @@ void CliBatchProcess(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * kLines);
     unlink(path.c_str());
 }
-BENCHMARK(CliBatchProcess)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(CliBatchProcess, 400, kLine)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(CliBatchProcess, 459Fields, kFieldsLine459)
+    ->Arg(1)
+    ->Arg(2)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 } // namespace

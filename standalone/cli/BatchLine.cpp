@@ -36,8 +36,28 @@ struct Line {
     UINT mask = 0;
     std::unique_ptr<CRuvData> data;
     std::vector<Action> actions;
-    std::optional<Failure> failure;
+    std::optional<std::vector<std::string>> fields; ///< the record fields that the answer is to hold; nothing for all
 };
+
+/// The names, each once.
+std::optional<Failure> ReadFields(const JsonValue* value, std::optional<std::vector<std::string>>& fields)
+{
+    if (value == nullptr)
+        return std::nullopt;
+    const auto* list = value->As<JsonValue::Array>();
+    if (list == nullptr)
+        return Failure{exitUsage, "„fields“ ist keine Liste"};
+    fields.emplace();
+    for (const JsonValue& item : *list) {
+        const auto* name = item.As<std::string>();
+        if (name == nullptr)
+            return Failure{exitUsage, "„fields“ enthält etwas anderes als Texte"};
+        if (std::find(fields->begin(), fields->end(), *name) != fields->end())
+            return Failure{exitUsage, "„fields“ nennt „" + *name + "“ zweimal"};
+        fields->push_back(*name);
+    }
+    return std::nullopt;
+}
 
 std::optional<Failure> ReadActions(const JsonValue* value, std::vector<Action>& actions)
 {
@@ -65,15 +85,14 @@ std::optional<Failure> ReadCase(const JsonValue* value, std::unique_ptr<CRuvData
         return std::nullopt;
     }
     const auto* path = value->As<std::string>();
-    CaseInput input =
-        path != nullptr ? CaseFromFile(*path) : CaseFromText(base::WriteJson(*value, base::JsonLayout::oneLine));
+    CaseInput input = path != nullptr ? CaseFromFile(*path) : CaseFromJson(*value);
     data = std::move(input.data);
     return data ? std::nullopt : std::optional(Failure{exitFile, "„case“: " + input.error});
 }
 
 std::optional<Failure> ReadLine(std::string_view text, Line& line)
 {
-    constexpr std::array<std::string_view, 4> kMembers{"id", "mask", "case", "actions"};
+    constexpr std::array<std::string_view, 5> kMembers{"id", "mask", "case", "actions", "fields"};
     const base::JsonParsed parsed = base::ParseJson(text);
     const auto* object = parsed.value ? parsed.value->As<JsonValue::Object>() : nullptr;
     if (object == nullptr)
@@ -82,13 +101,16 @@ std::optional<Failure> ReadLine(std::string_view text, Line& line)
         line.id = base::WriteJson(*id, base::JsonLayout::oneLine);
     for (const auto& member : *object)
         if (std::find(kMembers.begin(), kMembers.end(), member.name) == kMembers.end())
-            return Failure{exitUsage, "„" + member.name + "“ ist unbekannt; möglich sind id, mask, case und actions"};
+            return Failure{exitUsage,
+                           "„" + member.name + "“ ist unbekannt; möglich sind id, mask, case, actions und fields"};
     const JsonValue* mask = base::Find(*object, "mask");
     const auto number = mask == nullptr ? std::nullopt : mask->Integer();
     if (!number || *number < 0 || *number > 0xFFFF)
         return Failure{exitUsage, mask == nullptr ? "„mask“ fehlt" : "„mask“ ist keine Maskennummer"};
     line.mask = static_cast<UINT>(*number);
     if (auto failure = ReadActions(base::Find(*object, "actions"), line.actions))
+        return failure;
+    if (auto failure = ReadFields(base::Find(*object, "fields"), line.fields))
         return failure;
     return ReadCase(base::Find(*object, "case"), line.data);
 }
@@ -113,6 +135,8 @@ std::string ComputeBatchLine(std::string_view text)
         return Failed(line.id, *failure);
     const SettingsOfTheCall settings;
     Session session(std::move(line.data));
+    if (line.fields)
+        session.ShowOnly(std::move(*line.fields));
     std::vector<std::string> states;
     const auto failure =
         session.Run(line.mask, line.actions, [&](const std::string& state) { states.push_back(state); });

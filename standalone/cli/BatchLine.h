@@ -8,8 +8,8 @@
 namespace cli
 {
 
-/// Computes one line of a batch, {"id":…,"mask":459,"case":{…}|"path","actions":[…]}, and returns its answer without a
-/// line break.
+/// Computes one line of a batch, {"id":…,"mask":459,"case":{…}|"path","actions":[…],"fields":[…]}, and returns its
+/// answer without a line break.
 std::string ComputeBatchLine(std::string_view line);
 
 /// The answer to a line that could not be computed.

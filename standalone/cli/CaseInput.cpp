@@ -23,18 +23,15 @@ CaseInput CaseFromFile(const std::string& path)
     return Checked(std::move(data), result);
 }
 
-CaseInput CaseFromText(std::string_view json)
+CaseInput CaseFromJson(const base::JsonValue& json)
 {
-    auto data = std::make_unique<CRuvData>();
-    const casefile::CaseResult result = casefile::CaseFromJson(json, *data);
-    return Checked(std::move(data), result);
+    casefile::CaseRead read = casefile::ReadCase(json);
+    return Checked(std::move(read.data), read.result);
 }
 
 std::unique_ptr<CRuvData> ExampleCase()
 {
-    auto data = std::make_unique<CRuvData>();
-    casefile::NewExampleCase(*data);
-    return data;
+    return casefile::ExampleCase();
 }
 
 } // namespace cli

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "base/JsonValue.h"
 #include "host/CRuvData.h"
 
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace cli
 {
@@ -18,7 +18,7 @@ struct CaseInput {
 };
 
 CaseInput CaseFromFile(const std::string& path);
-CaseInput CaseFromText(std::string_view json);
+CaseInput CaseFromJson(const base::JsonValue& json);
 /// A case with two passenger cars.
 std::unique_ptr<CRuvData> ExampleCase();
 

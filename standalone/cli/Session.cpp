@@ -37,7 +37,7 @@ Session::Session(std::unique_ptr<CRuvData> data) : m_data(std::move(data)), m_th
     m_front.continueScript = [this](const auto& running) { Continue(running); };
     m_front.dialogVanished = [this](Window& window) {
         if (&window == Mask())
-            m_last = ImageOf(window);
+            m_last = Image(window);
     };
 }
 
@@ -87,6 +87,23 @@ void Session::Open()
         m_mask = window->handle;
     else if (!m_last)
         Fail(NameOfMask() + " ließ sich nicht öffnen: ihr Dialog fehlt im Modul");
+    CheckFields();
+}
+
+MaskImage Session::Image(Window& mask) const
+{
+    return m_fields ? MaskImage{{}, {}, RecordText(mask, *m_fields), mask.outdated} : ImageOf(mask);
+}
+
+void Session::CheckFields()
+{
+    const Window* mask = Mask();
+    if (!m_fields || mask == nullptr)
+        return;
+    for (const std::string& name : *m_fields)
+        if (!HasRecordField(*mask, name))
+            Fail("Der Datensatz von " + NameOfMask() + " hat kein Feld „" + name + "“; „tavelin-cli describe " +
+                 std::to_string(m_number) + "“ nennt alle");
 }
 
 void Session::Continue(const std::function<bool()>& running)
@@ -118,6 +135,10 @@ Window* Session::Mask() const
 std::string Session::State() const
 {
     Window* mask = Mask();
+    if (m_fields) {
+        const MaskImage image = mask != nullptr ? Image(*mask) : m_last.value_or(MaskImage{"", "", "{}", false});
+        return FieldsText(image, m_front);
+    }
     std::vector<Window*> others = m_thread.Dialogs();
     if (mask != nullptr) {
         const std::vector<Window*> family = MaskFamily(*mask);

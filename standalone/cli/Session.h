@@ -16,6 +16,8 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace cli
 {
@@ -41,6 +43,10 @@ class Session
     std::optional<Failure> RunModally(UINT mask, std::span<const Action> actions,
                                       const std::function<void(CRuvData&, CWnd*)>& function);
 
+    /// The state holds these fields of the record and the messages from now on, nothing else. A name that the mask's
+    /// record does not have fails the run as soon as the mask is open.
+    void ShowOnly(std::vector<std::string> fields) { m_fields = std::move(fields); }
+
     /// An entry was not taken by the mask.
     bool Refused() const { return m_front.Refused(); }
     /// The state as a JSON object.
@@ -53,6 +59,8 @@ class Session
     void Continue(const std::function<bool()>& running);
     void Open();
     void Fail(std::string text, int exit = exitUsage);
+    MaskImage Image(framework::Window& mask) const;
+    void CheckFields();
 
     void Do(const EnterAction& action);
     void Do(const StepAction& action);
@@ -84,6 +92,7 @@ class Session
     framework::UiThread m_thread;
 
     UINT m_number = 0;
+    std::optional<std::vector<std::string>> m_fields;
     HWND m_mask = nullptr;
     std::optional<MaskImage> m_last; ///< the mask as it was when its window went
     std::span<const Action> m_actions;

@@ -107,21 +107,29 @@ void WriteFieldValue(JsonText& json, const RecordField& field, std::size_t index
         std::visit([&](const auto* values) { json.Integer(static_cast<std::int64_t>(values[index])); }, field.value);
 }
 
-void WriteRecord(JsonText& json, const RecordFields& fields)
+void WriteField(JsonText& json, const RecordField& field)
 {
-    json.BeginObject();
-    for (const RecordField& field : fields) {
-        json.Key(field.name);
-        if (field.count == 1) {
-            WriteFieldValue(json, field, 0);
-            continue;
-        }
-        json.BeginArray();
-        for (std::size_t i = 0; i < field.count; ++i)
-            WriteFieldValue(json, field, i);
-        json.EndArray();
+    json.Key(field.name);
+    if (field.count == 1) {
+        WriteFieldValue(json, field, 0);
+        return;
     }
-    json.EndObject();
+    json.BeginArray();
+    for (std::size_t i = 0; i < field.count; ++i)
+        WriteFieldValue(json, field, i);
+    json.EndArray();
+}
+
+RecordFields FieldsOf(const Window& mask)
+{
+    auto* object = dynamic_cast<CMDIRechDialog*>(mask.object);
+    return object == nullptr ? RecordFields{} : object->DescribeRecord();
+}
+
+const RecordField* FindField(const RecordFields& fields, std::string_view name)
+{
+    const auto found = std::find_if(fields.begin(), fields.end(), [name](const auto& f) { return f.name == name; });
+    return found == fields.end() ? nullptr : &*found;
 }
 
 void WriteMessages(JsonText& json, const std::vector<RecordedMessage>& messages)
@@ -174,9 +182,41 @@ MaskImage ImageOf(Window& mask)
     JsonText controls;
     WriteControls(controls, MaskFamily(mask));
     JsonText record;
-    auto* object = dynamic_cast<CMDIRechDialog*>(mask.object);
-    WriteRecord(record, object == nullptr ? RecordFields{} : object->DescribeRecord());
+    record.BeginObject();
+    for (const RecordField& field : FieldsOf(mask))
+        WriteField(record, field);
+    record.EndObject();
     return {mask.text, controls.Take(), record.Take(), mask.outdated};
+}
+
+std::string RecordText(Window& mask, const std::vector<std::string>& fields)
+{
+    const RecordFields all = FieldsOf(mask);
+    JsonText json;
+    json.BeginObject();
+    for (const std::string& name : fields)
+        if (const RecordField* field = FindField(all, name))
+            WriteField(json, *field);
+    json.EndObject();
+    return json.Take();
+}
+
+bool HasRecordField(const Window& mask, const std::string& name)
+{
+    return FindField(FieldsOf(mask), name) != nullptr;
+}
+
+std::string FieldsText(const MaskImage& image, const ScriptedFrontEnd& front)
+{
+    JsonText json;
+    json.BeginObject();
+    if (image.outdated)
+        json.Key("outdated").Bool(true);
+    json.Key("record").Raw(image.record);
+    json.Key("messages");
+    WriteMessages(json, front.Messages());
+    json.EndObject();
+    return json.Take();
 }
 
 std::string StateText(UINT mask, bool open, const MaskImage& image, const ScriptedFrontEnd& front,

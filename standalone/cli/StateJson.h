@@ -28,6 +28,13 @@ struct MaskImage {
 std::vector<framework::Window*> MaskFamily(framework::Window& mask);
 MaskImage ImageOf(framework::Window& mask);
 
+/// These fields of the mask's record as a JSON object; those it does not have are left out.
+std::string RecordText(framework::Window& mask, const std::vector<std::string>& fields);
+bool HasRecordField(const framework::Window& mask, const std::string& name);
+
+/// The state object of a script that wants record fields only; it says when they are outdated.
+std::string FieldsText(const MaskImage& image, const ScriptedFrontEnd& front);
+
 /// The state object. `others` are open dialogs that do not belong to the mask's family.
 std::string StateText(UINT mask, bool open, const MaskImage& image, const ScriptedFrontEnd& front,
                       const std::vector<framework::Window*>& others);

@@ -10,6 +10,7 @@
 #include <cctype>
 #include <map>
 #include <memory>
+#include <mutex>
 
 namespace framework
 {
@@ -190,6 +191,26 @@ std::vector<Module>& Chain()
     return chain;
 }
 
+/// What was read of the chain's modules. Masks open by the thousand in a batch, always from the same templates.
+struct Cache {
+    std::mutex mutex;
+    std::map<UINT, std::optional<DialogTemplate>> dialogs;
+    std::map<UINT, std::vector<std::string>> strings; ///< by block
+
+    void Clear()
+    {
+        const std::lock_guard lock(mutex);
+        dialogs.clear();
+        strings.clear();
+    }
+};
+
+Cache& ReadBefore()
+{
+    static Cache cache;
+    return cache;
+}
+
 std::span<const std::byte> FindEntry(UINT type, UINT name)
 {
     for (auto module = Chain().rbegin(); module != Chain().rend(); ++module) {
@@ -296,12 +317,15 @@ std::vector<std::string> ReadStringBlock(std::span<const std::byte> data)
     return strings;
 }
 
-std::optional<DialogTemplate> FindDialogTemplate(UINT id)
+const DialogTemplate* FindDialogTemplate(UINT id)
 {
-    const auto data = FindEntry(kResourceDialog, id);
-    if (data.empty())
-        return std::nullopt;
-    return ReadDialogTemplate(data);
+    Cache& cache = ReadBefore();
+    const std::lock_guard lock(cache.mutex);
+    const auto [found, isNew] = cache.dialogs.try_emplace(id);
+    if (isNew)
+        if (const auto data = FindEntry(kResourceDialog, id); !data.empty())
+            found->second = ReadDialogTemplate(data);
+    return found->second ? &*found->second : nullptr;
 }
 
 } // namespace framework
@@ -320,6 +344,7 @@ BOOL AfxInitExtensionModule(AFX_EXTENSION_MODULE& module, HINSTANCE instance)
 void AfxTermExtensionModule(AFX_EXTENSION_MODULE& module)
 {
     std::erase_if(Chain(), [&](const auto& link) { return &link.library->module == &module; });
+    framework::ReadBefore().Clear();
     module.attached = false;
 }
 
@@ -331,13 +356,16 @@ CDynLinkLibrary::CDynLinkLibrary(AFX_EXTENSION_MODULE& extension, BOOL) : module
     for (const auto& entry : *entries)
         link.entries[{entry.type, entry.name}] = entry.data;
     Chain().push_back(std::move(link));
+    framework::ReadBefore().Clear();
 }
 
 std::string LoadRuvString(UINT id)
 {
-    const auto block = framework::FindEntry(framework::kResourceString, id / 16 + 1);
-    if (block.empty())
-        return framework::HostString(id);
-    std::string text = framework::ReadStringBlock(block)[id % 16];
+    framework::Cache& cache = framework::ReadBefore();
+    const std::lock_guard lock(cache.mutex);
+    const auto [block, isNew] = cache.strings.try_emplace(id / 16 + 1);
+    if (isNew)
+        block->second = framework::ReadStringBlock(framework::FindEntry(framework::kResourceString, block->first));
+    const std::string& text = block->second[id % 16];
     return text.empty() ? framework::HostString(id) : text;
 }

@@ -49,7 +49,8 @@ std::vector<std::string> ReadStringBlock(std::span<const std::byte> data);
 inline constexpr UINT kResourceDialog = 5;
 inline constexpr UINT kResourceString = 6;
 
-/// Template of the resource chain, newest module first; nothing when no module holds it.
-std::optional<DialogTemplate> FindDialogTemplate(UINT id);
+/// Template of the resource chain, newest module first; null when no module holds it or it is damaged. It stays until
+/// a module joins or leaves the chain.
+const DialogTemplate* FindDialogTemplate(UINT id);
 
 } // namespace framework

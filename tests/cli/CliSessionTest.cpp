@@ -225,6 +225,69 @@ TEST(CliBatchVerb, KeepsTheOrderAndAnswersEveryLine)
     }
 }
 
+TEST(CliBatchVerb, AnswersWithTheNamedFieldsOnly)
+{
+    const json actions{"4662=0,8", "press:107", "state", "4665=-5", "press:105"};
+    const auto line = [&](const json& fields) {
+        return json{{"id", 1}, {"mask", 400}, {"actions", actions}, {"fields", fields}}.dump() + "\n";
+    };
+    const std::string all = json{{"id", 1}, {"mask", 400}, {"actions", actions}}.dump() + "\n";
+    const json wrong[] = {5, json{"verzoegerung", 5}, json{"verzoegerung", "verzoegerung"},
+                          json{"verzoegerung", "Tempo"}};
+    std::string input = all + line(json{"verzoegerung", "neigungGrad"}) + line(json::array());
+    input += json{{"mask", 400}, {"actions", {"press:2"}}, {"fields", {"verzoegerung"}}}.dump() + "\n";
+    input += json{{"mask", 400}, {"actions", {"4662=x"}}, {"fields", {"verzoegerung"}}}.dump() + "\n";
+    for (const json& fields : wrong)
+        input += line(fields);
+    const test::Output output = RunCli({"batch", "--jobs", "1"}, input);
+    const auto lines = test::JsonLines(output.out);
+    ASSERT_EQ(lines.size(), 9U) << output.err;
+
+    const auto same = [](const json& whole) {
+        return json{{"record",
+                     {{"verzoegerung", whole.at("record").at("verzoegerung")},
+                      {"neigungGrad", whole.at("record").at("neigungGrad")}}},
+                    {"messages", whole.at("messages")}};
+    };
+    EXPECT_EQ(lines[1], (json{{"id", 1},
+                              {"exit", 0},
+                              {"states", json::array({same(lines[0].at("states")[0])})},
+                              {"result", same(lines[0].at("result"))}}));
+    EXPECT_EQ(lines[1]["result"]["messages"].size(), 1U);
+    EXPECT_NEAR(lines[1]["result"]["record"]["verzoegerung"],
+                kG * (0.8 * std::cos(std::atan(-0.05)) + std::sin(std::atan(-0.05))), 1e-12);
+    EXPECT_EQ(lines[2]["result"]["record"], json::object());
+    EXPECT_EQ(lines[3]["result"]["record"], (json{{"verzoegerung", 0.0}})) << "of a mask that has closed";
+    EXPECT_EQ(lines[4]["exit"], 1);
+    EXPECT_EQ(lines[4]["result"]["messages"].size(), 1U);
+    for (std::size_t i = 5; i < lines.size(); ++i) {
+        EXPECT_EQ(lines[i]["exit"], 2) << lines[i];
+        EXPECT_FALSE(lines[i].contains("result"));
+    }
+    EXPECT_NE(lines[8]["error"].get<std::string>().find("„Tempo“"), std::string::npos) << lines[8];
+}
+
+TEST(CliBatchVerb, InlineCasesAreReadAsFilesAre)
+{
+    const std::string text = test::Content(TAVELIN_SOURCE_DIR "/examples/kreuzung.json");
+    json damaged = json::parse(text);
+    damaged["vehicles"][1]["mass"] = "schwer";
+    json newer = json::parse(text);
+    newer["version"] = "2.0";
+    std::string input = json{{"mask", 459}, {"case", TAVELIN_SOURCE_DIR "/examples/kreuzung.json"}}.dump() + "\n";
+    for (const json& inlined : {json::parse(text), damaged, newer, json::array()})
+        input += json{{"mask", 459}, {"case", inlined}}.dump() + "\n";
+    const auto lines = test::JsonLines(RunCli({"batch", "--jobs", "1"}, input).out);
+    ASSERT_EQ(lines.size(), 5U);
+    EXPECT_EQ(lines[0]["exit"], 0) << lines[0];
+    EXPECT_EQ(lines[1], lines[0]);
+    const char* const reasons[] = {"/vehicles/1/mass ist keine Zahl", "neueren Version", "kein Fall dieses Programms"};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(lines[2 + i]["exit"], 3);
+        EXPECT_NE(lines[2 + i]["error"].get<std::string>().find(reasons[i]), std::string::npos) << lines[2 + i];
+    }
+}
+
 TEST(CliBatchVerb, NoLineChangesTheSettingsOfTheNext)
 {
     const std::string plain = json{{"mask", 469}}.dump() + "\n";
