@@ -9,6 +9,7 @@
 #include "host/HostTypes.h"
 
 #include <array>
+#include <bitset>
 #include <map>
 #include <memory>
 #include <string>
@@ -59,6 +60,10 @@ class CRuvData
 
     bool IsFzgValid(std::int64_t vehicle) const;
 
+    /// Empties the case, in a time that follows from how many vehicles were touched. For a case that nobody holds a
+    /// reference into any more.
+    void Clear();
+
     /// Pictures under the scene, the first one lowest.
     std::vector<CSzenenBild>& Bilder() { return m_bilder; }
     const std::vector<CSzenenBild>& Bilder() const { return m_bilder; }
@@ -85,10 +90,11 @@ class CRuvData
 
   private:
     std::array<CKfzDaten, kFahrzeuge> m_kfz{};
-    std::array<CWegZeitRechDat, kFahrzeuge> m_wegZeit{};
+    std::array<CWegZeitRechDat, kFahrzeuge> m_wegZeit; // 150 KB: with {} they would be filled twice
     std::array<CUBEParameter, kFahrzeuge> m_parameter{};
     std::map<UINT, CMaskenWerte> m_maskenWerte;
     std::vector<CSzenenBild> m_bilder;
     CFallParameter m_fallParameter;
     std::string m_title;
+    std::bitset<kFahrzeuge> m_touched; ///< vehicles that were given out to be changed since the case was empty
 };

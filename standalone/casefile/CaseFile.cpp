@@ -101,17 +101,17 @@ void ReplaceCase(CRuvData& data, CRuvData&& content)
     data.unknown = std::move(content.unknown);
 }
 
-std::unique_ptr<CRuvData> ExampleCase()
+void AddExampleCars(CRuvData& data)
 {
-    auto fresh = std::make_unique<CRuvData>();
-    fresh->KfzDat(0) = TypicalCar("Pkw 1", RGB(200, 30, 30));
-    fresh->KfzDat(1) = TypicalCar("Pkw 2", RGB(30, 60, 200));
-    return fresh;
+    data.KfzDat(0) = TypicalCar("Pkw 1", RGB(200, 30, 30));
+    data.KfzDat(1) = TypicalCar("Pkw 2", RGB(30, 60, 200));
 }
 
 void NewExampleCase(CRuvData& data)
 {
-    ReplaceCase(data, std::move(*ExampleCase()));
+    const auto fresh = std::make_unique<CRuvData>();
+    AddExampleCars(*fresh);
+    ReplaceCase(data, std::move(*fresh));
 }
 
 } // namespace casefile

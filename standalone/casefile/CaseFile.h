@@ -67,8 +67,8 @@ CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite ove
 /// Puts `content` in the place of what `data` holds; references into `data` stay valid. Open masks are not told.
 void ReplaceCase(CRuvData& data, CRuvData&& content);
 
-/// A case of two passenger cars of complete, typical dimensions.
-std::unique_ptr<CRuvData> ExampleCase();
+/// Two passenger cars of complete, typical dimensions in the place of the first two vehicles.
+void AddExampleCars(CRuvData& data);
 /// Empties the case but for those two.
 void NewExampleCase(CRuvData& data);
 

@@ -31,7 +31,9 @@ CaseInput CaseFromJson(const base::JsonValue& json)
 
 std::unique_ptr<CRuvData> ExampleCase()
 {
-    return casefile::ExampleCase();
+    auto data = std::make_unique<CRuvData>();
+    casefile::AddExampleCars(*data);
+    return data;
 }
 
 } // namespace cli

@@ -30,7 +30,7 @@ std::string NameOf(const Window& control)
     return "Feld " + std::to_string(control.id) + (label.empty() ? "" : " (" + label + ")");
 }
 
-Session::Session(std::unique_ptr<CRuvData> data) : m_data(std::move(data)), m_thread(m_front)
+Session::Session(std::shared_ptr<CRuvData> data) : m_data(std::move(data)), m_thread(m_front)
 {
     m_thread.CreateTopWindow(m_mainWindow, Kind::frame, 0, nullptr);
     m_thread.m_pMainWnd = &m_mainWindow;

@@ -28,7 +28,7 @@ std::string NameOf(const framework::Window& control);
 class Session
 {
   public:
-    explicit Session(std::unique_ptr<CRuvData> data);
+    explicit Session(std::shared_ptr<CRuvData> data);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -86,7 +86,7 @@ class Session
     std::string NameOfMask() const;
 
     // In the order of their dependence: the thread goes first and takes the windows along.
-    std::unique_ptr<CRuvData> m_data;
+    std::shared_ptr<CRuvData> m_data;
     ScriptedFrontEnd m_front;
     CWnd m_mainWindow;
     framework::UiThread m_thread;

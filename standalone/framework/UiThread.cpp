@@ -15,6 +15,21 @@ namespace
 
 UiThread* g_current = nullptr;
 
+// A handle is a number that only looks like an address, and is never used again.
+constexpr std::uintptr_t kFirstHandle = 0x104;
+constexpr std::uintptr_t kHandleStep = 4;
+
+HWND HandleAt(std::size_t index)
+{
+    return reinterpret_cast<HWND>(kFirstHandle + index * kHandleStep);
+}
+
+/// Far beyond all windows for a handle that never was one.
+std::size_t IndexOf(HWND handle)
+{
+    return (reinterpret_cast<std::uintptr_t>(handle) - kFirstHandle) / kHandleStep;
+}
+
 std::unique_ptr<CWnd> MakeControlObject(Kind kind)
 {
     switch (kind) {
@@ -80,23 +95,22 @@ UiThread* UiThread::Current()
     return g_current;
 }
 
-HWND UiThread::NextHandle()
+HWND UiThread::Enter(Window& window)
 {
-    m_lastHandle += 4;
-    return reinterpret_cast<HWND>(m_lastHandle); // a number that only looks like an address
+    window.handle = HandleAt(m_windows.size());
+    m_windows.push_back(&window);
+    return window.handle;
 }
 
 Window& UiThread::CreateTopWindow(CWnd& object, Kind kind, UINT id, Window* parent)
 {
     RUV_ASSERT(object.m_hWnd == nullptr);
     auto window = std::make_unique<Window>();
-    window->handle = NextHandle();
     window->object = &object;
     window->parent = parent;
     window->kind = kind;
     window->id = id;
-    object.m_hWnd = window->handle;
-    m_windows[window->handle] = window.get();
+    object.m_hWnd = Enter(*window);
     m_top.push_back(std::move(window));
     return *m_top.back();
 }
@@ -104,14 +118,12 @@ Window& UiThread::CreateTopWindow(CWnd& object, Kind kind, UINT id, Window* pare
 Window& UiThread::CreateControl(Window& dialog, Kind kind, UINT id)
 {
     auto control = std::make_unique<Window>();
-    control->handle = NextHandle();
     control->owned = MakeControlObject(kind);
     control->object = control->owned.get();
-    control->object->m_hWnd = control->handle;
+    control->object->m_hWnd = Enter(*control);
     control->parent = &dialog;
     control->kind = kind;
     control->id = id;
-    m_windows[control->handle] = control.get();
     dialog.children.push_back(std::move(control));
     return *dialog.children.back();
 }
@@ -122,7 +134,7 @@ void UiThread::Forget(Window& window)
         Forget(*child);
     if (window.object != nullptr)
         window.object->m_hWnd = nullptr;
-    m_windows.erase(window.handle);
+    m_windows[IndexOf(window.handle)] = nullptr;
 }
 
 void UiThread::Destroy(HWND handle)
@@ -157,8 +169,8 @@ void UiThread::Destroy(HWND handle)
 
 Window* UiThread::Find(HWND window) const
 {
-    const auto found = m_windows.find(window);
-    return found == m_windows.end() ? nullptr : found->second;
+    const std::size_t index = IndexOf(window);
+    return index < m_windows.size() ? m_windows[index] : nullptr;
 }
 
 std::vector<Window*> UiThread::Dialogs() const

@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace framework
@@ -68,15 +67,15 @@ class UiThread : public CWinThread
     };
 
   private:
-    HWND NextHandle();
+    HWND Enter(Window& window); ///< gives the window its handle
     void Forget(Window& window);
     void DeleteCondemned();
 
     FrontEnd* m_frontEnd;
-    std::uintptr_t m_lastHandle = 0x100;
     std::vector<std::unique_ptr<Window>> m_top;
     std::vector<std::unique_ptr<Window>> m_gone;
-    std::unordered_map<HWND, Window*> m_windows;
+    std::vector<Window*>
+        m_windows; ///< in the order of their handles, which follow each other; null for those that went
     std::deque<MSG> m_queue;
     std::vector<CWnd*> m_condemned;
     HWND m_focus = nullptr;

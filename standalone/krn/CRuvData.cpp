@@ -13,6 +13,7 @@ CRuvData::~CRuvData() = default;
 CKfzDaten& CRuvData::KfzDat(std::size_t vehicle)
 {
     RUV_ASSERT(vehicle < kFahrzeuge);
+    m_touched.set(vehicle);
     return m_kfz[vehicle];
 }
 
@@ -30,6 +31,7 @@ CWegZeitDat& CRuvData::WZDat(std::size_t vehicle)
 CWegZeitRechDat& CRuvData::WZRechDat(std::size_t vehicle)
 {
     RUV_ASSERT(vehicle < kFahrzeuge);
+    m_touched.set(vehicle);
     return m_wegZeit[vehicle];
 }
 
@@ -42,6 +44,7 @@ const CWegZeitRechDat& CRuvData::WZRechDat(std::size_t vehicle) const
 CUBEParameter& CRuvData::UPa(std::size_t vehicle)
 {
     RUV_ASSERT(vehicle < kFahrzeuge);
+    m_touched.set(vehicle);
     return m_parameter[vehicle];
 }
 
@@ -55,6 +58,23 @@ bool CRuvData::IsFzgValid(std::int64_t vehicle) const
 {
     return vehicle >= 0 && vehicle < static_cast<std::int64_t>(kFahrzeuge) &&
            m_kfz[static_cast<std::size_t>(vehicle)].IsValid();
+}
+
+void CRuvData::Clear()
+{
+    for (std::size_t i = 0; i < kFahrzeuge; ++i) {
+        if (m_touched[i]) {
+            m_kfz[i] = {};
+            m_wegZeit[i] = {};
+            m_parameter[i] = {};
+        }
+    }
+    m_touched.reset();
+    m_maskenWerte.clear();
+    m_bilder.clear();
+    m_fallParameter = {};
+    m_title.clear();
+    unknown.reset();
 }
 
 void CRuvData::BroadcastMessage(UINT message, WPARAM wParam, LPARAM lParam, const CWnd* except)

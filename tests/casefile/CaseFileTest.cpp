@@ -138,6 +138,9 @@ TEST(CaseFile, RandomCasesComeBackBitForBit)
         ASSERT_TRUE(result) << result.Text() << '\n' << json;
         ExpectSame(data, read);
         ASSERT_EQ(Written(read), json);
+        data.Clear();
+        ExpectSame(data, CRuvData());
+        ASSERT_EQ(Written(data), Written(CRuvData()));
     }
 }
 

@@ -288,6 +288,23 @@ TEST(CliBatchVerb, InlineCasesAreReadAsFilesAre)
     }
 }
 
+TEST(CliBatchVerb, NoLineChangesTheCaseOfTheNext)
+{
+    // Opened on a phase, the mask reads it; a line that transfers leaves nothing for the one behind it.
+    const std::string plain = json{{"mask", 459}}.dump() + "\n";
+    const std::string transfer =
+        json{{"mask", 459},
+             {"actions",
+              {"4804=50", "4810=7,5", "4805=1", "4809=0,2", "press:105", "select:4801=1", "4804=30", "press:105"}}}
+            .dump() +
+        "\n";
+    const test::Output output = RunCli({"batch", "--jobs", "1", "--transfer", "on"}, plain + transfer + plain);
+    const auto lines = test::JsonLines(output.out);
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_FALSE(lines[1]["result"]["broadcast"].empty()) << "nothing was transferred: " << lines[1];
+    EXPECT_EQ(lines[2], lines[0]);
+}
+
 TEST(CliBatchVerb, NoLineChangesTheSettingsOfTheNext)
 {
     const std::string plain = json{{"mask", 469}}.dump() + "\n";
