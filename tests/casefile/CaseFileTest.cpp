@@ -66,7 +66,7 @@ void FillAtRandom(CRuvData& data, std::mt19937_64& random)
 {
     const char* const names[] = {"", "Pkw", "Größe \"ß\" \\ \n\t/~", "日本 \U0001F697"};
     data.Title() = names[random() % 4];
-    data.FallParameter().luftdichte = random() % 2 == 0 ? 1.2 : std::abs(RandomNumber(random, 100.0));
+    data.FallParameter().luftdichte = random() % 2 == 0 ? 1.2 : std::fmod(std::abs(RandomNumber(random, 100.0)), 100.0);
     for (std::size_t i = 0; i < CRuvData::kFahrzeuge; i += 1 + random() % 4) {
         CKfzDaten& kfz = data.KfzDat(i);
         kfz = TypicalCar(names[random() % 4], static_cast<COLORREF>(random() & 0xFFFFFFU));

@@ -290,12 +290,10 @@ TEST(CliBatchVerb, InlineCasesAreReadAsFilesAre)
 
 TEST(CliBatchVerb, NoLineChangesTheCaseOfTheNext)
 {
-    // Opened on a phase, the mask reads it; a line that transfers leaves nothing for the one behind it.
+    // Opened on a case with phases the mask would show them.
     const std::string plain = json{{"mask", 459}}.dump() + "\n";
     const std::string transfer =
-        json{{"mask", 459},
-             {"actions",
-              {"4804=50", "4810=7,5", "4805=1", "4809=0,2", "press:105", "select:4801=1", "4804=30", "press:105"}}}
+        json{{"mask", 459}, {"actions", {"4804=50", "4810=7,5", "4805=1", "4809=0,2", "press:105", "press:109"}}}
             .dump() +
         "\n";
     const test::Output output = RunCli({"batch", "--jobs", "1", "--transfer", "on"}, plain + transfer + plain);
