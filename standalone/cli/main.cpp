@@ -36,7 +36,7 @@ Aktionen, der Reihe nach:
   press:ID               Knopf, Ankreuzfeld oder Auswahlknopf drücken
   select:ID=INDEX        Eintrag einer Liste wählen, ab 0
   answer:N=B             die nächste Meldung N mit Knopf B beantworten (6 ja, 7 nein)
-  file:PFAD              Antwort auf die nächste Dateiauswahl
+  file:PFAD              Antwort auf die nächste Dateiauswahl (sonst: abgebrochen)
   send:MSG,WPARAM,LPARAM Nachricht an die Maske
   host:geo=V host:wz=V host:upa=V   Änderung von Fahrzeug V melden
   range:ID=VON,BIS       Bereich in einem Diagramm wählen

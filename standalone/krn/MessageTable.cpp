@@ -24,6 +24,10 @@ constexpr std::array kMessages{
     MessageText{1002, framework::MessageKind::warning,
                 "{0}: Der Wert {1} liegt außerhalb des zulässigen Bereichs von {2} bis {3}."},
     MessageText{1003, framework::MessageKind::warning, "{0}: „{1}“ steht nicht zur Wahl."},
+    MessageText{1004, framework::MessageKind::warning,
+                "Die Datei „{0}“ gibt es nicht, oder sie ist keine gewöhnliche Datei."},
+    MessageText{1005, framework::MessageKind::question,
+                "Die Datei „{0}“ gibt es schon. Soll sie überschrieben werden?"},
     MessageText{1052, framework::MessageKind::question, "Sollen alle Eingaben gelöscht werden?"},
     MessageText{1201, framework::MessageKind::warning, "Die Verzögerung ist 0. Bitte eine Verzögerung eingeben."},
     MessageText{
