@@ -42,6 +42,9 @@ class Session
                                       const std::function<void(CRuvData&, CWnd*)>& function);
 
     /// An entry was not taken by the mask.
+    /// Called with what long work reports; false asks it to stop.
+    void OnProgress(std::function<bool(const std::string&, double)> report) { m_front.progress = std::move(report); }
+
     bool Refused() const { return m_front.Refused(); }
     /// The state as a JSON object.
     std::string State() const;

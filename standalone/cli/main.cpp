@@ -23,6 +23,7 @@ constexpr const char* kUsage =
 Optionen von mask:
   --case DATEI           Fall (sonst: ein Fall mit zwei Pkw)
   --save DATEI           Fall danach speichern
+  --progress             auf der Fehlerausgabe sagen, wie weit eine lange Rechnung ist
 Optionen von mask, describe und batch:
   --transfer on|off      „Daten übertragen“
   --units metric|imperial

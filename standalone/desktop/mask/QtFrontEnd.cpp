@@ -101,7 +101,9 @@ QWidget* QtFrontEnd::ShellOf(const Window* owner) const
 
 void QtFrontEnd::Settle()
 {
-    m_settling = false;
+    m_settling = IsWorking();
+    if (m_settling)
+        return; // EndProgress comes back to it
     if (UiThread* thread = UiThread::Current())
         thread->DispatchPending();
 }
@@ -211,6 +213,8 @@ void QtFrontEnd::StartTimer(HWND window, UINT_PTR id, UINT milliseconds)
     if (!timer) {
         timer = std::make_unique<QTimer>();
         connect(timer.get(), &QTimer::timeout, this, [this, window, id] {
+            if (IsWorking())
+                return; // it fires again
             UiThread::Current()->FireTimer(window, id);
             Settle();
         });
@@ -239,6 +243,11 @@ void QtFrontEnd::WaitCursor(bool wait)
         QApplication::restoreOverrideCursor();
 }
 
+bool QtFrontEnd::IsWorking() const
+{
+    return m_progress && m_progress->IsReporting();
+}
+
 bool QtFrontEnd::Progress(const std::string& what, double done)
 {
     if (!m_progress)
@@ -260,6 +269,8 @@ void QtFrontEnd::EndProgress()
         return;
     m_progress.reset();
     emit idle();
+    if (m_settling)
+        QMetaObject::invokeMethod(this, &QtFrontEnd::Settle, Qt::QueuedConnection);
 }
 
 void QtFrontEnd::ShowHelp(UINT dialogId)
