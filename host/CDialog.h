@@ -121,6 +121,7 @@ class CMDIDialog : public CDialog
     friend class CBinding;
     void AddBinding(CBinding& binding);
     void OnFinishedEntry(framework::Window& edit, CBinding& binding);
+    void OnFinishedCell(framework::Window& grid);
     void CloseWindow(int code);
 
     std::vector<std::unique_ptr<CBinding>> m_bindings;

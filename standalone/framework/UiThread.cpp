@@ -31,6 +31,8 @@ std::unique_ptr<CWnd> MakeControlObject(Kind kind)
         return std::make_unique<CListBox>();
     case Kind::trackbar:
         return std::make_unique<CSliderCtrl>();
+    case Kind::grid:
+        return std::make_unique<CGridCtrl>();
     default:
         return std::make_unique<CStatic>();
     }
@@ -103,6 +105,8 @@ Window& UiThread::CreateControl(Window& dialog, Kind kind, UINT id)
     control->object->m_hWnd = control->handle;
     control->parent = &dialog;
     control->kind = kind;
+    if (kind == Kind::grid)
+        control->grid = std::make_unique<Grid>();
     control->id = id;
     m_windows[control->handle] = control.get();
     dialog.children.push_back(std::move(control));
