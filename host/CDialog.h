@@ -122,6 +122,7 @@ class CMDIDialog : public CDialog
     friend class CBinding;
     void AddBinding(CBinding& binding);
     void OnFinishedEntry(framework::Window& edit, CBinding& binding);
+    void OnFinishedCell(framework::Window& grid);
     void CloseWindow(int code);
 
     std::vector<std::unique_ptr<CBinding>> m_bindings;

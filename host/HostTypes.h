@@ -41,13 +41,15 @@ inline constexpr UINT WM_SIZE = 0x0005;
 inline constexpr UINT WM_PAINT = 0x000F;
 inline constexpr UINT WM_CLOSE = 0x0010;
 inline constexpr UINT WM_NOTIFY = 0x004E;
+inline constexpr UINT WM_KEYDOWN = 0x0100; // wParam = key (VK_...); lParam see KeyModifiers and KeyControl
+inline constexpr UINT WM_CHAR = 0x0102;    // wParam = Unicode code point; lParam as for WM_KEYDOWN
 inline constexpr UINT WM_COMMAND = 0x0111;
 inline constexpr UINT WM_TIMER = 0x0113;
 inline constexpr UINT WM_HSCROLL = 0x0114;
 inline constexpr UINT WM_USER = 0x0400;
 
 // Messages between masks, case and main window.
-inline constexpr UINT WM_RUV_EDITCHANGED = WM_USER + 311;     // 1335; wParam = control ID of the changed binding
+inline constexpr UINT WM_RUV_EDITCHANGED = WM_USER + 311;     // 1335; wParam = ID of the control with a finished entry
 inline constexpr UINT WM_RUV_MASKTRANSFERRED = WM_USER + 313; // 1337; wParam = vehicle index, -1 for none
 inline constexpr UINT WM_RUV_PHASESCHANGED = WM_USER + 317;   // 1341; phase data of a vehicle changed
 inline constexpr UINT WM_RUV_BEFORETRANSFER = WM_USER + 318;  // 1342; a modified parameter record is overwritten
@@ -62,6 +64,25 @@ inline constexpr UINT CBN_SELCHANGE = 1;
 inline constexpr UINT LBN_SELCHANGE = 1;
 inline constexpr UINT EN_CHANGE = 0x0300;
 
+// Keys of WM_KEYDOWN; letters and digits are their upper-case ASCII code, other characters 0.
+inline constexpr UINT VK_BACK = 0x08;
+inline constexpr UINT VK_SPACE = 0x20;
+inline constexpr UINT VK_PRIOR = 0x21;
+inline constexpr UINT VK_NEXT = 0x22;
+inline constexpr UINT VK_END = 0x23;
+inline constexpr UINT VK_HOME = 0x24;
+inline constexpr UINT VK_LEFT = 0x25;
+inline constexpr UINT VK_UP = 0x26;
+inline constexpr UINT VK_RIGHT = 0x27;
+inline constexpr UINT VK_DOWN = 0x28;
+inline constexpr UINT VK_INSERT = 0x2D;
+inline constexpr UINT VK_DELETE = 0x2E;
+inline constexpr UINT VK_F1 = 0x70; // and on to VK_F1 + 11
+
+// Keys that are held while another one or the mouse is used.
+inline constexpr UINT MK_SHIFT = 0x0004;
+inline constexpr UINT MK_CONTROL = 0x0008;
+
 constexpr UINT LOWORD(WPARAM value)
 {
     return static_cast<UINT>(value & 0xFFFFU);
@@ -73,6 +94,17 @@ constexpr UINT HIWORD(WPARAM value)
 constexpr WPARAM MAKEWPARAM(UINT low, UINT high)
 {
     return (low & 0xFFFFU) | static_cast<WPARAM>(high & 0xFFFFU) << 16U;
+}
+
+/// Of WM_KEYDOWN and WM_CHAR: the modifiers that are held (MK_SHIFT, MK_CONTROL).
+constexpr UINT KeyModifiers(LPARAM lParam)
+{
+    return LOWORD(static_cast<WPARAM>(lParam));
+}
+/// Of WM_KEYDOWN and WM_CHAR: ID of the field that has the focus, 0 for the dialog itself.
+constexpr UINT KeyControl(LPARAM lParam)
+{
+    return HIWORD(static_cast<WPARAM>(lParam));
 }
 
 // CWnd::ShowWindow.

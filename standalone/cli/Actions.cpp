@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 namespace cli
@@ -95,8 +96,174 @@ MaybeAction ParseSelect(std::string_view rest)
 {
     const auto pair = SplitAtEquals(rest);
     const auto id = pair ? Whole<UINT>(pair->left) : std::nullopt;
-    const auto index = pair ? Whole<int>(pair->right) : std::nullopt;
-    return id && index ? MaybeAction(SelectAction{*id, *index}) : std::nullopt;
+    if (!id)
+        return std::nullopt;
+    const auto parts = SplitAtCommas(pair->right);
+    const auto first = Whole<int>(parts.front());
+    const auto last = Whole<int>(parts.back());
+    return first && last && parts.size() <= 2 ? MaybeAction(SelectAction{*id, *first, *last, parts.size() == 2})
+                                              : std::nullopt;
+}
+
+/// The text takes all that follows, commas too.
+MaybeAction ParseCell(std::string_view rest)
+{
+    const auto pair = SplitAtEquals(rest);
+    const auto id = pair ? Whole<UINT>(pair->left) : std::nullopt;
+    const std::size_t first = pair ? pair->right.find(',') : std::string_view::npos;
+    const std::size_t second = first == std::string_view::npos ? first : pair->right.find(',', first + 1);
+    if (!id || second == std::string_view::npos)
+        return std::nullopt;
+    const auto row = Whole<int>(pair->right.substr(0, first));
+    const auto column = Whole<int>(pair->right.substr(first + 1, second - first - 1));
+    return row && column ? MaybeAction(CellAction{*id, *row, *column, std::string(pair->right.substr(second + 1))})
+                         : std::nullopt;
+}
+
+/// Takes the word and a + behind it off the front.
+bool TakeWord(std::string_view& text, std::string_view word)
+{
+    if (!text.starts_with(word) || (text.size() > word.size() && text[word.size()] != '+'))
+        return false;
+    text.remove_prefix(std::min(text.size(), word.size() + 1));
+    return true;
+}
+
+std::optional<MouseManner> ParseManner(std::string_view text)
+{
+    MouseManner manner;
+    while (!text.empty()) {
+        if (TakeWord(text, "Shift"))
+            manner.modifiers |= MK_SHIFT;
+        else if (TakeWord(text, "Ctrl"))
+            manner.modifiers |= MK_CONTROL;
+        else if (TakeWord(text, "Right"))
+            manner.button = MouseButton::right;
+        else if (TakeWord(text, "Middle"))
+            manner.button = MouseButton::middle;
+        else if (TakeWord(text, "Double"))
+            manner.twice = true;
+        else
+            return std::nullopt;
+    }
+    return manner;
+}
+
+/// ID=NUMBERS, and the manner behind them when one is given.
+struct MouseText {
+    UINT id;
+    std::vector<double> numbers;
+    MouseManner manner;
+};
+
+std::optional<MouseText> ParseMouse(std::string_view rest, std::size_t count)
+{
+    const auto pair = SplitAtEquals(rest);
+    const auto id = pair ? Whole<UINT>(pair->left) : std::nullopt;
+    if (!id)
+        return std::nullopt;
+    const auto parts = SplitAtCommas(pair->right);
+    std::optional<MouseManner> manner = MouseManner{};
+    std::string_view numbers = pair->right;
+    if (parts.size() == count + 1) {
+        manner = parts.back().empty() ? std::nullopt : ParseManner(parts.back());
+        numbers.remove_suffix(parts.back().size() + 1);
+    }
+    auto values = Numbers(numbers, count);
+    return manner && !values.empty() ? std::optional(MouseText{*id, std::move(values), *manner}) : std::nullopt;
+}
+
+MaybeAction ParseClick(std::string_view rest)
+{
+    const auto mouse = ParseMouse(rest, 2);
+    if (!mouse)
+        return std::nullopt;
+    return ClickAction{mouse->id, {mouse->numbers[0], mouse->numbers[1]}, mouse->manner};
+}
+
+MaybeAction ParseDrag(std::string_view rest)
+{
+    const auto mouse = ParseMouse(rest, 4);
+    if (!mouse || mouse->manner.twice)
+        return std::nullopt;
+    const auto& n = mouse->numbers;
+    return DragAction{mouse->id, {n[0], n[1]}, {n[2], n[3]}, mouse->manner};
+}
+
+MaybeAction ParseWheel(std::string_view rest)
+{
+    const auto mouse = ParseMouse(rest, 3);
+    if (!mouse || mouse->manner.twice || mouse->manner.button != MouseButton::left)
+        return std::nullopt;
+    return WheelAction{mouse->id, {mouse->numbers[0], mouse->numbers[1]}, mouse->numbers[2], mouse->manner};
+}
+
+/// The code point of a text that is one character; 0 for any other.
+char32_t OneCharacter(std::string_view utf8)
+{
+    const auto first = utf8.empty() ? 0U : static_cast<unsigned char>(utf8[0]);
+    const std::size_t length = first < 0x80U ? 1 : first < 0xE0U ? 2 : first < 0xF0U ? 3 : 4;
+    if (utf8.size() != length || first < 0x20U || (first >= 0x80U && first < 0xC2U) || first > 0xF4U)
+        return 0;
+    char32_t point = length == 1 ? first : first & (0x7FU >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        const auto next = static_cast<unsigned char>(utf8[i]);
+        if ((next & 0xC0U) != 0x80U)
+            return 0;
+        point = point << 6U | (next & 0x3FU);
+    }
+    return point;
+}
+
+MaybeAction ParseKey(std::string_view rest)
+{
+    constexpr struct {
+        std::string_view name;
+        UINT key;
+    } kKeys[] = {{"Left", VK_LEFT},     {"Right", VK_RIGHT},   {"Up", VK_UP},         {"Down", VK_DOWN},
+                 {"Home", VK_HOME},     {"End", VK_END},       {"PageUp", VK_PRIOR},  {"PageDown", VK_NEXT},
+                 {"Insert", VK_INSERT}, {"Delete", VK_DELETE}, {"Backspace", VK_BACK}};
+    const auto pair = SplitAtEquals(rest);
+    const auto id = pair ? Whole<UINT>(pair->left) : std::nullopt;
+    if (!id)
+        return std::nullopt;
+    std::string_view name = pair->right;
+    KeyAction action{*id, 0, 0, 0};
+    for (bool more = true; more;) {
+        more = false;
+        for (const auto& [word, modifier] : {std::pair{"Shift+", MK_SHIFT}, std::pair{"Ctrl+", MK_CONTROL}})
+            if (name.starts_with(word)) {
+                name.remove_prefix(std::string_view(word).size());
+                action.modifiers |= modifier;
+                more = true;
+            }
+    }
+    for (const auto& key : kKeys)
+        if (key.name == name)
+            action.key = key.key;
+    if (name.size() > 1 && name[0] == 'F') { // F1 is the help
+        const auto number = Whole<UINT>(name.substr(1));
+        action.key = number && *number >= 2 && *number <= 12 ? VK_F1 + *number - 1 : 0;
+    }
+    if (name == "Space")
+        name = " ";
+    if (action.key != 0)
+        return action;
+    char32_t character = OneCharacter(name);
+    if (character == 0)
+        return std::nullopt;
+    if (character >= 'a' && character <= 'z') {
+        action.key = static_cast<UINT>(character - 'a' + 'A');
+        if ((action.modifiers & MK_SHIFT) != 0)
+            character = action.key;
+    } else if ((character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9') || character == ' ') {
+        action.key = static_cast<UINT>(character);
+        if (character >= 'A')
+            action.modifiers |= MK_SHIFT;
+    }
+    if ((action.modifiers & MK_CONTROL) == 0)
+        action.character = character;
+    return action;
 }
 
 MaybeAction ParseAnswer(std::string_view rest)
@@ -183,7 +350,12 @@ struct Form {
 
 constexpr Form kForms[] = {
     {"press:", "press:ID", ParsePress},
-    {"select:", "select:ID=INDEX", ParseSelect},
+    {"select:", "select:ID=INDEX oder select:ID=VON,BIS", ParseSelect},
+    {"cell:", "cell:ID=ZEILE,SPALTE,TEXT", ParseCell},
+    {"click:", "click:ID=X,Y", ParseClick},
+    {"drag:", "drag:ID=X1,Y1,X2,Y2", ParseDrag},
+    {"wheel:", "wheel:ID=X,Y,RASTEN", ParseWheel},
+    {"key:", "key:ID=TASTE", ParseKey},
     {"answer:", "answer:MELDUNG=KNOPF", ParseAnswer},
     {"file:", "file:PFAD", ParseFile},
     {"send:", "send:NACHRICHT,WPARAM,LPARAM", ParseSend},
@@ -225,7 +397,8 @@ ParsedAction ParseAction(std::string_view text)
     if (auto action = ParseControlAction(text))
         return {std::move(action), {}};
     return {std::nullopt, quoted + " gibt es nicht; erwartet wird ID=TEXT, ID+, ID-, state oder eine mit press:, "
-                                   "select:, answer:, file:, send:, host:, range:, place:, draw: oder protocol:"};
+                                   "select:, cell:, click:, drag:, wheel:, key:, answer:, file:, send:, host:, range:, "
+                                   "place:, draw: oder protocol:"};
 }
 
 } // namespace cli

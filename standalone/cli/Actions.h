@@ -4,7 +4,7 @@
 // What a script does with a mask: one action per argument.
 #pragma once
 
-#include "host/HostTypes.h"
+#include "host/Controls.h"
 
 #include <optional>
 #include <string>
@@ -28,10 +28,52 @@ struct StepAction {
 struct PressAction {
     UINT id;
 };
-/// select:ID=INDEX
+/// select:ID=INDEX, or select:ID=FROM,TO for the rows of a grid
 struct SelectAction {
     UINT id;
     int index;
+    int last; ///< the same as `index` when only one is given
+    bool rows = false;
+};
+/// cell:ID=ROW,COLUMN,TEXT: types into a cell of a grid and finishes the entry
+struct CellAction {
+    UINT id;
+    int row;
+    int column;
+    std::string text;
+};
+/// What is held and how it is clicked: words joined by +, behind a point.
+struct MouseManner {
+    MouseButton button = MouseButton::left;
+    UINT modifiers = 0;
+    bool twice = false;
+};
+/// click:ID=X,Y in the field's own pixels
+struct ClickAction {
+    UINT id;
+    CDPoint point;
+    MouseManner manner{};
+};
+/// drag:ID=X1,Y1,X2,Y2
+struct DragAction {
+    UINT id;
+    CDPoint from;
+    CDPoint to;
+    MouseManner manner{};
+};
+/// wheel:ID=X,Y,NOTCHES
+struct WheelAction {
+    UINT id;
+    CDPoint point;
+    double notches;
+    MouseManner manner{};
+};
+/// key:ID=NAME
+struct KeyAction {
+    UINT id;
+    UINT key;
+    char32_t character;
+    UINT modifiers;
 };
 /// answer:N=B
 struct AnswerAction {
@@ -78,8 +120,9 @@ struct ProtocolAction {
 struct StateAction {
 };
 
-using Action = std::variant<EnterAction, StepAction, PressAction, SelectAction, AnswerAction, FileAction, SendAction,
-                            HostAction, RangeAction, PlaceAction, DrawAction, ProtocolAction, StateAction>;
+using Action = std::variant<EnterAction, StepAction, PressAction, SelectAction, CellAction, ClickAction, DragAction,
+                            WheelAction, KeyAction, AnswerAction, FileAction, SendAction, HostAction, RangeAction,
+                            PlaceAction, DrawAction, ProtocolAction, StateAction>;
 
 struct ParsedAction {
     std::optional<Action> action; ///< nothing when the text is malformed

@@ -7,13 +7,29 @@
 #include "cli/Options.h"
 #include "cli/Session.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <utility>
+
 namespace cli
 {
+namespace
+{
+
+/// "Bilder lesen: 37 %"
+std::string ProgressLine(const std::string& what, double done)
+{
+    const double part = std::isfinite(done) ? std::clamp(done, 0.0, 1.0) : 0.0;
+    return what + ": " + std::to_string(static_cast<int>(std::floor(part * 100.0))) + " %";
+}
+
+} // namespace
 
 int MaskVerb(const std::vector<std::string>& arguments)
 {
     const Options options =
-        ParseOptions(arguments, {"--case", "--save", "--transfer", "--units", "--config", "--json"});
+        ParseOptions(arguments, {"--case", "--save", "--transfer", "--units", "--config", "--json", "--progress"});
     if (!options.error.empty())
         return Complain(exitUsage, options.error);
     const auto mask = options.rest.empty() ? std::nullopt : MaskNumber(options.rest.front());
@@ -33,6 +49,14 @@ int MaskVerb(const std::vector<std::string>& arguments)
         return Complain(exitFile, loaded.error);
 
     Session session(std::move(loaded.data));
+    if (options.progress)
+        session.OnProgress([shown = std::string()](const std::string& what, double done) mutable {
+            std::string line = ProgressLine(what, done);
+            if (line != shown)
+                std::fputs((line + "\n").c_str(), stderr);
+            shown = std::move(line);
+            return true;
+        });
     const auto failure = session.Run(*mask, actions, [](const std::string& state) { Print(state + "\n"); });
     if (failure)
         return Complain(failure->exit, failure->text);

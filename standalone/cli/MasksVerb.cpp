@@ -48,6 +48,11 @@ std::string RoleOf(const Window& control)
     case Kind::list:
     case Kind::trackbar:
         return "input";
+    case Kind::grid:
+        return std::any_of(control.grid->columns.begin(), control.grid->columns.end(),
+                           [](const CGridCtrl::Column& column) { return column.editable; })
+                   ? "input"
+                   : "result";
     case Kind::field:
         return "result";
     default:

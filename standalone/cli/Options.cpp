@@ -68,8 +68,8 @@ Options ParseOptions(const std::vector<std::string>& arguments, std::initializer
             options.error = "Option " + name + " gibt es hier nicht";
             return options;
         }
-        if (name == "--json" || name == "--worker") {
-            (name == "--json" ? options.json : options.worker) = true;
+        if (name == "--json" || name == "--worker" || name == "--progress") {
+            (name == "--json" ? options.json : name == "--worker" ? options.worker : options.progress) = true;
             continue;
         }
         if (equals == std::string::npos && i + 1 == arguments.size()) {

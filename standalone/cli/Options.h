@@ -24,6 +24,7 @@ struct Options {
     std::optional<UnitsSystem> units;
     std::optional<unsigned> jobs;
     bool worker = false;
+    bool progress = false;
     std::vector<std::string> rest;
     std::string error; ///< what is wrong with the call, empty when nothing is
 };

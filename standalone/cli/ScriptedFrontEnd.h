@@ -36,6 +36,9 @@ class ScriptedFrontEnd : public framework::NullFrontEnd
     /// A dialog is about to go.
     std::function<void(framework::Window&)> dialogVanished;
 
+    /// What long work reports; false asks it to stop.
+    std::function<bool(const std::string& what, double done)> progress;
+
     void QueueAnswer(UINT message, int answer) { m_answers[message].push_back(answer); }
     void QueueFile(std::string path) { m_files.push_back(std::move(path)); }
 
@@ -50,6 +53,7 @@ class ScriptedFrontEnd : public framework::NullFrontEnd
     int ShowMessage(const framework::Window* owner, const framework::ShownMessage& message) override;
     void EntryRefused(framework::Window& control, const framework::ShownMessage& why) override;
     std::optional<std::string> ChooseFile(const framework::FileRequest& request) override;
+    bool Progress(const std::string& what, double done) override { return !progress || progress(what, done); }
     void WindowVanished(framework::Window& window) override;
     void MessagePosted(const framework::Window* target, const MSG& msg) override;
     void MessageBroadcast(const MSG& msg) override { m_broadcast.push_back(msg); }

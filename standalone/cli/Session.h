@@ -47,6 +47,9 @@ class Session
     /// record does not have fails the run as soon as the mask is open.
     void ShowOnly(std::vector<std::string> fields) { m_fields = std::move(fields); }
 
+    /// Called with what long work reports; false asks it to stop.
+    void OnProgress(std::function<bool(const std::string&, double)> report) { m_front.progress = std::move(report); }
+
     /// An entry was not taken by the mask.
     bool Refused() const { return m_front.Refused(); }
     /// The state as a JSON object.
@@ -66,6 +69,11 @@ class Session
     void Do(const StepAction& action);
     void Do(const PressAction& action);
     void Do(const SelectAction& action);
+    void Do(const CellAction& action);
+    void Do(const ClickAction& action);
+    void Do(const DragAction& action);
+    void Do(const WheelAction& action);
+    void Do(const KeyAction& action);
     void Do(const AnswerAction& action);
     void Do(const FileAction& action);
     void Do(const SendAction& action);
@@ -83,6 +91,9 @@ class Session
     framework::Window* Control(UINT id);
     template <class Input> void Use(UINT id, const char* wanted, Input input);
     void MoveTrackbar(UINT id, int position);
+    /// Does the events in order until one is not taken; the first must be in the field.
+    void UseMouse(UINT id, std::vector<CMouseEvent> events);
+    framework::Window* OpenDialog(UINT number) const;
     std::string NameOfMask() const;
 
     // In the order of their dependence: the thread goes first and takes the windows along.

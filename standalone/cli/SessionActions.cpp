@@ -54,6 +54,8 @@ const char* KindText(Kind kind)
         return "ein Schieber";
     case Kind::field:
         return "ein Zeichenfeld";
+    case Kind::grid:
+        return "eine Tabelle";
     default:
         return "ein Text";
     }
@@ -65,6 +67,7 @@ std::string Complaint(const Window& control, InputResult result, const char* wan
     switch (result) {
     case InputResult::done:
     case InputResult::refused: // the front end was told
+    case InputResult::unused:
         return {};
     case InputResult::disabled:
         if (control.visible && !framework::IsShown(control))
@@ -72,14 +75,24 @@ std::string Complaint(const Window& control, InputResult result, const char* wan
                    " wird gerade nicht gezeigt";
         return NameOf(control) + (control.visible ? " ist gesperrt" : " ist ausgeblendet");
     case InputResult::readOnly:
-        return NameOf(control) + " ist schreibgeschützt";
+        return NameOf(control) + (control.grid ? ": die Spalte ist schreibgeschützt" : " ist schreibgeschützt");
     case InputResult::wrongKind:
         return NameOf(control) + " ist " + KindText(control.kind) + " und nicht " + wanted;
     case InputResult::noSuchItem:
         break;
     }
+    if (control.grid)
+        return NameOf(control) + " hat " + std::to_string(control.grid->rows.size()) + " Zeilen und " +
+               std::to_string(control.grid->columns.size()) + " Spalten, beide ab 0 gezählt";
     const std::size_t count = control.items.size();
     return NameOf(control) + (count == 0 ? " ist leer" : " hat nur die Einträge 0 bis " + std::to_string(count - 1));
+}
+
+/// What a drawing field draws on, in pixels: for its picture and for the mouse in it.
+CRect PictureArea(const Window& field)
+{
+    return {0, 0, static_cast<int>(field.rect.Width() * kPictureScale),
+            static_cast<int>(field.rect.Height() * kPictureScale)};
 }
 
 /// Equal but for the case of the letters A to Z.
@@ -102,6 +115,16 @@ template <class Input> void Session::Use(UINT id, const char* wanted, Input inpu
     if (const Window* still = m_thread.Find(handle))
         if (std::string complaint = Complaint(*still, result, wanted); !complaint.empty())
             Fail(std::move(complaint));
+}
+
+/// The open dialog with the number, the newest of several; null when there is none.
+Window* Session::OpenDialog(UINT number) const
+{
+    Window* found = nullptr;
+    for (Window* dialog : m_thread.Dialogs())
+        if (dialog->id == number)
+            found = dialog;
+    return found;
 }
 
 void Session::Do(const EnterAction& action)
@@ -144,7 +167,93 @@ void Session::Do(const PressAction& action)
 
 void Session::Do(const SelectAction& action)
 {
-    Use(action.id, "eine Liste", [&](Window& list) { return framework::Select(list, action.index); });
+    const Window* control = Control(action.id);
+    if (control != nullptr && (control->kind == Kind::grid || action.rows))
+        Use(action.id, "eine Tabelle",
+            [&](Window& grid) { return framework::SelectRows(grid, action.index, action.last); });
+    else if (control != nullptr)
+        Use(action.id, "eine Liste", [&](Window& list) { return framework::Select(list, action.index); });
+}
+
+void Session::Do(const CellAction& action)
+{
+    Use(action.id, "eine Tabelle",
+        [&](Window& grid) { return framework::EnterCell(grid, action.row, action.column, action.text); });
+}
+
+void Session::UseMouse(UINT id, std::vector<CMouseEvent> events)
+{
+    const Window* field = Control(id);
+    if (field == nullptr)
+        return;
+    const HWND handle = field->handle;
+    const CRect size = PictureArea(*field);
+    const CDPoint& start = events.front().position;
+    if (field->kind == Kind::field &&
+        !(start.x >= 0 && start.y >= 0 && start.x < size.right && start.y < size.bottom)) {
+        Fail(NameOf(*field) + " ist " + std::to_string(size.right) + " × " + std::to_string(size.bottom) +
+             " Bildpunkte groß; der Punkt liegt nicht darin");
+        return;
+    }
+    InputResult result = InputResult::done;
+    for (CMouseEvent& event : events) {
+        event.width = size.right;
+        event.height = size.bottom;
+        if (m_thread.Find(handle) == nullptr || m_failure || result == InputResult::refused)
+            return;
+        Use(id, "eines, das auf die Maus achtet",
+            [&](Window& control) { return result = framework::Mouse(control, event); });
+        m_thread.DispatchPending();
+    }
+}
+
+void Session::Do(const ClickAction& action)
+{
+    using What = CMouseEvent::Kind;
+    const auto event = [&](What kind) {
+        return CMouseEvent{kind, action.manner.button, action.manner.modifiers, action.point};
+    };
+    std::vector<CMouseEvent> events{event(What::press), event(What::release)};
+    if (action.manner.twice)
+        events.insert(events.end(), {event(What::doubleClick), event(What::release)});
+    UseMouse(action.id, std::move(events));
+}
+
+void Session::Do(const DragAction& action)
+{
+    constexpr int kMoves = 8;
+    using What = CMouseEvent::Kind;
+    const auto event = [&](What kind, CDPoint at) {
+        return CMouseEvent{kind, action.manner.button, action.manner.modifiers, at};
+    };
+    std::vector<CMouseEvent> events{event(What::press, action.from)};
+    for (int i = 1; i < kMoves; ++i) {
+        const double part = static_cast<double>(i) / kMoves;
+        events.push_back(event(What::move, {action.from.x + part * (action.to.x - action.from.x),
+                                            action.from.y + part * (action.to.y - action.from.y)}));
+    }
+    events.push_back(event(What::move, action.to));
+    events.push_back(event(What::release, action.to));
+    UseMouse(action.id, std::move(events));
+}
+
+void Session::Do(const WheelAction& action)
+{
+    CMouseEvent event{CMouseEvent::Kind::wheel, MouseButton::none, action.manner.modifiers, action.point};
+    event.wheel = action.notches;
+    UseMouse(action.id, {event});
+}
+
+void Session::Do(const KeyAction& action)
+{
+    const framework::KeyPress press{action.key, action.character, action.modifiers};
+    Window* dialog = OpenDialog(action.id);
+    if (dialog == nullptr)
+        Use(action.id, "eines, das Tasten annimmt", [&](Window& field) { return framework::Key(field, press); });
+    else if (dialog != DialogAtWork() && m_front.TopModal() != nullptr)
+        Fail("key: Dialog " + std::to_string(action.id) + " wartet, bis der Dialog über ihm geschlossen ist");
+    else
+        framework::Key(*dialog, press);
 }
 
 void Session::Do(const AnswerAction& action)
@@ -236,16 +345,12 @@ void Session::Do(const DrawAction& action)
     const auto draw = [&](const Window& window) -> CDC {
         if (!window.painter)
             return framework::DrawDialog(window, kPictureScale);
-        const CRect area{0, 0, static_cast<int>(window.rect.Width() * kPictureScale),
-                         static_cast<int>(window.rect.Height() * kPictureScale)};
+        const CRect area = PictureArea(window);
         CDC context(area.Width(), area.Height());
         window.painter(context, area);
         return context;
     };
-    const Window* shown = nullptr;
-    for (const Window* dialog : m_thread.Dialogs())
-        if (dialog->id == action.id)
-            shown = dialog;
+    const Window* shown = OpenDialog(action.id);
     if (shown == nullptr)
         shown = Control(action.id);
     if (shown == nullptr)

@@ -19,6 +19,35 @@ namespace
 using framework::Kind;
 using framework::Window;
 
+constexpr std::size_t kMostRows = 1000; // of a grid; `count` says how many there are
+
+void WriteTexts(JsonText& json, const std::vector<std::string>& texts)
+{
+    json.BeginArray();
+    for (const std::string& text : texts)
+        json.Text(text);
+    json.EndArray();
+}
+
+void WriteGrid(JsonText& json, const framework::Grid& grid)
+{
+    json.Key("columns").BeginArray();
+    for (const CGridCtrl::Column& column : grid.columns) {
+        json.BeginObject().Key("heading").Text(column.heading);
+        json.Key("editable").Bool(column.editable).EndObject();
+    }
+    json.EndArray();
+    json.Key("count").Integer(static_cast<std::int64_t>(grid.rows.size()));
+    json.Key("rows").BeginArray();
+    for (std::size_t i = 0; i < std::min(grid.rows.size(), kMostRows); ++i)
+        WriteTexts(json, grid.rows[i]);
+    json.EndArray();
+    json.Key("selection").BeginArray();
+    if (grid.firstSelected >= 0)
+        json.Integer(grid.firstSelected).Integer(grid.lastSelected);
+    json.EndArray();
+}
+
 void WriteValue(JsonText& json, const Window& control, const CBinding* binding)
 {
     if (const auto* real = dynamic_cast<const CEditDouble*>(binding)) {
@@ -41,10 +70,11 @@ void WriteValue(JsonText& json, const Window& control, const CBinding* binding)
         else
             json.Key("value").Integer(control.selection);
         json.Key("selection").Integer(control.selection);
-        json.Key("items").BeginArray();
-        for (const std::string& item : control.items)
-            json.Text(item);
-        json.EndArray();
+        json.Key("items");
+        WriteTexts(json, control.items);
+        break;
+    case Kind::grid:
+        WriteGrid(json, *control.grid);
         break;
     case Kind::trackbar:
         json.Key("value").Integer(control.trackPosition);

@@ -23,6 +23,7 @@ constexpr const char* kUsage =
 Optionen von mask:
   --case DATEI           Fall (sonst: ein Fall mit zwei Pkw)
   --save DATEI           Fall danach speichern
+  --progress             auf der Fehlerausgabe sagen, wie weit eine lange Rechnung ist
 Optionen von mask, describe und batch:
   --transfer on|off      „Daten übertragen“
   --units metric|imperial
@@ -34,9 +35,15 @@ Aktionen, der Reihe nach:
   ID=TEXT                Text eingeben und abschließen
   ID+  ID-               ein Schritt mit dem Drehknopf
   press:ID               Knopf, Ankreuzfeld oder Auswahlknopf drücken
-  select:ID=INDEX        Eintrag einer Liste wählen, ab 0
+  select:ID=INDEX        Eintrag einer Liste oder Zeile einer Tabelle wählen, ab 0
+  select:ID=VON,BIS      Zeilen einer Tabelle wählen, ab 0
+  cell:ID=ZEILE,SPALTE,TEXT         in eine Zelle einer Tabelle eingeben, ab 0 gezählt
+  click:ID=X,Y           in ein Zeichenfeld klicken, in den Bildpunkten seines Bilds (draw:ID)
+  drag:ID=X1,Y1,X2,Y2    im Zeichenfeld ziehen; wie bei click: auch mit ,Shift+Ctrl+Right dahinter
+  wheel:ID=X,Y,RASTEN    das Mausrad im Zeichenfeld drehen
+  key:ID=TASTE           Taste für ein Zeichenfeld oder die Maske: Left, PageUp, Shift+Left, a …
   answer:N=B             die nächste Meldung N mit Knopf B beantworten (6 ja, 7 nein)
-  file:PFAD              Antwort auf die nächste Dateiauswahl
+  file:PFAD              Antwort auf die nächste Dateiauswahl (sonst: abgebrochen)
   send:MSG,WPARAM,LPARAM Nachricht an die Maske
   host:geo=V host:wz=V host:upa=V   Änderung von Fahrzeug V melden
   range:ID=VON,BIS       Bereich in einem Diagramm wählen

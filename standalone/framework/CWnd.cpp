@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CWnd.h"
+#include "host/Progress.h"
 
 #include "framework/UiThread.h"
 #include "framework/WndAccess.h"
@@ -225,6 +226,15 @@ CWaitCursor::~CWaitCursor()
 {
     if (UiThread* thread = UiThread::Current())
         thread->Front().WaitCursor(false);
+}
+
+Work RuvProgress(const std::string& what, double done)
+{
+    UiThread* thread = UiThread::Current();
+    if (thread == nullptr)
+        return Work::goOn;
+    const UiThread::Scope scope(*thread);
+    return thread->Front().Progress(what, done) ? Work::goOn : Work::cancel;
 }
 
 int AfxMessageBox(const std::string& utf8)

@@ -41,6 +41,20 @@ void CStatic::SetPainter(std::function<void(CDC&, const CRect&)> paint)
     }
 }
 
+void CStatic::SetMouse(std::function<bool(const CMouseEvent&)> mouse)
+{
+    if (Window* window = WindowOf(*this)) {
+        window->mouse = std::move(mouse);
+        window->held = MouseButton::none;
+        Changed(*window);
+    }
+}
+
+void CStatic::SetCursorShape(CursorShape shape)
+{
+    Assign(*this, &Window::cursor, shape);
+}
+
 void CEdit::SetReadOnly(BOOL readOnly)
 {
     Assign(*this, &Window::readOnly, readOnly != FALSE);
@@ -118,4 +132,94 @@ void CSliderCtrl::SetPos(int position)
 int CSliderCtrl::GetPos() const
 {
     return Get(*this, &Window::trackPosition, 0);
+}
+
+namespace
+{
+
+/// The table behind a grid, or null.
+framework::Grid* GridOf(const CGridCtrl& control)
+{
+    const Window* window = WindowOf(control);
+    return window == nullptr ? nullptr : window->grid.get();
+}
+
+} // namespace
+
+void CGridCtrl::SetColumns(std::vector<Column> columns)
+{
+    if (framework::Grid* grid = GridOf(*this)) {
+        grid->columns = std::move(columns);
+        SetRows({});
+    }
+}
+
+void CGridCtrl::SetRows(std::vector<Row> rows)
+{
+    framework::Grid* grid = GridOf(*this);
+    if (grid == nullptr)
+        return;
+    grid->rows = std::move(rows);
+    for (Row& row : grid->rows)
+        row.resize(grid->columns.size());
+    grid->firstSelected = grid->lastSelected = -1;
+    Window& window = *WindowOf(*this);
+    window.modified = false;
+    Changed(window);
+}
+
+int CGridCtrl::GetColumnCount() const
+{
+    const framework::Grid* grid = GridOf(*this);
+    return grid == nullptr ? 0 : static_cast<int>(grid->columns.size());
+}
+
+int CGridCtrl::GetRowCount() const
+{
+    const framework::Grid* grid = GridOf(*this);
+    return grid == nullptr ? 0 : static_cast<int>(grid->rows.size());
+}
+
+void CGridCtrl::SetItemText(int row, int column, const std::string& utf8)
+{
+    framework::Grid* grid = GridOf(*this);
+    if (grid == nullptr || !grid->Holds(row, column) || grid->Cell(row, column) == utf8)
+        return;
+    grid->Cell(row, column) = utf8;
+    Changed(*WindowOf(*this));
+}
+
+std::string CGridCtrl::GetItemText(int row, int column) const
+{
+    const framework::Grid* grid = GridOf(*this);
+    return grid == nullptr || !grid->Holds(row, column) ? std::string{} : grid->Cell(row, column);
+}
+
+void CGridCtrl::SetSelection(int first, int last)
+{
+    framework::Grid* grid = GridOf(*this);
+    if (grid == nullptr)
+        return;
+    const bool some = first <= last && grid->Holds(first, 0) && grid->Holds(last, 0);
+    grid->firstSelected = some ? first : -1;
+    grid->lastSelected = some ? last : -1;
+    Changed(*WindowOf(*this));
+}
+
+int CGridCtrl::GetFirstSelected() const
+{
+    const framework::Grid* grid = GridOf(*this);
+    return grid == nullptr ? -1 : grid->firstSelected;
+}
+
+int CGridCtrl::GetLastSelected() const
+{
+    const framework::Grid* grid = GridOf(*this);
+    return grid == nullptr ? -1 : grid->lastSelected;
+}
+
+void CGridCtrl::SetCellEdit(CellEdit edit)
+{
+    if (framework::Grid* grid = GridOf(*this))
+        grid->edit = std::move(edit);
 }

@@ -69,6 +69,7 @@ class Painter
     void Group(const Window& control, const Box& box);
     void Combo(const Window& control, const Box& box);
     void List(const Window& control, const Box& box);
+    void Grid(const Window& control, const Box& box);
     void Trackbar(const Window& control, const Box& box);
     void Label(const Window& control, const Box& box);
     void Field(const Window& control, const Box& box);
@@ -168,6 +169,8 @@ void Painter::Control(const Window& control, const Box& box)
         return Trackbar(control, box);
     case Kind::field:
         return Field(control, box);
+    case Kind::grid:
+        return Grid(control, box);
     default:
         return Label(control, box);
     }
@@ -290,6 +293,39 @@ void Painter::List(const Window& control, const Box& box)
         }
         Line(control.items[i], box.left + 3.0 * m_x, top + height / 2.0, TextAlign::left, chosen ? kWhite : kText,
              box.Width() - 6.0 * m_x);
+    }
+}
+
+void Painter::Grid(const Window& control, const Box& box)
+{
+    const framework::Grid& grid = *control.grid;
+    Rect(box, kWhite, kInputLine, 1.5);
+    if (grid.columns.empty())
+        return;
+    const double height = 10.0 * m_y;
+    const double width = box.Width() / static_cast<double>(grid.columns.size());
+    const auto row = [&](double top, const auto& textOf, bool bold, COLORREF color) {
+        for (std::size_t i = 0; i < grid.columns.size(); ++i) {
+            const bool right = grid.columns[i].rightAligned;
+            const double left = box.left + static_cast<double>(i) * width;
+            Line(textOf(i), right ? left + width - 3.0 * m_x : left + 3.0 * m_x, top + height / 2.0,
+                 right ? TextAlign::right : TextAlign::left, color, width - 6.0 * m_x, bold);
+        }
+        m_dc.SelectPen({PenStyle::solid, 0.5 * m_x, kGroupLine});
+        m_dc.Line({box.left, top + height}, {box.right, top + height});
+    };
+    row(
+        box.top, [&](std::size_t i) { return grid.columns[i].heading; }, true, kQuietText);
+    double top = box.top + height;
+    for (std::size_t r = 0; r < grid.rows.size() && top + height <= box.bottom; ++r, top += height) {
+        const bool chosen = static_cast<int>(r) >= grid.firstSelected && static_cast<int>(r) <= grid.lastSelected;
+        if (chosen) {
+            m_dc.SelectPen({PenStyle::none, 0.0, kAccent});
+            m_dc.SelectBrush({true, kAccent});
+            m_dc.Rectangle(box.left + 0.5 * m_x, top, box.right - 0.5 * m_x, top + height);
+        }
+        row(
+            top, [&](std::size_t i) { return grid.rows[r][i]; }, false, chosen ? kWhite : kText);
     }
 }
 

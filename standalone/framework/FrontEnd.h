@@ -35,9 +35,13 @@ struct ShownMessage {
 };
 
 struct FileRequest {
+    const Window* owner = nullptr;
     bool open = true;
+    bool mustExist = false; ///< the caller refuses a file that does not
     std::string title;
-    std::string filter; ///< pairs "Name|*.ext|"
+    std::string filter;           ///< pairs "Name|*.ext|"
+    std::string defaultExtension; ///< without the point
+    std::string initialName;
 };
 
 class FrontEnd
@@ -59,7 +63,7 @@ class FrontEnd
     virtual int ShowMessage(const Window* owner, const ShownMessage& message) = 0;
     /// A finished entry was refused; the control shows its old value again.
     virtual void EntryRefused(Window& control, const ShownMessage& why) = 0;
-    /// UTF-8 path, or nothing when the user cancelled.
+    /// UTF-8 path, or nothing when the user cancelled. The caller asks about existing files.
     virtual std::optional<std::string> ChooseFile(const FileRequest& request) = 0;
 
     virtual void StartTimer(HWND, UINT_PTR, UINT /*milliseconds*/) {}

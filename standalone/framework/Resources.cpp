@@ -150,6 +150,8 @@ Kind ControlKind(UINT classNumber, std::string className, DWORD style)
         classNumber = kClassComboBox;
     else if (className == "msctls_trackbar32")
         return Kind::trackbar;
+    else if (className == "ruvgrid")
+        return Kind::grid;
 
     switch (classNumber) {
     case kClassButton:

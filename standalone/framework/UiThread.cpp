@@ -46,6 +46,8 @@ std::unique_ptr<CWnd> MakeControlObject(Kind kind)
         return std::make_unique<CListBox>();
     case Kind::trackbar:
         return std::make_unique<CSliderCtrl>();
+    case Kind::grid:
+        return std::make_unique<CGridCtrl>();
     default:
         return std::make_unique<CStatic>();
     }
@@ -123,6 +125,8 @@ Window& UiThread::CreateControl(Window& dialog, Kind kind, UINT id)
     control->object->m_hWnd = Enter(*control);
     control->parent = &dialog;
     control->kind = kind;
+    if (kind == Kind::grid)
+        control->grid = std::make_unique<Grid>();
     control->id = id;
     dialog.children.push_back(std::move(control));
     return *dialog.children.back();

@@ -33,12 +33,12 @@ std::optional<InputResult> Obstacle(const Window& control, std::initializer_list
     return std::nullopt;
 }
 
-/// The edits of a dialog and its pages whose entry is not finished.
+/// The edits and grids of a dialog and its pages whose entry is not finished.
 std::vector<Window*> PendingEdits(const Window& dialog)
 {
     std::vector<Window*> edits;
     for (const auto& child : dialog.children)
-        if (child->kind == Kind::edit && child->modified)
+        if ((child->kind == Kind::edit || child->kind == Kind::grid) && child->modified)
             edits.push_back(child.get());
     for (const Window* page : UiThread::Current()->Pages(dialog))
         for (Window* edit : PendingEdits(*page))
@@ -57,9 +57,33 @@ bool MoveFocusTo(Window& control)
     for (Window* edit : discards ? std::vector<Window*>{} : PendingEdits(DialogOf(control)))
         if (edit != &control && thread.Find(handle) != nullptr)
             taken = FinishEntry(*edit) != InputResult::refused && taken;
-    if (taken && thread.Find(handle) != nullptr)
+    const bool takesFocus = control.kind != Kind::field || control.tabStop;
+    if (taken && takesFocus && thread.Find(handle) != nullptr)
         thread.SetFocus(control);
     return taken;
+}
+
+/// False when nobody uses the message: neither the window nor the dialogs it lies on.
+bool SendUp(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    const UiThread& thread = *UiThread::Current();
+    for (const Window* at = thread.Find(window); at != nullptr;
+         at = thread.Find(window) != nullptr && (at->kind != Kind::dialog || at->page) ? at->parent : nullptr) {
+        if (at->object == nullptr)
+            continue;
+        MSG msg{at->handle, message, wParam, lParam};
+        LRESULT result = 0;
+        if (at->object->PreTranslateMessage(&msg) ||
+            (WndAccess::CallMap(*at->object, message, 0, 0, wParam, lParam, result) && result == 0))
+            return true;
+    }
+    return false;
+}
+
+InputResult Tell(Window& field, const CMouseEvent& event)
+{
+    const auto handler = field.mouse; // it may set another one
+    return handler && handler(event) ? InputResult::done : InputResult::unused;
 }
 
 } // namespace
@@ -79,7 +103,7 @@ InputResult TypeText(Window& edit, const std::string& text)
 
 InputResult FinishEntry(Window& edit)
 {
-    if (const auto obstacle = Obstacle(edit, {Kind::edit}))
+    if (const auto obstacle = Obstacle(edit, {Kind::edit, Kind::grid}))
         return *obstacle;
     if (!edit.modified)
         return InputResult::done;
@@ -97,6 +121,37 @@ InputResult EnterText(Window& edit, const std::string& text)
 {
     const InputResult typed = TypeText(edit, text);
     return typed == InputResult::done ? FinishEntry(edit) : typed;
+}
+
+InputResult TypeCell(Window& grid, int row, int column, const std::string& text)
+{
+    if (const auto obstacle = Obstacle(grid, {Kind::grid}))
+        return *obstacle;
+    const UiThread::Scope scope(*UiThread::Current());
+    const bool elsewhere = grid.grid->typedRow != row || grid.grid->typedColumn != column;
+    if (!MoveFocusTo(grid) || (elsewhere && FinishEntry(grid) == InputResult::refused))
+        return InputResult::refused;
+    Grid& cells = *grid.grid; // afterwards: what was entered may have changed the table
+    if (!cells.Holds(row, column))
+        return InputResult::noSuchItem;
+    if (!cells.columns[static_cast<std::size_t>(column)].editable)
+        return InputResult::readOnly;
+    cells.typedRow = row;
+    cells.typedColumn = column;
+    cells.typed = text;
+    grid.modified = true;
+    return InputResult::done;
+}
+
+InputResult EnterCell(Window& grid, int row, int column, const std::string& text)
+{
+    const InputResult typed = TypeCell(grid, row, column, text);
+    return typed == InputResult::done ? FinishEntry(grid) : typed;
+}
+
+void DiscardCell(Window& grid)
+{
+    grid.modified = false;
 }
 
 InputResult Step(Window& edit, int direction)
@@ -151,6 +206,23 @@ InputResult Select(Window& list, int index)
     return InputResult::done;
 }
 
+InputResult SelectRows(Window& grid, int first, int last)
+{
+    if (const auto obstacle = Obstacle(grid, {Kind::grid}))
+        return *obstacle;
+    const UiThread::Scope scope(*UiThread::Current());
+    if (!MoveFocusTo(grid) || FinishEntry(grid) == InputResult::refused)
+        return InputResult::refused;
+    Grid& cells = *grid.grid;
+    if (first > last || !cells.Holds(first, 0) || !cells.Holds(last, 0))
+        return InputResult::noSuchItem;
+    cells.firstSelected = first;
+    cells.lastSelected = last;
+    Changed(grid);
+    Notify(grid, LBN_SELCHANGE);
+    return InputResult::done;
+}
+
 InputResult MoveTrackbar(Window& trackbar, int position)
 {
     if (const auto obstacle = Obstacle(trackbar, {Kind::trackbar}))
@@ -163,6 +235,70 @@ InputResult MoveTrackbar(Window& trackbar, int position)
     UiThread::Current()->Send(trackbar.parent->handle, WM_HSCROLL, static_cast<WPARAM>(trackbar.trackPosition),
                               static_cast<LPARAM>(trackbar.id));
     return InputResult::done;
+}
+
+InputResult Mouse(Window& field, const CMouseEvent& event)
+{
+    using What = CMouseEvent::Kind;
+    UiThread& thread = *UiThread::Current();
+    const UiThread::Scope scope(thread);
+    const HWND handle = field.handle;
+    if (event.kind == What::release) {
+        if (field.held == MouseButton::none || event.button != field.held)
+            return InputResult::unused;
+        field.held = MouseButton::none;
+        return Tell(field, event);
+    }
+    if (event.kind == What::move && field.held != MouseButton::none) {
+        CMouseEvent held = event;
+        held.button = field.held;
+        return Tell(field, held); // also when the field was disabled meanwhile
+    }
+    if (const auto obstacle = Obstacle(field, {Kind::field}))
+        return *obstacle;
+    if (!field.mouse)
+        return InputResult::wrongKind;
+    if (event.kind != What::press && event.kind != What::doubleClick) {
+        CMouseEvent free = event;
+        free.button = MouseButton::none;
+        return Tell(field, free);
+    }
+    // The same button again: its release went to a window that opened meanwhile.
+    if (field.held != MouseButton::none && field.held != event.button)
+        return InputResult::unused;
+    if (!MoveFocusTo(field))
+        return InputResult::refused;
+    if (thread.Find(handle) == nullptr || !field.enabled)
+        return InputResult::done; // the finished entry closed or disabled it
+    field.held = event.button;
+    const InputResult result = Tell(field, event);
+    if (result != InputResult::done)
+        field.held = MouseButton::none;
+    return result;
+}
+
+InputResult Key(Window& target, const KeyPress& press)
+{
+    UiThread& thread = *UiThread::Current();
+    const UiThread::Scope scope(thread);
+    const HWND handle = target.handle;
+    UINT control = 0;
+    if (target.kind != Kind::dialog) {
+        if (const auto obstacle = Obstacle(target, {Kind::field}))
+            return *obstacle;
+        if (!target.tabStop)
+            return InputResult::wrongKind;
+        if (!MoveFocusTo(target))
+            return InputResult::refused;
+        control = target.id;
+    } else if (!target.enabled || !IsShown(target)) {
+        return InputResult::disabled;
+    }
+    const auto lParam = static_cast<LPARAM>(MAKEWPARAM(press.modifiers, control));
+    bool used = SendUp(handle, WM_KEYDOWN, press.key, lParam);
+    if (press.character != 0)
+        used = SendUp(handle, WM_CHAR, press.character, lParam) || used;
+    return used ? InputResult::done : InputResult::unused;
 }
 
 void CloseDialog(Window& dialog)

@@ -58,8 +58,16 @@ const char* KindName(Kind kind)
         return "static";
     case Kind::field:
         return "field";
+    case Kind::grid:
+        return "grid";
     }
     return "";
+}
+
+bool Grid::Holds(int row, int column) const
+{
+    return row >= 0 && static_cast<std::size_t>(row) < rows.size() && column >= 0 &&
+           static_cast<std::size_t>(column) < columns.size();
 }
 
 Window* Window::Child(UINT childId) const
@@ -115,7 +123,7 @@ std::string MnemonicOf(const std::string& text)
 bool NeedsLabel(Kind kind)
 {
     return kind == Kind::edit || kind == Kind::combo || kind == Kind::list || kind == Kind::trackbar ||
-           kind == Kind::field;
+           kind == Kind::field || kind == Kind::grid;
 }
 
 std::string LabelOf(const Window& control)

@@ -28,10 +28,34 @@ enum class Kind {
     trackbar,
     label, ///< static text
     field, ///< static that something is drawn in
+    grid,  ///< table
 };
 
 /// Name of a kind as scripts see it: "edit", "button", ...
 const char* KindName(Kind kind);
+
+/// What a grid holds.
+struct Grid {
+    std::vector<CGridCtrl::Column> columns;
+    std::vector<CGridCtrl::Row> rows; ///< each as long as `columns`
+    int firstSelected = -1;
+    int lastSelected = -1;
+    CGridCtrl::CellEdit edit;
+    // The entry that is not finished while Window::modified is set.
+    int typedRow = -1;
+    int typedColumn = -1;
+    std::string typed;
+
+    bool Holds(int row, int column) const;
+    std::string& Cell(int row, int column)
+    {
+        return rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+    }
+    const std::string& Cell(int row, int column) const
+    {
+        return rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
+    }
+};
 
 struct Window {
     HWND handle = nullptr;
@@ -59,8 +83,8 @@ struct Window {
 
     bool readOnly = false; ///< edit: write-protected
     bool outdated = false; ///< shows a result that does not belong to the inputs; a dialog: so do all its results
-    bool modified = false; ///< edit: typed into since the entry was finished last
-    bool refused = false;  ///< edit: the entry finished last was not taken
+    bool modified = false; ///< edit, grid: typed into since the entry was finished last
+    bool refused = false;  ///< edit, grid: the entry finished last was not taken
     int check = 0;         ///< check box, radio button; 1 on a push button: it looks pressed in
     std::vector<std::string> items;
     int selection = -1;
@@ -68,6 +92,10 @@ struct Window {
     int trackMaximum = 100;
     int trackPosition = 0;
     std::function<void(CDC&, const CRect&)> painter;
+    std::function<bool(const CMouseEvent&)> mouse; ///< field
+    MouseButton held = MouseButton::none;          ///< field: pressed in it and not released yet
+    CursorShape cursor = CursorShape::arrow;       ///< field
+    std::unique_ptr<Grid> grid;                    ///< only of a grid
 
     /// Child with a control ID, or null. Controls without an ID of their own are not found.
     Window* Child(UINT childId) const;

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 using framework::Kind;
 using framework::UiThread;
@@ -80,6 +81,29 @@ void CMDIDialog::OnFinishedEntry(Window& edit, CBinding& binding)
         framework::UiThread::Current()->Front().EntryRefused(edit, krn::FormatMessage(result.message, result.args));
 }
 
+/// The dialog that owns the grid is asked; without a handler every entry is taken.
+void CMDIDialog::OnFinishedCell(Window& control)
+{
+    framework::Grid& grid = *control.grid;
+    const int row = grid.typedRow;
+    const int column = grid.typedColumn;
+    if (!grid.Holds(row, column))
+        return;
+    const HWND handle = control.handle;
+    const std::string old = std::exchange(grid.Cell(row, column), grid.typed);
+    const auto edit = grid.edit; // it may set another one
+    const auto refusal = edit ? edit(row, column, std::string(grid.typed)) : std::nullopt;
+    if (framework::UiThread::Current()->Find(handle) == nullptr)
+        return;
+    control.refused = refusal.has_value();
+    if (refusal && grid.Holds(row, column) && grid.Cell(row, column) == grid.typed)
+        grid.Cell(row, column) = old;
+    framework::Changed(control);
+    if (refusal)
+        framework::UiThread::Current()->Front().EntryRefused(control,
+                                                             krn::FormatMessage(refusal->message, refusal->args));
+}
+
 BOOL CMDIDialog::OnCommand(WPARAM wParam, LPARAM lParam)
 {
     const UINT id = LOWORD(wParam);
@@ -106,6 +130,13 @@ BOOL CMDIDialog::OnCommand(WPARAM wParam, LPARAM lParam)
                 return TRUE;
             }
         }
+    }
+    if (control != nullptr && code == framework::kEntryFinished) {
+        if (control->kind == Kind::grid)
+            OnFinishedCell(*control);
+        else
+            SendMessage(WM_RUV_EDITCHANGED, id); // an edit without a binding keeps what was typed
+        return TRUE;
     }
     if (CDialog::OnCommand(wParam, lParam))
         return TRUE;

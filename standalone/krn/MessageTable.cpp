@@ -23,6 +23,8 @@ constexpr std::array kMessages{
     MessageText{1002, MessageKind::warning,
                 "{0}: Der Wert {1} liegt außerhalb des zulässigen Bereichs von {2} bis {3}."},
     MessageText{1003, MessageKind::warning, "{0}: „{1}“ steht nicht zur Wahl."},
+    MessageText{1004, MessageKind::warning, "Die Datei „{0}“ gibt es nicht, oder sie ist keine gewöhnliche Datei."},
+    MessageText{1005, MessageKind::question, "Die Datei „{0}“ gibt es schon. Soll sie überschrieben werden?"},
     MessageText{1052, MessageKind::question, "Sollen alle Eingaben gelöscht werden?"},
     MessageText{1093, MessageKind::warning,
                 "Die Datei enthält nicht die nötigen Daten: Gebraucht wird die Zeit und dazu die Geschwindigkeit, "

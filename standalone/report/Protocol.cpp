@@ -127,6 +127,9 @@ class Collector
             if (control.painter)
                 Picture(control);
             break;
+        case Kind::grid:
+            Table(control);
+            break;
         default:
             break;
         }
@@ -154,6 +157,38 @@ class Collector
         CDC drawing = DrawField(field);
         if (!drawing.Primitives().empty())
             m_protocol.pictures.push_back({FrameTitle(field), std::move(drawing)});
+    }
+
+    /// A long table would hide the rest: it is named with its number of rows.
+    void Table(const Window& control)
+    {
+        constexpr std::size_t kMostRows = 50;
+        const framework::Grid& grid = *control.grid;
+        if (grid.rows.empty())
+            return;
+        std::string name = krn::LabelOf(control);
+        if (name.empty())
+            name = FrameTitle(control);
+        TextBlock heading{.kind = TextBlock::Kind::heading};
+        heading.text.push_back(TextRun{name.empty() ? "Tabelle" : name});
+        m_protocol.tables.push_back(std::move(heading));
+        if (grid.rows.size() > kMostRows) {
+            TextBlock note;
+            note.text.push_back(
+                TextRun{"Die Tabelle hat " + std::to_string(grid.rows.size()) + " Zeilen und ist hier ausgelassen."});
+            m_protocol.tables.push_back(std::move(note));
+            return;
+        }
+        TextBlock table{.kind = TextBlock::Kind::table};
+        const auto add = [&table](const auto& cells, const auto& textOf) {
+            auto& row = table.rows.emplace_back();
+            for (const auto& cell : cells)
+                row.push_back(TextLine{TextRun{textOf(cell)}});
+        };
+        add(grid.columns, [](const CGridCtrl::Column& column) { return column.heading; });
+        for (const CGridCtrl::Row& row : grid.rows)
+            add(row, [](const std::string& text) { return text; });
+        m_protocol.tables.push_back(std::move(table));
     }
 
     void Add(const Window& control, const std::string& value)

@@ -60,6 +60,7 @@ struct Protocol {
     std::vector<ProtocolEntry> origin; ///< case, file, date, program, SHA-256
     std::vector<ProtocolGroup> inputs;
     std::vector<ProtocolGroup> results;
+    std::vector<TextBlock> tables;     ///< the mask's tables, each under a heading of its own
     std::vector<std::string> notes;    ///< what the mask says beside its fields
     std::vector<std::string> messages; ///< what it told in messages
     std::vector<ProtocolPicture> pictures;

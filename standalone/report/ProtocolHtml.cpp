@@ -202,6 +202,7 @@ std::string ProtocolHtml(const Protocol& protocol, HtmlPictures pictures)
         page.Heading("Ergebnisse");
         page.Groups(protocol.results);
     }
+    page.Help(protocol.tables);
     for (const std::string& note : protocol.notes)
         page.Paragraph(note);
     if (!protocol.messages.empty()) {

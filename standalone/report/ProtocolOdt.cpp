@@ -341,6 +341,7 @@ std::string ProtocolOdt(const Protocol& protocol)
         document.Heading("Ergebnisse");
         document.Groups(protocol.results);
     }
+    document.Help(protocol.tables);
     for (const std::string& note : protocol.notes)
         document.Paragraph("Standard", EscapeXml(note));
     if (!protocol.messages.empty()) {

@@ -14,7 +14,10 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
+#include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +34,9 @@ class RecordingFrontEnd : public framework::NullFrontEnd
     std::vector<MSG> broadcast;
     std::vector<std::string> events; ///< appeared/vanished with the dialog's number
     std::function<void(framework::Window&)> duringModal;
+    std::deque<std::string> files; ///< chosen one after the other, then none
+    std::vector<framework::FileRequest> requests;
+    std::function<bool(const std::string&, double)> progress;
 
     void WindowAppeared(framework::Window& w) override { events.push_back("appeared " + std::to_string(w.id)); }
     void WindowVanished(framework::Window& w) override { events.push_back("vanished " + std::to_string(w.id)); }
@@ -43,6 +49,16 @@ class RecordingFrontEnd : public framework::NullFrontEnd
         const auto answer = answers.find(message.number);
         return answer == answers.end() ? NullFrontEnd::ShowMessage(owner, message) : answer->second;
     }
+    std::optional<std::string> ChooseFile(const framework::FileRequest& request) override
+    {
+        requests.push_back(request);
+        if (files.empty())
+            return std::nullopt;
+        std::string file = files.front();
+        files.pop_front();
+        return file;
+    }
+    bool Progress(const std::string& what, double done) override { return !progress || progress(what, done); }
     void RunModal(framework::Window& dialog, const std::function<bool()>& running) override
     {
         if (duringModal)

@@ -4,6 +4,8 @@
 
 #include <QApplication>
 
+#include <utility>
+
 namespace desktop
 {
 namespace
@@ -18,13 +20,21 @@ constexpr int kSteps = 1000;
 
 ProgressView::ProgressView(QWidget* parent) : m_parent(parent)
 {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
     m_clock.start();
     m_sinceEvents.start();
 }
 
 ProgressView::~ProgressView()
 {
+    EndWaitCursor();
     delete m_dialog;
+}
+
+void ProgressView::EndWaitCursor()
+{
+    if (std::exchange(m_waitCursor, false))
+        QApplication::restoreOverrideCursor();
 }
 
 bool ProgressView::IsBusyShown() const
@@ -46,6 +56,7 @@ bool ProgressView::Report(const QString& what, double done)
         m_dialog->setAutoClose(false);
         m_dialog->setAutoReset(false);
         QObject::connect(m_dialog, &QProgressDialog::canceled, m_dialog, [this] { m_cancelled = true; });
+        EndWaitCursor(); // the button is to be clicked
         m_dialog->show();
     }
     if (m_dialog) {

@@ -12,8 +12,8 @@ class QWidget;
 namespace desktop
 {
 
-/// Shows how far long work on the user-interface thread has come: nothing for 0.2 s, then a busy mark, after 1 s a
-/// dialog with "Abbrechen".
+/// Shows how far long work on the user-interface thread has come: the wait cursor, after 0.2 s a busy mark, after 1 s a
+/// dialog with "Abbrechen" in place of the cursor.
 class ProgressView
 {
   public:
@@ -27,10 +27,13 @@ class ProgressView
     bool IsReporting() const { return m_reporting; }
 
   private:
+    void EndWaitCursor();
+
     QWidget* m_parent;
     QElapsedTimer m_clock;
     QElapsedTimer m_sinceEvents;
     QPointer<QProgressDialog> m_dialog; // may go with its parent
+    bool m_waitCursor = true;
     bool m_reporting = false;
     bool m_cancelled = false;
 };

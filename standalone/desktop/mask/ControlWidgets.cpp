@@ -2,29 +2,25 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/mask/ControlWidgets.h"
 
-#include "desktop/look/CdcPainter.h"
-#include "desktop/look/DrawingOutput.h"
 #include "desktop/look/Style.h"
 #include "desktop/look/StyleParts.h"
 #include "desktop/look/Theme.h"
 #include "desktop/look/VehicleIcon.h"
 #include "desktop/mask/EditControl.h"
+#include "desktop/mask/FieldControl.h"
+#include "desktop/mask/GridControl.h"
 #include "desktop/mask/MaskWindow.h"
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
 #include "host/Bindings.h"
-#include "host/CDC.h"
 #include "host/CDialog.h"
 #include "host/CRuvData.h"
 #include "host/RuvCfg.h"
 #include "krn/ControlMeaning.h"
-#include "report/Protocol.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QContextMenuEvent>
 #include <QListWidget>
-#include <QMenu>
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
@@ -290,50 +286,6 @@ class TextControl : public QWidget, public ControlView
     bool m_unit = false;
 };
 
-/// A static that the mask draws in.
-class FieldControl : public QWidget, public ControlView
-{
-  public:
-    FieldControl(Window& control, MaskWindow& mask) : QWidget(&mask), ControlView(control, mask) {}
-    QWidget* Widget() override { return this; }
-    void Sync() override
-    {
-        SyncVisibility();
-        m_drawing.reset();
-        update();
-    }
-
-  protected:
-    void resizeEvent(QResizeEvent*) override { m_drawing.reset(); }
-    void contextMenuEvent(QContextMenuEvent* event) override
-    {
-        if (m_control == nullptr || !m_control->painter)
-            return;
-        const QString name = QStringLiteral("%1 %2").arg(m_mask.Root().Number()).arg(m_mask.Root().windowTitle());
-        auto* menu = new QMenu(this); // the mask may go while it is open
-        menu->setAttribute(Qt::WA_DeleteOnClose);
-        AddDrawingEntries(*menu, name, m_mask.window(), [this, last = report::DrawField(*m_control)] {
-            return m_control == nullptr ? last : report::DrawField(*m_control);
-        });
-        menu->popup(event->globalPos());
-    }
-    void paintEvent(QPaintEvent*) override
-    {
-        if (m_control == nullptr || !m_control->painter)
-            return;
-        if (!m_drawing) {
-            m_drawing.emplace(width(), height());
-            m_control->painter(*m_drawing, CRect{0, 0, width(), height()});
-        }
-        QPainter painter(this);
-        painter.setClipRect(rect());
-        Replay(*m_drawing, painter, &OnScreen);
-    }
-
-  private:
-    std::optional<CDC> m_drawing; // until the control changes
-};
-
 } // namespace
 
 QString QtText(const std::string& text)
@@ -366,6 +318,8 @@ ControlView* MakeControlView(Window& control, MaskWindow& mask)
         return new SliderControl(control, mask);
     case Kind::field:
         return new FieldControl(control, mask);
+    case Kind::grid:
+        return new GridControl(control, mask);
     default:
         return new TextControl(control, mask);
     }

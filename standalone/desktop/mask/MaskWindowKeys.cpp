@@ -4,6 +4,7 @@
 // What keys do in the window of a mask.
 #include "desktop/mask/MaskWindow.h"
 
+#include "desktop/mask/FieldControl.h"
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
 #include "host/CDialog.h"
@@ -219,9 +220,16 @@ bool MaskWindow::eventFilter(QObject* object, QEvent* event)
 
 void MaskWindow::keyPressEvent(QKeyEvent* event)
 {
-    if (const auto action = m_dialog == nullptr ? nullptr : KeyAction(*event, nullptr))
+    if (const auto action = m_dialog == nullptr ? nullptr : KeyAction(*event, nullptr)) {
         action();
-    else
+        return;
+    }
+    // Keys that no control used; a field has offered its own to the dialog already.
+    InputResult result = InputResult::unused;
+    const framework::KeyPress press = KeyPressOf(*event);
+    if (m_dialog != nullptr && hasFocus() && (press.key != 0 || press.character != 0))
+        Act([&] { result = framework::Key(*m_dialog, press); });
+    if (result != InputResult::done)
         QWidget::keyPressEvent(event);
 }
 

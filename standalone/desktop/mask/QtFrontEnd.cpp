@@ -15,6 +15,7 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QFileDialog>
+#include <QRegularExpression>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -58,14 +59,15 @@ class ModalShell : public QDialog
     MaskWindow& m_mask;
 };
 
-/// "Name|*.a;*.b|" pairs as Qt lists them: "Name (*.a *.b)".
+/// "Name (*.a)|*.a;*.b|" pairs as Qt lists them: "Name (*.a *.b)".
 QString QtFilter(const std::string& filter)
 {
     const QStringList parts = QString::fromStdString(filter).split(QLatin1Char('|'));
     QStringList kinds;
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
         QString pattern = parts[i + 1];
-        QString name = parts[i].section(QLatin1Char('('), 0, 0).trimmed();
+        QString name = parts[i];
+        name.remove(QRegularExpression(QStringLiteral("\\s*\\([^)]*\\)")));
         kinds.append(QStringLiteral("%1 (%2)").arg(name, pattern.replace(QLatin1Char(';'), QLatin1Char(' '))));
     }
     return kinds.join(QStringLiteral(";;"));
@@ -99,7 +101,9 @@ QWidget* QtFrontEnd::ShellOf(const Window* owner) const
 
 void QtFrontEnd::Settle()
 {
-    m_settling = false;
+    m_settling = IsWorking();
+    if (m_settling)
+        return; // EndProgress comes back to it
     if (UiThread* thread = UiThread::Current())
         thread->DispatchPending();
 }
@@ -190,14 +194,17 @@ void QtFrontEnd::EntryRefused(Window& control, const framework::ShownMessage& wh
 std::optional<std::string> QtFrontEnd::ChooseFile(const framework::FileRequest& request)
 {
     EndProgress();
-    QWidget* parent = ShellOf(nullptr);
-    const QString title = QString::fromStdString(request.title);
-    const QString filter = QtFilter(request.filter);
-    const QString path = request.open ? QFileDialog::getOpenFileName(parent, title, {}, filter)
-                                      : QFileDialog::getSaveFileName(parent, title, {}, filter);
-    if (path.isEmpty())
+    QFileDialog dialog(ShellOf(request.owner), QString::fromStdString(request.title), {}, QtFilter(request.filter));
+    dialog.setAcceptMode(request.open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+    dialog.setFileMode(request.open && request.mustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite); // the framework asks, once for every front end
+    if (!request.defaultExtension.empty())
+        dialog.setDefaultSuffix(QString::fromStdString(request.defaultExtension));
+    if (!request.initialName.empty())
+        dialog.selectFile(QString::fromStdString(request.initialName));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
-    return path.toStdString();
+    return dialog.selectedFiles().front().toStdString();
 }
 
 void QtFrontEnd::StartTimer(HWND window, UINT_PTR id, UINT milliseconds)
@@ -206,6 +213,8 @@ void QtFrontEnd::StartTimer(HWND window, UINT_PTR id, UINT milliseconds)
     if (!timer) {
         timer = std::make_unique<QTimer>();
         connect(timer.get(), &QTimer::timeout, this, [this, window, id] {
+            if (IsWorking())
+                return; // it fires again
             UiThread::Current()->FireTimer(window, id);
             Settle();
         });
@@ -234,6 +243,11 @@ void QtFrontEnd::WaitCursor(bool wait)
         QApplication::restoreOverrideCursor();
 }
 
+bool QtFrontEnd::IsWorking() const
+{
+    return m_progress && m_progress->IsReporting();
+}
+
 bool QtFrontEnd::Progress(const std::string& what, double done)
 {
     if (!m_progress)
@@ -255,6 +269,8 @@ void QtFrontEnd::EndProgress()
         return;
     m_progress.reset();
     emit idle();
+    if (m_settling)
+        QMetaObject::invokeMethod(this, &QtFrontEnd::Settle, Qt::QueuedConnection);
 }
 
 void QtFrontEnd::ShowHelp(UINT dialogId)

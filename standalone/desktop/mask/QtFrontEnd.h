@@ -75,6 +75,8 @@ class QtFrontEnd : public QObject, public framework::FrontEnd
     MaskWindow* WindowFor(const framework::Window& window) const;
     QWidget* ShellOf(const framework::Window* owner) const;
     void EndProgress();
+    /// Long work shows its progress: nothing else of a mask may run.
+    bool IsWorking() const;
 
     MaskArea* m_area = nullptr;
     std::unordered_map<HWND, QPointer<MaskWindow>> m_windows;
