@@ -16,9 +16,9 @@ target_include_directories(ruv_module_includes INTERFACE "${include_roots}/modul
 add_library(ruv_standalone_includes INTERFACE)
 target_include_directories(ruv_standalone_includes INTERFACE "${CMAKE_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}/standalone")
 
-# Header-only libraries, included as <nlohmann/json.hpp> and <stb/stb_truetype.h>.
+# Header-only libraries, included as <nlohmann/json.hpp>, <stb/stb_truetype.h> and <utf8cpp/utf8.h>.
 file(MAKE_DIRECTORY "${include_roots}/third-party")
-foreach(folder nlohmann stb)
+foreach(folder nlohmann stb utf8cpp)
     if(NOT EXISTS "/usr/include/${folder}")
         message(FATAL_ERROR "/usr/include/${folder} is missing: install the packages of cmake/packages.txt")
     endif()

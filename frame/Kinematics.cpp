@@ -4,8 +4,6 @@
 
 #include "host/Physics.h"
 #include "host/Quadratgl.h"
-#include "masks/dynamics/CBeschlDlg.h"
-#include "masks/dynamics/CGrenzVDlg.h"
 
 #include <cmath>
 
@@ -17,27 +15,7 @@ constexpr double kKeinAusscheren = 100000000000.0;
 
 constexpr int kViertelSchritte = 200;
 
-template <class Dialog> void RunModally(CRuvData& data, CWnd* parent, double* result, int* okFlag)
-{
-    Dialog dialog(data, parent);
-    if (dialog.DoModal() != IDOK || result == nullptr)
-        return;
-    if (okFlag != nullptr)
-        *okFlag = 1;
-    *result = dialog.Ergebnis();
-}
-
 } // namespace
-
-void AMax(CRuvData& data, CWnd* parent, double* result, int* okFlag)
-{
-    RunModally<CBeschlDlg>(data, parent, result, okFlag);
-}
-
-void VGrenz(CRuvData& data, CWnd* parent, double* result, int* okFlag)
-{
-    RunModally<CGrenzVDlg>(data, parent, result, okFlag);
-}
 
 void AusEinScheren(double curveRadius, double lateralOffset, double speed, double lateralAcceleration, double& length)
 {

@@ -7,18 +7,7 @@
 
 #include "frame/Export.h"
 
-class CRuvData;
-class CWnd;
-
 extern "C" {
-
-/// Runs mask 400 modally. After OK stores 1 in `*okFlag` (may be null) and the maximum deceleration, m/s², in
-/// `*result`. Writes nothing when the user cancels or `result` is null, so the caller presets both.
-RUVMOD_API void AMax(CRuvData& data, CWnd* parent, double* result, int* okFlag);
-
-/// Runs mask 401 modally in the same way; the result is its curve limit speed in km/h, 0 when the mask never found
-/// one.
-RUVMOD_API void VGrenz(CRuvData& data, CWnd* parent, double* result, int* okFlag);
 
 /// Length along the road of swerving out or in by `lateralOffset` as a full sine wave whose sharpest bend just uses
 /// up `lateralAcceleration` at `speed`. `curveRadius` is the road's, 0 for a straight one; what its bend takes of the

@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/collision/CSchrankDiagrammGrossDlg.h"
 
-#include "masks/collision/CSchrankenverfahrenDlg.h"
 #include "res/collision.h"
 
-CSchrankDiagrammGrossDlg::CSchrankDiagrammGrossDlg(CSchrankenverfahrenDlg& maske)
-    : CMDIDialog(IDD_SCHRANKEN_GROSSES_DIAGRAMM, &maske), m_maske(maske)
+#include <utility>
+
+CSchrankDiagrammGrossDlg::CSchrankDiagrammGrossDlg(CWnd& maske, std::function<void(CWnd*)> verbinde)
+    : CMDIDialog(IDD_SCHRANKEN_GROSSES_DIAGRAMM, &maske), m_maske(maske), m_verbinde(std::move(verbinde))
 {
 }
 
@@ -28,6 +29,6 @@ void CSchrankDiagrammGrossDlg::Zeichne()
 
 void CSchrankDiagrammGrossDlg::SetupWindow()
 {
-    m_maske.VerbindeZeichenfeld(GetDlgItem(IDC_SCHR_GROSSES_ZEICHENFELD), true);
+    m_verbinde(GetDlgItem(IDC_SCHR_GROSSES_ZEICHENFELD));
     CMDIDialog::SetupWindow();
 }

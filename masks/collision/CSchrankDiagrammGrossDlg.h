@@ -6,12 +6,13 @@
 
 #include "host/CDialog.h"
 
-class CSchrankenverfahrenDlg;
+#include <functional>
 
 class CSchrankDiagrammGrossDlg : public CMDIDialog
 {
   public:
-    explicit CSchrankDiagrammGrossDlg(CSchrankenverfahrenDlg& maske);
+    /// `verbinde` lets the static draw the diagram.
+    CSchrankDiagrammGrossDlg(CWnd& maske, std::function<void(CWnd*)> verbinde);
 
     /// Opens the dialog, or brings the open one to the front.
     void Zeige();
@@ -20,5 +21,6 @@ class CSchrankDiagrammGrossDlg : public CMDIDialog
     void SetupWindow() override;
 
   private:
-    CSchrankenverfahrenDlg& m_maske;
+    CWnd& m_maske;
+    std::function<void(CWnd*)> m_verbinde;
 };

@@ -17,7 +17,6 @@ using Dat = CSchrankenverfahrenDat;
 
 constexpr double kMindestKarosserie = 0.5;
 constexpr double kSchwerpunkthoehe = 0.7; // share of the body height
-constexpr double kCmProM = 100.0;
 
 /// Distance behind a reference point at `vorn` metres along the axis.
 double Laengs(const Dat::Rechteck& wagen, const CDPoint& p, double vorn)

@@ -110,7 +110,8 @@ void CSchrankenverfahrenDlg::SetupWindow()
     for (const auto& seite : m_seiten)
         seite->CreatePage(*this, kSeitenplatz);
     m_setzen = std::make_unique<CSchrankSetzDlg>(*this);
-    m_gross = std::make_unique<CSchrankDiagrammGrossDlg>(*this);
+    m_gross =
+        std::make_unique<CSchrankDiagrammGrossDlg>(*this, [this](CWnd* feld) { VerbindeZeichenfeld(feld, true); });
     VerbindeZeichenfeld(GetDlgItem(IDC_SCHR_ZEICHENFELD), false);
     LadeEllipsen();
 }
@@ -256,7 +257,6 @@ void CSchrankenverfahrenDlg::OnBnClickedSchrZeichenfeld()
 
 CPlacedObject CSchrankenverfahrenDlg::Objekt(std::size_t objekt) const
 {
-    constexpr double kCmProM = 100.0;
     const Dat::Rechteck& rechteck = m_dat.objekte[objekt];
     CPlacedObject placed;
     placed.kind = static_cast<int>(objekt);
@@ -272,7 +272,6 @@ CPlacedObject CSchrankenverfahrenDlg::Objekt(std::size_t objekt) const
 
 CPlacedObject CSchrankenverfahrenDlg::Vorschlag(std::size_t objekt) const
 {
-    constexpr double kCmProM = 100.0;
     CPlacedObject wish = Objekt(objekt);
     const auto [breite, laenge] = m_dat.Groesse(objekt);
     wish.width = breite * kCmProM;

@@ -14,7 +14,6 @@ namespace
 
 using Dat = CSchrankenverfahrenDat;
 
-constexpr double kCmProM = 100.0;
 constexpr std::array kSpurAbstaende{0.2, 0.1, 0.05, 0.0}; // m before the collision position
 constexpr double kEndlageZurueck = 0.2;                   // share of the way from the collision
 constexpr std::int64_t kBahnAusKollision = 5;

@@ -16,7 +16,6 @@ namespace
 /// Name of the six values in the case.
 constexpr const char* kKurvenwerte = "kurve";
 
-constexpr double kRadProGrad = 0.017453292519943295;
 constexpr double kGradProRad = 57.29577951308232;
 
 // Search for the central angle.

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "base/AtomicFile.h"
 
+#include "base/Utf.h"
+
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
@@ -49,7 +51,7 @@ std::string TemporaryBegin(const fs::path& target)
     std::string name = Utf8Of(target.filename());
     if (name.size() > kMost) {
         std::size_t cut = kMost;
-        while (cut > 0 && (static_cast<unsigned char>(name[cut]) & 0xC0U) == 0x80U) {
+        while (cut > 0 && ContinuesCharacter(name[cut])) {
             --cut;
         }
         name.resize(cut);

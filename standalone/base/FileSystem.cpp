@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "base/FileSystem.h"
 
+#include "base/Utf.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -30,27 +32,6 @@ static constexpr std::size_t kReadBlock = std::size_t{1} << 16U;
 namespace
 {
 
-std::optional<std::wstring> Wide(const std::string& utf8)
-{
-    const int size = static_cast<int>(utf8.size());
-    const int length = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), size, nullptr, 0);
-    if (length <= 0) {
-        return utf8.empty() ? std::optional<std::wstring>(std::wstring()) : std::nullopt;
-    }
-    std::wstring wide(static_cast<std::size_t>(length), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), length);
-    return wide;
-}
-
-std::string Utf8(std::wstring_view wide)
-{
-    const int size = static_cast<int>(wide.size());
-    const int length = WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, nullptr, 0, nullptr, nullptr);
-    std::string utf8(static_cast<std::size_t>(std::max(length, 0)), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, utf8.data(), length, nullptr, nullptr);
-    return utf8;
-}
-
 int LastError()
 {
     return static_cast<int>(GetLastError());
@@ -59,7 +40,7 @@ int LastError()
 int Open(const std::string& path, const std::string&, FileHandle& handle)
 {
     // Others may not write to or remove the file while it is open, but this process may rename it.
-    const auto wide = Wide(path);
+    const auto wide = WideFromUtf8(path);
     const HANDLE file = CreateFileW(wide ? wide->c_str() : L"", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
                                     nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
@@ -88,8 +69,8 @@ int Sync(FileHandle handle)
 
 int Rename(const std::string& from, const std::string& to)
 {
-    const auto source = Wide(from);
-    const auto target = Wide(to);
+    const auto source = WideFromUtf8(from);
+    const auto target = WideFromUtf8(to);
     if (!source || !target) {
         return ERROR_INVALID_NAME;
     }
@@ -120,14 +101,14 @@ void Close(FileHandle handle)
 
 int Remove(const std::string& path)
 {
-    const auto wide = Wide(path);
+    const auto wide = WideFromUtf8(path);
     return wide && DeleteFileW(wide->c_str()) ? 0 : LastError();
 }
 
 std::string EnvironmentVariable(const wchar_t* name)
 {
     const wchar_t* value = _wgetenv(name);
-    return value ? Utf8(value) : std::string();
+    return value ? Utf8FromWide(value) : std::string();
 }
 
 } // namespace
@@ -138,7 +119,7 @@ const int kErrorInputOutput = ERROR_WRITE_FAULT;
 
 std::optional<std::filesystem::path> NativePath(const std::string& utf8)
 {
-    const auto wide = Wide(utf8);
+    const auto wide = WideFromUtf8(utf8);
     if (!wide || utf8.find('\0') != std::string::npos) {
         return std::nullopt;
     }
@@ -147,12 +128,12 @@ std::optional<std::filesystem::path> NativePath(const std::string& utf8)
 
 std::string Utf8Of(const std::filesystem::path& path)
 {
-    return Utf8(path.native());
+    return Utf8FromWide(path.native());
 }
 
 int ReadAll(const std::string& path, std::string& bytes, std::size_t limit)
 {
-    const auto wide = Wide(path);
+    const auto wide = WideFromUtf8(path);
     const HANDLE file = CreateFileW(wide ? wide->c_str() : L"", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
                                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
@@ -184,7 +165,7 @@ std::string SystemErrorText(int code)
     while (!message.empty() && (message.back() <= L' ' || message.back() == L'.')) {
         message.remove_suffix(1);
     }
-    return message.empty() ? "Fehler " + std::to_string(code) : Utf8(message);
+    return message.empty() ? "Fehler " + std::to_string(code) : Utf8FromWide(message);
 }
 
 void RemoveIfAbandoned(const std::filesystem::path& path)

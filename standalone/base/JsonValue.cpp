@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "base/JsonValue.h"
 
+#include "base/NumberText.h"
 #include "host/Assert.h"
 
 #include <nlohmann/json.hpp>
@@ -231,11 +232,10 @@ class JsonWriter
     void WriteContent(double value)
     {
         RUV_ASSERT(std::isfinite(value));
-        char digits[32];
-        const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-        out.append(digits, end);
+        const std::string digits = ShortestDigits(value);
+        out += digits;
         // Without a point it would come back as an integer, and a negative zero as 0.
-        if (std::find_if(digits, end, [](char c) { return c == '.' || c == 'e'; }) == end) {
+        if (digits.find_first_of(".e") == std::string::npos) {
             out += ".0";
         }
     }
@@ -290,16 +290,6 @@ std::string WriteJson(const JsonValue& value, JsonLayout layout)
         writer.out += '\n';
     }
     return std::move(writer.out);
-}
-
-bool IsUtf8(const std::string& text)
-{
-    try {
-        Quoted(text);
-        return true;
-    } catch (const nlohmann::json::type_error&) {
-        return false;
-    }
 }
 
 bool FitsLimits(const JsonValue& value)

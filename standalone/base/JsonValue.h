@@ -80,8 +80,6 @@ enum class JsonLayout {
 /// Shortest digits that give the same number again. All numbers must be finite and all strings UTF-8.
 std::string WriteJson(const JsonValue& value, JsonLayout layout);
 
-bool IsUtf8(const std::string& text);
-
 /// Whether ParseJson would take the value for neither too deep nor too large.
 bool FitsLimits(const JsonValue& value);
 

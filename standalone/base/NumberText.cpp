@@ -64,9 +64,14 @@ std::string FormatNumber(double value)
 {
     if (!std::isfinite(value))
         return FormatNumber(value, 0);
-    std::array<char, 64> buffer{};
+    return WithUsersSign(ShortestDigits(value));
+}
+
+std::string ShortestDigits(double value)
+{
+    std::array<char, 32> buffer;
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
-    return WithUsersSign(std::string(buffer.data(), end));
+    return {buffer.data(), end};
 }
 
 std::optional<double> ParseNumber(std::string_view text)

@@ -18,6 +18,9 @@ std::string FormatNumber(double value, int decimals);
 /// Shortest text that names the value, with the user's decimal sign.
 std::string FormatNumber(double value);
 
+/// The shortest digits that read back as the same number, with a point; for files and programs. The value is finite.
+std::string ShortestDigits(double value);
+
 /// A number with decimal comma or point, optional sign and exponent; blanks around it are allowed. Nothing for anything
 /// else, not-a-number and infinities included.
 std::optional<double> ParseNumber(std::string_view text);

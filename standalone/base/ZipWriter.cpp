@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "base/ZipWriter.h"
 
-#include "base/Crc32.h"
+#include "base/Deflate.h"
 #include "host/Assert.h"
 
 #include <limits>
@@ -16,6 +16,7 @@ namespace
 constexpr std::uint16_t kVersionNeeded = 20;
 constexpr std::uint16_t kUtf8Names = 0x0800;
 constexpr std::uint16_t kStored = 0;
+constexpr std::uint16_t kDeflated = 8;
 constexpr std::uint16_t kNoTime = 0;
 constexpr std::uint16_t kFirstDay = 0x21; // 1 January 1980, the earliest that can be written
 
@@ -44,25 +45,40 @@ void ZipWriter::AppendCommon(std::string& out, const Entry& entry) const
 {
     Append16(out, kVersionNeeded);
     Append16(out, kUtf8Names);
-    Append16(out, kStored);
+    Append16(out, entry.method);
     Append16(out, kNoTime);
     Append16(out, kFirstDay);
     Append32(out, entry.checksum);
-    Append32(out, entry.size); // compressed
+    Append32(out, entry.packed);
     Append32(out, entry.size);
     Append16(out, static_cast<std::uint16_t>(entry.name.size()));
     Append16(out, 0); // extra field
 }
 
-void ZipWriter::Add(std::string name, std::string_view bytes)
+void ZipWriter::Append(Entry entry, std::string_view packed)
 {
-    RUV_ASSERT(name.size() <= std::numeric_limits<std::uint16_t>::max());
-    Entry entry{std::move(name), Crc32(bytes), Size32(bytes.size()), Size32(m_bytes.size())};
+    RUV_ASSERT(entry.name.size() <= std::numeric_limits<std::uint16_t>::max());
     Append32(m_bytes, 0x04034B50U);
     AppendCommon(m_bytes, entry);
     m_bytes += entry.name;
-    m_bytes += bytes;
+    m_bytes += packed;
     m_entries.push_back(std::move(entry));
+}
+
+void ZipWriter::Add(std::string name, std::string_view bytes)
+{
+    const std::string packed = Deflated(bytes, DeflateFormat::raw);
+    if (packed.size() >= bytes.size())
+        return AddUncompressed(std::move(name), bytes);
+    Append(
+        {std::move(name), Crc32(bytes), kDeflated, Size32(packed.size()), Size32(bytes.size()), Size32(m_bytes.size())},
+        packed);
+}
+
+void ZipWriter::AddUncompressed(std::string name, std::string_view bytes)
+{
+    const std::uint32_t size = Size32(bytes.size());
+    Append({std::move(name), Crc32(bytes), kStored, size, size, Size32(m_bytes.size())}, bytes);
 }
 
 std::string ZipWriter::Finish()

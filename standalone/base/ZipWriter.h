@@ -10,12 +10,14 @@
 namespace base
 {
 
-/// A zip archive (APPNOTE 6.3) of uncompressed entries, without times, so that the same content gives the same bytes.
+/// A zip archive (APPNOTE 6.3) without times, so that the same content gives the same bytes.
 /// Names are UTF-8. All together must stay below 4 GiB.
 class ZipWriter
 {
   public:
+    /// Compressed where that makes it smaller.
     void Add(std::string name, std::string_view bytes);
+    void AddUncompressed(std::string name, std::string_view bytes);
     /// The whole archive.
     std::string Finish();
 
@@ -23,9 +25,12 @@ class ZipWriter
     struct Entry {
         std::string name;
         std::uint32_t checksum;
+        std::uint16_t method;
+        std::uint32_t packed;
         std::uint32_t size;
         std::uint32_t offset;
     };
+    void Append(Entry entry, std::string_view packed);
     void AppendCommon(std::string& out, const Entry& entry) const;
 
     std::string m_bytes;

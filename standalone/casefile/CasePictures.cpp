@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "casefile/CasePictures.h"
 
+#include "base/Utf.h"
 #include "casefile/CaseFields.h"
 #include "casefile/JsonFields.h"
 

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
+#include "base/Utf.h"
 #include "casefile/CaseFields.h"
 #include "casefile/CaseFile.h"
 #include "casefile/CasePictures.h"

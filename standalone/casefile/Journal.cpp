@@ -3,8 +3,9 @@
 #include "casefile/Journal.h"
 
 #include "base/AtomicFile.h"
-#include "base/Crc32.h"
+#include "base/Deflate.h"
 #include "base/JsonValue.h"
+#include "base/Utf.h"
 
 #include <algorithm>
 #include <array>

@@ -11,6 +11,7 @@
 #include "cli/Options.h"
 #include "cli/Session.h"
 #include "frame/Kinematics.h"
+#include "frame/MaskResults.h"
 #include "host/Quadratgl.h"
 
 #include <algorithm>

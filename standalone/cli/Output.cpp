@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/Verbs.h"
 
+#include "base/Utf.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
@@ -14,8 +16,8 @@ namespace
 /// Number of characters; the marks that continue one are not counted.
 std::size_t Width(const std::string& utf8)
 {
-    return static_cast<std::size_t>(std::count_if(
-        utf8.begin(), utf8.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+    return static_cast<std::size_t>(
+        std::count_if(utf8.begin(), utf8.end(), [](char c) { return !base::ContinuesCharacter(c); }));
 }
 
 } // namespace

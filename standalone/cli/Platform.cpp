@@ -4,6 +4,8 @@
 
 #ifdef _WIN32
 
+#include "base/Utf.h"
+
 #include <windows.h>
 
 #include <fcntl.h>
@@ -13,35 +15,13 @@
 namespace cli
 {
 
-std::string Utf8FromWide(const wchar_t* text)
-{
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-    if (size <= 1)
-        return {};
-    std::string utf8(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
-    utf8.pop_back();
-    return utf8;
-}
-
-std::wstring WideFromUtf8(const std::string& text)
-{
-    const int size = MultiByteToWideChar(CP_UTF8, 0, text.c_str(), -1, nullptr, 0);
-    if (size <= 1)
-        return {};
-    std::wstring wide(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, text.c_str(), -1, wide.data(), size);
-    wide.pop_back();
-    return wide;
-}
-
 std::vector<std::string> Arguments(int, char**)
 {
     int count = 0;
     wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
     std::vector<std::string> arguments;
     for (int i = 1; wide != nullptr && i < count; ++i)
-        arguments.push_back(Utf8FromWide(wide[i]));
+        arguments.push_back(base::Utf8FromWide(wide[i]));
     LocalFree(wide);
     return arguments;
 }

@@ -24,9 +24,4 @@ std::size_t ReadInput(char* buffer, std::size_t size);
 /// and fetched again for every line otherwise.
 void KeepFreedMemory();
 
-#ifdef _WIN32
-std::string Utf8FromWide(const wchar_t* text);
-std::wstring WideFromUtf8(const std::string& text);
-#endif
-
 } // namespace cli

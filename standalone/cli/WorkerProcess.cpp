@@ -6,6 +6,7 @@
 #include <mutex>
 
 #ifdef _WIN32
+#include "base/Utf.h"
 #include "cli/Platform.h"
 
 #include <windows.h>
@@ -82,7 +83,7 @@ std::unique_ptr<WorkerProcess> WorkerProcess::Start(const std::vector<std::strin
     std::wstring line;
     AppendQuoted(line, program);
     for (const std::string& argument : arguments)
-        AppendQuoted(line, WideFromUtf8(argument));
+        AppendQuoted(line, base::WideFromUtf8(base::ValidUtf8(argument)).value_or(std::wstring()));
 
     auto system = std::make_unique<System>();
     HANDLE childInput = nullptr;

@@ -4,6 +4,8 @@
 
 #include "base/NumberText.h"
 
+#include <QCommandLineParser>
+
 namespace desktop
 {
 namespace
@@ -12,51 +14,72 @@ namespace
 constexpr double kSmallestScale = 0.5;
 constexpr double kLargestScale = 4.0;
 
+/// Qt knows the reason in English; its German texts come with the application object.
+QString ReasonFor(const QCommandLineParser& parser, const QStringList& arguments)
+{
+    const QStringList unknown = parser.unknownOptionNames();
+    if (unknown.isEmpty())
+        return arguments.last() + QStringLiteral(": dahinter fehlt der Wert");
+    return (unknown.first().size() > 1 ? QStringLiteral("--") : QStringLiteral("-")) + unknown.first() +
+           QStringLiteral(": unbekannt");
+}
+
+/// The first word is the case unless an option named one; with --shot the others are masks.
+void TakeWords(CommandLine& line, const QStringList& words)
+{
+    for (const QString& word : words) {
+        bool isNumber = false;
+        const UINT number = word.toUInt(&isNumber);
+        if (isNumber && !line.shotFolder.isEmpty())
+            line.numbers.push_back(number);
+        else if (line.casePath.isEmpty())
+            line.casePath = word;
+        else if (line.error.isEmpty())
+            line.error = word + QStringLiteral(": unbekannt");
+    }
+}
+
 } // namespace
 
 CommandLine ReadCommandLine(std::span<char* const> arguments)
 {
+    QStringList words{QStringLiteral("tavelin")}; // the parser takes the first for the program's name
+    for (const char* argument : arguments)
+        words << QString::fromLocal8Bit(argument);
+
+    const QCommandLineOption shot(QStringLiteral("shot"), {}, QStringLiteral("ORDNER"));
+    const QCommandLineOption casePath(QStringLiteral("case"), {}, QStringLiteral("FALLDATEI"));
+    const QCommandLineOption scale(QStringLiteral("scale"), {}, QStringLiteral("FAKTOR"));
+    const QCommandLineOption scheme(QStringLiteral("scheme"), {}, QStringLiteral("NAME"));
+    const QCommandLineOption example(QStringLiteral("example"), {}, QStringLiteral("NAME"));
+    const QCommandLineOption bench(QStringLiteral("bench"));
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")});
+    QCommandLineParser parser;
+    parser.addOptions({shot, casePath, scale, scheme, example, bench, help});
+
     CommandLine line;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const QString argument = QString::fromLocal8Bit(arguments[i]);
-        const auto value = [&]() -> QString {
-            if (i + 1 < arguments.size())
-                return QString::fromLocal8Bit(arguments[++i]);
-            line.error = argument + QStringLiteral(": dahinter fehlt der Wert");
-            return {};
-        };
-        bool isNumber = false;
-        const UINT number = argument.toUInt(&isNumber);
-        if (argument == QLatin1String("--shot")) {
-            line.shotFolder = value();
-        } else if (argument == QLatin1String("--case")) {
-            line.casePath = value();
-        } else if (argument == QLatin1String("--scale")) {
-            const auto scale = base::ParseNumber(value().toStdString());
-            if (line.error.isEmpty() && (!scale || *scale < kSmallestScale || *scale > kLargestScale))
-                line.error = QStringLiteral("--scale: eine Zahl von 0,5 bis 4 ist gefragt");
-            line.scale = scale.value_or(0.0);
-        } else if (argument == QLatin1String("--scheme")) {
-            const QString name = value();
-            line.dark = name == QLatin1String("dunkel") || name == QLatin1String("dark");
-            if (line.error.isEmpty() && !line.dark && name != QLatin1String("hell") && name != QLatin1String("light"))
-                line.error = QStringLiteral("--scheme: gefragt ist „hell“ oder „dunkel“, nicht „%1“").arg(name);
-        } else if (argument == QLatin1String("--example")) {
-            line.example = value();
-        } else if (argument == QLatin1String("--bench")) {
-            line.bench = true;
-        } else if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
-            line.help = true;
-        } else if (isNumber && !line.shotFolder.isEmpty()) {
-            line.numbers.push_back(number);
-        } else if (!argument.startsWith(QLatin1Char('-')) && line.casePath.isEmpty()) {
-            line.casePath = argument;
-        } else {
-            line.error = argument + QStringLiteral(": unbekannt");
-        }
-        if (!line.error.isEmpty())
-            break;
+    if (!parser.parse(words)) {
+        line.error = ReasonFor(parser, words);
+        return line;
     }
+    line.shotFolder = parser.value(shot);
+    line.casePath = parser.value(casePath);
+    line.example = parser.value(example);
+    line.bench = parser.isSet(bench);
+    line.help = parser.isSet(help);
+    if (parser.isSet(scale)) {
+        const auto factor = base::ParseNumber(parser.value(scale).toStdString());
+        if (!factor || *factor < kSmallestScale || *factor > kLargestScale)
+            line.error = QStringLiteral("--scale: eine Zahl von 0,5 bis 4 ist gefragt");
+        line.scale = factor.value_or(0.0);
+    }
+    if (parser.isSet(scheme)) {
+        const QString name = parser.value(scheme);
+        line.dark = name == QLatin1String("dunkel") || name == QLatin1String("dark");
+        if (!line.dark && name != QLatin1String("hell") && name != QLatin1String("light"))
+            line.error = QStringLiteral("--scheme: gefragt ist „hell“ oder „dunkel“, nicht „%1“").arg(name);
+    }
+    TakeWords(line, parser.positionalArguments());
     if (line.error.isEmpty() && !line.example.isEmpty() && !line.casePath.isEmpty())
         line.error = QStringLiteral("--example: entweder ein Beispiel oder eine Falldatei");
     return line;

@@ -41,11 +41,6 @@ namespace
 
 constexpr double kClipboardUnit = 3.0; // pixels of a dialog unit in the picture on the clipboard
 
-QString FromUtf8(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
 } // namespace
 
 MaskReport::MaskReport(MainWindow& window, CaseDocument& document, QtFrontEnd& frontEnd)
@@ -112,7 +107,7 @@ QString MaskReport::Save(MaskWindow& mask, const QString& path)
         bytes = report::ProtocolOdt(protocol);
     else
         return QStringLiteral("Der Dateiname muss auf .pdf, .html oder .odt enden.");
-    return FromUtf8(base::WriteFileAtomically(path.toStdString(), bytes).Text());
+    return QString::fromStdString(base::WriteFileAtomically(path.toStdString(), bytes).Text());
 }
 
 QString MaskReport::PrintOn(QPrinter& printer, MaskWindow& mask)
@@ -124,8 +119,8 @@ QMimeData* MaskReport::ForClipboard(MaskWindow& mask)
 {
     const report::Protocol protocol = ProtocolOf(mask);
     auto* mime = new QMimeData;
-    mime->setText(FromUtf8(report::ProtocolText(protocol)));
-    mime->setHtml(FromUtf8(report::ProtocolHtmlTable(protocol)));
+    mime->setText(QString::fromStdString(report::ProtocolText(protocol)));
+    mime->setHtml(QString::fromStdString(report::ProtocolHtmlTable(protocol)));
     const std::string png = drawing::ToPng(framework::DrawDialog(*mask.Dialog(), kClipboardUnit), 1.0);
     mime->setImageData(QImage::fromData(QByteArray::fromStdString(png), "PNG"));
     return mime;

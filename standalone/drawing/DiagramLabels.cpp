@@ -2,19 +2,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "drawing/DiagramLabels.h"
 
+#include "base/Utf.h"
+
 namespace drawing
 {
 namespace
 {
 
-bool ContinuesLetter(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
 void RemoveLastLetter(std::string& utf8)
 {
-    while (!utf8.empty() && ContinuesLetter(utf8.back()))
+    while (!utf8.empty() && base::ContinuesCharacter(utf8.back()))
         utf8.pop_back();
     if (!utf8.empty())
         utf8.pop_back();

@@ -3,6 +3,8 @@
 //
 // Drawings as PDF 1.4: one page with vector paths. Text is set in subsets of the embedded fonts whose glyph numbers
 // are the character codes, with a map back to Unicode, so that it can be selected and searched.
+#include "base/Deflate.h"
+#include "base/Utf.h"
 #include "drawing/BitmapFiles.h"
 #include "drawing/DrawingExport.h"
 #include "drawing/DrawingFormat.h"
@@ -28,7 +30,6 @@ namespace
 {
 constexpr double kPointsPerPixel = 0.75;
 constexpr int kMatrixDecimals = 6;
-constexpr int kZlibQuality = 8;
 
 void Numbers(std::string& out, std::initializer_list<double> values, int decimals = 3)
 {
@@ -56,17 +57,6 @@ void Color(std::string& out, COLORREF color, std::string_view operation)
     out += operation;
 }
 
-std::string Deflated(std::string data)
-{
-    int size = 0;
-    const std::unique_ptr<unsigned char, decltype(&std::free)> bytes(
-        stbi_zlib_compress(reinterpret_cast<unsigned char*>(data.data()), static_cast<int>(data.size()), &size,
-                           kZlibQuality),
-        &std::free);
-    RUV_ASSERT(bytes != nullptr);
-    return {reinterpret_cast<const char*>(bytes.get()), static_cast<std::size_t>(size)};
-}
-
 /// Numbered objects and the table of where they are.
 class PdfFile
 {
@@ -84,7 +74,7 @@ class PdfFile
 
     void AddStream(const std::string& data, const std::string& entries = {})
     {
-        const std::string packed = Deflated(data);
+        const std::string packed = base::Deflated(data, base::DeflateFormat::zlib);
         Add("<</Length " + std::to_string(packed.size()) + " /Filter /FlateDecode" + entries + ">>\nstream\n" + packed +
             "\nendstream");
     }
@@ -244,7 +234,7 @@ class PdfFont
             out += '<';
             Hex16(out, character.code);
             out += "> <";
-            for (const char16_t unit : Utf16(codepoint))
+            for (const char16_t unit : base::Utf16Of(codepoint))
                 Hex16(out, unit);
             out += ">\n";
             if (--leftInBlock == 0)

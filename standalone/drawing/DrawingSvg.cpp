@@ -7,9 +7,9 @@
 #include "drawing/DrawingExport.h"
 #include "drawing/DrawingFormat.h"
 #include "drawing/FontMetrics.h"
+#include "host/Physics.h"
 
 #include <algorithm>
-#include <numbers>
 #include <string_view>
 #include <variant>
 
@@ -195,7 +195,7 @@ class SvgWriter
         if (angle == 0.0)
             return;
         m_out += " transform=\"rotate(";
-        for (const double value : {-angle * 180.0 / std::numbers::pi, centre.x, centre.y}) {
+        for (const double value : {-angle / kRadProGrad, centre.x, centre.y}) {
             AppendNumber(m_out, value);
             m_out += ' ';
         }
@@ -217,7 +217,7 @@ class SvgWriter
                 m_out += "&gt;";
                 break;
             default:
-                m_out += base::Utf8FromUtf16(Utf16(codepoint));
+                base::AppendUtf8(m_out, codepoint);
             }
         }
     }

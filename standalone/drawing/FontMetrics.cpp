@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "drawing/FontMetrics.h"
 
+#include "base/Utf.h"
 #include "drawing/Stb.h"
 #include "host/Assert.h"
 
@@ -62,66 +63,17 @@ VerticalMetrics EmMetrics(bool bold)
     return {ascent / UnitsPerEm(face), -descent / UnitsPerEm(face)};
 }
 
-bool IsContinuation(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-/// Number of bytes of the UTF-8 sequence that `lead` starts, 0 when it starts none.
-std::size_t SequenceLength(unsigned char lead)
-{
-    if (lead < 0x80)
-        return 1;
-    if (lead >= 0xC2 && lead < 0xE0)
-        return 2;
-    if (lead >= 0xE0 && lead < 0xF0)
-        return 3;
-    return lead >= 0xF0 && lead < 0xF5 ? 4 : 0;
-}
-
-/// Takes one character off the front of `rest`.
-char32_t NextCodepoint(std::string_view& rest)
-{
-    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    const auto lead = static_cast<unsigned char>(rest.front());
-    const std::size_t length = SequenceLength(lead);
-    const std::string_view tail = rest.substr(1, std::max<std::size_t>(length, 1) - 1);
-    if (length == 0 || tail.size() + 1 != length || !std::all_of(tail.begin(), tail.end(), IsContinuation)) {
-        rest.remove_prefix(1);
-        return kReplacement;
-    }
-    char32_t codepoint = length == 1 ? lead : lead & (0xFFU >> (length + 1));
-    for (const char byte : tail)
-        codepoint = codepoint << 6U | (static_cast<unsigned char>(byte) & 0x3FU);
-    const bool surrogate = codepoint >= 0xD800 && codepoint <= 0xDFFF;
-    if (codepoint < smallest[length] || codepoint > 0x10FFFF || surrogate) {
-        rest.remove_prefix(1);
-        return kReplacement;
-    }
-    rest.remove_prefix(length);
-    return codepoint;
-}
 } // namespace
 
 std::u32string TextCodepoints(std::string_view utf8)
 {
-    std::u32string result;
-    result.reserve(utf8.size());
-    while (!utf8.empty()) {
-        const char32_t codepoint = NextCodepoint(utf8);
+    std::u32string codepoints = base::Codepoints(utf8);
+    for (char32_t& codepoint : codepoints) {
         const bool control = codepoint < 0x20 || (codepoint >= 0x7F && codepoint < 0xA0);
         const bool noncharacter = (codepoint & 0xFFFEU) == 0xFFFEU;
-        result.push_back(control ? U' ' : noncharacter ? kReplacement : codepoint);
+        codepoint = control ? U' ' : noncharacter ? kReplacement : codepoint;
     }
-    return result;
-}
-
-std::u16string Utf16(char32_t codepoint)
-{
-    if (codepoint < 0x10000)
-        return {static_cast<char16_t>(codepoint)};
-    const char32_t offset = codepoint - 0x10000;
-    return {static_cast<char16_t>(0xD800U + (offset >> 10U)), static_cast<char16_t>(0xDC00U + (offset & 0x3FFU))};
+    return codepoints;
 }
 
 std::vector<Glyph> GlyphsOf(std::string_view utf8, bool bold)

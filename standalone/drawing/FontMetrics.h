@@ -19,8 +19,6 @@ namespace drawing
 /// The characters of a line of text as every format shows them: bytes that are no UTF-8 become U+FFFD, control
 /// characters a blank.
 std::u32string TextCodepoints(std::string_view utf8);
-/// One or two UTF-16 code units.
-std::u16string Utf16(char32_t codepoint);
 
 /// Sum of the characters' advances in pixels; no kerning, so widths add up.
 double TextWidth(std::string_view utf8, const CFont& font);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// The single-header libraries for fonts, filled outlines and PNG files. Include them through this file only.
+// The single-header library for fonts and filled outlines. Include it through this file only.
 #pragma once
 
 #include <cassert>
@@ -19,15 +19,10 @@ struct StbOutlineVertex {
 };
 #define stbtt_vertex StbOutlineVertex
 
-#define STBI_WRITE_NO_STDIO
-
 #ifdef __ELF__
 #pragma GCC visibility push(hidden)
 #endif
-#include <stb/stb_image_write.h>
 #include <stb/stb_truetype.h>
-// Public by its documentation, but declared in no header part. The caller frees the result with std::free.
-extern "C" unsigned char* stbi_zlib_compress(unsigned char* data, int dataSize, int* outSize, int quality);
 #ifdef __ELF__
 #pragma GCC visibility pop
 #endif

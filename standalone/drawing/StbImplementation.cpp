@@ -5,5 +5,4 @@
 // array access apart from that.
 #define STBTT_assert(condition) static_cast<void>(0)
 #define STB_TRUETYPE_IMPLEMENTATION
-#define STB_IMAGE_WRITE_IMPLEMENTATION
 #include "drawing/Stb.h"

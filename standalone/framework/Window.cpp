@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "framework/Window.h"
 
+#include "base/Utf.h"
 #include "host/Assert.h"
 
 #include <algorithm>
@@ -15,7 +16,7 @@ namespace
 std::size_t CharacterLength(const std::string& text, std::size_t at)
 {
     std::size_t end = at + 1;
-    while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+    while (end < text.size() && base::ContinuesCharacter(text[end]))
         ++end;
     return end - at;
 }

@@ -2,23 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CKfzDaten.h"
 
-#include "host/CRuvData.h"
-
 void CKfzDaten::Calc_Lv_Lh_HB(double& lh, double& lv, double& hb) const
 {
     lh = length / 2.0;
     lv = length / 2.0;
     hb = width / 2.0;
-}
-
-int CKfzDaten::Uebertragen(CRuvData& data, std::size_t index, CWnd*, int) const
-{
-    if (index >= CRuvData::kFahrzeuge) {
-        return 0;
-    }
-    data.KfzDat(index) = *this;
-    data.NotifyGeo(index);
-    return 1;
 }
 
 CKfzDaten TypicalCar(const std::string& name, COLORREF color)

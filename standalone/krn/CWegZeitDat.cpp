@@ -3,7 +3,6 @@
 #include "host/CWegZeitDat.h"
 
 #include "host/Assert.h"
-#include "host/CRuvData.h"
 #include "krn/PhaseMotion.h"
 
 #include <algorithm>
@@ -104,14 +103,4 @@ void CWegZeitRechDat::Berechnung()
             phase.sumWeg = path += phase.weg;
         }
     }
-}
-
-int CWegZeitRechDat::Uebertragen(CRuvData& data, std::size_t vehicle, CWnd*, int) const
-{
-    if (vehicle >= CRuvData::kFahrzeuge) {
-        return 0;
-    }
-    data.WZRechDat(vehicle) = *this;
-    data.NotifyWZ(vehicle);
-    return 1;
 }

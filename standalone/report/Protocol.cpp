@@ -7,6 +7,7 @@
 #include "framework/UiThread.h"
 #include "host/Bindings.h"
 #include "host/CDialog.h"
+#include "host/Physics.h"
 #include "host/Placing.h"
 #include "krn/ControlMeaning.h"
 
@@ -318,18 +319,17 @@ std::vector<ProtocolEntry> ExactValues(const Window& dialog, const std::vector<c
 /// Where the mask's objects lie: position and size in m, angle in degrees.
 void AddScene(Protocol& protocol, const CPlacingClient& client)
 {
-    constexpr double kMPerCm = 0.01;
     ProtocolGroup group{"In der Szene", {}};
     for (const CPlacedObject& object : client.PlacedObjects()) {
         struct {
             const char* name;
             double number;
             const char* unit;
-        } const numbers[] = {{"x", object.position.x * kMPerCm, "m"},
-                             {"y", object.position.y * kMPerCm, "m"},
+        } const numbers[] = {{"x", object.position.x / kCmProM, "m"},
+                             {"y", object.position.y / kCmProM, "m"},
                              {"Winkel", object.angle, "°"},
-                             {"Breite", object.width * kMPerCm, "m"},
-                             {"Länge", object.length * kMPerCm, "m"}};
+                             {"Breite", object.width / kCmProM, "m"},
+                             {"Länge", object.length / kCmProM, "m"}};
         std::string text;
         for (const auto& [name, number, unit] : numbers) {
             text += (text.empty() ? "" : ", ") + std::string(name) + " " + base::FormatNumber(number, 2) + " " + unit;

@@ -329,7 +329,7 @@ std::string Meta(const std::string& title)
 std::string ProtocolOdt(const Protocol& protocol)
 {
     base::ZipWriter archive;
-    archive.Add("mimetype", kMimeType); // must be the first
+    archive.AddUncompressed("mimetype", kMimeType); // must be the first
     Document document(archive);
     document.Paragraph("Title", EscapeXml(protocol.title));
     document.Pairs(protocol.origin);

@@ -35,7 +35,6 @@ constexpr double kFarAway = 1e5;
 
 constexpr double kLineContrast = 3.0;
 constexpr double kTextContrast = 4.5;
-constexpr double kCmProM = 100.0;
 
 struct Box {
     double left, top, right, bottom;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "scene/SceneEditing.h"
 
+#include "host/Physics.h"
 #include "scene/SceneGeometry.h"
 
 #include <algorithm>
@@ -41,7 +42,7 @@ bool Contains(const CPlacedObject& pose, CDPoint point, double reach)
 {
     const CDPoint half = HalfSides(pose);
     const CDPoint to = point - CentreOf(pose);
-    const CDPoint along = Direction(pose.angle * kDegree);
+    const CDPoint along = Direction(pose.angle * kRadProGrad);
     return std::abs(Dot(to, along)) <= std::abs(half.x) + reach &&
            std::abs(Dot(to, {-along.y, along.x})) <= std::abs(half.y) + reach;
 }
@@ -130,7 +131,7 @@ CPlacedObject SceneDrag::Moved(CDPoint by, bool straight) const
 {
     CPlacedObject pose = m_begin.pose;
     if (straight) {
-        const CDPoint along = Direction(pose.angle * kDegree);
+        const CDPoint along = Direction(pose.angle * kRadProGrad);
         const CDPoint across{-along.y, along.x};
         const double forward = Dot(by, along);
         const double aside = Dot(by, across);
@@ -145,7 +146,7 @@ CPlacedObject SceneDrag::Turned(CDPoint cursor, bool stepped) const
     const CDPoint centre = CentreOf(m_begin.pose);
     const CDPoint from = m_at - centre;
     const CDPoint to = cursor - centre;
-    double degrees = m_begin.pose.angle + (std::atan2(to.y, to.x) - std::atan2(from.y, from.x)) / kDegree;
+    double degrees = m_begin.pose.angle + (std::atan2(to.y, to.x) - std::atan2(from.y, from.x)) / kRadProGrad;
     if (stepped)
         degrees = std::round(degrees / kTurnStep) * kTurnStep;
     return TurnedTo(m_begin.pose, InHalfTurns(degrees));
@@ -155,7 +156,7 @@ CPlacedObject SceneDrag::Sized(CDPoint cursor, bool proportional) const
 {
     const auto corners = CornersOf(m_begin.pose);
     const CDPoint fixed = corners[(m_hit.corner + 2) % corners.size()];
-    const CDPoint along = Direction(m_begin.pose.angle * kDegree);
+    const CDPoint along = Direction(m_begin.pose.angle * kRadProGrad);
     const CDPoint across{-along.y, along.x};
     const CDPoint moved = corners[m_hit.corner] + (cursor - m_at);
     CDPoint size{Dot(moved - fixed, along), Dot(moved - fixed, across)};
@@ -175,7 +176,7 @@ CPlacedObject SceneDrag::Sized(CDPoint cursor, bool proportional) const
 
 SceneItem Spanned(SceneItem item, CDPoint from, CDPoint to)
 {
-    const CDPoint along = Direction(item.pose.angle * kDegree);
+    const CDPoint along = Direction(item.pose.angle * kRadProGrad);
     const CDPoint diagonal = to - from;
     const CDPoint size{std::max(std::abs(Dot(diagonal, along)), kSmallestSide),
                        std::max(std::abs(Dot(diagonal, {-along.y, along.x})), kSmallestSide)};

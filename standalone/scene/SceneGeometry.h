@@ -12,8 +12,6 @@
 namespace scene
 {
 
-inline constexpr double kDegree = kPi / 180.0; ///< in rad
-
 /// Unit vector at an angle (rad, counter-clockwise from x).
 inline CDPoint Direction(double angle)
 {

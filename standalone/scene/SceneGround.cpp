@@ -4,6 +4,7 @@
 
 #include "base/NumberText.h"
 #include "drawing/DiagramColor.h"
+#include "host/Physics.h"
 #include "host/Units.h"
 
 #include <algorithm>
@@ -21,7 +22,6 @@ constexpr double kPad = 14.0;
 constexpr double kBarHeight = 5.0;
 constexpr CFont kBarFont{12.0, false};
 
-constexpr double kCmProM = 100.0;
 constexpr double kFineGrid = 0.45; // of the colour that whole steps have
 constexpr int kMostLines = 2000;
 

@@ -20,7 +20,6 @@ namespace
 
 using Type = CKfzDaten::Type;
 
-constexpr double kCmProM = 100.0;
 constexpr double kLargestPlace = 1e9;   // cm
 constexpr double kLargestSize = 1e8;    // cm
 constexpr double kSmallestScale = 1e-5; // metres per pixel of a picture
@@ -34,7 +33,7 @@ CDPoint ToCentre(const CPlacedObject& pose)
 {
     if (pose.centred)
         return {};
-    const CDPoint along = Direction(pose.angle * kDegree);
+    const CDPoint along = Direction(pose.angle * kRadProGrad);
     return along * (pose.width / 2.0) + CDPoint{-along.y, along.x} * (pose.length / 2.0);
 }
 
@@ -68,7 +67,7 @@ SceneItem VehicleItem(const CRuvData& data, SceneKind kind, std::size_t index, C
     item.pose.participant = static_cast<std::int64_t>(index);
     item.pose.centred = true;
     item.pose.position = at;
-    item.pose.angle = heading / kDegree;
+    item.pose.angle = heading / kRadProGrad;
     std::tie(item.pose.length, item.pose.width) = Extent(vehicle, kind == SceneKind::restPose);
     return item;
 }
@@ -118,7 +117,7 @@ SceneItem PictureItem(const CSzenenBild& picture, std::size_t index)
     item.pose.name = picture.datei.substr(picture.datei.find_last_of('/') + 1);
     item.pose.centred = true;
     item.pose.position = picture.mitte;
-    item.pose.angle = picture.winkel / kDegree;
+    item.pose.angle = picture.winkel / kRadProGrad;
     item.pose.length = static_cast<double>(picture.breite) * picture.meterProPixel * kCmProM;
     item.pose.width = static_cast<double>(picture.hoehe) * picture.meterProPixel * kCmProM;
     return item;
@@ -138,7 +137,7 @@ bool PlacePicture(CRuvData& data, const SceneItem& item)
     if (!(scale >= kSmallestScale && scale <= kLargestScale))
         return false;
     picture.mitte = item.pose.position;
-    picture.winkel = item.pose.angle * kDegree;
+    picture.winkel = item.pose.angle * kRadProGrad;
     picture.meterProPixel = scale;
     data.NotifyMaskenWerte();
     return true;
@@ -177,7 +176,7 @@ bool PlaceVehicle(CRuvData& data, const SceneItem& item)
     if (!data.IsFzgValid(static_cast<std::int64_t>(vehicle)))
         return false;
     CWegZeitRechDat way = data.WZRechDat(vehicle);
-    const double heading = item.pose.angle * kDegree;
+    const double heading = item.pose.angle * kRadProGrad;
     if (item.id.kind == SceneKind::restPose) {
         SetRestPose(way, item.pose.position, heading);
     } else {
@@ -207,13 +206,13 @@ CDPoint CentreOf(const CPlacedObject& pose)
 
 double HeadingOf(const CPlacedObject& pose)
 {
-    return pose.angle * kDegree + (pose.centred ? 0.0 : kPi / 2.0);
+    return pose.angle * kRadProGrad + (pose.centred ? 0.0 : kPi / 2.0);
 }
 
 std::array<CDPoint, 4> CornersOf(const CPlacedObject& pose)
 {
     const CDPoint centre = CentreOf(pose);
-    const CDPoint along = Direction(pose.angle * kDegree);
+    const CDPoint along = Direction(pose.angle * kRadProGrad);
     const CDPoint x = along * (pose.centred ? pose.length / 2.0 : pose.width / 2.0);
     const CDPoint y = CDPoint{-along.y, along.x} * (pose.centred ? pose.width / 2.0 : pose.length / 2.0);
     return {centre - x - y, centre + x - y, centre + x + y, centre - x + y};

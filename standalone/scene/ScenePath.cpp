@@ -131,7 +131,6 @@ void StoreWay(CRuvData& data, std::size_t vehicle, const CWegZeitRechDat& way)
 
 void AddPhaseMarks(const CWegZeitDat& way, double heading, SceneTrack& track)
 {
-    constexpr double kCmProM = 100.0;
     constexpr double kLongest = 1e8; // cm
     double farthest = 0.0;
     for (std::size_t column = CWegZeitDat::kErsteSpalte; column < CWegZeitDat::kSpalten; ++column) {

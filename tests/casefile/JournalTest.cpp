@@ -3,7 +3,7 @@
 #include "casefile/Journal.h"
 
 #include "base/AtomicFile.h"
-#include "base/Crc32.h"
+#include "base/Deflate.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 #include "drawing/FontMetrics.h"
+#include "base/Utf.h"
 #include "tests/support/DrawingFiles.h"
 
 #include <gtest/gtest.h>
@@ -34,7 +35,7 @@ TEST(FontMetrics, WidthsAddUpAndGrow)
     std::string sofar;
     double last = 0.0;
     for (const Glyph& glyph : GlyphsOf(text, false)) {
-        const std::u16string units = Utf16(glyph.codepoint);
+        const std::u16string units = base::Utf16Of(glyph.codepoint);
         ASSERT_EQ(units.size(), 1U);
         sum += glyph.advance * 12.0;
         EXPECT_GT(glyph.advance, 0.0);

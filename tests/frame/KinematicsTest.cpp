@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 #include "frame/Kinematics.h"
+#include "frame/MaskResults.h"
 
 #include "tests/support/MaskFixture.h"
 

@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "report/Protocol.h"
 
-#include "base/Crc32.h"
+#include "base/Deflate.h"
 #include "base/ZipWriter.h"
 #include "casefile/CaseFile.h"
 #include "frame/RuvMod.h"
 #include "report/ProtocolHtml.h"
 #include "report/ProtocolOdt.h"
 #include "res/resource.h"
+#include "tests/support/DrawingFiles.h"
 #include "tests/support/MaskFixture.h"
 
 #include <gtest/gtest.h>
@@ -23,6 +24,17 @@ namespace
 using namespace base;
 using namespace casefile;
 using namespace report;
+
+/// By another library than the one that packed it.
+std::string Inflated(const std::string& packed)
+{
+    int size = 0;
+    char* bytes = stbi_zlib_decode_noheader_malloc(packed.data(), static_cast<int>(packed.size()), &size);
+    EXPECT_NE(bytes, nullptr);
+    const std::string result(bytes, static_cast<std::size_t>(size));
+    std::free(bytes);
+    return result;
+}
 
 /// Reader of the archives that ZipWriter writes: the files by name, found through the directory at the end.
 std::map<std::string, std::string> Unzip(const std::string& zip)
@@ -46,7 +58,9 @@ std::map<std::string, std::string> Unzip(const std::string& zip)
         const std::size_t local = number(at + 42, 4);
         EXPECT_EQ(number(local, 4), 0x04034B50U);
         EXPECT_EQ(zip.substr(local + 30, nameSize), name);
-        files[name] = zip.substr(local + 30 + nameSize, size);
+        const std::string packed = zip.substr(local + 30 + nameSize, number(at + 20, 4));
+        files[name] = number(at + 10, 2) == 8 ? Inflated(packed) : packed;
+        EXPECT_EQ(files[name].size(), size) << name;
         EXPECT_EQ(Crc32(files[name]), number(at + 16, 4)) << name;
         at += 46 + nameSize;
     }

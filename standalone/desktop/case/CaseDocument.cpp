@@ -30,11 +30,6 @@ constexpr int kPollCostFactor = 10;
 constexpr int kMostRecentFiles = 12;
 constexpr std::uint64_t kNeverSaved = 0; // no state of a history
 
-QString FromUtf8(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
 } // namespace
 
 struct CaseDocument::Parts {
@@ -61,7 +56,8 @@ CaseDocument::CaseDocument(bool journal, QObject* parent) : QObject(parent), m_d
     const std::string folder = base::UserStateFolder();
     if (journal && !folder.empty()) {
         m_parts->journal = std::make_unique<casefile::Journal>(folder);
-        m_parts->settings = std::make_unique<QSettings>(FromUtf8(folder + "/recent.ini"), QSettings::IniFormat);
+        m_parts->settings =
+            std::make_unique<QSettings>(QString::fromStdString(folder + "/recent.ini"), QSettings::IniFormat);
         m_parts->recent = m_parts->settings->value("files").toStringList();
     }
     m_parts->commit.setSingleShot(true);
@@ -98,7 +94,7 @@ void CaseDocument::Poll()
     const std::string error = m_parts->journal->Error();
     const bool failed = !error.empty();
     if (failed && !m_parts->journalHasFailed)
-        emit journalFailed(FromUtf8(error));
+        emit journalFailed(QString::fromStdString(error));
     m_parts->journalHasFailed = failed;
 }
 
@@ -111,7 +107,7 @@ void CaseDocument::Commit(const QString& label)
         AfterChange();
     else if (redoable != CanRedo())
         emit historyChanged();
-    const QString problem = FromUtf8(m_parts->history.Problem().Text());
+    const QString problem = QString::fromStdString(m_parts->history.Problem().Text());
     if (problem != m_problem) {
         m_problem = problem;
         if (!problem.isEmpty())
@@ -213,7 +209,7 @@ bool CaseDocument::NewFrom(const std::string& json)
 {
     CRuvData content;
     if (const casefile::CaseResult read = casefile::CaseFromJson(json, content); !read) {
-        m_error = FromUtf8(read.Text());
+        m_error = QString::fromStdString(read.Text());
         return false;
     }
     casefile::ReplaceCaseAndTell(*m_data, std::move(content));
@@ -227,7 +223,7 @@ bool CaseDocument::Open(const QString& path)
     const QString absolute = QFileInfo(path).absoluteFilePath();
     CRuvData content;
     if (const casefile::CaseResult read = casefile::LoadCase(absolute.toStdString(), content); !read) {
-        m_error = FromUtf8(read.Text());
+        m_error = QString::fromStdString(read.Text());
         return false;
     }
     m_warnings.clear();
@@ -258,7 +254,7 @@ bool CaseDocument::SaveAs(const QString& path)
         picture.datei = PictureName(PicturePath(picture.datei, m_path), absolute);
     Commit(QStringLiteral("Änderung"));
     if (const casefile::CaseResult written = casefile::SaveCase(absolute.toStdString(), *m_data); !written) {
-        m_error = FromUtf8(written.Text());
+        m_error = QString::fromStdString(written.Text());
         return false;
     }
     m_error.clear();
@@ -310,12 +306,12 @@ bool CaseDocument::CanRedo() const
 
 QString CaseDocument::UndoLabel() const
 {
-    return FromUtf8(m_parts->history.UndoLabel());
+    return QString::fromStdString(m_parts->history.UndoLabel());
 }
 
 QString CaseDocument::RedoLabel() const
 {
-    return FromUtf8(m_parts->history.RedoLabel());
+    return QString::fromStdString(m_parts->history.RedoLabel());
 }
 
 void CaseDocument::Undo()
@@ -346,14 +342,14 @@ std::vector<LeftBehind> CaseDocument::FindLeftBehind()
     if (folder.empty())
         return all;
     for (const casefile::FoundJournal& found : casefile::FindJournals(folder)) {
-        const QString path = FromUtf8(found.content.casePath);
-        QString title = FromUtf8(found.content.title);
+        const QString path = QString::fromStdString(found.content.casePath);
+        QString title = QString::fromStdString(found.content.title);
         if (title.isEmpty())
             title = path.isEmpty() ? QStringLiteral("Unbenannt") : QFileInfo(path).fileName();
         const QString time =
             QLocale(QLocale::German)
                 .toString(QDateTime::fromSecsSinceEpoch(found.time), QStringLiteral("d. MMMM yyyy, HH:mm:ss"));
-        all.push_back({FromUtf8(found.path), title, path, time});
+        all.push_back({QString::fromStdString(found.path), title, path, time});
     }
     return all;
 }
@@ -370,7 +366,7 @@ bool CaseDocument::Recover(const LeftBehind& left)
     }
     CRuvData content;
     if (const casefile::CaseResult read = casefile::CaseFromJson(found->content.text, content); !read) {
-        m_error = FromUtf8(read.Text());
+        m_error = QString::fromStdString(read.Text());
         return false;
     }
     m_warnings.clear();

@@ -13,11 +13,6 @@ namespace desktop
 namespace
 {
 
-QString FromUtf8(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
 bool TurnsSomewhere(const CWegZeitDat& phases)
 {
     return std::any_of(phases.spalten.begin(), phases.spalten.end(),
@@ -151,7 +146,7 @@ QVariant PathTimeModel::NumberData(int row, std::size_t column, int role) const
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
-        return empty ? QString() : FromUtf8(krn::ShowNumber(phase.*quantity.value, quantity.format));
+        return empty ? QString() : QString::fromStdString(krn::ShowNumber(phase.*quantity.value, quantity.format));
     case Qt::TextAlignmentRole:
         return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     case Qt::ForegroundRole:
@@ -176,7 +171,7 @@ QVariant PathTimeModel::headerData(int section, Qt::Orientation orientation, int
     if (section == kKindRow)
         return QStringLiteral("Phase");
     const krn::NumberFormat& format = Quantity(section).format;
-    return FromUtf8(format.label + "  [" + krn::UnitOf(format) + "]");
+    return QString::fromStdString(format.label + "  [" + krn::UnitOf(format) + "]");
 }
 
 Qt::ItemFlags PathTimeModel::flags(const QModelIndex& index) const
@@ -204,10 +199,10 @@ bool PathTimeModel::setData(const QModelIndex& index, const QVariant& value, int
     const pathtime::PhaseRow& quantity = Quantity(index.row());
     const std::string refusal = table->Enter(column, quantity.quantity, value.toString().toStdString());
     if (!refusal.empty()) {
-        emit refused(index, FromUtf8(refusal));
+        emit refused(index, QString::fromStdString(refusal));
         return false;
     }
-    m_document.Commit(FromUtf8(quantity.format.label));
+    m_document.Commit(QString::fromStdString(quantity.format.label));
     return true;
 }
 

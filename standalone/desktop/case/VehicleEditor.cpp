@@ -40,14 +40,9 @@ constexpr int kIndexRole = Qt::UserRole;
 constexpr int kVisibleVehicles = 4;
 constexpr int kSketchHeight = 210;
 
-QString FromUtf8(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
 QString ShownName(const CKfzDaten& vehicle, int index)
 {
-    return vehicle.name.empty() ? QStringLiteral("Fahrzeug %1").arg(index + 1) : FromUtf8(vehicle.name);
+    return vehicle.name.empty() ? QStringLiteral("Fahrzeug %1").arg(index + 1) : QString::fromStdString(vehicle.name);
 }
 
 } // namespace
@@ -137,7 +132,7 @@ QWidget* VehicleEditor::BuildList()
     m_add = new QPushButton(QStringLiteral("&Neu"));
     auto* types = new QMenu(m_add);
     for (const CKfzDaten::Type type : kTypes)
-        types->addAction(FromUtf8(krn::TypeName(type)), this, [this, type] { AddVehicle(type); });
+        types->addAction(QString::fromStdString(krn::TypeName(type)), this, [this, type] { AddVehicle(type); });
     m_add->setMenu(types);
     m_remove = new QPushButton(QStringLiteral("&Entfernen"));
     connect(m_remove, &QPushButton::clicked, this, [this] { RemoveVehicle(Vehicle()); });
@@ -177,7 +172,7 @@ QWidget* VehicleEditor::BuildForm()
 
     m_type = new QComboBox;
     for (const CKfzDaten::Type type : kTypes)
-        m_type->addItem(FromUtf8(krn::TypeName(type)), static_cast<int>(type));
+        m_type->addItem(QString::fromStdString(krn::TypeName(type)), static_cast<int>(type));
     connect(m_type, &QComboBox::activated, this, [this] {
         if (Vehicle() < 0)
             return;
@@ -204,8 +199,8 @@ void VehicleEditor::AddRow(QGridLayout& form, int row, double CKfzDaten::*value)
 {
     const krn::VehicleField& described = krn::FieldOf(value);
     auto* field = new NumberField(described.format);
-    field->setToolTip(FromUtf8(described.format.label + " " + described.explanation));
-    auto* label = new QLabel(FromUtf8(described.format.label));
+    field->setToolTip(QString::fromStdString(described.format.label + " " + described.explanation));
+    auto* label = new QLabel(QString::fromStdString(described.format.label));
     label->setBuddy(field);
     label->setToolTip(field->toolTip());
     form.addWidget(label, row, 0);
@@ -218,7 +213,7 @@ void VehicleEditor::AddRow(QGridLayout& form, int row, double CKfzDaten::*value)
             return;
         CKfzDaten vehicle = m_document.Data().KfzDat(static_cast<std::size_t>(Vehicle()));
         vehicle.*value = number;
-        Store(vehicle, FromUtf8(krn::FieldOf(value).format.label));
+        Store(vehicle, QString::fromStdString(krn::FieldOf(value).format.label));
     });
     m_rows.push_back({value, field, unit});
 }
@@ -275,19 +270,19 @@ void VehicleEditor::ShowFields()
         return;
     const CKfzDaten& vehicle = m_document.Data().KfzDat(static_cast<std::size_t>(index));
     if (!m_name->isModified() || !m_name->hasFocus()) {
-        m_name->setText(FromUtf8(vehicle.name));
+        m_name->setText(QString::fromStdString(vehicle.name));
         m_name->setCursorPosition(0); // a long name is shown from its beginning
     }
     m_type->setCurrentIndex(m_type->findData(static_cast<int>(vehicle.type)));
     m_color->setIcon(VehicleIcon(vehicle));
     m_color->setText(FromColorRef(vehicle.color).name());
     for (const Row& row : m_rows) {
-        row.unit->setText(FromUtf8(krn::UnitOf(row.field->Format())));
+        row.unit->setText(QString::fromStdString(krn::UnitOf(row.field->Format())));
         if (!row.field->isModified())
             row.field->SetValue(vehicle.*row.value);
     }
     const std::string contradiction = krn::Contradiction(vehicle);
-    m_contradiction->setText(FromUtf8(contradiction));
+    m_contradiction->setText(QString::fromStdString(contradiction));
     m_contradiction->setVisible(!contradiction.empty());
     m_sketch->Show(vehicle);
 }
@@ -327,7 +322,7 @@ int VehicleEditor::AddVehicle(CKfzDaten::Type type)
         vehicle.name = krn::TypeName(type) + " " + std::to_string(i + 1);
         vehicle.color = kColors[i % kColors.size()];
         vehicle.Uebertragen(content, i, nullptr, 0);
-        m_document.Commit(QStringLiteral("%1 hinzufügen").arg(FromUtf8(vehicle.name)));
+        m_document.Commit(QStringLiteral("%1 hinzufügen").arg(QString::fromStdString(vehicle.name)));
         ChooseVehicle(static_cast<int>(i));
         m_name->setFocus(Qt::OtherFocusReason);
         m_name->selectAll();

@@ -5,6 +5,7 @@
 #include "desktop/look/Theme.h"
 #include "drawing/DrawingExport.h"
 #include "drawing/DrawingFormat.h"
+#include "host/Physics.h"
 
 #include <QImage>
 #include <QPainter>
@@ -12,7 +13,6 @@
 #include <QPolygonF>
 
 #include <algorithm>
-#include <numbers>
 
 namespace desktop
 {
@@ -89,7 +89,7 @@ class Player
 
   private:
     /// Drawings turn counter-clockwise as seen, painters clockwise.
-    static double Degrees(double angle) { return -angle * 180.0 / std::numbers::pi; }
+    static double Degrees(double angle) { return -angle / kRadProGrad; }
 
     static QPolygonF Points(const std::vector<CDPoint>& points)
     {

@@ -6,7 +6,7 @@
 #include "desktop/look/Style.h"
 #include "desktop/look/Theme.h"
 #include "desktop/mask/MaskWindow.h"
-#include "frame/Kinematics.h"
+#include "frame/MaskResults.h"
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
 #include "host/Bindings.h"

@@ -36,11 +36,6 @@ constexpr double kMargin = 20.0;      // mm
 constexpr double kFootHeight = 24.0;  // dots of the screen
 constexpr double kFootPoints = 7.5;
 
-QString FromUtf8(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
 /// The protocol as a text document with its pictures.
 std::unique_ptr<QTextDocument> Typeset(const report::Protocol& protocol, double textWidth)
 {
@@ -48,19 +43,19 @@ std::unique_ptr<QTextDocument> Typeset(const report::Protocol& protocol, double 
     QFont font = TextFont();
     font.setPointSizeF(10.0);
     document->setDefaultFont(font);
-    document->setMetaInformation(QTextDocument::DocumentTitle, FromUtf8(protocol.title));
+    document->setMetaInformation(QTextDocument::DocumentTitle, QString::fromStdString(protocol.title));
     std::string html = report::ProtocolHtml(protocol, report::HtmlPictures::named);
     for (std::size_t i = 0; i < protocol.pictures.size(); ++i) {
         const CDC& drawing = protocol.pictures[i].drawing;
         const std::string name = "diagram-" + std::to_string(i);
         const std::string png = drawing::ToPng(drawing, kPictureScale);
-        document->addResource(QTextDocument::ImageResource, QUrl(FromUtf8(name)),
+        document->addResource(QTextDocument::ImageResource, QUrl(QString::fromStdString(name)),
                               QImage::fromData(QByteArray::fromStdString(png), "PNG"));
         const std::string mark = "src=\"" + name + "\"";
         const int width = static_cast<int>(std::min(drawing.Width(), textWidth));
         html.replace(html.find(mark), mark.size(), mark + " width=\"" + std::to_string(width) + "\"");
     }
-    document->setHtml(FromUtf8(html));
+    document->setHtml(QString::fromStdString(html));
     return document;
 }
 
@@ -143,7 +138,7 @@ QString FootOf(const report::Protocol& protocol)
 {
     for (const report::ProtocolEntry& entry : protocol.origin)
         if (entry.label == report::kSha256Label)
-            return QStringLiteral("SHA-256 ") + FromUtf8(entry.value);
+            return QStringLiteral("SHA-256 ") + QString::fromStdString(entry.value);
     return {};
 }
 
@@ -158,7 +153,7 @@ QByteArray ProtocolPdf(const report::Protocol& protocol)
     writer.setResolution(kResolution);
     writer.setPageSize(QPageSize(QPageSize::A4));
     writer.setPageMargins(QMarginsF(kMargin, kMargin, kMargin, kMargin), QPageLayout::Millimeter);
-    writer.setTitle(FromUtf8(protocol.title));
+    writer.setTitle(QString::fromStdString(protocol.title));
     writer.setCreator(
         QStringLiteral("%1 %2").arg(QLatin1String(base::kProgramName), QLatin1String(base::kProgramVersion)));
     Print(protocol, FootOf(protocol), writer);

@@ -4,6 +4,7 @@
 
 #include "desktop/look/NumberField.h"
 #include "desktop/look/Theme.h"
+#include "host/Physics.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -13,7 +14,6 @@ namespace desktop
 namespace
 {
 
-constexpr double kCmProM = 100.0;
 constexpr double kFarthest = 1e6; // m
 constexpr double kLargest = 1000.0;
 constexpr double kSmallest = 0.01;

@@ -7,6 +7,7 @@
 #include "desktop/look/Icons.h"
 #include "desktop/scene/SceneCanvas.h"
 #include "desktop/scene/SceneView.h"
+#include "host/Physics.h"
 #include "krn/NumberEntry.h"
 
 #include <QFileDialog>
@@ -22,7 +23,6 @@ namespace desktop
 namespace
 {
 
-constexpr double kCmProM = 100.0;
 constexpr double kPartOfView = 0.8; // that a new picture fills
 constexpr double kOpacities[] = {1.0, 0.75, 0.5, 0.25};
 const QString kTitle = QStringLiteral("Unterlage");
