@@ -11,7 +11,7 @@ namespace
 template <class Dialog> void RunModally(CRuvData& data, CWnd* parent, double* result, int* okFlag)
 {
     Dialog dialog(data, parent);
-    if (dialog.DoModal() != IDOK || result == nullptr)
+    if (dialog.DoModal() != IDOK || result == nullptr || !dialog.HatErgebnis())
         return;
     if (okFlag != nullptr)
         *okFlag = 1;

@@ -15,7 +15,7 @@ extern "C" {
 /// `*result`. Writes nothing when the user cancels or `result` is null, so the caller presets both.
 RUVMOD_API void AMax(CRuvData& data, CWnd* parent, double* result, int* okFlag);
 
-/// Runs mask 401 modally in the same way; the result is its curve limit speed in km/h, 0 when the mask never found
-/// one.
+/// Runs mask 401 modally in the same way; the result is its curve limit speed in km/h. Writes nothing either when
+/// the mask finds none for the last inputs.
 RUVMOD_API void VGrenz(CRuvData& data, CWnd* parent, double* result, int* okFlag);
 }

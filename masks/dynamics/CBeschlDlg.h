@@ -17,6 +17,8 @@ class CBeschlDlg : public CMDIRechDialog
     void IncValue(int controlId) override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
 
+    /// Every input has a result, computed with OK.
+    bool HatErgebnis() { return true; }
     /// The maximum deceleration, m/s².
     virtual double Ergebnis() const { return m_dat.verzoegerung; }
 

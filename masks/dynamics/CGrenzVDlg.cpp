@@ -125,7 +125,8 @@ CGrenzVDat::Grenze CGrenzVDlg::RechneUndZeige()
 {
     const CWaitCursor wait;
     const CGrenzVDat::Grenze grenze = m_dat.Rechnen();
-    if (grenze == CGrenzVDat::Grenze::gefunden)
+    m_gefunden = grenze == CGrenzVDat::Grenze::gefunden;
+    if (m_gefunden)
         ResultsComputed();
     else
         ResultsFailed();

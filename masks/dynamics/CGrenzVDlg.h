@@ -17,6 +17,8 @@ class CGrenzVDlg : public CMDIRechDialog
     void IncValue(int controlId) override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
 
+    /// The last calculation found a limit speed, and for the inputs as they are.
+    bool HatErgebnis() { return m_gefunden && !ResultsAreOutdated(); }
     /// The limit speed found last, km/h; 0 when none was.
     virtual double Ergebnis() const { return m_dat.grenzgeschwindigkeit; }
 
@@ -33,4 +35,5 @@ class CGrenzVDlg : public CMDIRechDialog
     void ZeigeQuergefaelle();
 
     CGrenzVDat m_dat;
+    bool m_gefunden = false; // by the last calculation
 };

@@ -1,0 +1,189 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// What every mask that is built must have. A mask built later joins by its row in the table of masks.
+#include "casefile/CaseFile.h"
+#include "frame/MaskTable.h"
+#include "framework/DialogPicture.h"
+#include "krn/ControlMeaning.h"
+#include "krn/MessageTable.h"
+#include "report/HelpPages.h"
+#include "report/ProtocolHtml.h"
+#include "tests/support/MaskFixture.h"
+#include "tests/support/RandomInput.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+
+namespace
+{
+
+using framework::Kind;
+using framework::Window;
+
+class AllMasksTest : public test::MaskTest, public ::testing::WithParamInterface<UINT>
+{
+  protected:
+    Window& mask = OpenMask(GetParam());
+
+    /// The mask, its pages and the dialogs it opened.
+    std::vector<Window*> Dialogs()
+    {
+        std::vector<Window*> all{&mask};
+        const auto pages = thread.Pages(mask);
+        all.insert(all.end(), pages.begin(), pages.end());
+        return all;
+    }
+    std::vector<Window*> Controls()
+    {
+        std::vector<Window*> all;
+        for (Window* dialog : Dialogs())
+            for (const auto& control : dialog->children)
+                all.push_back(control.get());
+        return all;
+    }
+    RecordFields Record() { return static_cast<CMDIRechDialog*>(mask.object)->DescribeRecord(); }
+};
+
+std::vector<UINT> BuiltMasks()
+{
+    std::vector<UINT> numbers;
+    for (const MaskEntry& entry : MaskTable())
+        if (entry.create != nullptr)
+            numbers.push_back(entry.number);
+    return numbers;
+}
+
+TEST_P(AllMasksTest, HasItsHelpPageWithEveryHeading)
+{
+    const std::string page = report::HelpPage(GetParam());
+    EXPECT_EQ(page.rfind("# " + std::to_string(GetParam()) + " ", 0), 0U);
+    for (const char* heading : {"Zweck", "Felder", "Formeln", "Rechenbeispiel", "Grenzen"})
+        EXPECT_NE(page.find("\n## " + std::string(heading) + "\n"), std::string::npos) << heading;
+}
+
+TEST_P(AllMasksTest, EveryControlHasItsOwnNumberAndAName)
+{
+    std::set<UINT> seen;
+    for (const Window* control : Controls()) {
+        if (control->HasId()) {
+            EXPECT_TRUE(seen.insert(control->id).second) << control->id << " twice";
+        }
+        if (control->kind == Kind::label || control->kind == Kind::field || control->kind == Kind::group)
+            continue;
+        EXPECT_TRUE(control->HasId()) << framework::KindName(control->kind) << " " << control->text;
+        EXPECT_FALSE(krn::LabelOf(*control).empty()) << control->id << " has no name";
+    }
+}
+
+TEST_P(AllMasksTest, EveryFieldBelongsToTheRecord)
+{
+    std::set<const void*> fields;
+    std::set<std::string> names;
+    for (const RecordField& field : Record()) {
+        EXPECT_TRUE(names.insert(std::string(field.name)).second) << field.name << " twice";
+        std::visit(
+            [&](const auto* values) {
+                for (std::size_t i = 0; i < field.count; ++i)
+                    fields.insert(values + i);
+            },
+            field.value);
+    }
+    for (const Window* control : Controls()) {
+        const CBinding* binding = krn::BindingOf(*control);
+        if (control->kind == Kind::edit) {
+            EXPECT_NE(binding, nullptr) << "edit " << control->id << " is not bound";
+        }
+        if (binding != nullptr) {
+            EXPECT_TRUE(fields.contains(binding->Field())) << control->id << " shows no field of the record";
+        }
+        const auto* real = dynamic_cast<const CEditDouble*>(binding);
+        if (real == nullptr || binding->Spec() == nullptr)
+            continue;
+        EXPECT_LT(real->Minimum(), real->Maximum()) << control->id;
+        EXPECT_GT(real->Step(), 0.0) << control->id;
+        EXPECT_LE(real->Step(), 10.0) << control->id << ": nobody steps so far";
+        // A unit that the unit system converts stands in a static of its own, or not at all.
+        if (const Window* unit = control->parent->Child(krn::UnitLabelId(control->id))) {
+            EXPECT_EQ(unit->text, binding->Spec()->unit.text) << control->id;
+        }
+    }
+}
+
+TEST_P(AllMasksTest, IsInReportAndPicture)
+{
+    report::ProtocolContext context;
+    context.number = GetParam();
+    context.helpPage = report::HelpPage(GetParam());
+    const report::Protocol protocol = report::MakeProtocol(mask, context);
+    EXPECT_FALSE(protocol.formulas.empty());
+    const std::string html = report::ProtocolHtml(protocol, report::HtmlPictures::inlineSvg);
+    EXPECT_NE(html.find(std::to_string(GetParam())), std::string::npos);
+    EXPECT_EQ(html.find("(ohne Bezeichnung)"), std::string::npos);
+    EXPECT_GT(framework::DrawDialog(mask, 2.0).Primitives().size(), 10U);
+}
+
+/// Types into fields, chooses, switches, presses: the case holds numbers, is written and opens with the same content.
+TEST_P(AllMasksTest, RandomEntriesEndAndLeaveAWholeCase)
+{
+    for (std::uint64_t seed = 0; seed < 20; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        test::RandomInput random(seed);
+        front.answers = {{1052U, random.Number(2) == 0 ? 6 : 7}};
+        RuvCfg.transferData = random.Number(2) == 0;
+        for (int entry = 0; entry < 10 && thread.Dialogs().size() > 0; ++entry) {
+            auto controls = Controls();
+            Window& control = *controls[static_cast<std::size_t>(random.Number(static_cast<int>(controls.size())))];
+            if (control.kind == Kind::edit && random.Number(4) == 0)
+                framework::Step(control, random.Number(2) == 0 ? 1 : -1);
+            else if (control.kind == Kind::edit)
+                framework::EnterText(control, random.Text());
+            else if (control.kind == Kind::combo || control.kind == Kind::list)
+                framework::Select(control, random.Number(4));
+            else if (control.id != IDOK && control.id != IDCANCEL && control.id != 100)
+                framework::Click(control);
+            thread.DispatchPending();
+            if (mask.Child(105) != nullptr && random.Number(3) == 0)
+                Press(mask, 105);
+        }
+        std::string written;
+        ASSERT_TRUE(casefile::CaseToJson(data, written));
+        CRuvData again;
+        ASSERT_TRUE(casefile::CaseFromJson(written, again));
+        std::string rewritten;
+        ASSERT_TRUE(casefile::CaseToJson(again, rewritten));
+        EXPECT_EQ(rewritten, written);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Masks, AllMasksTest, ::testing::ValuesIn(BuiltMasks()),
+                         [](const auto& p) { return std::to_string(p.param); });
+
+TEST(AllMessages, EveryNumberThatAMaskShowsHasAText)
+{
+    const char* folder = std::getenv("TAVELIN_SOURCE_DIR");
+    const std::regex shown(R"((?:FehlerMeldung\(\s*[^,]+,\s*|return )(\d{4})\b)");
+    int found = 0;
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(std::string(folder == nullptr ? "." : folder) + "/masks")) {
+        if (entry.path().extension() != ".cpp")
+            continue;
+        std::stringstream source;
+        source << std::ifstream(entry.path()).rdbuf();
+        const std::string text = source.str();
+        for (std::sregex_iterator it(text.begin(), text.end(), shown), end; it != end; ++it, ++found) {
+            const UINT number = static_cast<UINT>(std::stoul((*it)[1]));
+            const auto table = krn::MessageTable();
+            EXPECT_TRUE(std::any_of(table.begin(), table.end(), [&](const auto& row) { return row.number == number; }))
+                << number << " in " << entry.path().filename();
+        }
+    }
+    EXPECT_GE(found, 4);
+}
+
+} // namespace
