@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "drawing/PictureReader.h"
 
-#include "base/Crc32.h"
+#include "base/Deflate.h"
 #include "drawing/BitmapFiles.h"
 
 #include <algorithm>

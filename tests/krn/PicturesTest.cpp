@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/Pictures.h"
 
-#include "base/Crc32.h"
+#include "base/Deflate.h"
 #include "drawing/BitmapFiles.h"
 #include "drawing/PictureReader.h"
 #include "tests/support/TemporaryFolder.h"
