@@ -41,6 +41,7 @@ std::string RoleOf(const Window& control)
     case Kind::button:
         return "button";
     case Kind::edit:
+    case Kind::grid:
         return krn::IsResult(control) ? "result" : "input";
     case Kind::check:
     case Kind::radio:
@@ -48,11 +49,6 @@ std::string RoleOf(const Window& control)
     case Kind::list:
     case Kind::trackbar:
         return "input";
-    case Kind::grid:
-        return std::any_of(control.grid->columns.begin(), control.grid->columns.end(),
-                           [](const CGridCtrl::Column& column) { return column.editable; })
-                   ? "input"
-                   : "result";
     case Kind::field:
         return "result";
     default:

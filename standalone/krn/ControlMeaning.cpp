@@ -40,6 +40,10 @@ bool IsResult(const Window& control)
 {
     if (const CBinding* binding = BindingOf(control); binding != nullptr && binding->Spec() != nullptr)
         return binding->Role() == FieldRole::result;
+    if (control.grid) {
+        const auto& columns = control.grid->columns;
+        return std::none_of(columns.begin(), columns.end(), [](const auto& column) { return column.editable; });
+    }
     return control.kind == Kind::field || (control.kind == Kind::edit && (control.readOnly || !control.enabled));
 }
 

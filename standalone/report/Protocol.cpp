@@ -164,6 +164,10 @@ class Collector
     void Table(const Window& control)
     {
         constexpr std::size_t kMostRows = 50;
+        if (control.outdated) {
+            m_protocol.outdated = true;
+            return;
+        }
         const framework::Grid& grid = *control.grid;
         if (grid.rows.empty())
             return;

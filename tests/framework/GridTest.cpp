@@ -3,6 +3,7 @@
 #include "cli/StateJson.h"
 #include "framework/DialogPicture.h"
 #include "framework/Resources.h"
+#include "krn/ControlMeaning.h"
 #include "report/Protocol.h"
 #include "report/ProtocolHtml.h"
 #include "tests/support/InputDialog.h"
@@ -137,6 +138,9 @@ TEST_F(GridTest, StateShowsItWithABoundedNumberOfRows)
     EXPECT_EQ(state.at("count"), 1001);
     EXPECT_EQ(state.at("rows").size(), 1000U);
     EXPECT_EQ(state.at("selection"), nlohmann::json::array());
+    EXPECT_FALSE(krn::IsResult(grid)) << "it has cells to be filled in";
+    dialog.Grid().SetColumns({{"Ergebnis"}});
+    EXPECT_TRUE(krn::IsResult(grid));
 }
 
 TEST_F(GridTest, TheProtocolShowsAShortTableAndNamesALongOne)
@@ -152,6 +156,9 @@ TEST_F(GridTest, TheProtocolShowsAShortTableAndNamesALongOne)
     dialog.Grid().SetRows(std::vector<CGridCtrl::Row>(51, CGridCtrl::Row{"mehr"}));
     EXPECT_EQ(html().find("<td>mehr</td>"), std::string::npos);
     EXPECT_NE(html().find("51 Zeilen"), std::string::npos);
+    grid.outdated = true;
+    EXPECT_EQ(html().find("51 Zeilen"), std::string::npos) << "results of other inputs are left out";
+    EXPECT_NE(html().find("veraltet"), std::string::npos);
 }
 
 TEST_F(GridTest, ThePictureOfTheDialogShowsItsCells)

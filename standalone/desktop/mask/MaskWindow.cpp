@@ -177,7 +177,9 @@ void MaskWindow::SyncColors()
 
 void MaskWindow::FocusControl(Window& control)
 {
-    if (ControlView* view = ViewOf(control); view != nullptr && !view->Widget()->hasFocus())
+    const QWidget* focus = QApplication::focusWidget(); // it may be the editor of a cell
+    ControlView* view = ViewOf(control);
+    if (view != nullptr && !view->Widget()->hasFocus() && !(focus != nullptr && view->Widget()->isAncestorOf(focus)))
         view->Widget()->setFocus(Qt::OtherFocusReason);
     for (const auto& page : m_pages)
         if (page != nullptr)

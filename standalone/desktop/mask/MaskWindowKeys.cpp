@@ -9,6 +9,7 @@
 #include "framework/UserInput.h"
 #include "host/CDialog.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 
@@ -200,6 +201,10 @@ bool MaskWindow::eventFilter(QObject* object, QEvent* event)
 {
     if (m_dialog == nullptr || (event->type() != QEvent::ShortcutOverride && event->type() != QEvent::KeyPress))
         return QWidget::eventFilter(object, event);
+    const QWidget* focus = QApplication::focusWidget();
+    if (focus != nullptr && focus != object && qobject_cast<QWidget*>(object) != nullptr &&
+        static_cast<QWidget*>(object)->isAncestorOf(focus))
+        return QWidget::eventFilter(object, event); // the editor of a cell left it over
     const auto& key = static_cast<QKeyEvent&>(*event);
     const auto found =
         std::find_if(m_views.begin(), m_views.end(), [&](ControlView* view) { return view->Widget() == object; });
