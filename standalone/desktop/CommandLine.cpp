@@ -53,7 +53,7 @@ CommandLine ReadCommandLine(std::span<char* const> arguments)
     const QCommandLineOption scheme(QStringLiteral("scheme"), {}, QStringLiteral("NAME"));
     const QCommandLineOption example(QStringLiteral("example"), {}, QStringLiteral("NAME"));
     const QCommandLineOption bench(QStringLiteral("bench"));
-    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")});
+    const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     QCommandLineParser parser;
     parser.addOptions({shot, casePath, scale, scheme, example, bench, help});
 

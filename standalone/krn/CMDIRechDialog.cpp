@@ -203,7 +203,9 @@ void CMDIRechDialog::ShowOutdated()
         const CBinding* binding = FindBinding(control->id);
         const bool result = binding != nullptr && binding->Role() == FieldRole::result;
         const bool older = std::find(m_olderResults.begin(), m_olderResults.end(), control->id) != m_olderResults.end();
-        mark(*control, (result && (all || older)) || (control->kind == framework::Kind::field && all));
+        const bool shows = control->kind == framework::Kind::field ||
+                           (control->kind == framework::Kind::grid && krn::IsResult(*control));
+        mark(*control, (result && (all || older)) || (shows && all));
     }
     for (const auto& frame : window->children)
         if (frame->kind == framework::Kind::group)
