@@ -24,13 +24,37 @@ std::string WithUsersSign(std::string text)
     return text;
 }
 
+/// Blanks as texts of other programs have them around a number: also line ends, no-break and thin blanks, and the
+/// byte-order mark.
+constexpr std::array<std::string_view, 9> kBlanks{" ",      "\t",     "\r",     "\n",    "\u00A0",
+                                                  "\u2007", "\u2009", "\u202F", "\uFEFF"};
+constexpr std::string_view kMinusSign = "\u2212";
+
 std::string_view Trimmed(std::string_view text)
 {
-    constexpr std::string_view blanks = " \t";
-    const auto first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    const auto cut = [&](auto stands, auto remove) {
+        const auto blank = std::find_if(kBlanks.begin(), kBlanks.end(), [&](auto b) { return (text.*stands)(b); });
+        if (blank != kBlanks.end())
+            (text.*remove)(blank->size());
+        return blank != kBlanks.end();
+    };
+    using View = std::string_view;
+    constexpr bool (View::*kStarts)(View) const noexcept = &View::starts_with;
+    constexpr bool (View::*kEnds)(View) const noexcept = &View::ends_with;
+    while (cut(kStarts, &View::remove_prefix))
+        ;
+    while (cut(kEnds, &View::remove_suffix))
+        ;
+    return text;
+}
+
+/// The number as std::from_chars reads it: without the blanks around it, with a plain minus sign.
+std::string Plain(std::string_view text)
+{
+    std::string plain(Trimmed(text));
+    if (plain.starts_with(kMinusSign))
+        plain.replace(0, kMinusSign.size(), "-");
+    return plain;
 }
 
 /// std::from_chars knows no leading plus sign.
@@ -76,19 +100,20 @@ std::string ShortestDigits(double value)
 
 std::optional<double> ParseNumber(std::string_view text)
 {
-    text = WithoutPlus(Trimmed(text));
-    std::string point(text);
+    const std::string plain = Plain(text);
+    std::string point(WithoutPlus(plain));
     std::replace(point.begin(), point.end(), ',', '.');
     double value = 0.0;
     const auto [end, error] = std::from_chars(point.data(), point.data() + point.size(), value);
     if (error == std::errc::result_out_of_range || end != point.data() + point.size() || !std::isfinite(value))
         return std::nullopt;
-    return error == std::errc{} ? std::optional(value) : std::nullopt;
+    return error == std::errc{} ? std::optional(value + 0.0) : std::nullopt; // + 0.0: no negative zero
 }
 
 std::optional<std::int64_t> ParseInteger(std::string_view text)
 {
-    text = WithoutPlus(Trimmed(text));
+    const std::string plain = Plain(text);
+    text = WithoutPlus(plain);
     std::int64_t value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc{} || end != text.data() + text.size())

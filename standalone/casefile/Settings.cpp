@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 CRuvCfg RuvCfg;
@@ -191,8 +192,9 @@ std::string DefaultSettingsPath()
     return folder.empty() ? folder : folder + "/settings.json";
 }
 
-std::string LoadSettings(const std::string& path)
+std::string LoadSettings(const std::string& path, SettingsUse use)
 {
+    const bool whole = use == SettingsUse::onlyWhole;
     FileContent content;
     std::string warning;
     if (base::FileExists(path)) {
@@ -200,18 +202,28 @@ std::string LoadSettings(const std::string& path)
         if (const base::FileResult read = base::ReadWholeFile(path, bytes, kMostBytes)) {
             content = Interpret(bytes);
         } else {
-            warning = read.Text() + " Es gelten die Voreinstellungen.";
+            warning = read.Text() + (whole ? "" : " Es gelten die Voreinstellungen.");
         }
     }
     if (!content.damage.empty()) {
-        warning = "Die Datei „" + path + "“ " + content.damage + ". Es gelten die Voreinstellungen.";
+        warning = "Die Datei „" + path + "“ " + content.damage + (whole ? "." : ". Es gelten die Voreinstellungen.");
     } else if (!content.refused.empty()) {
         warning = "In den Einstellungen „" + path + "“ ist ungültig:";
         for (const std::string& name : content.refused) {
             warning += (&name == &content.refused.front() ? " " : ", ") + name;
         }
-        warning += ". Dort gelten die Voreinstellungen.";
+        warning += whole ? "." : ". Dort gelten die Voreinstellungen.";
+    } else if (whole && !(content.unknown.empty() && content.unknownColors.empty())) {
+        warning = "In den Einstellungen „" + path + "“ ist unbekannt:";
+        const char* joint = " ";
+        for (const base::JsonValue::Member& member : content.unknown)
+            warning += std::exchange(joint, ", ") + member.name;
+        for (const base::JsonValue::Member& member : content.unknownColors)
+            warning += std::exchange(joint, ", ") + ("colors/" + member.name);
+        warning += ".";
     }
+    if (use == SettingsUse::onlyWhole && !warning.empty())
+        return warning;
     RuvCfg = content.settings.cfg;
     UnitsSystemConfiguration::GetInstance().SetSystem(content.settings.imperial ? UnitsSystem::imperial
                                                                                 : UnitsSystem::metric);

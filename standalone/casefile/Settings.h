@@ -15,9 +15,14 @@ namespace casefile
 /// Empty when the environment names no such folder.
 std::string DefaultSettingsPath();
 
+enum class SettingsUse {
+    asFarAsGood, ///< defaults stand in for what cannot be used
+    onlyWhole,   ///< a file with anything that cannot be used, or that nobody knows, changes nothing
+};
+
 /// Takes the file's settings into use; a setting that the file does not hold gets its default. Returns a German
-/// warning when the file, or a setting in it, cannot be used and defaults stand in; a missing file gives none.
-std::string LoadSettings(const std::string& path);
+/// warning when the file, or a setting in it, cannot be used; a missing file gives none.
+std::string LoadSettings(const std::string& path, SettingsUse use = SettingsUse::asFarAsGood);
 
 /// Writes the settings in use, creating the folder when missing. What a newer program keeps in the file stays. A file
 /// that LoadSettings warns of is kept beside it as PATH.bak.

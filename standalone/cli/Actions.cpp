@@ -271,7 +271,8 @@ MaybeAction ParseAnswer(std::string_view rest)
     const auto pair = SplitAtEquals(rest);
     const auto number = pair ? Whole<UINT>(pair->left) : std::nullopt;
     const auto answer = pair ? Whole<int>(pair->right) : std::nullopt;
-    return number && answer ? MaybeAction(AnswerAction{*number, *answer}) : std::nullopt;
+    const bool button = answer && (*answer == IDOK || *answer == IDCANCEL || *answer == IDYES || *answer == IDNO);
+    return number && button ? MaybeAction(AnswerAction{*number, *answer}) : std::nullopt;
 }
 
 MaybeAction ParseFile(std::string_view rest)
@@ -356,7 +357,7 @@ constexpr Form kForms[] = {
     {"drag:", "drag:ID=X1,Y1,X2,Y2", ParseDrag},
     {"wheel:", "wheel:ID=X,Y,RASTEN", ParseWheel},
     {"key:", "key:ID=TASTE", ParseKey},
-    {"answer:", "answer:MELDUNG=KNOPF", ParseAnswer},
+    {"answer:", "answer:MELDUNG=KNOPF mit 1 (OK), 2 (Abbrechen), 6 (Ja) oder 7 (Nein)", ParseAnswer},
     {"file:", "file:PFAD", ParseFile},
     {"send:", "send:NACHRICHT,WPARAM,LPARAM", ParseSend},
     {"host:", "host:geo=FAHRZEUG, host:wz=FAHRZEUG oder host:upa=FAHRZEUG", ParseHost},

@@ -216,6 +216,20 @@ int Evaluate(const Function& function, const Texts& texts, bool asJson)
     return exitDone;
 }
 
+/// Why a mask that was run for its result gave none.
+std::string ReasonWithout(const Session& session, const std::vector<Action>& actions)
+{
+    constexpr UINT kMaskOk = 100;
+    if (session.Refused())
+        return "eine Eingabe wurde nicht angenommen";
+    const bool closed = std::any_of(actions.begin(), actions.end(), [](const Action& action) {
+        const auto* press = std::get_if<PressAction>(&action);
+        return press != nullptr && press->id == kMaskOk;
+    });
+    return closed ? "die Maske fand zu den letzten Eingaben keines"
+                  : "die Maske wurde nicht mit OK (press:100) geschlossen";
+}
+
 int Evaluate(const ModalFunction& function, const Texts& texts, bool asJson)
 {
     std::vector<Action> actions;
@@ -237,6 +251,8 @@ int Evaluate(const ModalFunction& function, const Texts& texts, bool asJson)
     if (failure)
         return Complain(failure->exit, failure->text);
     const auto given = okFlag != 0 ? std::optional(result) : std::nullopt;
+    if (!given)
+        Complain(exitDone, std::string(function.name) + ": kein Ergebnis, " + ReasonWithout(session, actions));
     PrintResults(function.name, arguments.Str(), function.results, {okFlag, given}, asJson);
     return session.Refused() ? exitRefused : exitDone;
 }

@@ -13,6 +13,7 @@
 #include "krn/ControlMeaning.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace cli
 {
@@ -30,7 +31,8 @@ struct Description {
     std::string label;
     std::string unit;
     std::string role;
-    std::string field; ///< name in the record, empty when the control is not bound
+    std::string field;   ///< name in the record, empty when the control is not bound
+    double factor = 1.0; ///< the unit shown in the record's
     const CEditDouble* real = nullptr;
     const CEditInt* whole = nullptr;
 };
@@ -91,11 +93,22 @@ std::vector<Description> Describe(Window& mask, const RecordFields& fields)
             d.role = RoleOf(*control);
             d.field = binding == nullptr ? std::string{} : FieldName(fields, binding->Field());
             d.real = dynamic_cast<const CEditDouble*>(binding);
+            if (d.real != nullptr && d.real->Unit())
+                d.factor = UnitsSystemConfiguration::GetInstance().Factor(*d.real->Unit());
             d.whole = dynamic_cast<const CEditInt*>(binding);
             descriptions.push_back(std::move(d));
         }
     }
     return descriptions;
+}
+
+/// A bound of the range in the unit shown, to the field's decimals where the unit is not the record's.
+std::string ShownBound(const Description& d, double bound)
+{
+    if (d.factor == 1.0)
+        return NumberText(bound);
+    const double grid = std::pow(10.0, d.real->Decimals());
+    return NumberText(std::round(bound / d.factor * grid) / grid);
 }
 
 const char* TypeName(const RecordField& field)
@@ -128,6 +141,10 @@ std::string DescriptionJson(const MaskEntry& entry, const Window& mask, const st
         if (d.real != nullptr) {
             json.Key("minimum").Number(d.real->Minimum());
             json.Key("maximum").Number(d.real->Maximum());
+            if (d.factor != 1.0) {
+                json.Key("shownMinimum").Number(d.real->Minimum() / d.factor);
+                json.Key("shownMaximum").Number(d.real->Maximum() / d.factor);
+            }
             json.Key("decimals").Integer(d.real->Decimals());
             json.Key("step").Number(d.real->Step());
         } else if (d.whole != nullptr) {
@@ -169,7 +186,7 @@ std::string DescriptionTables(const MaskEntry& entry, const Window& mask, const 
         std::string decimals;
         std::string step;
         if (d.real != nullptr) {
-            range = NumberText(d.real->Minimum()) + " … " + NumberText(d.real->Maximum());
+            range = ShownBound(d, d.real->Minimum()) + " … " + ShownBound(d, d.real->Maximum());
             decimals = std::to_string(d.real->Decimals());
             step = NumberText(d.real->Step());
         } else if (d.whole != nullptr) {

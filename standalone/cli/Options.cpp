@@ -91,7 +91,8 @@ std::optional<std::string> ApplySettings(const Options& options)
     if (!options.configFile.empty()) {
         if (!base::FileExists(options.configFile))
             return options.configFile + ": die Datei gibt es nicht";
-        if (std::string warning = casefile::LoadSettings(options.configFile); !warning.empty())
+        if (std::string warning = casefile::LoadSettings(options.configFile, casefile::SettingsUse::onlyWhole);
+            !warning.empty())
             return warning;
     }
     if (options.transfer)

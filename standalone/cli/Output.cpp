@@ -30,9 +30,29 @@ std::optional<UINT> MaskNumber(const std::string& text)
     return whole ? std::optional(number) : std::nullopt;
 }
 
+std::string ForTerminal(std::string_view text)
+{
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string shown;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        // C0 and DEL, and the C1 set as UTF-8 writes it.
+        const bool c1 = byte == 0xC2U && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0U;
+        if ((byte >= 0x20U && byte != 0x7FU && !c1) || byte == '\n') {
+            shown += text[i];
+            continue;
+        }
+        const auto code = c1 ? static_cast<unsigned char>(text[++i]) : byte;
+        shown += "\\x";
+        shown += kDigits[code >> 4U];
+        shown += kDigits[code & 0xFU];
+    }
+    return shown;
+}
+
 int Complain(int exit, const std::string& text)
 {
-    std::fputs(("tavelin-cli: " + text + "\n").c_str(), stderr);
+    std::fputs(("tavelin-cli: " + ForTerminal(text) + "\n").c_str(), stderr);
     return exit;
 }
 
@@ -41,10 +61,12 @@ void Print(std::string_view text)
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
-std::string TableText(const std::vector<std::vector<std::string>>& rows)
+std::string TableText(std::vector<std::vector<std::string>> rows)
 {
     std::vector<std::size_t> widths;
-    for (const auto& row : rows) {
+    for (auto& row : rows) {
+        for (std::string& cell : row)
+            cell = ForTerminal(cell);
         widths.resize(std::max(widths.size(), row.size()));
         for (std::size_t i = 0; i < row.size(); ++i)
             widths[i] = std::max(widths[i], Width(row[i]));

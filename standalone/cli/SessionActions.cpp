@@ -377,7 +377,8 @@ void Session::Do(const ProtocolAction& action)
     context.number = m_number;
     context.helpPage = report::HelpPage(m_number);
     for (const RecordedMessage& message : m_front.Messages())
-        context.messages.push_back(message.shown.text);
+        if (std::string text = report::MessageWithAnswer(message.shown, message.answer); !text.empty())
+            context.messages.push_back(std::move(text));
     context.caseTitle = m_data->Title();
     std::string text;
     if (casefile::CaseToJson(*m_data, text))

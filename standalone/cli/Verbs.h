@@ -26,9 +26,11 @@ std::optional<UINT> MaskNumber(const std::string& text);
 
 /// Says on standard error what is wrong; returns `exit`.
 int Complain(int exit, const std::string& text);
+/// The text with control characters but line ends written out (\x1B): names from files must not steer a terminal.
+std::string ForTerminal(std::string_view text);
 void Print(std::string_view text);
 
 /// Rows of a table for a person, columns aligned by their characters; the first row is its head.
-std::string TableText(const std::vector<std::vector<std::string>>& rows);
+std::string TableText(std::vector<std::vector<std::string>> rows);
 
 } // namespace cli

@@ -47,9 +47,8 @@ MaskReport::MaskReport(MainWindow& window, CaseDocument& document, QtFrontEnd& f
     : QObject(&window), m_window(window), m_document(document)
 {
     AddCommands();
-    connect(&frontEnd, &QtFrontEnd::messageShown, this, [this](const framework::Window* dialog, const QString& text) {
-        Note(dialog == nullptr ? nullptr : dialog->handle, text);
-    });
+    connect(&frontEnd, &QtFrontEnd::messageShown, this,
+            [this](quintptr dialog, const QString& text) { Note(reinterpret_cast<HWND>(dialog), text); });
 }
 
 void MaskReport::AddCommands()

@@ -77,7 +77,7 @@ const void* AddressOf(const FieldValue& field)
 
 bool IsBlank(const std::string& text)
 {
-    return text.find_first_not_of(" \t") == std::string::npos;
+    return text.find_first_not_of(" \t\r\n") == std::string::npos;
 }
 
 } // namespace

@@ -391,6 +391,17 @@ Protocol MakeProtocol(const Window& dialog, const ProtocolContext& context)
     return protocol;
 }
 
+std::string MessageWithAnswer(const framework::ShownMessage& message, int answer)
+{
+    constexpr UINT kClearAll = 1052;
+    if (message.number == kClearAll)
+        return {};
+    if (!framework::AsksSomething(message.kind))
+        return message.text;
+    const char* word = answer == IDYES ? "Ja" : answer == IDNO ? "Nein" : answer == IDOK ? "OK" : "Abbrechen";
+    return message.text + " – Antwort: " + word;
+}
+
 CDC DrawField(const Window& field)
 {
     const double scale =

@@ -13,8 +13,9 @@
 
 namespace framework
 {
+struct ShownMessage;
 struct Window;
-}
+} // namespace framework
 
 namespace report
 {
@@ -71,6 +72,10 @@ struct Protocol {
 /// Reads what the dialog and all its pages show. Fields that cannot be edited are results; inputs that do not
 /// count, because the switch before them is off, are left out.
 Protocol MakeProtocol(const framework::Window& dialog, const ProtocolContext& context);
+
+/// A message as it stands in a report: with what was answered, where it asks something. Empty for the question
+/// whether to clear, which says nothing of the results.
+std::string MessageWithAnswer(const framework::ShownMessage& message, int answer);
 
 /// What a drawing field of a mask shows, as large as it stands in a protocol; empty for another control.
 CDC DrawField(const framework::Window& field);

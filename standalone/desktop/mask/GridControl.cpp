@@ -150,7 +150,7 @@ void GridControl::Sync()
     setEnabled(m_control->enabled);
     // What was typed has been taken, refused or dropped by the mask.
     if (m_editor != nullptr && !m_control->modified)
-        QTableView::closeEditor(m_editor, QAbstractItemDelegate::NoHint);
+        closeEditor(m_editor, QAbstractItemDelegate::NoHint);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + fontMetrics().height() / 3);
     const QScopedValueRollback<bool> syncing(m_syncing, true);
     m_model->Refresh();
@@ -211,6 +211,9 @@ void GridControl::Finish()
 
 void GridControl::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint)
 {
+    if (editor != m_editor)
+        return; // closed already, by what its entry did
+    m_editor = nullptr;
     if (m_control != nullptr && hint == QAbstractItemDelegate::RevertModelCache)
         framework::DiscardCell(*m_control);
     QTableView::closeEditor(editor, hint);

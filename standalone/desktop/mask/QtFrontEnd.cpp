@@ -9,6 +9,7 @@
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
 #include "host/CDialog.h"
+#include "report/Protocol.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -67,6 +68,8 @@ QString QtFilter(const std::string& filter)
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
         QString pattern = parts[i + 1];
         QString name = parts[i];
+        if (pattern.isEmpty())
+            continue; // the list ends in a second bar
         name.remove(QRegularExpression(QStringLiteral("\\s*\\([^)]*\\)")));
         kinds.append(QStringLiteral("%1 (%2)").arg(name, pattern.replace(QLatin1Char(';'), QLatin1Char(' '))));
     }
@@ -174,15 +177,17 @@ void QtFrontEnd::RunModal(Window& dialog, const std::function<bool()>& running)
 int QtFrontEnd::ShowMessage(const Window* owner, const framework::ShownMessage& message)
 {
     EndProgress();
-    if (!framework::AsksSomething(message.kind)) {
-        // The dialog behind the owner, which may be a page or a control of it.
-        const Window* dialog = owner;
-        while (dialog != nullptr && dialog->parent != nullptr && (dialog->page || dialog->kind != Kind::dialog))
-            dialog = dialog->parent;
-        emit messageShown(dialog, QString::fromStdString(message.text));
-    }
+    // The dialog behind the owner, which may be a page or a control of it.
+    const Window* dialog = owner;
+    while (dialog != nullptr && dialog->parent != nullptr && (dialog->page || dialog->kind != Kind::dialog))
+        dialog = dialog->parent;
+    const HWND handle = dialog == nullptr ? nullptr : dialog->handle;
     const MaskWindow* mask = owner == nullptr ? nullptr : WindowFor(*owner);
-    return ShowMessageBox(ShellOf(owner), mask == nullptr ? QStringLiteral("Tavelin") : mask->windowTitle(), message);
+    const int answer =
+        ShowMessageBox(ShellOf(owner), mask == nullptr ? QStringLiteral("Tavelin") : mask->windowTitle(), message);
+    if (const std::string text = report::MessageWithAnswer(message, answer); !text.empty())
+        emit messageShown(reinterpret_cast<quintptr>(handle), QString::fromStdString(text));
+    return answer;
 }
 
 void QtFrontEnd::EntryRefused(Window& control, const framework::ShownMessage& why)

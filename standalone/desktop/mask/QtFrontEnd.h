@@ -67,7 +67,8 @@ class QtFrontEnd : public QObject, public framework::FrontEnd
     void busy(const QString& what, double done);
     void idle();
     /// A mask told its user something; null when no dialog owns the message.
-    void messageShown(const framework::Window* dialog, const QString& text);
+    /// `dialog` is the handle of the mask it belongs to, 0 for none.
+    void messageShown(quintptr dialog, const QString& text);
 
   private:
     using Timers = std::map<std::pair<HWND, UINT_PTR>, std::unique_ptr<QTimer>>;

@@ -130,6 +130,7 @@ TEST_F(InputDevicesTest, ACellIsEnteredRefusedAndLeft)
     EXPECT_EQ(dialog.Grid().GetItemText(1, 2), "neu") << "the click takes what was typed";
     EXPECT_EQ(dialog.pressed, 1);
     EXPECT_EQ(dialog.cells.size(), 3U);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(Table().findChild<QLineEdit*>(), nullptr);
     EXPECT_FALSE(Table().model()->flags(Table().model()->index(0, 0)).testFlag(Qt::ItemIsEditable));
 }

@@ -96,14 +96,17 @@ TEST_F(MaskReportTest, NoPageBreakLosesText)
     }
 }
 
-TEST_F(MaskReportTest, KeepsTheMessagesOfAMaskButNoQuestions)
+TEST_F(MaskReportTest, KeepsTheMessagesOfAMaskWithTheirAnswers)
 {
     desktop::MaskWindow& mask = Open(459);
     InModal([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
     front.ShowMessage(mask.Dialog(), {1000, framework::MessageKind::warning, "Geht nicht.", {}});
     InModal([](QWidget& box) { QTest::keyClick(&box, Qt::Key_N); });
     front.ShowMessage(mask.Dialog(), {1052, framework::MessageKind::question, "Löschen?", {}});
-    EXPECT_EQ(report.ProtocolOf(mask).messages, std::vector<std::string>{"Geht nicht."});
+    InModal([](QWidget& box) { QTest::keyClick(&box, Qt::Key_N); });
+    front.ShowMessage(mask.Dialog(), {1342, framework::MessageKind::question, "Weiter?", {}});
+    // The question whether to clear says nothing of the results.
+    EXPECT_EQ(report.ProtocolOf(mask).messages, (std::vector<std::string>{"Geht nicht.", "Weiter? – Antwort: Nein"}));
     EXPECT_TRUE(report.ProtocolOf(Open(400)).messages.empty());
 }
 
