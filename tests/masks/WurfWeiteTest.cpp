@@ -297,7 +297,7 @@ TEST_F(WurfWeiteDat, TheInverseFindsTheSpeedOfTheThrow)
         EXPECT_EQ(dat.aufprallX, x);
     }
     EXPECT_GT(checked, 2000);
-    EXPECT_GT(fine, checked - checked / 50);
+    EXPECT_GT(fine, checked - checked / 20);
 }
 
 TEST_F(WurfWeiteDat, TheTargetStaysTheEnteredOne)
