@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/collision/CFahrradDat.h"
 
+#include "host/NumberTable.h"
 #include "host/Physics.h"
+#include "res/collision.h"
 
 #include <algorithm>
 #include <array>
@@ -10,6 +12,48 @@
 
 namespace
 {
+
+using Dat = CFahrradDat;
+
+// Negative entries are taken: the calculation makes them zero.
+constexpr NumberRange kEingabe{-1000, 1000};
+constexpr NumberRange kErgebnis{-1e6, 1e6};
+constexpr NumberRow<Dat> kZahlen[] = {
+    {IDC_FAHRRAD_HOEHE_MAX, "hoeheMax", At<&Dat::hoeheMax>, units::cm, kEingabe, 1, FieldRole::input},
+    {IDC_FAHRRAD_HOEHE_MIN, "hoeheMin", At<&Dat::hoeheMin>, units::cm, kEingabe, 1, FieldRole::input},
+    {IDC_FAHRRAD_LAENGE, "laenge", At<&Dat::laenge>, units::cm, kEingabe, 1, FieldRole::input},
+    {IDC_FAHRRAD_BAUTEIL_HOEHE, "bauteilHoehe", At<&Dat::bauteilHoehe>, units::cm, kEingabe, 1, FieldRole::input},
+    {IDC_FAHRRAD_BAUTEIL_ABSTAND, "bauteilAbstand", At<&Dat::bauteilAbstand>, units::cm, kEingabe, 1, FieldRole::input},
+    {IDC_FAHRRAD_RADSTAND, "radstand", At<&Dat::radstand>, units::cm, kEingabe, 1, FieldRole::input},
+    {IDC_FAHRRAD_DURCHMESSER, "durchmesser", At<&Dat::durchmesser>, units::cm, kEingabe, 1, FieldRole::input},
+    {IDC_FAHRRAD_PEDAL, "pedalAbstand", At<&Dat::pedalAbstand>, units::cm, kEingabe, 1, FieldRole::input},
+    {IDC_FAHRRAD_GESCHWINDIGKEIT,
+     "geschwindigkeit",
+     At<&Dat::geschwindigkeit>,
+     units::kmh,
+     {-200, 200},
+     1,
+     FieldRole::input},
+    {IDC_FAHRRAD_REIBWERT, "reibwert", At<&Dat::reibwert>, units::none, {-10, 10}, 2, FieldRole::input},
+    {IDC_FAHRRAD_BANDBREITE, "bandbreite", At<&Dat::bandbreite>, units::cm, kErgebnis, 2, FieldRole::result},
+    {IDC_FAHRRAD_BESCHAEDIGUNGSHOEHE, "beschaedigungshoehe", At<&Dat::beschaedigungshoehe>, units::cm, kErgebnis, 2,
+     FieldRole::result},
+    {IDC_FAHRRAD_HOEHENZUNAHME, "hoehenzunahme", At<&Dat::hoehenzunahme>, units::cm, kErgebnis, 2, FieldRole::result},
+    {IDC_FAHRRAD_NEIGUNG_BESCHAEDIGUNG, "neigungBeschaedigung", At<&Dat::neigungBeschaedigung>, units::degree,
+     kErgebnis, 2, FieldRole::result},
+    {IDC_FAHRRAD_NEIGUNG_KRATZSPUR, "neigungKratzspur", At<&Dat::neigungKratzspur>, units::degree, kErgebnis, 2,
+     FieldRole::result},
+    {IDC_FAHRRAD_KURVENRADIUS, "kurvenradius", At<&Dat::kurvenradius>, units::cm, kErgebnis, 1, FieldRole::result},
+    {IDC_FAHRRAD_MAX_NEIGUNG, "maxNeigungswinkel", At<&Dat::maxNeigungswinkel>, units::degree, kErgebnis, 2,
+     FieldRole::result},
+    {IDC_FAHRRAD_RADAUSSTELLHOEHE, "radausstellhoehe", At<&Dat::radausstellhoehe>, units::cm, kErgebnis, 2,
+     FieldRole::result},
+    {IDC_FAHRRAD_BERUEHRZEIT, "beruehrzeit", At<&Dat::beruehrzeit>, units::s, kErgebnis, 3, FieldRole::result},
+    {IDC_FAHRRAD_LENKEINSCHLAG, "lenkeinschlag", At<&Dat::lenkeinschlag>, units::degree, kErgebnis, 2,
+     FieldRole::result},
+    {"ergebnisSteht", At<&Dat::ergebnisSteht>},
+    {"fahrradtyp", At<&Dat::fahrradtyp>, units::none, FieldRole::state, {0, 5}},
+};
 
 /// Usual measures of a type, cm.
 struct Masse {
@@ -37,37 +81,12 @@ double Grad(double bogen)
 
 RecordFields CFahrradDat::Felder()
 {
-    return {
-        {"hoeheMax", "cm", &hoeheMax},
-        {"hoeheMin", "cm", &hoeheMin},
-        {"laenge", "cm", &laenge},
-        {"bauteilHoehe", "cm", &bauteilHoehe},
-        {"bauteilAbstand", "cm", &bauteilAbstand},
-        {"radstand", "cm", &radstand},
-        {"durchmesser", "cm", &durchmesser},
-        {"pedalAbstand", "cm", &pedalAbstand},
-        {"geschwindigkeit", "km/h", &geschwindigkeit},
-        {"reibwert", "", &reibwert},
-        {"bandbreite", "cm", &bandbreite},
-        {"beschaedigungshoehe", "cm", &beschaedigungshoehe},
-        {"hoehenzunahme", "cm", &hoehenzunahme},
-        {"neigungBeschaedigung", "°", &neigungBeschaedigung},
-        {"neigungKratzspur", "°", &neigungKratzspur},
-        {"kurvenradius", "cm", &kurvenradius},
-        {"maxNeigungswinkel", "°", &maxNeigungswinkel},
-        {"radausstellhoehe", "cm", &radausstellhoehe},
-        {"beruehrzeit", "s", &beruehrzeit},
-        {"lenkeinschlag", "°", &lenkeinschlag},
-        {"ergebnisSteht", "", &ergebnisSteht},
-        {"fahrradtyp", "", &fahrradtyp},
-    };
+    return Describe(*this, kZahlen);
 }
 
 void CFahrradDat::Loeschen()
 {
-    for (const RecordField& feld : Felder())
-        if (double* const* wert = std::get_if<double*>(&feld.value))
-            **wert = 0.0;
+    ClearNumbers(Felder());
     ergebnisSteht = 0;
     fahrradtyp = 0;
 }

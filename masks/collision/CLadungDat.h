@@ -13,6 +13,8 @@
 
 /// What the user enters, with its defaults.
 struct LadungEingaben {
+    enum Zurrart : std::int64_t { niederzurren = 0, diagonalzurren = 1 };
+
     std::int64_t fahrzeug = -1;   ///< vehicle index, -1 = none
     double nutzlast = 0.0;        ///< payload of the vehicle, kg
     double ladung = 0.0;          ///< kg
@@ -32,9 +34,9 @@ struct LadungEingaben {
     double beschleunigungHinten = 5.0;
     double beschleunigungQuer = 5.0;
     double beschleunigungVertikal = 10.0;
-    double zurrkraftLC = 5000.0;   ///< largest force of a lashing, N
-    double zurrkraftSTF = 5000.0;  ///< pre-tension of a lashing, N
-    std::uint8_t niederzurren = 1; ///< 0: diagonal lashing
+    double zurrkraftLC = 5000.0;  ///< largest force of a lashing, N
+    double zurrkraftSTF = 5000.0; ///< pre-tension of a lashing, N
+    std::int64_t zurrart = niederzurren;
     std::int64_t zurrungen = 4;
     double zurrwinkel = 75.0; ///< °
     std::int64_t uebertragungWahl = 1;

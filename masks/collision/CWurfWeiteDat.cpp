@@ -3,7 +3,9 @@
 #include "masks/collision/CWurfWeiteDat.h"
 
 #include "host/CRuvData.h"
+#include "host/NumberTable.h"
 #include "host/Physics.h"
+#include "res/collision.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,8 +14,114 @@
 namespace
 {
 
-/// Density of the air when the case names none, kg/m³.
-constexpr double kUeblicheLuftdichte = 1.2;
+using Dat = CWurfWeiteDat;
+
+constexpr NumberRange kStrecke{-1000, 1000};
+constexpr NumberRange kZeit{0, 1000};
+constexpr NumberRange kTempo{-200, 200};
+constexpr NumberRow<Dat> kZahlen[] = {
+    {IDC_WURF_V0_KMH,
+     "anfangsgeschwindigkeit",
+     At<&Dat::anfangsgeschwindigkeit>,
+     units::kmh,
+     {0, 500},
+     2,
+     FieldRole::input},
+    {IDC_WURF_V0_MS,
+     "anfangsgeschwindigkeitMs",
+     At<&Dat::anfangsgeschwindigkeitMs>,
+     units::ms,
+     {0, 500 / kKmhProMs},
+     2,
+     FieldRole::input,
+     {.label = "Anfangsgeschwindigkeit"}},
+    {IDC_WURF_AUFPRALLHOEHE, "aufprallhoehe", At<&Dat::aufprallhoehe>, units::m, {-100, 100}, 2, FieldRole::input},
+    {IDC_WURF_WURFWEITE, "wurfweite", At<&Dat::wurfweite>, units::m, kStrecke, 2, FieldRole::result},
+    {IDC_WURF_WURFWEITE_ZEIT,
+     "wurfweiteZeit",
+     At<&Dat::wurfweiteZeit>,
+     units::s,
+     kZeit,
+     2,
+     FieldRole::result,
+     {.label = "Zeit der Wurfweite"}},
+    {IDC_WURF_FLUGWINKEL, "flugwinkel", At<&Dat::flugwinkel>, units::degree, {-90, 90}, 2, FieldRole::input},
+    {IDC_WURF_MAX_WEITE, "maxWurfweite", At<&Dat::maxWurfweite>, units::m, kStrecke, 2, FieldRole::result},
+    {IDC_WURF_MAX_WEITE_ZEIT,
+     "maxWurfweiteZeit",
+     At<&Dat::maxWurfweiteZeit>,
+     units::s,
+     kZeit,
+     2,
+     FieldRole::result,
+     {.label = "Zeit der max. horizontalen Wurfweite"}},
+    {IDC_WURF_HOEHE, "wurfhoehe", At<&Dat::wurfhoehe>, units::m, kStrecke, 2, FieldRole::result},
+    {IDC_WURF_HOEHE_ZEIT,
+     "wurfhoeheZeit",
+     At<&Dat::wurfhoeheZeit>,
+     units::s,
+     kZeit,
+     2,
+     FieldRole::result,
+     {.label = "Zeit der erreichten Wurfhöhe"}},
+    {IDC_WURF_AUFPRALL_X,
+     "aufprallX",
+     At<&Dat::aufprallX>,
+     units::ms,
+     kTempo,
+     2,
+     FieldRole::result,
+     {.label = "Aufprallgeschwindigkeit x"}},
+    {IDC_WURF_AUFPRALL_Z,
+     "aufprallZ",
+     At<&Dat::aufprallZ>,
+     units::ms,
+     kTempo,
+     2,
+     FieldRole::result,
+     {.label = "Aufprallgeschwindigkeit z"}},
+    {"luftverlust", At<&Dat::luftverlust>, units::ms, FieldRole::internal},
+    {IDC_WURF_MASSE, "masse", At<&Dat::masse>, units::g, {0, 1e6}, 2, FieldRole::input},
+    {IDC_WURF_CW, "luftwiderstand", At<&Dat::luftwiderstand>, units::none, {0, 5}, 2, FieldRole::input},
+    {IDC_WURF_QUERSCHNITT, "querschnitt", At<&Dat::querschnitt>, units::cm2, {0, 1e5}, 2, FieldRole::input},
+    {IDC_WURF_LUFTDICHTE, "luftdichte", At<&Dat::luftdichte>, units::kgm3, {0, 5}, 3, FieldRole::input},
+    {IDC_WURF_GEGENWIND, "gegenwind", At<&Dat::gegenwind>, units::kmh, {-200, 200}, 2, FieldRole::input},
+    {IDC_WURF_RUTSCHVERZOEGERUNG,
+     "rutschverzoegerung",
+     At<&Dat::rutschverzoegerung>,
+     units::ms2,
+     {0, 20},
+     2,
+     FieldRole::input},
+    {IDC_WURF_WURF_RUTSCHWEITE, "wurfRutschweite", At<&Dat::wurfRutschweite>, units::m, {0, 1000}, 2, FieldRole::input},
+    {IDC_WURF_AUFPRALLWINKEL,
+     "aufprallwinkel",
+     At<&Dat::aufprallwinkel>,
+     units::degree,
+     {-180, 180},
+     2,
+     FieldRole::result,
+     {.label = "Aufprallwinkel"}},
+    {IDC_WURF_ANFANG_X,
+     "anfangX",
+     At<&Dat::anfangX>,
+     units::ms,
+     kTempo,
+     2,
+     FieldRole::result,
+     {.label = "Anfangsgeschwindigkeit x"}},
+    {IDC_WURF_ANFANG_Z,
+     "anfangZ",
+     At<&Dat::anfangZ>,
+     units::ms,
+     kTempo,
+     2,
+     FieldRole::result,
+     {.label = "Anfangsgeschwindigkeit z"}},
+    {"ergebnisSteht", At<&Dat::ergebnisSteht>},
+    {"rueckwaerts", At<&Dat::rueckwaerts>},
+};
+
 constexpr double kUeblicherWiderstand = 0.5;
 /// A velocity component below counts as zero in the impact angle, m/s.
 constexpr double kNullgeschwindigkeit = 1e-10;
@@ -86,33 +194,7 @@ CWurfWeiteDat::CWurfWeiteDat(CRuvData& data) : CDlgData(data)
 
 RecordFields CWurfWeiteDat::Felder()
 {
-    return {
-        {"anfangsgeschwindigkeit", "km/h", &anfangsgeschwindigkeit},
-        {"anfangsgeschwindigkeitMs", "m/s", &anfangsgeschwindigkeitMs},
-        {"aufprallhoehe", "m", &aufprallhoehe},
-        {"wurfweite", "m", &wurfweite},
-        {"wurfweiteZeit", "s", &wurfweiteZeit},
-        {"flugwinkel", "°", &flugwinkel},
-        {"maxWurfweite", "m", &maxWurfweite},
-        {"maxWurfweiteZeit", "s", &maxWurfweiteZeit},
-        {"wurfhoehe", "m", &wurfhoehe},
-        {"wurfhoeheZeit", "s", &wurfhoeheZeit},
-        {"aufprallX", "m/s", &aufprallX},
-        {"aufprallZ", "m/s", &aufprallZ},
-        {"luftverlust", "m/s", &luftverlust},
-        {"masse", "g", &masse},
-        {"luftwiderstand", "", &luftwiderstand},
-        {"querschnitt", "cm²", &querschnitt},
-        {"luftdichte", "kg/m³", &luftdichte},
-        {"gegenwind", "km/h", &gegenwind},
-        {"rutschverzoegerung", "m/s²", &rutschverzoegerung},
-        {"wurfRutschweite", "m", &wurfRutschweite},
-        {"aufprallwinkel", "°", &aufprallwinkel},
-        {"anfangX", "m/s", &anfangX},
-        {"anfangZ", "m/s", &anfangZ},
-        {"ergebnisSteht", "", &ergebnisSteht},
-        {"rueckwaerts", "", &rueckwaerts},
-    };
+    return Describe(*this, kZahlen);
 }
 
 void CWurfWeiteDat::Loeschen()
@@ -123,7 +205,7 @@ void CWurfWeiteDat::Loeschen()
          {&aufprallhoehe, &flugwinkel, &masse, &querschnitt, &gegenwind, &rutschverzoegerung, &wurfRutschweite, &ziel})
         *feld = 0.0;
     luftwiderstand = kUeblicherWiderstand;
-    luftdichte = kUeblicheLuftdichte;
+    luftdichte = m_data.FallParameter().luftdichte;
     ergebnisSteht = 0;
     rueckwaerts = 0;
 }

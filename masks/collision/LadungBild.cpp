@@ -102,7 +102,7 @@ void ZeichneLadung(CDC& dc, const CLadungDat& dat)
     const double quer = gerechnet ? dat.ladung * dat.beschleunigungQuer : 0.0;
     const double groesste = std::max({vorne, hinten, quer});
     const skizze::Ausschnitt ausschnitt{-kRand, -kBoden, kRand, kHoehe};
-    const bool nieder = dat.niederzurren != 0;
+    const bool nieder = dat.zurrart == CLadungDat::niederzurren;
 
     skizze::Blatt seite(dc, ausschnitt, {0.0, 0.5});
     Ansicht laengs(seite, groesste);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/collision/Skizze.h"
 
+#include "host/CWnd.h"
 #include "host/RuvCfg.h"
 
 #include <algorithm>
@@ -45,6 +46,13 @@ std::string MitEinheit(double metrisch, unitType einheit, int stellen)
     const auto& einheiten = UnitsSystemConfiguration::GetInstance();
     const UnitType art(einheit);
     return Zahl(einheiten.ToShown(metrisch, art), stellen) + " " + einheiten.UnitString(art);
+}
+
+std::string MitZahl(UINT text, const std::string& zahl)
+{
+    std::string satz = LoadRuvString(text);
+    const std::size_t stelle = satz.find('#');
+    return stelle == std::string::npos ? satz : satz.replace(stelle, 1, zahl);
 }
 
 void Ausschnitt::Nimm(CDPoint punkt)

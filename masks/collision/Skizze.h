@@ -19,6 +19,9 @@ std::string Zahl(double wert, int stellen);
 /// A metric value in the user's unit, with that unit.
 std::string MitEinheit(double metrisch, unitType einheit, int stellen);
 
+/// A text of the module with the number in place of its "#".
+std::string MitZahl(UINT text, const std::string& zahl);
+
 /// What must be seen, in units of the world.
 struct Ausschnitt {
     double links = 0.0;

@@ -161,7 +161,7 @@ TEST_F(LadungDat, DiagonalBalancesInEachDirection)
 {
     std::mt19937_64 random(4190);
     const auto between = [&](double a, double b) { return std::uniform_real_distribution<double>(a, b)(random); };
-    dat.niederzurren = 0;
+    dat.zurrart = CLadungDat::diagonalzurren;
     dat.reibungGurt = 0.3; // has no part in it
     for (int i = 0; i < 200; ++i) {
         dat.ladung = between(100.0, 20000.0);
