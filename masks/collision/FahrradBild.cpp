@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/collision/FahrradBild.h"
 
-#include "host/Physics.h"
 #include "masks/collision/CFahrradDat.h"
 #include "masks/collision/Skizze.h"
 
@@ -14,9 +13,9 @@ namespace
 
 constexpr double kRadbreite = 2.5; // cm, half the width of a tyre
 
-std::string InCm(const char* name, double wert)
+std::string InCm(double wert)
 {
-    return std::string(name) + " " + skizze::Zahl(wert, 1) + " cm";
+    return skizze::Zahl(wert, 1) + " cm";
 }
 
 /// Wheel, frame and the scraping part, turned about the point where the wheel stands.
@@ -38,10 +37,13 @@ void Rad(skizze::Blatt& blatt, const CFahrradDat& dat, double neigung)
 void ZeichneFahrrad(CDC& dc, const CFahrradDat& dat)
 {
     skizze::Grundieren(dc);
+    const double neigung = dat.bauteilHoehe > 0.0 ? std::atan(dat.bauteilAbstand / dat.bauteilHoehe) : 0.0;
     const double hoechstes = std::hypot(dat.bauteilHoehe, dat.bauteilAbstand);
-    skizze::Ausschnitt ausschnitt{-50.0, 0.0, 50.0, 50.0};
-    ausschnitt.Nimm({-hoechstes, std::max(dat.hoeheMax, hoechstes)});
-    ausschnitt.Nimm({hoechstes, 0.0});
+    skizze::Ausschnitt ausschnitt{-30.0, 0.0, 30.0, 50.0};
+    // The end opposite to the part goes farthest to the side.
+    ausschnitt.Nimm({-dat.bauteilHoehe * std::sin(neigung) - dat.bauteilAbstand * std::cos(neigung),
+                     std::max(dat.hoeheMax, hoechstes)});
+    ausschnitt.Nimm({std::max(dat.bauteilAbstand, dat.pedalAbstand), 0.0});
     skizze::Blatt blatt(dc, ausschnitt);
 
     // The band of the mark over the whole width, the bicycle before it.
@@ -52,8 +54,8 @@ void ZeichneFahrrad(CDC& dc, const CFahrradDat& dat)
         blatt.Fuellung(skizze::kOrange);
         blatt.Vieleck({{links, dat.hoeheMin}, {rechts, dat.hoeheMin}, {rechts, dat.hoeheMax}, {links, dat.hoeheMax}});
         blatt.OhneFuellung();
-        blatt.Text({rechts, dat.hoeheMax}, 4.0, 0.3 * blatt.Zeile(), InCm("", dat.hoeheMax));
-        blatt.Text({rechts, dat.hoeheMin}, 4.0, 0.9 * blatt.Zeile(), InCm("", dat.hoeheMin));
+        blatt.Text({rechts, dat.hoeheMax}, 0.0, -0.3 * blatt.Zeile(), InCm(dat.hoeheMax), TextAlign::right);
+        blatt.Text({rechts, dat.hoeheMin}, 0.0, 0.9 * blatt.Zeile(), InCm(dat.hoeheMin), TextAlign::right);
     }
     blatt.Stift(blatt.Rahmen());
     blatt.Waagrechte(0.0);
@@ -61,15 +63,14 @@ void ZeichneFahrrad(CDC& dc, const CFahrradDat& dat)
         return;
     blatt.Stift(blatt.Rahmen(), 1.0, PenStyle::dash);
     Rad(blatt, dat, 0.0);
-    if (dat.ergebnisSteht == 0 || !std::isfinite(dat.neigungBeschaedigung))
+    if (dat.ergebnisSteht == 0)
         return;
-    const double neigung = dat.neigungBeschaedigung * kPi / 180.0;
     blatt.Stift(skizze::kBlau, 2.0);
     Rad(blatt, dat, neigung);
     const CDPoint bauteil{0.0, dat.beschaedigungshoehe};
     blatt.Stift(skizze::kRot);
     blatt.Punkt(bauteil);
-    blatt.Text(bauteil, 0.0, -0.5 * blatt.Zeile(), InCm("max. Höhe", dat.beschaedigungshoehe), TextAlign::center);
+    blatt.Text(bauteil, -4.0, -0.5 * blatt.Zeile(), "max. " + InCm(dat.beschaedigungshoehe), TextAlign::right);
     blatt.Text({0.0, 0.0}, 0.0, 1.1 * blatt.Zeile(), "Neigung " + skizze::Zahl(dat.neigungBeschaedigung, 1) + "°",
                TextAlign::center);
 }

@@ -18,15 +18,19 @@ constexpr double kHoehe = 1.2;
 constexpr double kRand = 2.2;   // half the loading area
 constexpr double kBoden = 0.12; // its thickness
 constexpr double kLaengsterPfeil = 0.95;
+// From above.
+constexpr double kHalbeBreite = 0.5;
+constexpr double kZug = 0.6; // length of a lashing
+constexpr skizze::Ausschnitt kVonOben{-1.7, -1.1, 1.7, 1.1};
 
 double Bogen(double grad)
 {
     return grad * kPi / 180.0;
 }
 
-std::string InKn(const char* name, double newton)
+std::string InKn(double newton)
 {
-    return std::string(name) + " " + skizze::Zahl(newton / 1000.0, 1) + " kN";
+    return skizze::Zahl(newton / 1000.0, 1) + " kN";
 }
 
 class Ansicht
@@ -60,20 +64,24 @@ class Ansicht
         m_blatt.Stift(skizze::kBlau, 2.0);
         m_blatt.Linie(von, {von.x + richtung * hinaus, von.y - hinaus * std::tan(winkel)});
     }
-    /// A force to one side at a height, to scale with the largest one.
-    void Kraft(CDPoint von, double richtung, double newton, COLORREF farbe)
+    /// A force from a point in a direction, to scale with the largest one.
+    void Kraft(CDPoint von, CDPoint richtung, double newton, COLORREF farbe)
     {
         if (!(newton > 0.0) || !(m_groesste > 0.0))
             return;
+        const double laenge = kLaengsterPfeil * newton / m_groesste;
         m_blatt.Stift(farbe, 2.0);
-        m_blatt.Pfeil(von, {von.x + richtung * kLaengsterPfeil * newton / m_groesste, von.y});
+        m_blatt.Pfeil(von, {von.x + richtung.x * laenge, von.y + richtung.y * laenge});
     }
-    /// What pushes the load to a side, and what of it nothing holds.
+    /// What pushes the load to a side, with its size, and what of it nothing holds.
     void Richtung(double richtung, double hoehe, double traegheit, double fehlt)
     {
         const CDPoint seite{richtung * kHalb, hoehe};
-        Kraft(seite, richtung, traegheit, skizze::kOrange);
-        Kraft({seite.x, hoehe - 0.25}, richtung, fehlt, skizze::kRot);
+        Kraft(seite, {richtung, 0.0}, traegheit, skizze::kOrange);
+        Kraft({seite.x, hoehe - 0.25}, {richtung, 0.0}, fehlt, skizze::kRot);
+        if (traegheit > 0.0)
+            m_blatt.Text(seite, 4.0 * richtung, -0.35 * m_blatt.Zeile(), InKn(traegheit),
+                         richtung > 0.0 ? TextAlign::left : TextAlign::right);
     }
     void Bezeichne(CDPoint ort, double dy, const std::string& text)
     {
@@ -85,10 +93,9 @@ class Ansicht
     double m_groesste;
 };
 
-std::string Fehlend(const char* richtung, double newton)
+std::string Fehlend(const std::string& richtung, double newton)
 {
-    return newton > 0.0 ? InKn((std::string(richtung) + " fehlen").c_str(), newton)
-                        : std::string(richtung) + " gesichert";
+    return richtung + (newton > 0.0 ? " fehlen " + InKn(newton) : " gesichert");
 }
 
 } // namespace
@@ -132,8 +139,9 @@ void ZeichneLadung(CDC& dc, const CLadungDat& dat)
         seite.Text({-kRand, 0.0}, 0.0, 1.9 * seite.Zeile(), Fehlend("hinten", dat.normKraftHinten));
     }
 
-    skizze::Blatt zweite(dc, ausschnitt, {0.5, 1.0});
+    skizze::Blatt zweite(dc, nieder ? ausschnitt : kVonOben, {0.5, 1.0});
     Ansicht andere(zweite, groesste);
+    const double fehlt = gerechnet ? dat.normKraftSeitlich : 0.0;
     if (nieder) {
         andere.Ladeflaeche();
         andere.Ladung(0.0, kHoehe);
@@ -144,23 +152,23 @@ void ZeichneLadung(CDC& dc, const CLadungDat& dat)
         zweite.Linie({-kHalb, kHoehe}, {kHalb, kHoehe});
         for (const double richtung : {-1.0, 1.0})
             andere.Zurrung({richtung * kHalb, kHoehe}, richtung, Bogen(dat.zurrwinkel));
+        andere.Richtung(1.0, 0.7 * kHoehe, quer, fehlt);
         andere.Bezeichne({0.0, kHoehe}, -0.5 * zweite.Zeile(), "von hinten");
     } else {
-        // From above the driving direction runs to the right; the lashings leave the corners at beta.
-        andere.Ladung(0.2, kHoehe - 0.2);
+        // The driving direction runs to the right; the lashings leave the corners at beta to it.
+        andere.Ladung(-kHalbeBreite, kHalbeBreite);
         zweite.Stift(skizze::kBlau, 2.0);
-        const double beta = Bogen(dat.diagonalBeta);
-        constexpr double kZug = 0.75;
+        const CDPoint zug{kZug * std::cos(Bogen(dat.diagonalBeta)), kZug * std::sin(Bogen(dat.diagonalBeta))};
         for (const double x : {-1.0, 1.0})
             for (const double y : {-1.0, 1.0}) {
-                const CDPoint ecke{x * kHalb, y > 0.0 ? kHoehe - 0.2 : 0.2};
-                zweite.Linie(ecke, {ecke.x + x * kZug * std::cos(beta), ecke.y + y * kZug * std::sin(beta) * 0.4});
+                const CDPoint ecke{x * kHalb, y * kHalbeBreite};
+                zweite.Linie(ecke, {ecke.x + x * zug.x, ecke.y + y * zug.y});
             }
-        andere.Bezeichne({0.0, kHoehe}, -0.5 * zweite.Zeile(), "von oben");
+        andere.Kraft({0.0, -kHalbeBreite}, {0.0, -1.0}, quer, skizze::kOrange);
+        andere.Kraft({0.2, -kHalbeBreite}, {0.0, -1.0}, fehlt, skizze::kRot);
+        andere.Bezeichne({0.0, kVonOben.oben}, -0.5 * zweite.Zeile(), "von oben");
     }
-    if (!gerechnet)
-        return;
-    if (nieder)
-        andere.Richtung(1.0, 0.7 * kHoehe, quer, dat.normKraftSeitlich);
-    zweite.Text({0.0, 0.0}, 0.0, 1.9 * zweite.Zeile(), Fehlend("seitlich", dat.normKraftSeitlich), TextAlign::center);
+    if (gerechnet)
+        zweite.Text({0.0, nieder ? 0.0 : kVonOben.unten}, 0.0, 1.9 * zweite.Zeile(), Fehlend("seitlich", fehlt),
+                    TextAlign::center);
 }
