@@ -2,7 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/collision/CFahrradDat.h"
 
+#include "host/CDC.h"
 #include "host/CRuvData.h"
+#include "masks/collision/FahrradBild.h"
+#include "res/collision.h"
+#include "tests/support/MaskFixture.h"
+#include "tests/support/RandomInput.h"
 
 #include <gtest/gtest.h>
 
@@ -147,6 +152,73 @@ TEST_F(FahrradDat, NegativeInputsBecomeZero)
         }
     EXPECT_EQ(dat.fahrradtyp, 0);
     EXPECT_EQ(dat.ergebnisSteht, 0);
+}
+
+TEST_F(FahrradDat, TheDrawingShowsBandAndLargestHeightToScale)
+{
+    dat.hoeheMin = 96.0;
+    dat.Rechnen();
+    CDC dc(240, 360);
+    ZeichneFahrrad(dc, dat);
+    const drawing::Polygon* band = nullptr;
+    const drawing::Ellipse* part = nullptr;
+    double ground = 0.0;
+    for (const auto& primitive : dc.Primitives()) {
+        if (const auto* polygon = std::get_if<drawing::Polygon>(&primitive))
+            band = polygon;
+        if (const auto* ellipse = std::get_if<drawing::Ellipse>(&primitive);
+            ellipse != nullptr && ellipse->rx == ellipse->ry)
+            part = ellipse;
+        if (const auto* line = std::get_if<drawing::Polyline>(&primitive); line != nullptr && ground == 0.0)
+            ground = line->points.front().y;
+    }
+    ASSERT_TRUE(band != nullptr && part != nullptr);
+    const double lower = ground - band->points[0].y, upper = ground - band->points[2].y;
+    EXPECT_NEAR(upper / lower, 100.0 / 96.0, 1e-6);
+    EXPECT_NEAR((ground - part->centre.y) / upper, dat.beschaedigungshoehe / 100.0, 1e-6);
+    EXPECT_GT(upper, 150.0);
+}
+
+class FahrradTest : public test::MaskTest
+{
+  protected:
+    framework::Window& mask = OpenMask(493);
+};
+
+TEST_F(FahrradTest, ChoosesComputesAndTellsTheHost)
+{
+    EXPECT_EQ(Control(mask, IDC_FAHRRAD_TYP).items.front(), "Wählen Sie ein Fahrrad");
+    Choose(mask, IDC_FAHRRAD_TYP, 5);
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_BAUTEIL_HOEHE), "90,0");
+    Enter(mask, IDC_FAHRRAD_BAUTEIL_HOEHE, "91");
+    Choose(mask, IDC_FAHRRAD_TYP, 0);
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_BAUTEIL_HOEHE), "91,0");
+    Enter(mask, IDC_FAHRRAD_HOEHE_MAX, "92");
+    Enter(mask, IDC_FAHRRAD_HOEHE_MIN, "-5");
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "");
+    front.posted.clear();
+    Press(mask, IDC_RECHNEN);
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_HOEHE_MIN), "0,0");
+    ASSERT_EQ(front.posted.size(), 1U);
+    EXPECT_EQ(front.posted[0].message, 1352U);
+    // 92 cm of band: no lean at all.
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_HINWEIS), LoadRuvString(IDS_FAHRRAD_OHNE_NEIGUNG));
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "Beschädigungsbereich ist vollst. erreicht");
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_NEIGUNG), "Phys. Neigungswinkel ist unterschritten");
+    // At rest the wheel stands out by its radius, 34 cm of 16.
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_BERUEHRUNG), "Berührung ist unmöglich");
+    Enter(mask, IDC_FAHRRAD_PEDAL, "40"); // every edit computes from now on
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_BERUEHRUNG), "Berührung ist möglich");
+    EXPECT_EQ(front.posted.size(), 2U);
+    StepOnce(mask, IDC_FAHRRAD_HOEHE_MAX, 1);
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "Beschädigungsbereich ist vollst. erreicht");
+    Enter(mask, IDC_FAHRRAD_HOEHE_MAX, "120");
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "Beschädigungsbereich ist vollst. nicht erreicht");
+    front.answers[1052] = fehlerJa;
+    Press(mask, IDC_LOESCHEN);
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "");
+    EXPECT_EQ(Text(mask, IDC_FAHRRAD_HINWEIS), "");
+    EXPECT_EQ(test::FieldValue(mask, "bauteilHoehe"), 0.0);
 }
 
 } // namespace

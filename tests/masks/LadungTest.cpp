@@ -2,7 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/collision/CLadungDat.h"
 
+#include "host/CDC.h"
 #include "host/CRuvData.h"
+#include "masks/collision/LadungBild.h"
+#include "res/collision.h"
+#include "tests/support/MaskFixture.h"
+#include "tests/support/RandomInput.h"
 
 #include <gtest/gtest.h>
 
@@ -262,6 +267,138 @@ TEST_F(LadungDat, WithoutLashingsNoCountIsANumberOfThem)
     dat.formschlussSeitlich = 1;
     dat.Rechnen();
     EXPECT_TRUE(std::isnan(dat.normZurrungen));
+}
+
+TEST_F(LadungDat, TheDrawingShowsLashingsAtTheirAngles)
+{
+    const auto angles = [&] {
+        CDC dc(800, 160);
+        ZeichneLadung(dc, dat);
+        std::vector<double> found;
+        for (const auto& primitive : dc.Primitives()) {
+            const auto* line = std::get_if<drawing::Polyline>(&primitive);
+            if (line == nullptr || line->points.size() != 2 || line->pen.color != RGB(20, 84, 196))
+                continue;
+            const CDPoint way = line->points[1] - line->points[0];
+            found.push_back(std::atan2(std::abs(way.y), std::abs(way.x)) / kDegree);
+        }
+        return found;
+    };
+    dat.zurrwinkel = 60.0;
+    dat.zurrungen = 3;
+    auto tied = angles(); // three from the side, across the top, two from behind
+    ASSERT_EQ(tied.size(), 6U);
+    EXPECT_NEAR(tied[3], 0.0, 1e-9);
+    EXPECT_NEAR(tied[4], 60.0, 1e-6);
+    EXPECT_NEAR(tied[5], 60.0, 1e-6);
+    dat.zurrart = CLadungDat::diagonalzurren;
+    dat.diagonalAlpha = 50.0;
+    dat.diagonalBeta = 30.0;
+    auto diagonal = angles(); // two from the side, four from above
+    ASSERT_EQ(diagonal.size(), 6U);
+    EXPECT_NEAR(diagonal[0], 50.0, 1e-6);
+    EXPECT_NEAR(diagonal[5], 30.0, 1e-6);
+    dat.Rechnen();
+    CDC dc(800, 160);
+    ZeichneLadung(dc, dat);
+    std::string texts;
+    for (const auto& primitive : dc.Primitives())
+        if (const auto* text = std::get_if<drawing::Text>(&primitive))
+            texts += text->utf8 + "|";
+    EXPECT_NE(texts.find("32,0 kN"), std::string::npos) << texts; // 4 t at 8 m/s²
+    EXPECT_NE(texts.find("vorne fehlen"), std::string::npos) << texts;
+}
+
+class LadungTest : public test::MaskTest
+{
+  protected:
+    framework::Window& mask = OpenMask(419);
+};
+
+TEST_F(LadungTest, OpensWithItsDefaultsAndChoices)
+{
+    for (const auto& [name, value] :
+         std::initializer_list<std::pair<const char*, double>>{{"reibungsbeiwert", 0.2},
+                                                               {"zurrpunktbelastbarkeit", 100000},
+                                                               {"formschlussVorneProzent", 40},
+                                                               {"formschlussHintenProzent", 40},
+                                                               {"formschlussSeitlichProzent", 30},
+                                                               {"formschlussVorneGrenze", 50000},
+                                                               {"formschlussHintenGrenze", 50000},
+                                                               {"formschlussSeitlichGrenze", 50000},
+                                                               {"beschleunigungVorne", 8},
+                                                               {"beschleunigungHinten", 5},
+                                                               {"beschleunigungQuer", 5},
+                                                               {"zurrkraftLC", 5000},
+                                                               {"zurrkraftSTF", 5000},
+                                                               {"zurrungen", 4},
+                                                               {"zurrwinkel", 75},
+                                                               {"uebertragungWahl", 1},
+                                                               {"uebertragungsbeiwert", 1.5},
+                                                               {"diagonalAlpha", 45},
+                                                               {"diagonalBeta", 45},
+                                                               {"formschlussVorne", 0},
+                                                               {"ladung", 0}})
+        EXPECT_EQ(test::FieldValue(mask, name), value) << name;
+    EXPECT_EQ(Control(mask, IDC_LADUNG_REIBUNG_WAHL).items.size(), 11U);
+    EXPECT_EQ(Control(mask, IDC_LADUNG_REIBUNG_WAHL).items[9], "Antirutschmatte:       0.60");
+    EXPECT_EQ(Control(mask, IDC_LADUNG_UEBERTRAGUNG_WAHL).items[2], "beidseitige Spannung     : 2.0");
+    Choose(mask, IDC_LADUNG_REIBUNG_WAHL, 9);
+    EXPECT_EQ(Text(mask, IDC_LADUNG_REIBUNG), "0,60");
+    Choose(mask, IDC_LADUNG_UEBERTRAGUNG_WAHL, 0);
+    EXPECT_EQ(Text(mask, IDC_LADUNG_UEBERTRAGUNG), "1,25");
+    EXPECT_TRUE(Control(mask, IDC_LADUNG_ZURRWINKEL).enabled);
+    EXPECT_FALSE(Control(mask, IDC_LADUNG_ALPHA).enabled);
+    Press(mask, IDC_LADUNG_DIAGONALZURREN);
+    EXPECT_FALSE(Control(mask, IDC_LADUNG_ZURRWINKEL).enabled);
+    EXPECT_FALSE(Control(mask, IDC_LADUNG_REIBUNG_GURT).enabled);
+    EXPECT_TRUE(Control(mask, IDC_LADUNG_ALPHA).enabled);
+    EXPECT_TRUE(Control(mask, IDC_LADUNG_BETA).enabled);
+}
+
+TEST_F(LadungTest, ComputesFollowsAndCountsOrSaysWhyNot)
+{
+    Enter(mask, IDC_LADUNG_LADUNG, "4000");
+    EXPECT_EQ(test::FieldValue(mask, "sicherungskraft"), 0.0);
+    Press(mask, IDC_RECHNEN);
+    EXPECT_EQ(Text(mask, IDC_LADUNG_NORM_ZURRUNGEN), "17");
+    Enter(mask, IDC_LADUNG_NUTZLAST, "10000");
+    Press(mask, IDC_LADUNG_FORM_VORNE); // 40 % of 98.1 kN
+    EXPECT_NEAR(test::FieldValue(mask, "sicherungskraft"), 24152.0 - 39240.0, 1e-6);
+    Enter(mask, IDC_LADUNG_ZURRUNGEN, "0");
+    EXPECT_EQ(Text(mask, IDC_LADUNG_NORM_ZURRUNGEN), "–");
+    EXPECT_EQ(Text(mask, IDC_LADUNG_KIN_ZURRUNGEN), "–");
+    EXPECT_EQ(Text(mask, IDC_LADUNG_HINWEIS), LoadRuvString(IDS_LADUNG_OHNE_ANZAHL));
+    StepOnce(mask, IDC_LADUNG_ZURRUNGEN, 1);
+    EXPECT_NE(Text(mask, IDC_LADUNG_NORM_ZURRUNGEN), "–");
+    EXPECT_EQ(Text(mask, IDC_LADUNG_HINWEIS), "");
+    // Braking in reverse: the load pushes to the rear with 0.8·39240 N; friction holds 7848, the lashing 1448.9.
+    Enter(mask, IDC_LADUNG_REIBUNG_LAENGS, "-0,8");
+    EXPECT_NE(Text(mask, IDC_LADUNG_HINWEIS).find("fehlen 22095 N"), std::string::npos)
+        << Text(mask, IDC_LADUNG_HINWEIS);
+}
+
+TEST_F(LadungTest, TheVehicleGivesItsPayloadAndCancelRestores)
+{
+    data.KfzDat(1).payload = 7500.0;
+    Enter(mask, IDC_LADUNG_NUTZLAST, "1234");
+    Choose(mask, IDC_LADUNG_FAHRZEUG, 1); // "(keines)" heads the list; Pkw 1 has no payload
+    EXPECT_EQ(Text(mask, IDC_LADUNG_NUTZLAST), "1234");
+    Choose(mask, IDC_LADUNG_FAHRZEUG, 2);
+    EXPECT_EQ(Text(mask, IDC_LADUNG_NUTZLAST), "7500");
+    Press(mask, IDC_LADUNG_DIAGONALZURREN);
+    Press(mask, IDC_RECHNEN);
+    std::map<std::string, std::vector<double>> left;
+    auto& dialog = *static_cast<CMDIRechDialog*>(mask.object);
+    // The object lives until pending messages are handled.
+    dialog.OnCommand(IDCANCEL, 0);
+    for (const RecordField& field : dialog.DescribeRecord())
+        left[std::string(field.name)] = test::FieldValues(field);
+    EXPECT_EQ(left["nutzlast"], std::vector<double>{0.0});
+    EXPECT_EQ(left["fahrzeug"], std::vector<double>{-1.0});
+    EXPECT_EQ(left["zurrart"], std::vector<double>{0.0});
+    thread.DispatchPending();
+    EXPECT_TRUE(thread.Dialogs().empty());
 }
 
 } // namespace

@@ -2,7 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/collision/CWurfWeiteDat.h"
 
+#include "host/CDC.h"
 #include "host/CRuvData.h"
+#include "masks/collision/WurfBild.h"
+#include "res/collision.h"
+#include "tests/support/MaskFixture.h"
+#include "tests/support/RandomInput.h"
 
 #include <gtest/gtest.h>
 
@@ -440,6 +445,125 @@ TEST_F(WurfWeiteDat, EntriesMoveTheirPartners)
     EXPECT_EQ(dat.luftdichte, 1.2);
     EXPECT_EQ(dat.anfangsgeschwindigkeit, 0.0);
     EXPECT_EQ(dat.ergebnisSteht, 0);
+}
+
+template <class T> std::vector<T> Of(const CDC& dc)
+{
+    std::vector<T> found;
+    for (const auto& primitive : dc.Primitives())
+        if (const T* one = std::get_if<T>(&primitive))
+            found.push_back(*one);
+    return found;
+}
+
+TEST_F(WurfWeiteDat, TheDrawingIsToScale)
+{
+    CDC empty(600, 200);
+    ZeichneWurf(empty, dat);
+    EXPECT_TRUE(Of<drawing::Text>(empty).empty());
+
+    dat.flugwinkel = 60.0;
+    dat.rutschverzoegerung = 5.0;
+    SpeedKmh(60.0);
+    dat.Rechnen();
+    CDC dc(600, 200);
+    ZeichneWurf(dc, dat);
+    const drawing::Polyline* path = nullptr;
+    const auto lines = Of<drawing::Polyline>(dc);
+    for (const auto& line : lines)
+        if (line.points.size() > 20)
+            path = &line;
+    ASSERT_NE(path, nullptr);
+    double top = 1e9, left = 1e9, right = 0.0;
+    for (const CDPoint& p : path->points) {
+        top = std::min(top, p.y);
+        left = std::min(left, p.x);
+        right = std::max(right, p.x);
+    }
+    const double scale = (right - left) / dat.wurfweite;
+    EXPECT_NEAR((path->points.front().y - top) / scale, dat.wurfhoehe, 0.02);
+    // Apex and impact are marked where they are.
+    const auto marks = Of<drawing::Ellipse>(dc);
+    ASSERT_EQ(marks.size(), 2U);
+    EXPECT_NEAR(marks[0].centre.y, top, 0.5);
+    EXPECT_NEAR(marks[0].centre.x, (left + right) / 2.0, 0.5);
+    EXPECT_NEAR(marks[1].centre.x, right, 0.5);
+    std::string texts;
+    for (const auto& text : Of<drawing::Text>(dc))
+        texts += text.utf8 + "|";
+    EXPECT_NE(texts.find("Höhe 10,62 m"), std::string::npos) << texts;
+    EXPECT_NE(texts.find("Wurfweite 24,5"), std::string::npos) << texts;
+    for (const auto& line : lines)
+        for (const CDPoint& p : line.points)
+            EXPECT_TRUE(p.x >= 0.0 && p.x <= 600.0 && p.y >= 0.0 && p.y <= 200.0);
+}
+
+class WurfWeiteTest : public test::MaskTest
+{
+  protected:
+    framework::Window& mask = OpenMask(471);
+};
+
+TEST_F(WurfWeiteTest, TypedAndSteppedEntriesFollowAResultThatStands)
+{
+    Enter(mask, IDC_WURF_FLUGWINKEL, "45");
+    Enter(mask, IDC_WURF_V0_KMH, "36");
+    EXPECT_EQ(Text(mask, IDC_WURF_V0_MS), "10,00");
+    EXPECT_EQ(test::FieldValue(mask, "wurfweite"), 0.0);
+    Press(mask, IDC_RECHNEN);
+    EXPECT_NEAR(test::FieldValue(mask, "wurfweite"), 100.0 / kG, 0.01);
+    StepOnce(mask, IDC_WURF_V0_KMH, 1);
+    EXPECT_NEAR(test::FieldValue(mask, "wurfweite"), std::pow(37.0 / 3.6, 2) / kG, 0.01);
+    Enter(mask, IDC_WURF_V0_MS, "20");
+    EXPECT_EQ(Text(mask, IDC_WURF_V0_KMH), "72,00");
+    EXPECT_NEAR(test::FieldValue(mask, "wurfweite"), 400.0 / kG, 0.01);
+    Enter(mask, IDC_WURF_QUERSCHNITT, "25");
+    EXPECT_EQ(Text(mask, IDC_WURF_MASSE), "125,00");
+    EXPECT_LT(test::FieldValue(mask, "wurfweite"), 400.0 / kG - 1.0);
+    Enter(mask, IDC_WURF_MASSE, "0");
+    Enter(mask, IDC_WURF_WURF_RUTSCHWEITE, "30");
+    EXPECT_NEAR(test::FieldValue(mask, "anfangsgeschwindigkeit"), std::sqrt(30.0 * kG) * 3.6, 0.01);
+    EXPECT_EQ(Text(mask, IDC_WURF_HINWEIS), "");
+    Enter(mask, IDC_WURF_FLUGWINKEL, "90");
+    EXPECT_EQ(Text(mask, IDC_WURF_HINWEIS), LoadRuvString(IDS_WURF_UNERREICHBAR));
+    EXPECT_EQ(Text(mask, IDC_WURF_WURF_RUTSCHWEITE), "30,00");
+    EXPECT_EQ(Text(mask, IDC_WURF_V0_KMH), "0,00");
+    Enter(mask, IDC_WURF_FLUGWINKEL, "45");
+    Enter(mask, IDC_WURF_AUFPRALLHOEHE, "5");
+    Enter(mask, IDC_WURF_WURF_RUTSCHWEITE, "2");
+    EXPECT_NE(Text(mask, IDC_WURF_HINWEIS).find("um "), std::string::npos);
+    EXPECT_EQ(Text(mask, IDC_WURF_HINWEIS).find('#'), std::string::npos);
+}
+
+TEST_F(WurfWeiteTest, ClearingAsksAndTakesTheAirOfTheCase)
+{
+    data.FallParameter().luftdichte = 1.05;
+    Enter(mask, IDC_WURF_LUFTDICHTE, "0,9");
+    Enter(mask, IDC_WURF_CW, "2");
+    Enter(mask, IDC_WURF_V0_KMH, "30");
+    Press(mask, IDC_RECHNEN);
+    Press(mask, IDC_LOESCHEN);
+    EXPECT_EQ(test::FieldValue(mask, "luftwiderstand"), 2.0);
+    front.answers[1052] = fehlerJa;
+    Press(mask, IDC_LOESCHEN);
+    EXPECT_EQ(Text(mask, IDC_WURF_LUFTDICHTE), "1,050");
+    EXPECT_EQ(Text(mask, IDC_WURF_CW), "0,50");
+    EXPECT_EQ(Text(mask, IDC_WURF_V0_KMH), "0,00");
+    EXPECT_EQ(test::FieldValue(mask, "ergebnisSteht"), 0.0);
+    EXPECT_EQ(test::FieldValue(OpenMask(471), "luftdichte"), 1.05);
+    Press(mask, IDCANCEL);
+    EXPECT_EQ(thread.Dialogs().size(), 1U);
+}
+
+TEST_F(WurfWeiteTest, ImperialUnitsAreShownOnly)
+{
+    UnitsSystemConfiguration::GetInstance().SetSystem(UnitsSystem::imperial);
+    framework::Window& second = OpenMask(471);
+    Enter(second, IDC_WURF_FLUGWINKEL, "45");
+    Enter(second, IDC_WURF_V0_KMH, "30"); // mph
+    Press(second, IDC_RECHNEN);
+    EXPECT_NEAR(test::FieldValue(second, "anfangsgeschwindigkeitMs"), 13.4112, 1e-9);
+    EXPECT_NEAR(test::FieldValue(second, "wurfweite"), 13.4112 * 13.4112 / kG, 0.01);
 }
 
 } // namespace
