@@ -101,6 +101,7 @@ void CFahrradDlg::IncValue(int controlId)
 void CFahrradDlg::Rechnen()
 {
     m_befund = m_dat.Rechnen();
+    ResultsComputed();
     UpdateDialog();
     // Other views of the result refresh.
     if (CWnd* host = MainWindow())
@@ -119,5 +120,6 @@ void CFahrradDlg::Loeschen()
         return;
     m_dat.Loeschen();
     m_befund = Befund::keiner;
+    ResultsCleared();
     UpdateDialog();
 }

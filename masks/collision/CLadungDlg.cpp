@@ -105,13 +105,15 @@ void CLadungDlg::IncValue(int controlId)
         break;
     }
     if (m_dat.ergebnisSteht != 0)
-        m_dat.Rechnen();
-    UpdateDialog();
+        Rechnen();
+    else
+        UpdateDialog();
 }
 
 void CLadungDlg::Rechnen()
 {
     m_dat.Rechnen();
+    ResultsComputed();
     UpdateDialog();
 }
 
@@ -125,7 +127,8 @@ void CLadungDlg::OnCancel()
 {
     m_dat.Eingaben() = m_anfang;
     if (m_dat.ergebnisSteht != 0)
-        m_dat.Rechnen();
-    UpdateDialog();
+        Rechnen();
+    else
+        UpdateDialog();
     CMDIRechDialog::OnCancel();
 }

@@ -111,6 +111,7 @@ void CWurfWeiteDlg::Rechnen()
 {
     const CWaitCursor wait;
     m_befund = m_dat.Rechnen();
+    ResultsComputed();
     UpdateDialog();
 }
 
@@ -120,5 +121,6 @@ void CWurfWeiteDlg::Loeschen()
         return;
     m_dat.Loeschen();
     m_befund = Befund::keiner;
+    ResultsCleared();
     UpdateDialog();
 }
