@@ -31,6 +31,8 @@ void ZeichneWurf(CDC& dc, const CWurfWeiteDat& dat)
         return;
 
     const CDPoint aufprall{dat.wurfweite, dat.aufprallhoehe};
+    // A flight that stays below the impact height has none; without a flight there is the slide alone.
+    const bool erreicht = dat.wurfweite != 0.0 || (dat.wurfhoehe == 0.0 && dat.aufprallhoehe == 0.0);
     if (dat.aufprallhoehe != 0.0) {
         blatt.Stift(blatt.Rahmen(), 1.0, PenStyle::dash);
         blatt.Waagrechte(dat.aufprallhoehe);
@@ -40,7 +42,7 @@ void ZeichneWurf(CDC& dc, const CWurfWeiteDat& dat)
     blatt.Linie({scheitel.x, 0.0}, scheitel);
     blatt.Stift(skizze::kBlau, 2.0);
     blatt.Zug(dat.bahn);
-    if (dat.wurfRutschweite > dat.wurfweite) {
+    if (erreicht && dat.wurfRutschweite > dat.wurfweite) {
         blatt.Stift(skizze::kOrange, 2.0);
         blatt.Pfeil(aufprall, {dat.wurfRutschweite, dat.aufprallhoehe});
         blatt.Text({dat.wurfRutschweite, dat.aufprallhoehe}, 0.0, 1.9 * blatt.Zeile(),
@@ -50,6 +52,8 @@ void ZeichneWurf(CDC& dc, const CWurfWeiteDat& dat)
     blatt.Punkt(scheitel);
     blatt.Text(scheitel, 0.0, -0.5 * blatt.Zeile(), "Höhe " + MitEinheit(dat.wurfhoehe, unitType::length, 2),
                TextAlign::center);
+    if (!erreicht)
+        return;
     blatt.Stift(skizze::kRot);
     blatt.Punkt(aufprall);
     blatt.Text(aufprall, 0.0, 0.95 * blatt.Zeile(), "Wurfweite " + MitEinheit(dat.wurfweite, unitType::length, 2),
