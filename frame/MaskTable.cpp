@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frame/MaskTable.h"
 
+#include "masks/collision/CFahrradDlg.h"
+#include "masks/collision/CLadungDlg.h"
 #include "masks/collision/CSchrankenverfahrenDlg.h"
+#include "masks/collision/CWurfWeiteDlg.h"
 #include "masks/dynamics/CBeschlDlg.h"
 #include "masks/dynamics/CGrenzVDlg.h"
 #include "masks/dynamics/CMRBremsDlg.h"
@@ -21,11 +24,17 @@ template <class Dialog> CMDIRechDialog* Create(CRuvData& data)
     return new (std::nothrow) Dialog(data, nullptr);
 }
 
+/// A mask that gets the case and its own number as the dialog's.
+template <class Dialog, UINT Number> CMDIRechDialog* CreateNumbered(CRuvData& data)
+{
+    return new (std::nothrow) Dialog(data, Number);
+}
+
 constexpr std::array kMasks{
     MaskEntry{400, "CBeschlDlg", "Berechnung der Beschleunigung", 2, &Create<CBeschlDlg>},
     MaskEntry{401, "CGrenzVDlg", "Berechnung der Kurvengrenzgeschwindigkeit", 2, &Create<CGrenzVDlg>},
     MaskEntry{417, "CRadKontaktDlg", "Radkontaktspuren", 4, nullptr},
-    MaskEntry{419, "CLadungDlg", "Ladungssicherung", 4, nullptr},
+    MaskEntry{419, "CLadungDlg", "Ladungssicherung", 4, &CreateNumbered<CLadungDlg, 419>},
     MaskEntry{450, "CAbVorDlg", "Abbiege-Vorgang", 3, nullptr},
     MaskEntry{451, "CLosAbDlg", "Losfahren-Abbremsen", 2, nullptr},
     MaskEntry{452, "CEinDlg", "Auffahrunfall", 3, nullptr},
@@ -41,7 +50,7 @@ constexpr std::array kMasks{
     MaskEntry{468, "CVkonstDlg", "Weg - Zeit bei konstanter Geschwindigkeit", 2, &Create<CVkonstDlg>},
     MaskEntry{469, "CMRBremsDlg", "Motorrad-Bremsung (Exponentialansatz)", 2, &Create<CMRBremsDlg>},
     MaskEntry{470, "CKurvenBremsDlg", "Kurven-Bremsung", 2, nullptr},
-    MaskEntry{471, "CWurfWeiteDlg", "Wurfweitenberechnung", 4, nullptr},
+    MaskEntry{471, "CWurfWeiteDlg", "Wurfweitenberechnung", 4, &Create<CWurfWeiteDlg>},
     MaskEntry{472, "CHalbeSichtDlg", "Halbe Sicht", 3, nullptr},
     MaskEntry{473, "CVorrangDlg", "Vorrang geben Problematik", 3, nullptr},
     MaskEntry{474, "CFLIImportDlg", "Allgemeine Fahrdaten / GPS Daten importieren", 5, nullptr},
@@ -51,7 +60,7 @@ constexpr std::array kMasks{
     MaskEntry{488, "CCDRImportDlg", "CDR Daten importieren", 5, nullptr},
     MaskEntry{491, "CGoProImportDlg", "GoPro Daten importieren", 5, nullptr},
     MaskEntry{492, "CGPXImportDlg", "GPX Daten importieren", 5, nullptr},
-    MaskEntry{493, "CFahrradDlg", "Anstreifspuren Fahrrad", 4, nullptr},
+    MaskEntry{493, "CFahrradDlg", "Anstreifspuren Fahrrad", 4, &Create<CFahrradDlg>},
     MaskEntry{494, "CVideoDlg", "Videoanalyse", 6, nullptr},
 };
 

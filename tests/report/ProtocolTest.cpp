@@ -165,7 +165,7 @@ TEST_F(ProtocolTest, JoinsFieldsOfALineAndTellsTheScene)
 
 TEST_F(ProtocolTest, EveryMaskGivesAWellFormedDocument)
 {
-    for (const UINT number : {400U, 401U, 459U, 468U, 469U, 487U}) {
+    for (const UINT number : {400U, 401U, 419U, 459U, 468U, 469U, 471U, 487U, 493U}) {
         framework::Window& mask = Open(number);
         const Protocol protocol = MakeProtocol(mask, Context());
         EXPECT_FALSE(protocol.inputs.empty()) << number;
