@@ -54,11 +54,13 @@ class Lenkung
     double m_richtung;
 };
 
-/// The centre moves on the arc of its radius, the inner rear wheel on that of R.
-void Bewege(Lage& lage, double ds, double radius, double mittenradius)
+/// The centre moves on the arc of its radius, the inner rear wheel on that of R. Direction of the motion.
+CDPoint Bewege(Lage& lage, double ds, double radius, double mittenradius)
 {
     lage.psi += ds / mittenradius;
-    lage.rad += CDPoint{std::cos(lage.psi), std::sin(lage.psi)} * (radius * ds / mittenradius);
+    const CDPoint richtung{std::cos(lage.psi), std::sin(lage.psi)};
+    lage.rad += richtung * (radius * ds / mittenradius);
+    return richtung;
 }
 
 /// The points that are kept of the way. The last one is always where the vehicle is.
@@ -179,23 +181,70 @@ CDPoint Mitte(const Vorgabe& g, const Lage& lage)
     return lage.rad + CDPoint{std::cos(winkel), std::sin(winkel)} * (sigma * diagonale);
 }
 
-Fahrt Fahre(const Vorgabe& g)
+namespace
+{
+
+/// Follows a drive's place, what it passes and the way it leaves.
+class Aufzeichnung
+{
+  public:
+    explicit Aufzeichnung(const Vorgabe& g) : m_g(g), m_zurMitte(Mitte(g, Lage{})), m_punkte(g, m_zurMitte)
+    {
+        m_verlauf.Nimm(0, Lage{});
+    }
+
+    void Schritt(Fahrt& f, double ds, double mittenradius)
+    {
+        const CDPoint richtung = Bewege(f.lage, ds, f.radius, mittenradius);
+        f.frontversatz = f.lage.rad.y + richtung.y * m_g.fahrzeug.bisFront;
+        f.querMax = std::max(f.querMax, f.v * f.v / mittenradius);
+        m_vorZwischenlage = m_vorZwischenlage && f.frontversatz <= m_g.zwischenversatz;
+        if (m_vorZwischenlage) {
+            f.zwischen = f.lage;
+            f.frontversatzZwischen = f.frontversatz;
+        }
+        m_punkte.Nimm(f.lage.t, f.lage.s, f.v,
+                      f.lage.rad + CDPoint{richtung.x * m_zurMitte.x - richtung.y * m_zurMitte.y,
+                                           richtung.y * m_zurMitte.x + richtung.x * m_zurMitte.y});
+        m_verlauf.Nimm(f.schritte, f.lage);
+    }
+
+    void Beende(Fahrt& f)
+    {
+        f.zwischenIstEnde = m_vorZwischenlage;
+        f.gespeichert = m_punkte.Gespeichert();
+        f.punkte = std::move(m_punkte).Punkte();
+        f.verlauf = std::move(m_verlauf).Lagen(f.lage);
+    }
+
+  private:
+    const Vorgabe& m_g;
+    CDPoint m_zurMitte;
+    Punktfolge m_punkte;
+    Verlauf m_verlauf;
+    bool m_vorZwischenlage = true;
+};
+
+/// Follows nothing but the yaw.
+class NurGieren
+{
+  public:
+    explicit NurGieren(const Vorgabe&) {}
+    void Schritt(Fahrt& f, double ds, double mittenradius) { f.lage.psi += ds / mittenradius; }
+    void Beende(Fahrt&) {}
+};
+
+template <class Beobachter> Fahrt FahreMit(const Vorgabe& g)
 {
     const Lenkung lenkung(g);
     const double tGrenze = g.ZeitBisGrenze();
     const double sGrenze = g.WegBisGrenze();
-    // The centre as seen from the inner rear wheel, turned with the vehicle.
-    const CDPoint zurMitte = Mitte(g, Lage{});
-
     Fahrt f;
     Lage& lage = f.lage;
     f.radius = lenkung.Anfangsradius();
     f.v = g.anfangsgeschw == 0.0 ? kAnrollen : g.anfangsgeschw;
     double mittenradius = Mittenradius(g.fahrzeug, f.radius);
-    bool vorZwischenlage = true;
-    Punktfolge punkte(g, zurMitte);
-    Verlauf verlauf;
-    verlauf.Nimm(0, lage);
+    Beobachter beobachter(g);
 
     const auto fehlt = [&] { return g.ziel - (g.bisWeg ? lage.s : lage.psi); };
     while (fehlt() > kZielgenauigkeit && f.v > 0.0 && !lenkung.IstGerade(f.radius)) {
@@ -223,29 +272,24 @@ Fahrt Fahre(const Vorgabe& g)
         } else {
             lage.s = g.anfangsgeschw * lage.t + g.beschleunigung / 2.0 * (dauer * dauer);
         }
-
-        Bewege(lage, lage.s - sVorher, f.radius, mittenradius);
-        const double c = std::cos(lage.psi);
-        const double s = std::sin(lage.psi);
-        f.frontversatz = lage.rad.y + s * g.fahrzeug.bisFront;
-        f.querMax = std::max(f.querMax, f.v * f.v / mittenradius);
-
-        vorZwischenlage = vorZwischenlage && f.frontversatz <= g.zwischenversatz;
-        if (vorZwischenlage) {
-            f.zwischen = lage;
-            f.frontversatzZwischen = f.frontversatz;
-        }
-        punkte.Nimm(lage.t, lage.s, f.v,
-                    lage.rad + CDPoint{c * zurMitte.x - s * zurMitte.y, s * zurMitte.x + c * zurMitte.y});
-        verlauf.Nimm(f.schritte, lage);
+        beobachter.Schritt(f, lage.s - sVorher, mittenradius);
     }
     if (f.ende != Ende::zuLang && fehlt() > kZielgenauigkeit)
         f.ende = f.v > 0.0 ? Ende::gerade : Ende::stillstand;
-    f.zwischenIstEnde = vorZwischenlage;
-    f.gespeichert = punkte.Gespeichert();
-    f.punkte = std::move(punkte).Punkte();
-    f.verlauf = std::move(verlauf).Lagen(lage);
+    beobachter.Beende(f);
     return f;
+}
+
+} // namespace
+
+Fahrt Fahre(const Vorgabe& g)
+{
+    return FahreMit<Aufzeichnung>(g);
+}
+
+Fahrt FahreSuchend(const Vorgabe& g)
+{
+    return FahreMit<NurGieren>(g);
 }
 
 void FahreWeiter(const Vorgabe& g, Fahrt& f, double dt, double ds)

@@ -96,6 +96,8 @@ double Lenkwinkel(const Fahrzeug& fahrzeug, double radius);
 CDPoint Mitte(const Vorgabe& vorgabe, const Lage& lage);
 
 Fahrt Fahre(const Vorgabe& vorgabe);
+/// The same drive without place, offsets and lateral acceleration; faster.
+Fahrt FahreSuchend(const Vorgabe& vorgabe);
 /// Moves the end of a drive by a moment dt and a short way ds, on its last radius; both may be negative.
 void FahreWeiter(const Vorgabe& vorgabe, Fahrt& fahrt, double dt, double ds);
 

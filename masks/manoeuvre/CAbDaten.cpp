@@ -324,7 +324,7 @@ CAbDaten::Ausgang CAbDaten::FindeLauf(Lauf& lauf, const Antwort& antwort)
     std::size_t schritte = 0;
     bool spaeterBremsen = false;
     bool spaeterLenken = false;
-    f = abbiegen::Fahre(g);
+    f = FahreMitPunkten(g);
     for (int n = 1; n < kMaxLaeufe; ++n) {
         if (f.ende == Ende::zuLang)
             return Ausgang::zuLang;
@@ -359,7 +359,7 @@ CAbDaten::Ausgang CAbDaten::FindeLauf(Lauf& lauf, const Antwort& antwort)
         if (!std::isfinite(g.verzug) || !std::isfinite(g.lenkbeginn))
             return Ausgang::unendlich;
         const Fahrt vorher = std::move(f);
-        f = abbiegen::Fahre(g);
+        f = abbiegen::FahreSuchend(g);
         schritte += f.schritte;
         if (schritte > kMaxSuchschritte)
             return Ausgang::nichtKonvergiert;
@@ -373,8 +373,9 @@ CAbDaten::Ausgang CAbDaten::FindeLauf(Lauf& lauf, const Antwort& antwort)
         if (!amZiel || (spaeterBremsen && f.v > kZielGeschw))
             return Ausgang::nichtKonvergiert;
     }
-    f = FahreMitPunkten(g);
-    return f.ende == Ende::zuLang ? Ausgang::zuLang : Ausgang::berechnet;
+    if (spaeterBremsen || spaeterLenken)
+        f = FahreMitPunkten(g);
+    return Ausgang::berechnet;
 }
 
 /// Angle between the vehicle and the motion of its centre, °; positive to the left.

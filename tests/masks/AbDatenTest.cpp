@@ -182,6 +182,10 @@ TEST_F(AbDaten, AgreesWithABicycleModelUnderRungeKutta)
         EXPECT_NEAR(Ende().y, z.y, 0.02);
         EXPECT_NEAR(std::abs(dat.wegZwischen + dat.wegBisEnde), z.s, 1e-3);
         EXPECT_NEAR(dat.querbeschleunigung, z.quer, 0.01 * std::max(1.0, z.quer));
+        const abbiegen::Fahrt suchend = abbiegen::FahreSuchend(Lauf().vorgabe);
+        const abbiegen::Fahrt ganz = abbiegen::Fahre(Lauf().vorgabe);
+        EXPECT_EQ(suchend.lage.psi, ganz.lage.psi);
+        EXPECT_EQ(suchend.lage.t, ganz.lage.t);
         // The way that is stored ends where the vehicle does and is as long as the path.
         const auto& way = Lauf().fahrt.punkte;
         EXPECT_NEAR(way.back().x, 100.0 * Ende().x, 0.5);
