@@ -131,7 +131,9 @@ void CAbDaten::FahrzeugGewechselt()
 void CAbDaten::LeseSpalte()
 {
     LoescheEingaben();
+    berechnet = 0;
     seite = kSeiteLinks;
+    ZeigeSeite();
     if (!IstFahrzeug() || phase < static_cast<std::int64_t>(CWegZeitDat::kErsteSpalte) ||
         phase >= static_cast<std::int64_t>(CWegZeitDat::kSpalten))
         return;
@@ -173,6 +175,7 @@ void CAbDaten::LeseSpalte()
             seite = nachbar->seite;
     if (seite != kSeiteRechts)
         seite = kSeiteLinks;
+    ZeigeSeite();
     BerechneLenkradwinkel();
 }
 
@@ -196,17 +199,13 @@ void CAbDaten::GeschwindigkeitGeaendert()
     endgeschw = anfangsgeschw;
 }
 
-void CAbDaten::WaehleSeite(bool links)
+void CAbDaten::SeiteGewaehlt()
 {
-    if (links == IstLinks())
+    const std::int64_t gewaehlt = (lenkseite == 0) != (rueckwaerts != 0) ? kSeiteLinks : kSeiteRechts;
+    if (seite == gewaehlt)
         return;
-    seite = seite == kSeiteLinks ? kSeiteRechts : kSeiteLinks;
+    seite = gewaehlt;
     SchreibeSeite();
-}
-
-void CAbDaten::WaehleRichtung(bool rueck)
-{
-    rueckwaerts = rueck ? 1 : 0;
 }
 
 void CAbDaten::SchreibeSeite()

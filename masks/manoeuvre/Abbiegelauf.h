@@ -29,6 +29,7 @@ struct Fahrzeug {
     double spurweite = 0.0;
     double bisFront = 0.0; ///< rear axle to front
     double laenge = 0.0;
+    double breite = 0.0;
 
     double HalbeSpur() const { return spurweite / 2.0; }
 };

@@ -3,7 +3,9 @@
 #include "masks/manoeuvre/CAbDaten.h"
 
 #include "host/CKfzDaten.h"
+#include "host/NumberTable.h"
 #include "host/Physics.h"
+#include "res/manoeuvre.h"
 
 #include <algorithm>
 #include <array>
@@ -28,7 +30,7 @@ constexpr double kGradProRad = 180.0 / kPi;
 constexpr double kStandardlaenge = 4.0;
 constexpr double kStandardradstand = 2.3;
 constexpr double kStandardueberhang = 0.9;
-constexpr double kStandardspur = 1.5;
+constexpr double kStandardbreite = 1.8;
 constexpr double kGroessteLaenge = 1000.0;
 
 /// Stored points: one path in this many metres; as many as this are too many.
@@ -116,41 +118,142 @@ Fahrt FahreMitPunkten(Vorgabe& g)
 
 } // namespace
 
+namespace
+{
+
+using Dat = CAbDaten;
+
+constexpr UINT kSeiten[] = {IDC_ABVOR_LINKS, IDC_ABVOR_RECHTS};
+constexpr UINT kRichtungen[] = {IDC_ABVOR_VORWAERTS, IDC_ABVOR_RUECKWAERTS};
+
+constexpr NumberRow<Dat> kZahlen[] = {
+    {"fahrzeug", At<&Dat::fahrzeug>},
+    {"phase", At<&Dat::phase>},
+    {kSeiten, "lenkseite", At<&Dat::lenkseite>, "Seite"},
+    {kRichtungen, "rueckwaerts", At<&Dat::rueckwaerts>, "Richtung"},
+    {"seite", At<&Dat::seite>},
+    {IDC_ABVOR_ANFANGSRADIUS, "anfangsradius", At<&Dat::anfangsradius>, units::m, {0, 100000}, 2, FieldRole::input},
+    {IDC_ABVOR_MINDESTRADIUS,
+     "mindestradius",
+     At<&Dat::mindestradius>,
+     units::m,
+     {0, 100000},
+     2,
+     FieldRole::input,
+     {.label = "kleinster Endradius"}},
+    {IDC_ABVOR_ENDRADIUS, "endradius", At<&Dat::endradius>, units::m, {0, 100000}, 2, FieldRole::input},
+    {IDC_ABVOR_LENKZEIT, "lenkzeit", At<&Dat::lenkzeit>, units::s, {0, 100}, 2, FieldRole::input},
+    {IDC_ABVOR_LENKRADWINKEL,
+     "lenkradwinkel",
+     At<&Dat::lenkradwinkel>,
+     units::degree,
+     {-5000, 5000},
+     0,
+     FieldRole::result,
+     {.label = "Lenkrad-Winkel"}},
+    {IDC_ABVOR_GIERZIEL, "gierziel", At<&Dat::gierziel>, units::degree, {-500, 500}, 1, FieldRole::input},
+    {IDC_ABVOR_ANFANGSGESCHW, "anfangsgeschw", At<&Dat::anfangsgeschw>, units::kmh, {-50, 300}, 2, FieldRole::input},
+    {IDC_ABVOR_BESCHLEUNIGUNG, "beschleunigung", At<&Dat::beschleunigung>, units::ms2, {-20, 90}, 2, FieldRole::input},
+    {IDC_ABVOR_GRENZGESCHW, "grenzgeschw", At<&Dat::grenzgeschw>, units::kmh, {-50, 300}, 2, FieldRole::input},
+    {IDC_ABVOR_WEG, "weg", At<&Dat::weg>, units::m, {-1000, 1000}, 2, FieldRole::input},
+    {"wegGegeben", At<&Dat::wegGegeben>},
+    {IDC_ABVOR_ZEIT, "zeit", At<&Dat::zeit>, units::s, {0, 1000}, 2, FieldRole::result},
+    {IDC_ABVOR_ENDGESCHW, "endgeschw", At<&Dat::endgeschw>, units::kmh, {-300, 300}, 2, FieldRole::result},
+    {IDC_ABVOR_GIERWINKEL, "gierwinkel", At<&Dat::gierwinkel>, units::degree, {0, 500}, 1, FieldRole::result},
+    {IDC_ABVOR_ERREICHTER_RADIUS,
+     "erreichterRadius",
+     At<&Dat::erreichterRadius>,
+     units::m,
+     {0, 100000},
+     2,
+     FieldRole::result},
+    {IDC_ABVOR_QUERBESCHL,
+     "querbeschleunigung",
+     At<&Dat::querbeschleunigung>,
+     units::ms2,
+     {0, 100},
+     2,
+     FieldRole::result},
+    {IDC_ABVOR_SCHWIMMWINKEL,
+     "schwimmwinkel",
+     At<&Dat::schwimmwinkel>,
+     units::degree,
+     {-180, 180},
+     1,
+     FieldRole::result},
+    {IDC_ABVOR_VERSATZ_FRONT, "versatzFront", At<&Dat::versatzFront>, units::m, {-1000, 1000}, 2, FieldRole::result},
+    {IDC_ABVOR_VERSATZ_HECK,
+     "versatzHeck",
+     At<&Dat::versatzHeck>,
+     units::m,
+     {-1000, 1000},
+     2,
+     FieldRole::result,
+     {.label = "Seitenversatz Heck"}},
+    {IDC_ABVOR_ZWISCHENVERSATZ,
+     "zwischenversatz",
+     At<&Dat::zwischenversatz>,
+     units::m,
+     {0, 100},
+     2,
+     FieldRole::input,
+     {.label = "Zwischenposition: Seitenversatz Front"}},
+    {IDC_ABVOR_ZWISCHEN_HECK,
+     "versatzHeckZwischen",
+     At<&Dat::versatzHeckZwischen>,
+     units::m,
+     {-1000, 1000},
+     2,
+     FieldRole::result,
+     {.label = "Zwischenposition: Seitenversatz Heck"}},
+    {IDC_ABVOR_ZWISCHEN_GIER,
+     "gierZwischen",
+     At<&Dat::gierZwischen>,
+     units::degree,
+     {0, 500},
+     1,
+     FieldRole::result,
+     {.label = "Zwischenposition: Gierwinkel"}},
+    {IDC_ABVOR_ZWISCHEN_WEG,
+     "wegZwischen",
+     At<&Dat::wegZwischen>,
+     units::m,
+     {-1000, 1000},
+     2,
+     FieldRole::result,
+     {.label = "Zwischenposition: Weg"}},
+    {IDC_ABVOR_ZWISCHEN_ZEIT,
+     "zeitZwischen",
+     At<&Dat::zeitZwischen>,
+     units::s,
+     {0, 1000},
+     2,
+     FieldRole::result,
+     {.label = "Zwischenposition: Zeit"}},
+    {IDC_ABVOR_WEG_BIS_ENDE,
+     "wegBisEnde",
+     At<&Dat::wegBisEnde>,
+     units::m,
+     {-1000, 1000},
+     2,
+     FieldRole::result,
+     {.label = "Weg bis Ende"}},
+    {IDC_ABVOR_ZEIT_BIS_ENDE,
+     "zeitBisEnde",
+     At<&Dat::zeitBisEnde>,
+     units::s,
+     {0, 1000},
+     2,
+     FieldRole::result,
+     {.label = "Zeit bis Ende"}},
+    {"berechnet", At<&Dat::berechnet>},
+};
+
+} // namespace
+
 RecordFields CAbDaten::Felder()
 {
-    return {
-        {"fahrzeug", "", &fahrzeug},
-        {"phase", "", &phase},
-        {"seite", "", &seite},
-        {"rueckwaerts", "", &rueckwaerts},
-        {"anfangsradius", "m", &anfangsradius},
-        {"mindestradius", "m", &mindestradius},
-        {"endradius", "m", &endradius},
-        {"lenkzeit", "s", &lenkzeit},
-        {"lenkradwinkel", "°", &lenkradwinkel},
-        {"gierziel", "°", &gierziel},
-        {"anfangsgeschw", "km/h", &anfangsgeschw},
-        {"beschleunigung", "m/s²", &beschleunigung},
-        {"grenzgeschw", "km/h", &grenzgeschw},
-        {"weg", "m", &weg},
-        {"zwischenversatz", "m", &zwischenversatz},
-        {"wegGegeben", "", &wegGegeben},
-        {"gierwinkel", "°", &gierwinkel},
-        {"erreichterRadius", "m", &erreichterRadius},
-        {"querbeschleunigung", "m/s²", &querbeschleunigung},
-        {"schwimmwinkel", "°", &schwimmwinkel},
-        {"zeit", "s", &zeit},
-        {"endgeschw", "km/h", &endgeschw},
-        {"versatzFront", "m", &versatzFront},
-        {"versatzHeck", "m", &versatzHeck},
-        {"wegZwischen", "m", &wegZwischen},
-        {"zeitZwischen", "s", &zeitZwischen},
-        {"wegBisEnde", "m", &wegBisEnde},
-        {"zeitBisEnde", "s", &zeitBisEnde},
-        {"gierZwischen", "°", &gierZwischen},
-        {"versatzHeckZwischen", "m", &versatzHeckZwischen},
-        {"berechnet", "", &berechnet},
-    };
+    return Describe(*this, kZahlen);
 }
 
 void CAbDaten::Loeschen()
@@ -162,20 +265,25 @@ void CAbDaten::Loeschen()
 
 void CAbDaten::LoescheEingaben()
 {
-    for (double* quantity : {&anfangsradius, &endradius, &lenkzeit, &gierziel, &anfangsgeschw, &beschleunigung,
-                             &grenzgeschw, &weg, &lenkradwinkel})
-        *quantity = 0.0;
+    // What the vehicle and the user's idea of the intermediate position give outlives the choice of a phase.
+    const double kleinster = mindestradius;
+    const double versatz = zwischenversatz;
+    ClearNumbers(Felder());
+    mindestradius = kleinster;
+    zwischenversatz = versatz;
     rueckwaerts = 0;
     wegGegeben = 0;
-    LoescheErgebnisse();
+    m_lauf.reset();
+    ZeigeSeite();
 }
 
 void CAbDaten::LoescheErgebnisse()
 {
-    for (double* quantity :
-         {&gierwinkel, &erreichterRadius, &querbeschleunigung, &schwimmwinkel, &zeit, &endgeschw, &versatzFront,
-          &versatzHeck, &wegZwischen, &zeitZwischen, &wegBisEnde, &zeitBisEnde, &gierZwischen, &versatzHeckZwischen})
-        *quantity = 0.0;
+    const double winkel = lenkradwinkel; // follows the radii alone
+    for (const RecordField& field : Felder())
+        if (field.spec->role == FieldRole::result)
+            *std::get<double*>(field.value) = 0.0;
+    lenkradwinkel = winkel;
     m_lauf.reset();
 }
 
@@ -183,11 +291,11 @@ void CAbDaten::LeseFahrzeug()
 {
     const CKfzDaten leer;
     const CKfzDaten& kfz = IstFahrzeug() ? KfzDat(static_cast<std::size_t>(fahrzeug)) : leer;
-    standardmasse = Laenge(kfz.length, 0.0) == 0.0 || Laenge(kfz.wheelbase, 0.0) == 0.0;
     masse.laenge = Laenge(kfz.length, kStandardlaenge);
     masse.radstand = Laenge(kfz.wheelbase, kStandardradstand);
-    masse.spurweite = Laenge(kfz.track, standardmasse ? kStandardspur : 0.0);
-    masse.bisFront = masse.radstand + Laenge(kfz.frontOverhang, standardmasse ? kStandardueberhang : 0.0);
+    masse.spurweite = Laenge(kfz.track, 0.0);
+    masse.bisFront = masse.radstand + Laenge(kfz.frontOverhang, kStandardueberhang);
+    masse.breite = Laenge(kfz.width, std::max(masse.spurweite, kStandardbreite));
     lenkuebersetzung = std::abs(kfz.steeringRatio) <= kGroessteLaenge ? kfz.steeringRatio : 0.0;
     const double wendekreis = Laenge(2.0 * kfz.turningCircleExtra + kfz.turningCircle, 0.0);
 
@@ -196,12 +304,34 @@ void CAbDaten::LeseFahrzeug()
     mindestradius = radikand > 0.0 ? std::max(0.0, std::sqrt(radikand) - masse.spurweite) : 0.0;
 }
 
+bool CAbDaten::FehlenMasse() const
+{
+    return IstFahrzeug() && (Laenge(KfzDat(static_cast<std::size_t>(fahrzeug)).length, 0.0) == 0.0 ||
+                             Laenge(KfzDat(static_cast<std::size_t>(fahrzeug)).wheelbase, 0.0) == 0.0);
+}
+
+void CAbDaten::ErgaenzeMasse()
+{
+    const auto index = static_cast<std::size_t>(fahrzeug);
+    CKfzDaten kfz = KfzDat(index);
+    kfz.length = Laenge(kfz.length, kStandardlaenge);
+    kfz.wheelbase = Laenge(kfz.wheelbase, kStandardradstand);
+    kfz.frontOverhang = Laenge(kfz.frontOverhang, kStandardueberhang);
+    kfz.Uebertragen(m_data, index, m_parent, 0);
+    LeseFahrzeug();
+}
+
 void CAbDaten::BerechneLenkradwinkel()
 {
     // i·(δ1 − δ0), each by Ackermann's condition on the bicycle model
     const double delta0 = anfangsradius > 0.0 ? abbiegen::Lenkwinkel(masse, anfangsradius) : 0.0;
     const double delta1 = endradius > 0.0 ? abbiegen::Lenkwinkel(masse, endradius) : 0.0;
     lenkradwinkel = lenkuebersetzung * (delta1 - delta0) * kGradProRad;
+}
+
+void CAbDaten::ZeigeSeite()
+{
+    lenkseite = (seite == 0) != (rueckwaerts != 0) ? 0 : 1;
 }
 
 void CAbDaten::RadiusGeaendert()
@@ -283,7 +413,7 @@ CAbDaten::Ausgang CAbDaten::Rechnen(const Antwort& antwort)
         g.grenze = std::max(0.0, vG) / kKmhProMs;
     else if (vG > 0.0)
         g.grenze = vG / kKmhProMs;
-    g.bisWeg = weg != 0.0 && (wegGegeben != 0 || gierziel == 0.0);
+    g.bisWeg = BisWeg();
     g.ziel = g.bisWeg ? std::abs(weg) : std::abs(gierziel) / kGradProRad;
     g.zwischenversatz = zwischenversatz;
 

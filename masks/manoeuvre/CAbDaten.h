@@ -51,12 +51,12 @@ class CAbDaten final : public CDlgData
     // Lengths of the chosen vehicle, m.
     abbiegen::Fahrzeug masse{};
     double lenkuebersetzung = 0.0;
-    bool standardmasse = false; ///< the vehicle's own lengths are missing
 
     // Inputs.
     std::int64_t fahrzeug = 0;
-    std::int64_t phase = 0; ///< column of the turn, 0 = none
-    std::int64_t seite = 0; ///< as the path-time data keep it, seen along the travel: 0 left, 1 right
+    std::int64_t phase = 0;     ///< column of the turn, 0 = none
+    std::int64_t seite = 0;     ///< as the path-time data keep it, seen along the travel: 0 left, 1 right
+    std::int64_t lenkseite = 0; ///< as the wheels are steered: 0 left, 1 right; in reverse the other one of `seite`
     std::int64_t rueckwaerts = 0;
     double anfangsradius = 0.0;   ///< of the inner rear wheel, m; 0 = straight
     double mindestradius = 0.0;   ///< of the inner rear wheel at full lock, m
@@ -101,8 +101,11 @@ class CAbDaten final : public CDlgData
     void Loeschen();
     /// Another vehicle was chosen: its turn, or its first free phase, is taken and read.
     void FahrzeugGewechselt();
-    /// Takes the lengths of the chosen vehicle.
+    /// Takes the lengths of the chosen vehicle; usual ones stand for those it does not have.
     void LeseFahrzeug();
+    /// Whether the chosen vehicle has no length or no wheelbase; ErgaenzeMasse gives it usual ones in the case.
+    bool FehlenMasse() const;
+    void ErgaenzeMasse();
     /// Takes the inputs from the chosen column. What lies outside a field's range counts as not given.
     void LeseSpalte();
     /// The phases of the case were numbered anew: what was in the column `alt` is in `neu` now.
@@ -114,11 +117,10 @@ class CAbDaten final : public CDlgData
     void WegGeaendert();
     /// Copies the phase's speed while neither speed nor acceleration is given; lets a braking one be asked for again.
     void GeschwindigkeitGeaendert();
-    /// Chooses the side as shown, that is as the wheels are steered, here and in the turn that the case holds.
-    void WaehleSeite(bool links);
-    void WaehleRichtung(bool rueck);
-    /// Whether the wheels are steered to the left.
-    bool IstLinks() const { return (seite == 0) != (rueckwaerts != 0); }
+    /// `lenkseite` was chosen: the turn that the case holds follows.
+    void SeiteGewaehlt();
+    /// `rueckwaerts` or `seite` changed: the wheels are steered accordingly.
+    void ZeigeSeite();
 
     /// Both questions may be asked again.
     void FrageErneut();
@@ -140,6 +142,9 @@ class CAbDaten final : public CDlgData
     bool IstZuEng() const;
     /// The aim was not reached.
     bool ZielVerfehlt() const;
+    bool StehtAmEnde() const { return m_lauf && m_lauf->fahrt.ende == abbiegen::Ende::stillstand; }
+    /// Whether the path is the aim, not the yaw.
+    bool BisWeg() const { return weg != 0.0 && (wegGegeben != 0 || gierziel == 0.0); }
 
     /// Writes the turn of the results into the case. `geschrieben` gets the first column and their number.
     struct Geschrieben {

@@ -497,7 +497,7 @@ TEST_F(AbDaten, WritesTwoPhasesWhenTheLimitWasReachedAndMovesLaterOnes)
 TEST_F(AbDaten, WritesReverseTurnsWithNegativeSpeeds)
 {
     Beispiel();
-    dat.WaehleRichtung(true);
+    dat.rueckwaerts = 1;
     dat.beschleunigung = -3.0;
     ASSERT_EQ(Rechne({Frage::anhaltenAmZiel}), Ausgang::berechnet);
     ASSERT_EQ(Uebertrage(), Uebertragung::erfolgt);
@@ -515,9 +515,10 @@ TEST_F(AbDaten, WritesReverseTurnsWithNegativeSpeeds)
     EXPECT_EQ(again.grenzgeschw, 0.0);
     EXPECT_NEAR(again.weg, std::abs(dat.wegZwischen + dat.wegBisEnde), 1e-9);
     // The side is kept along the travel: the wheels are steered the other way.
-    EXPECT_FALSE(again.IstLinks());
+    EXPECT_EQ(again.lenkseite, 1);
     const double y = Spalte(3).bahn.back().y;
-    again.WaehleSeite(true);
+    again.lenkseite = 0;
+    again.SeiteGewaehlt();
     EXPECT_EQ(Spalte(3).seite, 1);
     EXPECT_EQ(Spalte(4).seite, 1);
     EXPECT_EQ(Spalte(3).bahn.back().y, -y);
@@ -540,7 +541,7 @@ TEST_F(AbDaten, FullCaseTakesNothingMore)
     }
     dat.fahrzeug = 5; // none of the case
     dat.FahrzeugGewechselt();
-    EXPECT_TRUE(dat.standardmasse);
+    EXPECT_TRUE(dat.FehlenMasse());
     Beispiel();
     ASSERT_EQ(Rechne(), Ausgang::berechnet);
     EXPECT_EQ(Uebertrage(), Uebertragung::keinFahrzeug);
