@@ -121,7 +121,14 @@ class Zeichner
     {
         m_dc.SelectPen({PenStyle::none});
         m_dc.SelectBrush({true, Mische(m_grund, m_farbe, 0.18)});
-        FuerUmrisse([&](const std::array<CDPoint, 4>& umriss) { m_dc.Polygon(Auf(umriss)); });
+        // Each body, and what its front and its outer side pass over until the next one.
+        std::array<CDPoint, 4> vorher = Umriss(m_lauf.vorgabe, m_lauf.fahrt.verlauf.front());
+        FuerUmrisse([&](const std::array<CDPoint, 4>& u) {
+            m_dc.Polygon(Auf(u));
+            m_dc.Polygon(Auf({vorher[0], u[0], u[1], vorher[1]}));
+            m_dc.Polygon(Auf({vorher[1], u[1], u[2], vorher[2]}));
+            vorher = u;
+        });
     }
 
     /// The outline, and a line across the bonnet that tells the front.
@@ -134,12 +141,18 @@ class Zeichner
         const CDPoint zurueck = (u[3] - u[0]) * 0.2;
         m_dc.Line(Auf(u[0] + zurueck), Auf(u[1] + zurueck));
 
-        const CDPoint mitte = Auf((u[0] + u[2]) * 0.5);
+        // The name lies beside the body, to the inside of the turn.
         m_dc.SelectFont({kSchrift, false});
         m_dc.SetTextColor(m_schrift);
+        const CDPoint mitte = Auf((u[0] + u[2]) * 0.5);
+        const CDPoint rand = Auf((u[0] + u[3]) * 0.5);
+        const double breite = std::hypot(rand.x - mitte.x, rand.y - mitte.y);
+        const CDPoint nach = breite > 0.0 ? (rand - mitte) * (1.0 / breite) : CDPoint{0.0, -1.0};
         const double halb = m_dc.TextWidth(name) / 2.0;
-        const double x = std::clamp(mitte.x, halb + 2.0, std::max(halb + 2.0, m_dc.Width() - halb - 2.0));
-        m_dc.TextOut({x, mitte.y + kSchrift / 3.0}, name, TextAlign::center);
+        const double abstand = 6.0 + std::abs(nach.x) * halb + std::abs(nach.y) * kSchrift / 2.0;
+        const CDPoint at = rand + nach * abstand;
+        const double x = std::clamp(at.x, halb + 2.0, std::max(halb + 2.0, m_dc.Width() - halb - 2.0));
+        m_dc.TextOut({x, at.y + kSchrift / 3.0}, name, TextAlign::center);
     }
 
     void ZeichneMassstab()

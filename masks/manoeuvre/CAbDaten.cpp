@@ -126,13 +126,22 @@ using Dat = CAbDaten;
 constexpr UINT kSeiten[] = {IDC_ABVOR_LINKS, IDC_ABVOR_RECHTS};
 constexpr UINT kRichtungen[] = {IDC_ABVOR_VORWAERTS, IDC_ABVOR_RUECKWAERTS};
 
+constexpr SpinnerRange kRadiusschritt{0, 100000, 0.5};
+
 constexpr NumberRow<Dat> kZahlen[] = {
     {"fahrzeug", At<&Dat::fahrzeug>},
     {"phase", At<&Dat::phase>},
     {kSeiten, "lenkseite", At<&Dat::lenkseite>, "Seite"},
     {kRichtungen, "rueckwaerts", At<&Dat::rueckwaerts>, "Richtung"},
     {"seite", At<&Dat::seite>},
-    {IDC_ABVOR_ANFANGSRADIUS, "anfangsradius", At<&Dat::anfangsradius>, units::m, {0, 100000}, 2, FieldRole::input},
+    {IDC_ABVOR_ANFANGSRADIUS,
+     "anfangsradius",
+     At<&Dat::anfangsradius>,
+     units::m,
+     {0, 100000},
+     2,
+     FieldRole::input,
+     {.spinner = kRadiusschritt}},
     {IDC_ABVOR_MINDESTRADIUS,
      "mindestradius",
      At<&Dat::mindestradius>,
@@ -140,8 +149,15 @@ constexpr NumberRow<Dat> kZahlen[] = {
      {0, 100000},
      2,
      FieldRole::input,
-     {.label = "kleinster Endradius"}},
-    {IDC_ABVOR_ENDRADIUS, "endradius", At<&Dat::endradius>, units::m, {0, 100000}, 2, FieldRole::input},
+     {.label = "kleinster Endradius", .spinner = kRadiusschritt}},
+    {IDC_ABVOR_ENDRADIUS,
+     "endradius",
+     At<&Dat::endradius>,
+     units::m,
+     {0, 100000},
+     2,
+     FieldRole::input,
+     {.spinner = kRadiusschritt}},
     {IDC_ABVOR_LENKZEIT, "lenkzeit", At<&Dat::lenkzeit>, units::s, {0, 100}, 2, FieldRole::input},
     {IDC_ABVOR_LENKRADWINKEL,
      "lenkradwinkel",
