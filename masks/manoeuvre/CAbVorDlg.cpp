@@ -214,6 +214,7 @@ void CAbVorDlg::IncValue(int controlId)
 void CAbVorDlg::BeginneNeu()
 {
     m_uebertragen = false;
+    ResultsCleared();
     ShowText(IDC_ABVOR_HINWEIS, kKeinText);
     ShowText(IDC_ABVOR_FALL, kKeinText);
 }
@@ -232,6 +233,10 @@ Ausgang CAbVorDlg::Berechne()
     const Ausgang ausgang = m_dat.Rechnen([this](CAbDaten::Frage frage) {
         return FehlerMeldung(this, frage == CAbDaten::Frage::anhaltenAmZiel ? 1342 : 1344) == fehlerJa;
     });
+    if (ausgang == Ausgang::berechnet)
+        ResultsComputed();
+    else
+        ResultsCleared();
     // Until it is transferred the case holds what was transferred before.
     ShowText(IDC_ABVOR_FALL, m_uebertragen ? IDS_ABVOR_FALL_VORIGES : kKeinText);
     ZeigeHinweis(ausgang);
@@ -328,6 +333,7 @@ void CAbVorDlg::Loeschen()
     if (!ConfirmClear())
         return;
     m_dat.Loeschen();
+    ResultsCleared();
     ShowText(IDC_ABVOR_HINWEIS, kKeinText);
     ShowText(IDC_ABVOR_FALL, m_uebertragen ? IDS_ABVOR_FALL_VORIGES : kKeinText);
     SendMessage(WM_RUV_UPDATEDIALOG);
