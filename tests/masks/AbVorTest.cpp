@@ -23,7 +23,7 @@ using test::FieldValue;
 
 constexpr UINT kVehicle = 3001, kPhase = 3002, kLeft = 3004, kRight = 3005, kForward = 3006, kReverse = 3007,
                kR0 = 3011, kR1 = 3012, kTs = 3013, kYaw = 3015, kV = 3021, kA = 3022, kLimit = 3023, kPath = 3024;
-constexpr UINT kTime = 3025, kEndSpeed = 3026, kReachedYaw = 3016, kReachedRadius = 3018, kWheel = 3014;
+constexpr UINT kTime = 3025, kReachedYaw = 3016, kReachedRadius = 3018, kWheel = 3014;
 constexpr UINT kOk = 100, kCalculate = 105, kClear = 107, kPicture = 108, kTransfer = 109, kHint = 23002, kKept = 23003;
 constexpr std::size_t kFirst = CWegZeitDat::kErsteSpalte;
 
