@@ -145,7 +145,8 @@ LRESULT CAbVorDlg::UpdateDialog(WPARAM, LPARAM)
 
 void CAbVorDlg::SetFzgEditColors()
 {
-    SetUseFzgColors(RuvCfg.useVehicleColors && m_data.IsFzgValid(m_dat.fahrzeug) ? m_dat.fahrzeug : -1);
+    SetUseFzgColors(RuvCfg.useVehicleColors && m_data.IsFzgValid(m_dat.fahrzeug) ? FzgFarbSchluessel(m_dat.fahrzeug)
+                                                                                 : -1);
 }
 
 void CAbVorDlg::GlobalGeoDatChanged(UINT_PTR vehicle)
