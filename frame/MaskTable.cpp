@@ -11,6 +11,7 @@
 #include "masks/dynamics/CMRBremsDlg.h"
 #include "masks/dynamics/CTeilanhDlg.h"
 #include "masks/dynamics/CVkonstDlg.h"
+#include "masks/manoeuvre/CAbVorDlg.h"
 
 #include <array>
 #include <new>
@@ -35,7 +36,7 @@ constexpr std::array kMasks{
     MaskEntry{401, "CGrenzVDlg", "Berechnung der Kurvengrenzgeschwindigkeit", 2, &Create<CGrenzVDlg>},
     MaskEntry{417, "CRadKontaktDlg", "Radkontaktspuren", 4, nullptr},
     MaskEntry{419, "CLadungDlg", "Ladungssicherung", 4, &CreateNumbered<CLadungDlg, 419>},
-    MaskEntry{450, "CAbVorDlg", "Abbiege-Vorgang", 3, nullptr},
+    MaskEntry{450, "CAbVorDlg", "Abbiege-Vorgang", 3, &CreateNumbered<CAbVorDlg, 450>},
     MaskEntry{451, "CLosAbDlg", "Losfahren-Abbremsen", 2, nullptr},
     MaskEntry{452, "CEinDlg", "Auffahrunfall", 3, nullptr},
     MaskEntry{455, "CEinDlg", "Einbiegeunfall", 3, nullptr},

@@ -156,14 +156,16 @@ SceneTrack TrackOf(const CRuvData& data, std::size_t index)
     SceneTrack track;
     track.vehicle = index;
     track.color = data.KfzDat(index).color;
+    const std::optional<DrivingLine> line = ReadDrivingLine(way);
+    if (line) {
+        track.line = line->points;
+        track.line.push_back(line->position);
+    }
     for (std::size_t column = 0; column < CWegZeitDat::kSpalten; ++column)
         if (column != CWegZeitDat::kKollisionsSpalte && way.spalten[column].bahn.size() > 1)
-            track.trajectories.push_back(way.spalten[column].bahn);
-    const std::optional<DrivingLine> line = ReadDrivingLine(way);
+            track.trajectories.push_back(PlacedTrajectory(way.spalten[column], track.line, line ? line->heading : 0.0));
     if (!line)
         return track;
-    track.line = line->points;
-    track.line.push_back(line->position);
     if (HasRestPose(way))
         track.runOut = {line->position, way.endPunkt};
     AddPhaseMarks(way, line->heading, track);

@@ -148,6 +148,25 @@ void AddPhaseMarks(const CWegZeitDat& way, double heading, SceneTrack& track)
         track.extension = {track.phases.back().at, track.line.front()};
 }
 
+std::vector<CDPoint> PlacedTrajectory(const CWegZeitSpalte& phase, const std::vector<CDPoint>& line, double heading)
+{
+    constexpr double kCmProM = 100.0;
+    constexpr double kLongest = 1e8; // cm
+    const double back = (std::abs(phase.sumWeg) - std::abs(phase.weg)) * kCmProM;
+    if (phase.art != PhasenArt::turning || phase.bahn.empty() || line.empty() || !(back <= kLongest))
+        return phase.bahn;
+    const SceneTrack::Mark end = PlaceBefore(line, heading, std::max(0.0, back));
+    // In reverse the frame's x points to the vehicle's rear.
+    const double turn = end.direction - phase.endGier + (phase.richtung < 0.0 ? kPi : 0.0);
+    const CDPoint last = phase.bahn.back();
+    std::vector<CDPoint> placed = phase.bahn;
+    for (CDPoint& point : placed) {
+        point.Rotate(turn, last);
+        point += end.at - last;
+    }
+    return placed;
+}
+
 NearestPlace NearestSegment(std::span<const CDPoint> line, CDPoint point)
 {
     NearestPlace nearest{0, Distance(line.front(), point)};

@@ -38,6 +38,10 @@ void StoreWay(CRuvData& data, std::size_t vehicle, const CWegZeitRechDat& way);
 /// Where phases before the collision begin on the track's line, which is extended straight where it is too short.
 void AddPhaseMarks(const CWegZeitDat& way, double heading, SceneTrack& track);
 
+/// A phase's trajectory in the scene. That of a turn is in a frame of its own: it is laid so that the turn ends where
+/// the track's line says, in the direction that the vehicle has there.
+std::vector<CDPoint> PlacedTrajectory(const CWegZeitSpalte& phase, const std::vector<CDPoint>& line, double heading);
+
 struct NearestPlace {
     std::size_t segment = 0; ///< from this point to the next
     double distance = 0.0;
