@@ -3,10 +3,12 @@
 #include "masks/manoeuvre/CHalbeSichtDat.h"
 
 #include "host/CRuvData.h"
+#include "host/NumberTable.h"
 #include "host/Physics.h"
 #include "host/Quadratgl.h"
 #include "host/RuvCfg.h"
 #include "masks/dynamics/Phasenfolge.h"
+#include "res/manoeuvre.h"
 
 #include <algorithm>
 #include <cmath>
@@ -174,15 +176,217 @@ std::vector<Folgephase> Phasen(const CHalbeSichtDat::Teilnehmer& t, double zeit)
     return phasen;
 }
 
+/// As far as an entry goes that has no bound of its own.
+constexpr double kUnbegrenzt = 1e6;
+
+using Dat = CHalbeSichtDat;
+using Teilnehmer = CHalbeSichtDat::Teilnehmer;
+
+constexpr NumberRow<Dat> kZahlen[] = {
+    {IDC_HALBESICHT_SICHTWEITE,
+     "sichtweite",
+     At<&Dat::sichtweite>,
+     units::m,
+     {0, kUnbegrenzt},
+     1,
+     FieldRole::input,
+     {.spinner = {0, 10000, 1.0}}},
+    {IDC_HALBESICHT_SUMME,
+     "summeKollGeschw",
+     At<&Dat::summeKollGeschw>,
+     units::kmh,
+     {0, kUnbegrenzt},
+     2,
+     FieldRole::input,
+     {.spinner = {0, 600, 1.0}}},
+    {"fahrzeugA", At<&Dat::a, &Teilnehmer::fahrzeug>},
+    {"phaseA", At<&Dat::a, &Teilnehmer::phase>},
+    {IDC_HALBESICHT_A_KOLLGESCHW,
+     "kollGeschwA",
+     At<&Dat::a, &Teilnehmer::kollGeschw>,
+     units::kmh,
+     {0, kUnbegrenzt},
+     2,
+     FieldRole::input,
+     {.spinner = {0, 300, 1.0}}},
+    {IDC_HALBESICHT_A_VERZOEGERUNG,
+     "verzoegerungA",
+     At<&Dat::a, &Teilnehmer::verzoegerung>,
+     units::ms2,
+     {0, 100},
+     2,
+     FieldRole::input},
+    {IDC_HALBESICHT_A_SCHWELLDAUER,
+     "schwelldauerA",
+     At<&Dat::a, &Teilnehmer::schwelldauer>,
+     units::s,
+     {0, 10},
+     2,
+     FieldRole::input},
+    {IDC_HALBESICHT_A_REAKTIONSDAUER,
+     "reaktionsdauerA",
+     At<&Dat::a, &Teilnehmer::reaktionsdauer>,
+     units::s,
+     {0, 100},
+     2,
+     FieldRole::input},
+    {IDC_HALBESICHT_A_ANFANGSGESCHW,
+     "anfangsgeschwA",
+     At<&Dat::a, &Teilnehmer::anfangsgeschw>,
+     units::kmh,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_A_GESAMTWEG,
+     "gesamtwegA",
+     At<&Dat::a, &Teilnehmer::gesamtweg>,
+     units::m,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_A_DISTANZ,
+     "distanzA",
+     At<&Dat::a, &Teilnehmer::distanz>,
+     units::m,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_A_FEHLBREMSSTRECKE,
+     "fehlbremsstreckeA",
+     At<&Dat::a, &Teilnehmer::fehlbremsstrecke>,
+     units::m,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_A_ANHALTEWEG,
+     "anhaltewegA",
+     At<&Dat::a, &Teilnehmer::anhalteweg>,
+     units::m,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_A_DIFFERENZ,
+     "anhalteDifferenzA",
+     At<&Dat::a, &Teilnehmer::anhalteDifferenz>,
+     units::m,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_A_GRENZGESCHW,
+     "grenzgeschwA",
+     At<&Dat::a, &Teilnehmer::grenzgeschw>,
+     units::kmh,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {"reaktionswegA", At<&Dat::a, &Teilnehmer::reaktionsweg>, units::m, FieldRole::internal},
+    {"schwellwegA", At<&Dat::a, &Teilnehmer::schwellweg>, units::m, FieldRole::internal},
+    {"schwellEndgeschwA", At<&Dat::a, &Teilnehmer::schwellEndgeschw>, units::kmh, FieldRole::internal},
+    {"bremswegA", At<&Dat::a, &Teilnehmer::bremsweg>, units::m, FieldRole::internal},
+    {"bremsdauerA", At<&Dat::a, &Teilnehmer::bremsdauer>, units::s, FieldRole::internal},
+    {"fahrzeugB", At<&Dat::b, &Teilnehmer::fahrzeug>},
+    {"phaseB", At<&Dat::b, &Teilnehmer::phase>},
+    {IDC_HALBESICHT_B_KOLLGESCHW,
+     "kollGeschwB",
+     At<&Dat::b, &Teilnehmer::kollGeschw>,
+     units::kmh,
+     {0, kUnbegrenzt},
+     2,
+     FieldRole::input,
+     {.spinner = {0, 300, 1.0}}},
+    {IDC_HALBESICHT_B_VERZOEGERUNG,
+     "verzoegerungB",
+     At<&Dat::b, &Teilnehmer::verzoegerung>,
+     units::ms2,
+     {0, kUnbegrenzt},
+     2,
+     FieldRole::input,
+     {.spinner = {0, 100, 0.1}}},
+    {IDC_HALBESICHT_B_SCHWELLDAUER,
+     "schwelldauerB",
+     At<&Dat::b, &Teilnehmer::schwelldauer>,
+     units::s,
+     {0, 10},
+     2,
+     FieldRole::input},
+    {IDC_HALBESICHT_B_REAKTIONSDAUER,
+     "reaktionsdauerB",
+     At<&Dat::b, &Teilnehmer::reaktionsdauer>,
+     units::s,
+     {0, 100},
+     2,
+     FieldRole::input},
+    {IDC_HALBESICHT_B_ANFANGSGESCHW,
+     "anfangsgeschwB",
+     At<&Dat::b, &Teilnehmer::anfangsgeschw>,
+     units::kmh,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_B_GESAMTWEG,
+     "gesamtwegB",
+     At<&Dat::b, &Teilnehmer::gesamtweg>,
+     units::m,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_B_DISTANZ,
+     "distanzB",
+     At<&Dat::b, &Teilnehmer::distanz>,
+     units::m,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_B_FEHLBREMSSTRECKE,
+     "fehlbremsstreckeB",
+     At<&Dat::b, &Teilnehmer::fehlbremsstrecke>,
+     units::m,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_B_ANHALTEWEG,
+     "anhaltewegB",
+     At<&Dat::b, &Teilnehmer::anhalteweg>,
+     units::m,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_B_DIFFERENZ,
+     "anhalteDifferenzB",
+     At<&Dat::b, &Teilnehmer::anhalteDifferenz>,
+     units::m,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_HALBESICHT_B_GRENZGESCHW,
+     "grenzgeschwB",
+     At<&Dat::b, &Teilnehmer::grenzgeschw>,
+     units::kmh,
+     {-kUnbegrenzt, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {"reaktionswegB", At<&Dat::b, &Teilnehmer::reaktionsweg>, units::m, FieldRole::internal},
+    {"schwellwegB", At<&Dat::b, &Teilnehmer::schwellweg>, units::m, FieldRole::internal},
+    {"schwellEndgeschwB", At<&Dat::b, &Teilnehmer::schwellEndgeschw>, units::kmh, FieldRole::internal},
+    {"bremswegB", At<&Dat::b, &Teilnehmer::bremsweg>, units::m, FieldRole::internal},
+    {"bremsdauerB", At<&Dat::b, &Teilnehmer::bremsdauer>, units::s, FieldRole::internal},
+    {IDC_HALBESICHT_GESAMTZEIT, "gesamtzeit", At<&Dat::gesamtzeit>, units::s, {0, kUnbegrenzt}, 2, FieldRole::result},
+    {"berechnet", At<&Dat::berechnet>},
+    {"ergebnis", At<&Dat::ergebnis>},
+};
+
 } // namespace
+
+RecordFields CHalbeSichtDat::Felder()
+{
+    return Describe(*this, kZahlen);
+}
 
 void CHalbeSichtDat::Loeschen()
 {
-    sichtweite = summeKollGeschw = gesamtzeit = 0.0;
+    ClearNumbers(Felder());
     for (Teilnehmer* seite : {&a, &b}) {
-        const std::int64_t fahrzeug = seite->fahrzeug;
-        *seite = {};
-        seite->fahrzeug = fahrzeug;
+        seite->phase = 0;
         seite->schwelldauer = RuvCfg.defaultThresholdTime;
         seite->reaktionsdauer = RuvCfg.defaultReactionTime;
     }
@@ -218,6 +422,7 @@ void CHalbeSichtDat::FahrzeugGewechselt(Teilnehmer& seite)
 
 void CHalbeSichtDat::LeseSpalte(Teilnehmer& seite)
 {
+    berechnet = 0;
     if (!m_data.IsFzgValid(seite.fahrzeug) || seite.phase < 0)
         return;
     const CWegZeitDat& data = WZDat(static_cast<std::size_t>(seite.fahrzeug));
@@ -257,7 +462,6 @@ void CHalbeSichtDat::SummeGeaendert()
 
 CHalbeSichtDat::Ausgang CHalbeSichtDat::Rechnen()
 {
-    berechnet = 0;
     ergebnis = 0;
     if (!(sichtweite >= 0.0 && IstEingabeMoeglich(a) && IstEingabeMoeglich(b)))
         return Ausgang::unmoeglich;

@@ -68,7 +68,7 @@ class CHalbeSichtDat final : public CDlgData
     Teilnehmer a;
     Teilnehmer b;
     double gesamtzeit = 0.0;    ///< from the sighting to the collision, s
-    std::int32_t berechnet = 0; ///< 1: the results belong to a calculation
+    std::int32_t berechnet = 0; ///< 1: calculated since the phases were read
     std::int32_t ergebnis = 0;  ///< 1: the last calculation succeeded
 
     RecordFields Felder();

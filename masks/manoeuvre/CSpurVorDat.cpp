@@ -4,8 +4,10 @@
 
 #include "frame/Kinematics.h"
 #include "host/CRuvData.h"
+#include "host/NumberTable.h"
 #include "host/Physics.h"
 #include "masks/manoeuvre/SpurwechselPhasen.h"
+#include "res/manoeuvre.h"
 
 #include <algorithm>
 #include <cmath>
@@ -169,43 +171,83 @@ double InGrad(double angle)
     return angle * 180.0 / kPi;
 }
 
+/// As far as an entry goes that has no bound of its own.
+constexpr double kUnbegrenzt = 1e6;
+
+constexpr UINT kRichtung[] = {IDC_SPURVOR_VORWAERTS, IDC_SPURVOR_RUECKWAERTS};
+constexpr UINT kBekannt[] = {IDC_SPURVOR_ANFANG, IDC_SPURVOR_ENDE};
+
+using Dat = CSpurVorDat;
+
+// The speed at the end that is not known is an input that the dialog write-protects.
+constexpr NumberRow<Dat> kZahlen[] = {
+    {"fahrzeug", At<&Dat::fahrzeug>},
+    {"phase", At<&Dat::phase>},
+    {kRichtung, "richtung", At<&Dat::richtung>, "Fahrtrichtung"},
+    {kBekannt, "bekannt", At<&Dat::bekannt>, "konst. Geschw. am"},
+    {IDC_SPURVOR_KURVENRADIUS,
+     "kurvenradius",
+     At<&Dat::kurvenradius>,
+     units::m,
+     {-1e6, 1e6},
+     2,
+     FieldRole::input,
+     {.spinner = {-1e6, 1e6, 10.0}}},
+    {IDC_SPURVOR_SEITENVERSATZ, "seitenversatz", At<&Dat::seitenversatz>, units::m, {0, 20}, 2, FieldRole::input},
+    {IDC_SPURVOR_QUERBESCHL,
+     "querbeschleunigung",
+     At<&Dat::querbeschleunigung>,
+     units::ms2,
+     {-20, 90},
+     2,
+     FieldRole::input},
+    {IDC_SPURVOR_ANFANGSGESCHW, "anfangsgeschw", At<&Dat::anfangsgeschw>, units::kmh, {0, 300}, 2, FieldRole::input},
+    {IDC_SPURVOR_ENDGESCHW, "endgeschw", At<&Dat::endgeschw>, units::kmh, {0, 300}, 2, FieldRole::input},
+    {IDC_SPURVOR_BESCHLEUNIGUNG,
+     "beschleunigung",
+     At<&Dat::beschleunigung>,
+     units::ms2,
+     {-20, 90},
+     2,
+     FieldRole::input},
+    {IDC_SPURVOR_GRENZE, "geschwGrenze", At<&Dat::geschwGrenze>, units::kmh, {0, 300}, 2, FieldRole::input},
+    {IDC_SPURVOR_ZEITVERZUG,
+     "zeitverzug",
+     At<&Dat::zeitverzug>,
+     units::s,
+     {0, kUnbegrenzt},
+     2,
+     FieldRole::input,
+     {.spinner = {0, kUnbegrenzt, 0.1}}},
+    {IDC_SPURVOR_ZWISCHEN_FRONT, "zwischenFront", At<&Dat::zwischenFront>, units::m, {-20, 20}, 2, FieldRole::input},
+    {IDC_SPURVOR_GIERWINKEL, "gierwinkel", At<&Dat::gierwinkel>, units::degree, {0, 360}, 2, FieldRole::result},
+    {IDC_SPURVOR_WEG, "weg", At<&Dat::weg>, units::m, {0, kUnbegrenzt}, 2, FieldRole::result},
+    {IDC_SPURVOR_ZEIT, "zeit", At<&Dat::zeit>, units::s, {0, kUnbegrenzt}, 2, FieldRole::result},
+    {IDC_SPURVOR_LAENGE, "laenge", At<&Dat::laenge>, units::m, {0, kUnbegrenzt}, 2, FieldRole::result},
+    {IDC_SPURVOR_DIFFERENZ, "differenz", At<&Dat::differenz>, units::m, {0, kUnbegrenzt}, 2, FieldRole::result},
+    {IDC_SPURVOR_ZWISCHEN_WEG, "zwischenWeg", At<&Dat::zwischenWeg>, units::m, {0, kUnbegrenzt}, 2, FieldRole::result},
+    {IDC_SPURVOR_ZWISCHEN_ZEIT,
+     "zwischenZeit",
+     At<&Dat::zwischenZeit>,
+     units::s,
+     {0, kUnbegrenzt},
+     2,
+     FieldRole::result},
+    {IDC_SPURVOR_ZWISCHEN_HECK, "zwischenHeck", At<&Dat::zwischenHeck>, units::m, {-20, 20}, 2, FieldRole::result},
+    {IDC_SPURVOR_ZWISCHEN_GIER, "zwischenGier", At<&Dat::zwischenGier>, units::degree, {0, 360}, 2, FieldRole::result},
+    {"berechnet", At<&Dat::berechnet>},
+};
+
 } // namespace
 
 RecordFields CSpurVorDat::Felder()
 {
-    return {
-        {"fahrzeug", "", &fahrzeug},
-        {"phase", "", &phase},
-        {"richtung", "", &richtung},
-        {"bekannt", "", &bekannt},
-        {"kurvenradius", "m", &kurvenradius},
-        {"seitenversatz", "m", &seitenversatz},
-        {"querbeschleunigung", "m/s²", &querbeschleunigung},
-        {"anfangsgeschw", "km/h", &anfangsgeschw},
-        {"endgeschw", "km/h", &endgeschw},
-        {"beschleunigung", "m/s²", &beschleunigung},
-        {"geschwGrenze", "km/h", &geschwGrenze},
-        {"zeitverzug", "s", &zeitverzug},
-        {"zwischenFront", "m", &zwischenFront},
-        {"gierwinkel", "°", &gierwinkel},
-        {"weg", "m", &weg},
-        {"zeit", "s", &zeit},
-        {"laenge", "m", &laenge},
-        {"differenz", "m", &differenz},
-        {"zwischenWeg", "m", &zwischenWeg},
-        {"zwischenZeit", "s", &zwischenZeit},
-        {"zwischenHeck", "m", &zwischenHeck},
-        {"zwischenGier", "°", &zwischenGier},
-        {"berechnet", "", &berechnet},
-    };
+    return Describe(*this, kZahlen);
 }
 
 void CSpurVorDat::Loeschen()
 {
-    for (double* quantity : {&kurvenradius, &seitenversatz, &querbeschleunigung, &anfangsgeschw, &endgeschw,
-                             &beschleunigung, &geschwGrenze, &zeitverzug, &zwischenFront, &gierwinkel, &weg, &zeit,
-                             &laenge, &differenz, &zwischenWeg, &zwischenZeit, &zwischenHeck, &zwischenGier})
-        *quantity = 0.0;
+    ClearNumbers(Felder());
     m_ergebnis.reset();
 }
 
