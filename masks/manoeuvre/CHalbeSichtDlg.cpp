@@ -158,6 +158,10 @@ bool CHalbeSichtDlg::RechneUndZeige(bool mitMeldungen)
 {
     const Ausgang ausgang = m_dat.Rechnen();
     m_geaendert = ausgang != Ausgang::berechnet;
+    if (m_geaendert)
+        ResultsFailed();
+    else
+        ResultsComputed();
     ZeigeText(IDC_HALBESICHT_HINWEIS, Hinweis(ausgang, m_dat.PruefeErgebnis()));
     ZeigeText(IDC_HALBESICHT_FALL, {});
     const bool gelungen = ausgang == Ausgang::berechnet && (!RuvCfg.transferData || Uebertrage(mitMeldungen));
@@ -238,6 +242,7 @@ void CHalbeSichtDlg::Loeschen()
     if (!ConfirmClear())
         return;
     m_dat.Loeschen();
+    ResultsCleared();
     m_geaendert = true;
     ZeigeText(IDC_HALBESICHT_HINWEIS, {});
     ZeigeText(IDC_HALBESICHT_FALL, {});

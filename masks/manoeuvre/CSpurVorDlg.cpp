@@ -206,6 +206,10 @@ bool CSpurVorDlg::RechneUndZeige(bool mitMeldungen)
     const CWaitCursor wait;
     const Befund befund = m_dat.Rechnen();
     m_geaendert = befund.ausgang != Ausgang::berechnet;
+    if (m_geaendert)
+        ResultsFailed();
+    else
+        ResultsComputed();
     ZeigeHinweis(befund);
     ZeigeText(IDC_SPURVOR_FALL, {});
     if (mitMeldungen)
@@ -281,6 +285,7 @@ void CSpurVorDlg::Loeschen()
     if (!ConfirmClear())
         return;
     m_dat.Loeschen();
+    ResultsCleared();
     m_geaendert = true;
     ZeigeText(IDC_SPURVOR_HINWEIS, {});
     ZeigeText(IDC_SPURVOR_FALL, {});

@@ -15,7 +15,6 @@ namespace
 
 /// Pieces of the trajectory over the whole lane change.
 constexpr double kPunkte = 100.0;
-constexpr double kCmProM = 100.0;
 PhasenArt Art(const Fahrabschnitt& part)
 {
     if (part.vAnf == part.vEnd)
