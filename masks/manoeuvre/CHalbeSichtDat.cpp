@@ -454,6 +454,8 @@ void CHalbeSichtDat::KollGeschwGeaendert(const Teilnehmer& seite)
 
 void CHalbeSichtDat::SummeGeaendert()
 {
+    if (!(summeKollGeschw > 0.0))
+        return; // they are free of each other
     if (a.kollGeschw != 0.0)
         KollGeschwGeaendert(a);
     else if (b.kollGeschw != 0.0)

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
+#include "host/CDC.h"
 #include "tests/support/MaskFixture.h"
 #include "tests/support/RandomInput.h"
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
-#include "host/Controls.h"
+#include "host/CDC.h"
 #include "tests/support/MaskFixture.h"
 #include "tests/support/RandomInput.h"
 
