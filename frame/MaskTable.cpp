@@ -12,6 +12,8 @@
 #include "masks/dynamics/CTeilanhDlg.h"
 #include "masks/dynamics/CVkonstDlg.h"
 #include "masks/manoeuvre/CAbVorDlg.h"
+#include "masks/manoeuvre/CHalbeSichtDlg.h"
+#include "masks/manoeuvre/CSpurVorDlg.h"
 
 #include <array>
 #include <new>
@@ -41,7 +43,7 @@ constexpr std::array kMasks{
     MaskEntry{452, "CEinDlg", "Auffahrunfall", 3, nullptr},
     MaskEntry{455, "CEinDlg", "Einbiegeunfall", 3, nullptr},
     MaskEntry{456, "CMRAusweichDlg", "Ausweichvorgang eines Motorrades", 3, nullptr},
-    MaskEntry{458, "CSpurVorDlg", "Spurwechsel-Vorgang", 3, nullptr},
+    MaskEntry{458, "CSpurVorDlg", "Spurwechsel-Vorgang", 3, &CreateNumbered<CSpurVorDlg, 458>},
     MaskEntry{459, "CTeilanhDlg", "Reagieren (mit Beschleunigung) - Bremsen", 2, &Create<CTeilanhDlg>},
     MaskEntry{461, "CUeberholDlg", "Überhol-Vorgang", 3, nullptr},
     MaskEntry{462, "CVermDlg", "Vermeidbarkeitsberechnung", 3, nullptr},
@@ -52,7 +54,7 @@ constexpr std::array kMasks{
     MaskEntry{469, "CMRBremsDlg", "Motorrad-Bremsung (Exponentialansatz)", 2, &Create<CMRBremsDlg>},
     MaskEntry{470, "CKurvenBremsDlg", "Kurven-Bremsung", 2, nullptr},
     MaskEntry{471, "CWurfWeiteDlg", "Wurfweitenberechnung", 4, &Create<CWurfWeiteDlg>},
-    MaskEntry{472, "CHalbeSichtDlg", "Halbe Sicht", 3, nullptr},
+    MaskEntry{472, "CHalbeSichtDlg", "Halbe Sicht", 3, &Create<CHalbeSichtDlg>},
     MaskEntry{473, "CVorrangDlg", "Vorrang geben Problematik", 3, nullptr},
     MaskEntry{474, "CFLIImportDlg", "Allgemeine Fahrdaten / GPS Daten importieren", 5, nullptr},
     MaskEntry{484, "CDDDImportDlg", "DDD Daten importieren", 5, nullptr},

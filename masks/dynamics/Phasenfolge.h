@@ -30,7 +30,14 @@ enum class Uebertragung {
 std::int64_t ErsteSpalteDerFolge(std::int64_t phase);
 
 /// Writes the phases backwards in time from column ErsteSpalteDerFolge(phase) on, which becomes the selected one, and
-/// clears all later columns. `modus`, when given, is kept with the vehicle. Announces (1342) that a modified parameter
-/// record is overwritten, and marks it modified.
+/// clears all later columns. `modus`, when given, is kept with the vehicle.
 Uebertragung UebertrageFolge(CRuvData& data, std::int64_t fahrzeug, std::int64_t phase,
                              std::span<const Folgephase> folge, std::optional<std::int64_t> modus, CWnd* parent);
+
+/// Lets the columns compute and writes them into the case. Announces (1342) that a modified parameter record is
+/// overwritten, and marks it modified.
+void UebertrageSpalten(CRuvData& data, std::size_t vehicle, CWegZeitRechDat& copy, CWnd* parent);
+
+/// Whether the columns from `phase` on hold the phases as they were written: other phases around them may have made
+/// other speeds and paths of them.
+bool StehtImFall(const CRuvData& data, std::int64_t fahrzeug, std::int64_t phase, std::span<const Folgephase> folge);
