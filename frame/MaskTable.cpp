@@ -8,6 +8,7 @@
 #include "masks/dynamics/CMRBremsDlg.h"
 #include "masks/dynamics/CTeilanhDlg.h"
 #include "masks/dynamics/CVkonstDlg.h"
+#include "masks/manoeuvre/CVermDlg.h"
 
 #include <array>
 #include <new>
@@ -34,7 +35,7 @@ constexpr std::array kMasks{
     MaskEntry{458, "CSpurVorDlg", "Spurwechsel-Vorgang", 3, nullptr},
     MaskEntry{459, "CTeilanhDlg", "Reagieren (mit Beschleunigung) - Bremsen", 2, &Create<CTeilanhDlg>},
     MaskEntry{461, "CUeberholDlg", "Überhol-Vorgang", 3, nullptr},
-    MaskEntry{462, "CVermDlg", "Vermeidbarkeitsberechnung", 3, nullptr},
+    MaskEntry{462, "CVermDlg", "Vermeidbarkeitsberechnung", 3, &Create<CVermDlg>},
     MaskEntry{463, "CWZRechDlg", "Weg-Zeit-Rechnen", 2, nullptr},
     MaskEntry{464, "CWZCalcDlg", "Teilanhaltestrecken", 2, nullptr},
     MaskEntry{466, "CUpnDlg", " UPN - Taschenrechner", 7, nullptr},

@@ -7,5 +7,6 @@
 
 #include "res/collision.h"
 #include "res/dynamics.h"
+#include "res/manoeuvre.h"
 
 #endif

@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/manoeuvre/CVermDat.h"
 
+#include "host/NumberTable.h"
 #include "host/Physics.h"
 #include "masks/manoeuvre/VermSuche.h"
+#include "res/manoeuvre.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,7 +17,8 @@ namespace
 constexpr double kGrenze = 1e9;
 constexpr double kGrenzeDerFahrt = 1e12;
 
-using Meldung = CVermDat::Meldung;
+using Dat = CVermDat;
+using Meldung = Dat::Meldung;
 using Meldungen = std::vector<Meldung>;
 
 /// Inputs that are zero but for rounding are zero.
@@ -83,57 +86,102 @@ std::optional<Meldung> ErgaenzeQuer(Gegnerdaten& g, VermKenngroesse art)
     return art == VermKenngroesse::zeitlich ? Meldung::gegnerHaeltVorher : Meldung::gegnerHaeltImKonflikt;
 }
 
+constexpr UINT kArten[] = {IDC_VERM_RAEUMLICH, IDC_VERM_ZEITLICH};
+constexpr UINT kRichtungen[] = {IDC_VERM_ENTGEGEN, IDC_VERM_QUER, IDC_VERM_GLEICH};
+constexpr UINT kVersionen[] = {IDC_VERM_VERSION_0, IDC_VERM_VERSION_1, IDC_VERM_VERSION_2, IDC_VERM_VERSION_3};
+
+constexpr NumberRow<Dat> kZahlen[] = {
+    {"fahrzeug", At<&Dat::fahrzeug>, units::none, FieldRole::state, {0, 15}},
+    {"phase", At<&Dat::phase>},
+    {"ziel", At<&Dat::ziel>, units::none, FieldRole::state, {0, 15}},
+    {"gegner", At<&Dat::gegner>, units::none, FieldRole::state, {0, 15}},
+    {"zielGegner", At<&Dat::zielGegner>, units::none, FieldRole::state, {0, 15}},
+    {kArten, "art", At<&Dat::art>, "Art der Vermeidung", FieldRole::state, 1},
+    {kRichtungen, "richtung", At<&Dat::richtung>, "Richtung", FieldRole::state, 1},
+    {kVersionen, "version", At<&Dat::version>, "Übertragungsversion"},
+    {IDC_VERM_VT, "vT", At<&Dat::vT>, units::kmh, {-150, 1000}, 2, FieldRole::input},
+    {IDC_VERM_VKOLL, "vKoll", At<&Dat::vKoll>, units::kmh, {0, 1000}, 2, FieldRole::input},
+    {IDC_VERM_VZ, "vZ", At<&Dat::vZ>, units::kmh, {-150, 1000}, 2, FieldRole::input},
+    {IDC_VERM_TR, "tR", At<&Dat::tR>, units::s, {0, 10}, 2, FieldRole::input},
+    {IDC_VERM_TS, "tS", At<&Dat::tS>, units::s, {0, 10}, 2, FieldRole::input},
+    {IDC_VERM_AB,
+     "aB",
+     At<&Dat::aB>,
+     units::ms2,
+     {0, 100},
+     2,
+     FieldRole::input,
+     {.source = ValueSource::maximumDeceleration}},
+    {IDC_VERM_AR, "aR", At<&Dat::aR>, units::ms2, {-10, 10}, 2, FieldRole::input},
+    {IDC_VERM_SRK,
+     "sRK",
+     At<&Dat::sRK>,
+     units::m,
+     {0, 1000},
+     2,
+     FieldRole::input,
+     {.label = "Reaktion - Kollision, Weg"}},
+    {IDC_VERM_TRK,
+     "tRK",
+     At<&Dat::tRK>,
+     units::s,
+     {0, 100},
+     2,
+     FieldRole::input,
+     {.label = "Reaktion - Kollision, Zeit"}},
+    {IDC_VERM_VG, "vG", At<&Dat::vG>, units::kmh, {0, 1000}, 2, FieldRole::input},
+    {IDC_VERM_SFB, "sFB", At<&Dat::sFB>, units::m, {0, 1000}, 2, FieldRole::input},
+    {IDC_VERM_SFR, "sFR", At<&Dat::sFR>, units::m, {0, 1000}, 2, FieldRole::input},
+    {IDC_VERM_AG, "aG", At<&Dat::aG>, units::ms2, {-100, 100}, 2, FieldRole::input},
+    {IDC_VERM_XV, "xV", At<&Dat::xV>, units::m, {-100, 100}, 2, FieldRole::input},
+    {IDC_VERM_VE, "vE", At<&Dat::vE>, units::kmh, {0, 1000}, 2, FieldRole::result},
+    {IDC_VERM_VHOECHST, "vHoechst", At<&Dat::vHoechst>, units::kmh, {0, 1000}, 2, FieldRole::result},
+    {IDC_VERM_SREAKT,
+     "sReakt",
+     At<&Dat::sReakt>,
+     units::m,
+     {0, 1000},
+     2,
+     FieldRole::result,
+     {.label = "Reaktionspunkt, Weg"}},
+    {IDC_VERM_TREAKT,
+     "tReakt",
+     At<&Dat::tReakt>,
+     units::s,
+     {0, 100},
+     2,
+     FieldRole::result,
+     {.label = "Reaktionspunkt, Zeit"}},
+    {IDC_VERM_AGRENZ, "aGrenz", At<&Dat::aGrenz>, units::ms2, {0, 1000}, 2, FieldRole::result},
+    {"sR", At<&Dat::sR>, units::m, FieldRole::internal},
+    {"vR", At<&Dat::vR>, units::kmh, FieldRole::internal},
+    {"vRt", At<&Dat::vRt>, units::kmh, FieldRole::internal},
+    {"sS", At<&Dat::sS>, units::m, FieldRole::internal},
+    {"vS", At<&Dat::vS>, units::kmh, FieldRole::internal},
+    {"tG", At<&Dat::tG>, units::s, FieldRole::internal},
+    {"vorzeichen", At<&Dat::vorzeichen>},
+    {"berechnet", At<&Dat::berechnet>},
+    {"aGErrechnet", At<&Dat::aGErrechnet>},
+    {"vGErrechnet", At<&Dat::vGErrechnet>},
+    {"hoechstBestimmt", At<&Dat::hoechstBestimmt>},
+    {"reaktBestimmt", At<&Dat::reaktBestimmt>},
+    {"grenzBestimmt", At<&Dat::grenzBestimmt>},
+    {"zeitlichGeraeumt", At<&Dat::zeitlichGeraeumt>},
+    {"ohneBeruehrung", At<&Dat::ohneBeruehrung>},
+};
+
 } // namespace
 
 RecordFields CVermDat::Felder()
 {
-    return {
-        {"fahrzeug", "", &fahrzeug},
-        {"phase", "", &phase},
-        {"ziel", "", &ziel},
-        {"gegner", "", &gegner},
-        {"zielGegner", "", &zielGegner},
-        {"art", "", &art},
-        {"richtung", "", &richtung},
-        {"version", "", &version},
-        {"vT", "km/h", &vT},
-        {"vKoll", "km/h", &vKoll},
-        {"vZ", "km/h", &vZ},
-        {"tR", "s", &tR},
-        {"tS", "s", &tS},
-        {"aB", "m/s²", &aB},
-        {"aR", "m/s²", &aR},
-        {"sRK", "m", &sRK},
-        {"tRK", "s", &tRK},
-        {"vG", "km/h", &vG},
-        {"sFB", "m", &sFB},
-        {"sFR", "m", &sFR},
-        {"aG", "m/s²", &aG},
-        {"xV", "m", &xV},
-        {"vE", "km/h", &vE},
-        {"vHoechst", "km/h", &vHoechst},
-        {"sReakt", "m", &sReakt},
-        {"tReakt", "s", &tReakt},
-        {"aGrenz", "m/s²", &aGrenz},
-        {"sR", "m", &sR},
-        {"vR", "km/h", &vR},
-        {"vRt", "km/h", &vRt},
-        {"sS", "m", &sS},
-        {"vS", "km/h", &vS},
-        {"tG", "s", &tG},
-        {"vorzeichen", "", &vorzeichen},
-        {"berechnet", "", &berechnet},
-    };
+    return Describe(*this, kZahlen);
 }
 
 void CVermDat::Loeschen()
 {
-    for (double* number : {&vT, &vKoll, &vZ,       &tR,     &tS,     &aB,     &aR, &sRK, &tRK, &vG, &sFB, &sFR, &aG,
-                           &xV, &vE,    &vHoechst, &sReakt, &tReakt, &aGrenz, &sR, &vR,  &vRt, &sS, &vS,  &tG})
-        *number = 0.0;
-    for (std::uint8_t* flag :
-         {&aGErrechnet, &vGErrechnet, &hoechstBestimmt, &reaktBestimmt, &grenzBestimmt, &zeitlichGeraeumt})
-        *flag = 0;
+    ClearNumbers(Felder());
+    aGErrechnet = vGErrechnet = 0;
+    hoechstBestimmt = reaktBestimmt = grenzBestimmt = zeitlichGeraeumt = ohneBeruehrung = 0;
     vorzeichen = 1;
     m_stand.reset();
 }
@@ -214,6 +262,7 @@ std::vector<CVermDat::Meldung> CVermDat::Rechnen()
 
     const bool vermieden = VermBedingungen(k, fahrt, vorgabe.v).Vermieden(fahrt, k);
     bool geraeumt = false;
+    bool beruehrt = true;
     double ende = 0.0;
     if (k.richtung == VermRichtung::quer) {
         if (fahrt.Halteweg() - k.Sperrweg() > kVermNull) {
@@ -224,6 +273,7 @@ std::vector<CVermDat::Meldung> CVermDat::Rechnen()
             meldungen.push_back(Meldung::gegnerHatGeraeumt);
     } else if (!vermieden) {
         const std::optional<VermAnkunft> treffen = VermTrifft(fahrt, k);
+        beruehrt = treffen.has_value() || k.richtung == VermRichtung::entgegen;
         ende = (treffen ? *treffen : VermErreicht(fahrt, k.Sperrweg())).geschw;
     }
 
@@ -246,6 +296,7 @@ std::vector<CVermDat::Meldung> CVermDat::Rechnen()
     reaktBestimmt = beiPunkt.bestimmt ? 1 : 0;
     grenzBestimmt = beiVerz.bestimmt ? 1 : 0;
     zeitlichGeraeumt = geraeumt ? 1 : 0;
+    ohneBeruehrung = beruehrt ? 0 : 1;
     vorzeichen = vermieden ? -1 : 1;
 
     const double bisSchwelle = vorgabe.tR + vorgabe.tS;
@@ -267,12 +318,25 @@ std::vector<CVermDat::Meldung> CVermDat::Rechnen()
     return meldungen;
 }
 
-void CVermDat::Eingegeben(const double& feld)
+void CVermDat::Eingegeben(const void* feld)
 {
-    if (&feld == &aG)
+    if (feld == &aG)
         aGErrechnet = 0;
-    if (&feld == &vG)
+    if (feld == &vG)
         vGErrechnet = 0;
+}
+
+CVermDat::Befund CVermDat::Beurteile() const
+{
+    if (!m_stand)
+        return Befund::keiner;
+    if (vorzeichen < 0)
+        return zeitlichGeraeumt != 0 ? Befund::geraeumt : Befund::vermieden;
+    if (zeitlichGeraeumt != 0)
+        return Befund::nurGeraeumt;
+    if (ohneBeruehrung != 0)
+        return Befund::ohneAnhalten;
+    return vE > 0.0 ? Befund::kollision : Befund::stehtBeiKontakt;
 }
 
 CVermDat::Variante CVermDat::GibVariante(std::int64_t nummer) const

@@ -4,6 +4,7 @@
 // Would the collision have been avoided at the permissible speed, and by what?
 #pragma once
 
+#include "host/CDPoint.h"
 #include "host/CDlgData.h"
 #include "host/HostTypes.h"
 #include "host/RecordField.h"
@@ -85,6 +86,7 @@ class CVermDat final : public CDlgData
     std::uint8_t reaktBestimmt = 0;    ///< 0: sReakt and tReakt are no limit
     std::uint8_t grenzBestimmt = 0;    ///< 0: aGrenz is no limit
     std::uint8_t zeitlichGeraeumt = 0; ///< 1: V comes after G has cleared the conflict area
+    std::uint8_t ohneBeruehrung = 0;   ///< 1: V does not stop in time, but does not touch G either
 
     RecordFields Felder();
 
@@ -96,17 +98,30 @@ class CVermDat final : public CDlgData
     void LeseFahrzeug();
     /// V was chosen: all phases up to its reaction count.
     void FahrzeugGewechselt();
+    /// V's phases changed: as after a choice, unless the user counts the phases otherwise.
+    void FahrzeugGeaendert();
     /// Another G or its columns.
     void LeseGegner();
     /// Keeps the four vehicles with the case.
     void Merke();
-    /// The number was entered, no longer computed.
-    void Eingegeben(const double& feld);
+    /// The number in this field was entered; it is no longer a computed one.
+    void Eingegeben(const void* feld);
 
     /// Everything the mask shows. The last message is fatal when nothing could be computed; then no field changes
     /// but the direction (after gegnerSteht) and `berechnet`.
     std::vector<Meldung> Rechnen();
-    /// V counts from the collision, the messages' argument.
+    /// What the results say.
+    enum class Befund {
+        keiner,
+        vermieden,
+        geraeumt,    ///< avoided in time: G has cleared the conflict area
+        nurGeraeumt, ///< the same where avoidance in space was asked for
+        kollision,
+        ohneAnhalten,   ///< not avoided in space, without contact
+        stehtBeiKontakt ///< G still reaches V, which stands
+    };
+    Befund Beurteile() const;
+    /// How many of V's phases count.
     std::int64_t Phasenzahl() const;
 
     /// What the last calculation went by; nothing when there is none.
@@ -124,6 +139,14 @@ class CVermDat final : public CDlgData
     /// Until when V's variant drives: to its stop when it avoids, otherwise to the contact or conflict point.
     double Fahrtende(const Variante& variante) const;
 
+    /// V's actual way (time in s, path in m from the reaction point): its phases, or only both ends where the entered
+    /// path and time are not theirs.
+    struct Tatsaechlich {
+        std::vector<CDPoint> punkte;
+        bool nurEnden;
+    };
+    Tatsaechlich GibTatsaechlich() const;
+
     struct Ergebnis {
         Uebertragung fahrzeug;
         Uebertragung gegner;
@@ -133,5 +156,8 @@ class CVermDat final : public CDlgData
     Ergebnis Uebertragen();
 
   private:
+    std::int64_t Reaktionsphase() const;
+
     std::optional<Stand> m_stand;
+    std::int64_t m_phaseNachRegel = 0; // the column that V's phases themselves give
 };

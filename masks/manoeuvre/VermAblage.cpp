@@ -15,6 +15,8 @@ namespace
 
 constexpr UINT kMaske = 462;
 constexpr std::size_t kErste = CWegZeitDat::kErsteSpalte;
+/// Path (m) and time (s) of the mask are those of the phases within this.
+constexpr double kGleich = 1e-6;
 
 /// V's own variant or G's motion on: what `Berechnung` of the case keeps as it is.
 PhasenArt Art(VermFahrt::Phase phase)
@@ -61,6 +63,33 @@ std::optional<Folgephase> WegDesGegners(const VermKonflikt& k, double dauer)
     return Folgephase{art, std::max(k.gegner.Geschw(t), 0.0) * kKmhProMs, k.gegner.v * kKmhProMs, t, weg, a};
 }
 
+/// The earliest reaction among the columns up to `letzte`; without one the earliest of them, 0 when none is used.
+std::size_t Reaktionsspalte(const CWegZeitDat& data, std::size_t letzte)
+{
+    const std::size_t frei = data.FirstFree();
+    if (frei <= kErste)
+        return 0;
+    letzte = std::min(letzte, frei - 1);
+    for (std::size_t column = letzte; column >= kErste; --column)
+        if (data.spalten[column].art == PhasenArt::reaction)
+            return column;
+    return letzte;
+}
+
+/// The way of a phase that begins at a time (s) and path (m), its end left out. A cubic through both ends with both
+/// speeds is the motion itself, whether the deceleration stays or rises evenly.
+void FuegePhase(std::vector<CDPoint>& punkte, const CWegZeitSpalte& spalte, double beginn, double weg)
+{
+    constexpr int kStuecke = 12;
+    const double v0 = spalte.vAnf / kKmhProMs * spalte.zeit;
+    const double v1 = spalte.vEnd / kKmhProMs * spalte.zeit;
+    for (int i = 0; i < kStuecke; ++i) {
+        const double u = static_cast<double>(i) / kStuecke;
+        const double s = u * v0 + u * u * (3.0 * spalte.weg - 2.0 * v0 - v1) + u * u * u * (v0 + v1 - 2.0 * spalte.weg);
+        punkte.push_back({beginn + u * spalte.zeit, weg + s});
+    }
+}
+
 } // namespace
 
 void CVermDat::Oeffne()
@@ -98,18 +127,31 @@ std::int64_t CVermDat::Phasenzahl() const
     return std::max<std::int64_t>(phase - static_cast<std::int64_t>(kErste) + 1, 0);
 }
 
+std::int64_t CVermDat::Reaktionsphase() const
+{
+    if (!m_data.IsFzgValid(fahrzeug))
+        return 0;
+    const CWegZeitDat& data = WZDat(static_cast<std::size_t>(fahrzeug));
+    const std::size_t frei = data.FirstFree();
+    if (frei <= kErste)
+        return 0;
+    std::size_t column = kErste;
+    while (column + 1 < frei && data.spalten[column].art != PhasenArt::reaction)
+        ++column;
+    return static_cast<std::int64_t>(data.spalten[column].art == PhasenArt::reaction ? column : frei - 1);
+}
+
 void CVermDat::FahrzeugGewechselt()
 {
-    phase = 0;
-    if (m_data.IsFzgValid(fahrzeug)) {
-        const CWegZeitDat& data = WZDat(static_cast<std::size_t>(fahrzeug));
-        const std::size_t frei = data.FirstFree();
-        std::size_t column = kErste;
-        while (column < frei && data.spalten[column].art != PhasenArt::reaction)
-            ++column;
-        const std::size_t letzte = std::min(column, frei - 1);
-        phase = frei > kErste ? static_cast<std::int64_t>(letzte) : 0;
-    }
+    phase = m_phaseNachRegel = Reaktionsphase();
+    LeseFahrzeug();
+}
+
+void CVermDat::FahrzeugGeaendert()
+{
+    if (phase == m_phaseNachRegel)
+        phase = Reaktionsphase();
+    m_phaseNachRegel = Reaktionsphase();
     LeseFahrzeug();
 }
 
@@ -121,16 +163,10 @@ void CVermDat::LeseFahrzeug()
     if (!m_data.IsFzgValid(fahrzeug) || phase < static_cast<std::int64_t>(kErste))
         return;
     const CWegZeitDat& data = WZDat(static_cast<std::size_t>(fahrzeug));
-    const std::size_t frei = data.FirstFree();
-    if (frei <= kErste)
+    if (data.FirstFree() <= kErste)
         return;
-    const std::size_t letzte = std::min(static_cast<std::size_t>(phase), frei - 1);
-    // The earliest reaction among the phases that count; without one the earliest of them.
-    std::size_t column = letzte;
-    while (column > kErste && data.spalten[column].art != PhasenArt::reaction)
-        --column;
-    if (data.spalten[column].art != PhasenArt::reaction)
-        column = letzte;
+    phase = std::min(phase, static_cast<std::int64_t>(data.FirstFree()) - 1);
+    const std::size_t column = Reaktionsspalte(data, static_cast<std::size_t>(phase));
     vT = data.spalten[column].vAnf;
     vKoll = data.spalten[kErste].vEnd;
     sRK = data.spalten[column].sumWeg;
@@ -150,6 +186,27 @@ void CVermDat::LeseGegner()
         return;
     vG = spalte.vEnd;
     aG = spalte.verz;
+}
+
+CVermDat::Tatsaechlich CVermDat::GibTatsaechlich() const
+{
+    if (!m_stand)
+        return {{}, true};
+    const double path = m_stand->konflikt.sRK;
+    const double time = m_stand->konflikt.tRK;
+    if (m_data.IsFzgValid(fahrzeug) && phase >= static_cast<std::int64_t>(kErste)) {
+        const CWegZeitDat& data = WZDat(static_cast<std::size_t>(fahrzeug));
+        const std::size_t column = Reaktionsspalte(data, static_cast<std::size_t>(phase));
+        if (column >= kErste && std::abs(data.spalten[column].sumWeg - path) < kGleich &&
+            std::abs(data.spalten[column].sumZeit - time) < kGleich) {
+            std::vector<CDPoint> punkte;
+            for (std::size_t c = column; c >= kErste; --c)
+                FuegePhase(punkte, data.spalten[c], time - data.spalten[c].sumZeit, path - data.spalten[c].sumWeg);
+            punkte.push_back({time, path});
+            return {punkte, false};
+        }
+    }
+    return {{{0.0, 0.0}, {time, path}}, true};
 }
 
 CVermDat::Ergebnis CVermDat::Uebertragen()

@@ -561,7 +561,7 @@ TEST(VermDat, OpponentCompletesWhatIsNotGiven)
     dat.Rechnen();
     EXPECT_NEAR(dat.aG, 20.0, 1e-12);
     dat.aG = 10.0;
-    dat.Eingegeben(dat.aG);
+    dat.Eingegeben(&dat.aG);
     dat.Rechnen();
     EXPECT_NEAR(dat.sFB, 20.0, 1e-12);
     EXPECT_NEAR(dat.aG, 10.0, 1e-12);
