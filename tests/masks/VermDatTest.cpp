@@ -404,7 +404,7 @@ TEST(VermDat, TimesAreFoundToTheStep)
     RandomCase random(46201);
     int beforeBraking = 0, meetings = 0;
     for (int round = 0; round < 600; ++round) {
-        const Case c =
+        Case c =
             random.Next(round % 2 == 0 ? VermRichtung::entgegen : VermRichtung::gleich, VermKenngroesse::raeumlich);
         if (c.vG == 0.0)
             c.aG = 0.0;
