@@ -86,8 +86,6 @@ std::optional<Meldung> ErgaenzeQuer(Gegnerdaten& g, VermKenngroesse art)
     return art == VermKenngroesse::zeitlich ? Meldung::gegnerHaeltVorher : Meldung::gegnerHaeltImKonflikt;
 }
 
-constexpr UINT kArten[] = {IDC_VERM_RAEUMLICH, IDC_VERM_ZEITLICH};
-constexpr UINT kRichtungen[] = {IDC_VERM_ENTGEGEN, IDC_VERM_QUER, IDC_VERM_GLEICH};
 constexpr UINT kVersionen[] = {IDC_VERM_VERSION_0, IDC_VERM_VERSION_1, IDC_VERM_VERSION_2, IDC_VERM_VERSION_3};
 
 constexpr NumberRow<Dat> kZahlen[] = {
@@ -96,8 +94,8 @@ constexpr NumberRow<Dat> kZahlen[] = {
     {"ziel", At<&Dat::ziel>, units::none, FieldRole::state, {0, 15}},
     {"gegner", At<&Dat::gegner>, units::none, FieldRole::state, {0, 15}},
     {"zielGegner", At<&Dat::zielGegner>, units::none, FieldRole::state, {0, 15}},
-    {kArten, "art", At<&Dat::art>, "Art der Vermeidung", FieldRole::state, 1},
-    {kRichtungen, "richtung", At<&Dat::richtung>, "Richtung", FieldRole::state, 1},
+    {"art", At<&Dat::art>},
+    {"richtung", At<&Dat::richtung>},
     {kVersionen, "version", At<&Dat::version>, "Übertragungsversion"},
     {IDC_VERM_VT, "vT", At<&Dat::vT>, units::kmh, {-150, 1000}, 2, FieldRole::input},
     {IDC_VERM_VKOLL, "vKoll", At<&Dat::vKoll>, units::kmh, {0, 1000}, 2, FieldRole::input},

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 namespace
 {
@@ -20,6 +21,10 @@ namespace
 constexpr UINT kKeinText = 0;
 constexpr UINT kErsteMeldung = 1400;
 constexpr UINT kNichtBerechenbar = 1000;
+
+// The radio buttons of direction and kind, from 1 on.
+constexpr UINT kRichtungen[] = {IDC_VERM_ENTGEGEN, IDC_VERM_QUER, IDC_VERM_GLEICH};
+constexpr UINT kArten[] = {IDC_VERM_RAEUMLICH, IDC_VERM_ZEITLICH};
 
 UINT Text(CVermDat::Befund befund)
 {
@@ -86,10 +91,9 @@ const CMessageMap* CVermDlg::GetMessageMap() const
 void CVermDlg::BuildObjects()
 {
     CMDIRechDialog::BuildObjects();
-    const auto combo = [this](UINT id, std::int64_t& field, std::initializer_list<const std::int64_t*> ausser) {
+    const auto combo = [this](UINT id, std::int64_t& field, std::vector<CIntField> ausser) {
         auto* created = new CFzgCombo(this, id, 0, &field, nullptr, m_editColors, m_editColors);
-        for (const std::int64_t* anderes : ausser)
-            created->Ausser(anderes);
+        created->Ausser(std::move(ausser));
     };
     combo(IDC_VERM_FAHRZEUG, m_dat.fahrzeug, {});
     combo(IDC_VERM_ZIEL, m_dat.ziel, {&m_dat.fahrzeug});
@@ -112,6 +116,10 @@ void CVermDlg::SetupWindow()
 
 void CVermDlg::UpdateDialog()
 {
+    for (std::size_t i = 0; i < std::size(kRichtungen); ++i)
+        Check(kRichtungen[i], m_dat.richtung == static_cast<std::int64_t>(i) + 1);
+    for (std::size_t i = 0; i < std::size(kArten); ++i)
+        Check(kArten[i], m_dat.art == static_cast<std::int64_t>(i) + 1);
     Check(IDC_UEBERTRAGEN, RuvCfg.transferData);
     ZeigeBefund();
     CMDIRechDialog::UpdateDialog();
@@ -127,6 +135,7 @@ void CVermDlg::GlobalWZDatChanged(UINT_PTR hint)
         m_dat.LeseGegner();
     if (changed == m_dat.fahrzeug)
         m_dat.FahrzeugGeaendert();
+    VerwirfErgebnis();
     if (changed == m_dat.ziel || changed == m_dat.zielGegner)
         m_fallGilt = false;
     UpdateDialog();
@@ -135,6 +144,13 @@ void CVermDlg::GlobalWZDatChanged(UINT_PTR hint)
 std::array<std::int64_t*, 4> CVermDlg::Fahrzeuge()
 {
     return {&m_dat.fahrzeug, &m_dat.ziel, &m_dat.gegner, &m_dat.zielGegner};
+}
+
+/// What was read afresh is not what the results belong to.
+void CVermDlg::VerwirfErgebnis()
+{
+    if (!m_dat.Berechnet() && std::exchange(m_ergebnis, false))
+        ResultsFailed();
 }
 
 /// The four vehicles differ: one that is chosen anew elsewhere gives its place for the former one.
@@ -152,7 +168,26 @@ void CVermDlg::TauscheFahrzeug(UINT controlId)
         m_dat.LeseGegner();
     for (std::size_t i = 0; i < fahrzeuge.size(); ++i)
         m_gewaehlt[i] = *fahrzeuge[i];
+    VerwirfErgebnis();
     m_dat.Merke();
+}
+
+BOOL CVermDlg::OnCommand(WPARAM wParam, LPARAM lParam)
+{
+    const UINT id = LOWORD(wParam);
+    const auto* const richtung = std::find(std::begin(kRichtungen), std::end(kRichtungen), id);
+    const auto* const art = std::find(std::begin(kArten), std::end(kArten), id);
+    if (HIWORD(wParam) != BN_CLICKED || (richtung == std::end(kRichtungen) && art == std::end(kArten)))
+        return CMDIRechDialog::OnCommand(wParam, lParam);
+    if (richtung != std::end(kRichtungen))
+        m_dat.richtung = 1 + (richtung - std::begin(kRichtungen));
+    else
+        m_dat.art = 1 + (art - std::begin(kArten));
+    AendereEingabe();
+    if (m_dat.berechnet != 0 && RechneUndMelde(false) && RuvCfg.transferData)
+        Uebertrage();
+    UpdateDialog();
+    return TRUE;
 }
 
 void CVermDlg::AendereEingabe()
@@ -174,15 +209,7 @@ LRESULT CVermDlg::OnEditChanged(WPARAM wParam, LPARAM)
         break;
     case IDC_VERM_PHASEN:
         m_dat.LeseFahrzeug();
-        break;
-    case IDC_VERM_ENTGEGEN:
-    case IDC_VERM_QUER:
-    case IDC_VERM_GLEICH:
-    case IDC_VERM_RAEUMLICH:
-    case IDC_VERM_ZEITLICH:
-        AendereEingabe();
-        if (m_dat.berechnet != 0 && RechneUndMelde(false) && RuvCfg.transferData)
-            Uebertrage();
+        VerwirfErgebnis();
         break;
     case IDC_VERM_VERSION_0:
     case IDC_VERM_VERSION_1:
@@ -224,6 +251,11 @@ bool CVermDlg::RechneUndMelde(bool alles)
         else
             FehlerMeldung(this, kErsteMeldung + static_cast<UINT>(meldung), phaseV, phaseG);
     }
+    m_ergebnis = m_dat.berechnet != 0;
+    if (m_ergebnis)
+        ResultsComputed();
+    else
+        ResultsFailed();
     return m_dat.berechnet != 0;
 }
 
@@ -282,6 +314,7 @@ void CVermDlg::Loeschen()
         return;
     m_dat.Loeschen();
     AendereEingabe();
+    ResultsCleared();
     SendMessage(WM_RUV_UPDATEDIALOG);
 }
 

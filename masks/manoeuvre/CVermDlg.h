@@ -20,6 +20,7 @@ class CVermDlg : public CMDIRechDialog
     ~CVermDlg() override;
 
     const CMessageMap* GetMessageMap() const override;
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     void SetupWindow() override;
     void UpdateDialog() override;
     void IncValue(int controlId) override;
@@ -46,6 +47,7 @@ class CVermDlg : public CMDIRechDialog
     bool BringeAufStand();
     void Uebertrage();
     void AendereEingabe();
+    void VerwirfErgebnis();
     void ZeigeBefund();
     void Zeichne(CDC& dc);
 
@@ -53,6 +55,7 @@ class CVermDlg : public CMDIRechDialog
     std::unique_ptr<CVermGraphikDlg> m_graphik;
     std::array<std::int64_t, 4> m_gewaehlt{}; // vehicles before the choice that is being made
     bool m_geaendert = false;                 // an input, since the last calculation
+    bool m_ergebnis = false;                  // results are shown that belong to a calculation
     bool m_uebertragen = false;               // the case holds a transfer of this mask
     bool m_fallGilt = false;                  // and it is what the mask shows
 };
