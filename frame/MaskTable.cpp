@@ -14,6 +14,7 @@
 #include "masks/manoeuvre/CAbVorDlg.h"
 #include "masks/manoeuvre/CHalbeSichtDlg.h"
 #include "masks/manoeuvre/CSpurVorDlg.h"
+#include "masks/manoeuvre/CVermDlg.h"
 
 #include <array>
 #include <new>
@@ -46,7 +47,7 @@ constexpr std::array kMasks{
     MaskEntry{458, "CSpurVorDlg", "Spurwechsel-Vorgang", 3, &CreateNumbered<CSpurVorDlg, 458>},
     MaskEntry{459, "CTeilanhDlg", "Reagieren (mit Beschleunigung) - Bremsen", 2, &Create<CTeilanhDlg>},
     MaskEntry{461, "CUeberholDlg", "Überhol-Vorgang", 3, nullptr},
-    MaskEntry{462, "CVermDlg", "Vermeidbarkeitsberechnung", 3, nullptr},
+    MaskEntry{462, "CVermDlg", "Vermeidbarkeitsberechnung", 3, &Create<CVermDlg>},
     MaskEntry{463, "CWZRechDlg", "Weg-Zeit-Rechnen", 2, nullptr},
     MaskEntry{464, "CWZCalcDlg", "Teilanhaltestrecken", 2, nullptr},
     MaskEntry{466, "CUpnDlg", " UPN - Taschenrechner", 7, nullptr},

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// Mask 462, "Vermeidbarkeitsberechnung".
+#pragma once
+
+#include "host/CDialog.h"
+#include "masks/manoeuvre/CVermDat.h"
+
+#include <array>
+#include <memory>
+
+class CDC;
+class CVermGraphikDlg;
+
+class CVermDlg : public CMDIRechDialog
+{
+  public:
+    CVermDlg(CRuvData& data, CWnd* parent);
+    ~CVermDlg() override;
+
+    const CMessageMap* GetMessageMap() const override;
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
+    void SetupWindow() override;
+    void UpdateDialog() override;
+    void IncValue(int controlId) override;
+    void BuildObjects() override;
+    void GlobalWZDatChanged(UINT_PTR hint) override;
+    RecordFields DescribeRecord() override { return m_dat.Felder(); }
+
+    void Rechnen();
+    void Loeschen();
+    void Graphik();
+
+  protected:
+    std::int64_t ColorVehicle() const override { return m_dat.fahrzeug; }
+
+  private:
+    LRESULT OnEditChanged(WPARAM controlId, LPARAM);
+    void OnButtonOk();
+    void OnTransferOption();
+
+    std::array<std::int64_t*, 4> Fahrzeuge();
+    void TauscheFahrzeug(UINT controlId);
+    /// Calculates; what stops it is always told, the rest only on demand.
+    bool RechneUndMelde(bool alles);
+    bool BringeAufStand();
+    void Uebertrage();
+    void AendereEingabe();
+    void VerwirfErgebnis();
+    void ZeigeBefund();
+    void Zeichne(CDC& dc);
+
+    CVermDat m_dat;
+    std::unique_ptr<CVermGraphikDlg> m_graphik;
+    std::array<std::int64_t, 4> m_gewaehlt{}; // vehicles before the choice that is being made
+    bool m_geaendert = false;                 // an input, since the last calculation
+    bool m_ergebnis = false;                  // results are shown that belong to a calculation
+    bool m_uebertragen = false;               // the case holds a transfer of this mask
+    bool m_fallGilt = false;                  // and it is what the mask shows
+};

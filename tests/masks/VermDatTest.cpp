@@ -1,0 +1,704 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The avoidability calculation against a simulation of both vehicles in small steps, and its searches against plain
+// stepping.
+#include "host/CRuvData.h"
+#include "masks/manoeuvre/CVermDat.h"
+#include "masks/manoeuvre/VermSuche.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <map>
+#include <random>
+#include <vector>
+
+namespace
+{
+
+using Meldung = CVermDat::Meldung;
+using Meldungen = std::vector<Meldung>;
+
+constexpr double kKmh = 3.6;
+
+/// A vehicle driven in small steps, over each of which its acceleration changes evenly. It stops once.
+class Simulated
+{
+  public:
+    Simulated(double v, double duration, const std::function<double(double)>& acceleration,
+              std::vector<double> kinks = {})
+    {
+        double t = 0.0, s = 0.0;
+        m_samples.push_back({0.0, 0.0, v, 0.0, 0.0});
+        if (v == 0.0 && acceleration(1e-12) <= 0.0)
+            duration = 0.0;
+        kinks.push_back(duration);
+        std::sort(kinks.begin(), kinks.end());
+        for (const double kink : kinks) {
+            const double stretch = std::min(kink, duration) - t;
+            const int steps = 400;
+            const double begin = t;
+            for (int i = 0; i < steps && stretch > 0.0; ++i) {
+                const double from = begin + stretch * i / steps, to = begin + stretch * (i + 1) / steps;
+                const double h = to - from, inside = h * 1e-9;
+                const double a0 = acceleration(from + inside), a1 = acceleration(to - inside);
+                m_samples.back().a = a0;
+                m_samples.back().jerk = (a1 - a0) / h;
+                const double next = v + h * (a0 + a1) / 2.0;
+                if (next * v < 0.0 || next == 0.0) {
+                    // Halve the step down to where it stops.
+                    double low = 0.0, high = h;
+                    for (int halving = 0; halving < 100; ++halving) {
+                        const double middle = (low + high) / 2.0;
+                        (m_samples.back().Speed(middle) * v > 0.0 ? low : high) = middle;
+                    }
+                    m_stop = from + low;
+                    m_end = s + m_samples.back().Path(low);
+                    m_stops = true;
+                    return;
+                }
+                s += h * v + h * h * (2.0 * a0 + a1) / 6.0;
+                v = next;
+                t = to;
+                m_samples.push_back({t, s, v, 0.0, 0.0});
+            }
+        }
+        m_stop = t;
+        m_end = s;
+    }
+    double Path(double t) const
+    {
+        if (t >= m_stop)
+            return m_end;
+        const Sample& at = At(t);
+        return at.s + at.Path(t - at.t);
+    }
+    double Speed(double t) const
+    {
+        if (t >= m_stop)
+            return 0.0;
+        const Sample& at = At(t);
+        return at.Speed(t - at.t);
+    }
+    double Stop() const { return m_stop; }
+    bool Stops() const { return m_stops; }
+    double End() const { return m_end; }
+
+  private:
+    struct Sample {
+        double t, s, v, a, jerk;
+        double Path(double h) const { return h * v + h * h * a / 2.0 + h * h * h * jerk / 6.0; }
+        double Speed(double h) const { return v + h * a + h * h * jerk / 2.0; }
+    };
+    const Sample& At(double t) const
+    {
+        const auto after = std::upper_bound(m_samples.begin(), m_samples.end(), t,
+                                            [](double value, const Sample& sample) { return value < sample.t; });
+        return after == m_samples.begin() ? m_samples.front() : *(after - 1);
+    }
+    std::vector<Sample> m_samples;
+    double m_stop = 0.0, m_end = 0.0;
+    bool m_stops = false;
+};
+
+/// What both do, in m, s, m/s.
+struct Case {
+    VermRichtung direction;
+    VermKenngroesse kind;
+    double v, aR, tR, tS, aB, sRK, tRK, vG, aG, sFB, sFR, xV;
+};
+
+Simulated DriveV(const Case& c, double v, double aB)
+{
+    const double longest = c.tR + c.tS + (v + std::abs(c.aR) * c.tR + 10.0) / aB + 1.0;
+    return Simulated(v, longest,
+                     [&](double t) {
+                         if (t < c.tR)
+                             return c.aR;
+                         return t < c.tR + c.tS ? c.aR - (aB + c.aR) * (t - c.tR) / c.tS : -aB;
+                     },
+                     {c.tR, c.tR + c.tS});
+}
+
+/// Whether the drive avoids, with so many metres to spare (negative: more than that must be lacking to fail).
+bool Avoids(const Case& c, double v, double earlier, double aB, double spare)
+{
+    const Simulated own = DriveV(c, v, aB);
+    // A G that stands has its missing braking distance behind it.
+    const double stands = c.direction == VermRichtung::entgegen && c.vG == 0.0 ? c.sFB : 0.0;
+    const double path = c.sRK + c.v * earlier - stands, time = c.tRK + earlier;
+    const double longest = std::max(own.Stop() - time, 0.0) + 1.0;
+    if (c.direction == VermRichtung::quer) {
+        const double conflict = path + c.xV - spare;
+        if (own.End() <= conflict)
+            return true;
+        if (c.kind == VermKenngroesse::raeumlich || c.sFR <= 0.0)
+            return false;
+        double low = 0.0, high = own.Stop();
+        for (int halving = 0; halving < 100; ++halving) {
+            const double middle = (low + high) / 2.0;
+            (own.Path(middle) < conflict ? low : high) = middle;
+        }
+        const double wait = high - time;
+        if (conflict <= 0.0 || wait <= 0.001)
+            return false;
+        return Simulated(c.vG, longest, [&](double) { return -c.aG; }).Path(wait) > c.sFR;
+    }
+    const double sign = c.direction == VermRichtung::gleich ? 1.0 : -1.0;
+    const double span = c.aG > 0.0 ? std::max(longest, c.vG / c.aG + 1.0) : longest;
+    const Simulated other(c.vG, span, [&](double) { return -c.aG; });
+    const auto gap = [&](double tau) { return path + sign * other.Path(tau) - own.Path(time + tau); };
+    if (c.direction == VermRichtung::gleich && c.kind == VermKenngroesse::raeumlich && own.End() > path + c.sFB - spare)
+        return false;
+    constexpr int kSteps = 1000;
+    double smallest = std::min(gap(0.0), gap(span));
+    for (int i = 1; i < kSteps; ++i) {
+        double low = span * (i - 1) / kSteps, high = span * (i + 1) / kSteps;
+        const double middle = gap(span * i / kSteps);
+        if (middle > gap(low) || middle > gap(high))
+            continue;
+        for (int cut = 0; cut < 60; ++cut) {
+            const double left = low + (high - low) / 3.0, right = high - (high - low) / 3.0;
+            (gap(left) < gap(right) ? high : low) = gap(left) < gap(right) ? right : left;
+        }
+        smallest = std::min({smallest, middle, gap(low)});
+    }
+    return smallest >= spare;
+}
+
+class RandomCase
+{
+  public:
+    explicit RandomCase(unsigned seed) : m_random(seed) {}
+
+    Case Next(VermRichtung direction, VermKenngroesse kind)
+    {
+        Case c{};
+        c.direction = direction;
+        c.kind = kind;
+        c.v = Between(5.0, 40.0);
+        c.aR = Rarely() ? 0.0 : Between(-2.5, 2.5);
+        c.tR = Rarely() ? 0.0 : Between(0.1, 2.0);
+        c.tS = Rarely() ? 0.0 : Between(0.05, 0.8);
+        c.aB = Between(1.0, 10.0);
+        // Around the stopping distance, so that both answers occur.
+        c.sRK = Between(0.2, 1.6) * (c.v * (c.tR + c.tS / 2.0) + c.v * c.v / (2.0 * c.aB));
+        c.tRK = Between(0.1, 1.3) * c.sRK / c.v;
+        c.vG = Rarely() ? 0.0 : Between(1.0, 40.0);
+        c.aG = Rarely() ? 0.0 : Between(0.2, 9.0);
+        c.sFB = Rarely() ? 0.0 : Between(0.5, 40.0);
+        c.sFR = Rarely() ? 0.0 : Between(0.5, 12.0);
+        c.xV = Rarely() ? 0.0 : Between(-5.0, 5.0);
+        if (direction != VermRichtung::entgegen && Rarely())
+            c.aG = -c.aG / 3.0;
+        return c;
+    }
+    double Between(double from, double to) { return std::uniform_real_distribution<double>(from, to)(m_random); }
+    bool Rarely() { return std::bernoulli_distribution(0.2)(m_random); }
+
+  private:
+    std::mt19937_64 m_random;
+};
+
+void Give(CVermDat& dat, const Case& c)
+{
+    dat.Loeschen();
+    dat.richtung = static_cast<std::int64_t>(c.direction);
+    dat.art = static_cast<std::int64_t>(c.kind);
+    dat.vZ = c.v * kKmh;
+    dat.aR = c.aR;
+    dat.tR = c.tR;
+    dat.tS = c.tS;
+    dat.aB = c.aB;
+    dat.sRK = c.sRK;
+    dat.tRK = c.tRK;
+    dat.vG = c.vG * kKmh;
+    dat.aG = c.aG;
+    dat.sFB = c.sFB;
+    dat.sFR = c.sFR;
+    dat.xV = c.xV;
+}
+
+bool Says(const Meldungen& messages, Meldung which)
+{
+    return std::find(messages.begin(), messages.end(), which) != messages.end();
+}
+
+std::string Describe(const Case& c)
+{
+    std::string text = "direction " + std::to_string(static_cast<int>(c.direction)) + ", kind " +
+                       std::to_string(static_cast<int>(c.kind));
+    for (const double value : {c.v, c.aR, c.tR, c.tS, c.aB, c.sRK, c.tRK, c.vG, c.aG, c.sFB, c.sFR, c.xV})
+        text += ", " + std::to_string(value);
+    return text;
+}
+
+struct Setting {
+    VermRichtung direction;
+    VermKenngroesse kind;
+};
+constexpr Setting kSettings[] = {
+    {VermRichtung::entgegen, VermKenngroesse::raeumlich}, {VermRichtung::entgegen, VermKenngroesse::zeitlich},
+    {VermRichtung::quer, VermKenngroesse::raeumlich},     {VermRichtung::quer, VermKenngroesse::zeitlich},
+    {VermRichtung::gleich, VermKenngroesse::raeumlich},   {VermRichtung::gleich, VermKenngroesse::zeitlich},
+};
+
+TEST(VermDat, EveryLimitIsALimitInASimulationOfBothVehicles)
+{
+    constexpr double kSlack = 1e-5; // m
+    CRuvData data;
+    CVermDat dat(data);
+    RandomCase random(462);
+    for (const Setting setting : kSettings) {
+        int avoided = 0, limits = 0;
+        for (int round = 0; round < 500; ++round) {
+            Case c = random.Next(setting.direction, setting.kind);
+            Give(dat, c);
+            SCOPED_TRACE(Describe(c));
+            const Meldungen messages = dat.Rechnen();
+            if (dat.berechnet == 0) {
+                ASSERT_TRUE(!messages.empty() && CVermDat::IstFatal(messages.back()));
+                continue;
+            }
+            // What was not given is G's to derive.
+            c.vG = dat.vG / kKmh;
+            c.aG = dat.aG;
+            c.sFB = dat.sFB;
+            const bool withoutContact = dat.vorzeichen < 0;
+            avoided += withoutContact ? 1 : 0;
+            if (withoutContact) {
+                ASSERT_TRUE(Avoids(c, c.v, 0.0, c.aB, -kSlack));
+                ASSERT_EQ(dat.vE, 0.0);
+            } else {
+                ASSERT_FALSE(Avoids(c, c.v, 0.0, c.aB, kSlack));
+                // An oncoming G may run into V when it already stands.
+                ASSERT_TRUE(dat.vE > 0.0 || dat.zeitlichGeraeumt != 0 ||
+                            (c.direction == VermRichtung::entgegen && DriveV(c, c.v, c.aB).End() < c.sRK));
+            }
+            if (dat.hoechstBestimmt != 0) {
+                ++limits;
+                ASSERT_TRUE(Avoids(c, dat.vHoechst / kKmh, 0.0, c.aB, -kSlack));
+                ASSERT_FALSE(Avoids(c, dat.vHoechst / kKmh + 1e-4, 0.0, c.aB, kSlack));
+            }
+            if (dat.reaktBestimmt != 0) {
+                ++limits;
+                const double earlier = dat.tReakt - c.tRK;
+                ASSERT_NEAR(dat.sReakt, c.sRK + c.v * earlier, 1e-9);
+                ASSERT_TRUE(Avoids(c, c.v, earlier, c.aB, -kSlack));
+                ASSERT_FALSE(Avoids(c, c.v, earlier - 1e-4, c.aB, kSlack));
+            }
+            if (dat.grenzBestimmt != 0) {
+                ++limits;
+                ASSERT_TRUE(Avoids(c, c.v, 0.0, dat.aGrenz, -kSlack));
+                ASSERT_FALSE(dat.aGrenz > 0.0011 && Avoids(c, c.v, 0.0, dat.aGrenz - 1e-3, kSlack));
+            }
+            ASSERT_EQ(Says(messages, Meldung::keinGrenzwert),
+                      dat.hoechstBestimmt == 0 || dat.reaktBestimmt == 0 || dat.grenzBestimmt == 0);
+        }
+        EXPECT_GT(avoided, 50);
+        EXPECT_LT(avoided, 450);
+        EXPECT_GT(limits, 700);
+    }
+}
+
+/// The definition: step by step.
+VermSchritte::Ende StepPlainly(const VermSchritte& steps, bool falling)
+{
+    const bool towards = steps.Vorzeichen() > 0;
+    for (std::int64_t n = 1; n <= kVermSchritte; ++n) {
+        if (falling && !steps.IstPositiv(n))
+            return {0, false};
+        if (steps.Vermieden(n) == towards) {
+            const std::int64_t found = towards ? n : n - 1;
+            return steps.IstPositiv(found) ? VermSchritte::Ende{found, true} : VermSchritte::Ende{0, false};
+        }
+    }
+    return {kVermSchritte, false};
+}
+
+VermVorgabe Given(const Case& c)
+{
+    return {c.v, c.aR, c.tR, c.tS, c.aB};
+}
+
+VermKonflikt Conflict(const Case& c)
+{
+    VermKonflikt k;
+    k.richtung = c.direction;
+    k.art = c.kind;
+    k.sRK = c.sRK;
+    k.tRK = c.tRK;
+    k.sFB = c.sFB;
+    k.xV = c.xV;
+    k.gegner = {c.vG, c.aG};
+    if (c.direction == VermRichtung::quer && c.sFR > 0.0 && c.vG > 0.0 && c.aG == 0.0)
+        k.tRaeumen = c.sFR / c.vG;
+    return k;
+}
+
+void ExpectSearchSteps(VermGroesse quantity, const Case& c)
+{
+    const VermSchritte steps(quantity, Given(c), Conflict(c));
+    const bool falling = (quantity == VermGroesse::hoechstgeschw) == (steps.Vorzeichen() > 0);
+    const VermSchritte::Ende plain = StepPlainly(steps, falling);
+    const VermSchritte::Ende fast = steps.Suche();
+    EXPECT_EQ(fast.schritt, plain.schritt) << Describe(c);
+    EXPECT_EQ(fast.bestimmt, plain.bestimmt) << Describe(c);
+}
+
+TEST(VermDat, SearchesGiveWhatTheirStepsDefine)
+{
+    RandomCase random(4620);
+    for (const Setting setting : kSettings)
+        for (int round = 0; round < 15; ++round) {
+            Case c = random.Next(setting.direction, setting.kind);
+            if (setting.direction == VermRichtung::quer)
+                c.aG = 0.0;
+            for (const VermGroesse quantity :
+                 {VermGroesse::hoechstgeschw, VermGroesse::reaktionspunkt, VermGroesse::verzoegerung})
+                ExpectSearchSteps(quantity, c);
+            ASSERT_FALSE(testing::Test::HasFailure());
+        }
+}
+
+/// Accelerating during the reaction, an earlier reaction can be worse: the values that fail may have avoiding ones on
+/// both sides, and two stretches of them.
+TEST(VermDat, ReactionPointIsSearchedWhereAvoidanceComesAndGoes)
+{
+    RandomCase random(46200);
+    for (int round = 0; round < 250; ++round) {
+        const bool crossing = round % 5 == 0;
+        Case c = random.Next(crossing ? VermRichtung::quer : VermRichtung::gleich, VermKenngroesse::zeitlich);
+        c.aR = random.Between(0.5, 4.0);
+        c.tR = random.Between(0.5, 3.0);
+        c.vG = crossing ? random.Between(5.0, 20.0) : c.v * random.Between(0.7, 1.4);
+        c.aG = crossing ? 0.0 : random.Between(-1.0, 6.0);
+        c.tRK = random.Between(0.2, 4.0);
+        // Close to where V is when G is at the collision point, so that little decides.
+        c.sRK = VermFahrt(Given(c)).Weg(c.tRK + (crossing ? 0.5 : 0.0)) + random.Between(-1.0, 3.0);
+        ExpectSearchSteps(VermGroesse::reaktionspunkt, c);
+        ASSERT_FALSE(testing::Test::HasFailure());
+    }
+}
+
+/// First multiple of 0.00001 s at which `reached` holds, by steps of 0.01, 0.001, 0.0001 and 0.00001 s, each pass from
+/// one step before the last time that was short of it.
+double RefineTime(const std::function<bool(double)>& reached)
+{
+    std::int64_t at = 0;
+    for (const std::int64_t step : {1000, 100, 10, 1}) {
+        at = std::max<std::int64_t>(at - 2 * step, 0);
+        while (!reached(static_cast<double>(at) * 1e-5))
+            at += step;
+        if (step > 1)
+            at -= at == 0 ? 0 : step;
+    }
+    return static_cast<double>(at) * 1e-5;
+}
+
+TEST(VermDat, TimesAreFoundToTheStep)
+{
+    RandomCase random(46201);
+    int beforeBraking = 0, meetings = 0;
+    for (int round = 0; round < 600; ++round) {
+        Case c =
+            random.Next(round % 2 == 0 ? VermRichtung::entgegen : VermRichtung::gleich, VermKenngroesse::raeumlich);
+        if (c.vG == 0.0)
+            c.aG = 0.0;
+        SCOPED_TRACE(Describe(c));
+        const VermFahrt drive(Given(c));
+        const double path = drive.Halteweg() * random.Between(0.01, 0.99);
+        const VermAnkunft arrival = VermErreicht(drive, path);
+        if (path <= drive.Weg(c.tR + c.tS)) {
+            ++beforeBraking;
+            ASSERT_EQ(arrival.zeit, RefineTime([&](double t) { return drive.Weg(t) >= path; }));
+        } else {
+            ASSERT_NEAR(DriveV(c, c.v, c.aB).Path(arrival.zeit), path, 1e-6);
+            ASSERT_NEAR(DriveV(c, c.v, c.aB).Speed(arrival.zeit), arrival.geschw, 1e-5);
+        }
+
+        const VermKonflikt k = Conflict(c);
+        if (const auto meeting = VermTrifft(drive, k)) {
+            ++meetings;
+            const Simulated own = DriveV(c, c.v, c.aB);
+            const Simulated other(c.vG, 200.0, [&](double) { return -c.aG; });
+            const double sign = c.direction == VermRichtung::gleich ? 1.0 : -1.0;
+            const auto gap = [&](double t) {
+                return c.sRK + sign * other.Path(std::max(t - c.tRK, 0.0)) - own.Path(t);
+            };
+            ASSERT_LE(gap(meeting->zeit), 1e-6);
+            // Never before: on a grid a hundred times as fine as the time it lasts.
+            for (double t = 0.0; t < meeting->zeit - kVermZeitraster; t += meeting->zeit / 500.0)
+                ASSERT_GE(gap(t), -1e-6) << t;
+            ASSERT_NEAR(meeting->geschw, own.Speed(meeting->zeit), 1e-6);
+            if (c.direction == VermRichtung::entgegen) {
+                ASSERT_EQ(meeting->zeit, RefineTime([&](double t) { return k.Abstand(drive, t) < -kVermNull; }));
+            }
+        }
+    }
+    EXPECT_GT(beforeBraking, 100);
+    EXPECT_GT(meetings, 100);
+}
+
+/// 50 km/h, 1 s reaction, 0.2 s threshold, 7.5 m/s²: 13.889 m + 2.728 m, then 13.139 m/s, 28.125 m to the stop.
+void GiveExample(CVermDat& dat, VermRichtung direction, VermKenngroesse kind)
+{
+    dat.Loeschen();
+    dat.richtung = static_cast<std::int64_t>(direction);
+    dat.art = static_cast<std::int64_t>(kind);
+    dat.vT = 70.0;
+    dat.vZ = 50.0;
+    dat.tR = 1.0;
+    dat.tS = 0.2;
+    dat.aB = 7.5;
+}
+
+TEST(VermDat, CrossingByHand)
+{
+    CRuvData data;
+    CVermDat dat(data);
+    GiveExample(dat, VermRichtung::quer, VermKenngroesse::raeumlich);
+    dat.sRK = 20.0;
+    dat.tRK = 1.2;
+    dat.vG = 36.0;
+    dat.sFR = 8.0;
+    EXPECT_EQ(dat.Rechnen(), Meldungen{});
+    // vE² = 13.139² - 2·7.5·(20 - 16.617) = 121.88
+    EXPECT_NEAR(dat.vE, 39.743, 1e-3);
+    EXPECT_EQ(dat.vorzeichen, 1);
+    EXPECT_NEAR(dat.sR, 13.889, 1e-3);
+    EXPECT_NEAR(dat.sS, 2.728, 1e-3);
+    EXPECT_NEAR(dat.vS / kKmh, 13.139, 1e-3);
+    EXPECT_NEAR(dat.vRt, 70.0, 1e-9);
+    EXPECT_NEAR(dat.tG, 0.8, 1e-12);
+    // v·1.1 + v²/15 = 20 + 0.0125 + ... : stopping distance v·1 + (v·0.2 - 0.05) + (v - 0.75)²/15 = 20
+    const double root = -8.25 + std::sqrt(8.25 * 8.25 + 15.0 * 20.05 - 0.5625);
+    EXPECT_NEAR(dat.vHoechst, root * kKmh, 4e-4);
+    // 28.125 m are needed, 8.125 m are lacking at 13.889 m/s.
+    EXPECT_NEAR(dat.tReakt, 1.2 + 0.585, 2e-4);
+    EXPECT_NEAR(dat.sReakt, 28.125, 2e-3);
+    // 6.111 m remain after the reaction: 13.889·0.2 - a·0.04/6 + (13.889 - a/10)²/(2·a) = 6.111; a ≈ 23.66
+    const double a = dat.aGrenz;
+    EXPECT_NEAR(13.8889 * 0.2 - a * 0.04 / 6.0 + std::pow(13.8889 - a / 10.0, 2) / (2.0 * a), 6.1111, 1e-3);
+
+    // V is there after 1.2 s + (13.139 - 11.040)/7.5 = 1.480 s, unbraked after 1.440 s. G has covered 8 m after 2 s,
+    // but 2.6 m after 1.460 s.
+    dat.art = static_cast<std::int64_t>(VermKenngroesse::zeitlich);
+    EXPECT_EQ(dat.Rechnen(), Meldungen{});
+    EXPECT_NEAR(dat.vE, 39.743, 1e-3);
+    dat.sFR = 2.6;
+    EXPECT_EQ(dat.Rechnen(), Meldungen{Meldung::gegnerHatGeraeumt});
+    EXPECT_EQ(dat.vE, 0.0);
+    EXPECT_EQ(dat.vorzeichen, -1);
+    EXPECT_GT(dat.vHoechst, 50.0);
+    EXPECT_LT(dat.sReakt, 20.0);
+    EXPECT_LT(dat.aGrenz, 7.5);
+
+    // Spatially the same message and speed, but limits of the spatial condition.
+    dat.art = static_cast<std::int64_t>(VermKenngroesse::raeumlich);
+    EXPECT_EQ(dat.Rechnen(), Meldungen{Meldung::gegnerHatGeraeumt});
+    EXPECT_EQ(dat.vE, 0.0);
+    EXPECT_EQ(dat.vorzeichen, 1);
+    EXPECT_NEAR(dat.vHoechst, root * kKmh, 4e-4);
+
+    // A vanishing point 10 m beyond lets V stop.
+    dat.xV = 10.0;
+    EXPECT_EQ(dat.Rechnen(), Meldungen{});
+    EXPECT_EQ(dat.vE, 0.0);
+    EXPECT_EQ(dat.vorzeichen, -1);
+    EXPECT_NEAR(dat.sReakt, 18.125, 2e-3);
+    // One 30 m before the collision point lies before the reaction.
+    dat.xV = -30.0;
+    dat.sFR = 0.0;
+    EXPECT_EQ(dat.Rechnen(), Meldungen{Meldung::keinGrenzwert});
+    EXPECT_NEAR(dat.vE, 50.0, 1e-9);
+}
+
+TEST(VermDat, OpponentCompletesWhatIsNotGiven)
+{
+    struct Row {
+        VermRichtung direction;
+        double vG, aG, sFB;       // given
+        double vG2, aG2, sFB2, t; // what it becomes
+    };
+    CRuvData data;
+    CVermDat dat(data);
+    for (const Row& row : {
+             Row{VermRichtung::entgegen, 36, 0, 10, 36, 5, 10, 2},
+             Row{VermRichtung::entgegen, 0, 5, 10, 36, 5, 10, 2},
+             Row{VermRichtung::entgegen, 36, 5, 99, 36, 5, 10, 2},
+             Row{VermRichtung::gleich, 36, 0, 10, 36, 0, 10, 0},
+             Row{VermRichtung::gleich, 0, 5, 10, 36, 5, 10, 2},
+             Row{VermRichtung::gleich, 36, -5, 99, 36, -5, 0, 0},
+             Row{VermRichtung::gleich, -36, 5, 99, -36, 5, 0, 0},
+             Row{VermRichtung::gleich, 36, 5, 0, 36, 5, 10, 2},
+         }) {
+        GiveExample(dat, row.direction, VermKenngroesse::raeumlich);
+        dat.sRK = 60.0;
+        dat.tRK = 3.0;
+        dat.vG = row.vG;
+        dat.aG = row.aG;
+        dat.sFB = row.sFB;
+        // Twice: what was computed is computed anew.
+        for (int i = 0; i < 2; ++i) {
+            dat.Rechnen();
+            ASSERT_EQ(dat.berechnet, 1);
+            EXPECT_NEAR(dat.vG, row.vG2, 1e-12);
+            EXPECT_NEAR(dat.aG, row.aG2, 1e-12);
+            EXPECT_NEAR(dat.sFB, row.sFB2, 1e-12);
+            EXPECT_NEAR(dat.tG, row.t, 1e-12);
+        }
+    }
+    // A computed deceleration follows the speed it came from, an entered one does not.
+    GiveExample(dat, VermRichtung::entgegen, VermKenngroesse::raeumlich);
+    dat.vG = 36.0;
+    dat.sFB = 10.0;
+    dat.Rechnen();
+    dat.vG = 72.0;
+    dat.Rechnen();
+    EXPECT_NEAR(dat.aG, 20.0, 1e-12);
+    dat.aG = 10.0;
+    dat.Eingegeben(&dat.aG);
+    dat.Rechnen();
+    EXPECT_NEAR(dat.sFB, 20.0, 1e-12);
+    EXPECT_NEAR(dat.aG, 10.0, 1e-12);
+
+    // Clearing 12 m: accelerating from rest at 1.5 m/s² 4 s; braking from 10 m/s at 4 m/s² to 2 m/s 2 s.
+    GiveExample(dat, VermRichtung::quer, VermKenngroesse::zeitlich);
+    dat.sFR = 12.0;
+    dat.aG = -1.5;
+    dat.Rechnen();
+    EXPECT_NEAR(dat.tG, 4.0, 1e-12);
+    dat.vG = 36.0;
+    dat.aG = 4.0;
+    dat.Rechnen();
+    EXPECT_NEAR(dat.tG, 2.0, 1e-12);
+    // The smallest deceleration makes no difference to 1.2 s.
+    dat.aG = 2e-9;
+    dat.Rechnen();
+    EXPECT_NEAR(dat.tG, 1.2, 1e-8);
+    EXPECT_EQ(dat.aG, 2e-9);
+}
+
+TEST(VermDat, MessagesAndWhatTheyStop)
+{
+    CRuvData data;
+    CVermDat dat(data);
+    const auto given = [&](VermRichtung direction, VermKenngroesse kind) {
+        GiveExample(dat, direction, kind);
+        dat.sRK = 30.0;
+        dat.tRK = 2.0;
+        dat.vG = 36.0;
+        dat.aG = 5.0;
+        dat.sFR = 5.0;
+    };
+    const auto expectFatal = [&](Meldung message) {
+        const double vE = dat.vE = 12.5;
+        const double sFB = dat.sFB;
+        dat.berechnet = 1;
+        EXPECT_EQ(dat.Rechnen(), Meldungen{message});
+        EXPECT_TRUE(CVermDat::IstFatal(message));
+        EXPECT_EQ(dat.berechnet, 0);
+        EXPECT_EQ(dat.vE, vE);
+        EXPECT_EQ(dat.sFB, sFB);
+    };
+    for (const Setting s : kSettings) {
+        given(s.direction, s.kind);
+        for (const double v : {0.0, -20.0}) {
+            dat.vZ = v;
+            expectFatal(Meldung::keineGeschwindigkeit);
+        }
+        dat.vZ = 50.0;
+        dat.aB = 0.0;
+        expectFatal(Meldung::keineBremsverzoegerung);
+    }
+    given(VermRichtung::entgegen, VermKenngroesse::raeumlich);
+    dat.aG = -1.0;
+    expectFatal(Meldung::gegnerBeschleunigt);
+    for (const double v : {0.0, 36.0}) {
+        dat.aG = 0.0;
+        dat.vG = v;
+        expectFatal(Meldung::keineFehlbremsstrecke);
+    }
+    given(VermRichtung::gleich, VermKenngroesse::zeitlich);
+    dat.aG = -1.0;
+    dat.vG = 0.0;
+    dat.sFB = 3.0;
+    expectFatal(Meldung::keineGegnergeschw);
+
+    given(VermRichtung::quer, VermKenngroesse::zeitlich);
+    dat.aG = dat.vG = 0.0;
+    expectFatal(Meldung::gegnerSteht);
+    EXPECT_EQ(dat.richtung, 1);
+    given(VermRichtung::quer, VermKenngroesse::raeumlich);
+    dat.aG = dat.vG = 0.0;
+    dat.Rechnen();
+    EXPECT_EQ(dat.berechnet, 1);
+    EXPECT_EQ(dat.richtung, 2);
+
+    // 36 km/h at 5 m/s² are over after 10 m.
+    given(VermRichtung::quer, VermKenngroesse::zeitlich);
+    dat.sFR = 10.5;
+    EXPECT_TRUE(Says(dat.Rechnen(), Meldung::gegnerHaeltVorher));
+    EXPECT_EQ(dat.berechnet, 1);
+    dat.art = static_cast<std::int64_t>(VermKenngroesse::raeumlich);
+    EXPECT_TRUE(Says(dat.Rechnen(), Meldung::gegnerHaeltImKonflikt));
+    EXPECT_EQ(dat.berechnet, 1);
+    dat.sFR = 9.5;
+    EXPECT_FALSE(Says(dat.Rechnen(), Meldung::gegnerHaeltImKonflikt));
+
+    // G follows its way on faster than V ever drives: no speed and no braking ends that.
+    given(VermRichtung::gleich, VermKenngroesse::zeitlich);
+    dat.vG = 90.0;
+    dat.aG = 0.0;
+    dat.tRK = 1.0;
+    const Meldungen messages = dat.Rechnen();
+    EXPECT_EQ(std::count(messages.begin(), messages.end(), Meldung::keinGrenzwert), 1);
+    EXPECT_EQ(dat.grenzBestimmt, 0);
+    EXPECT_EQ(dat.aGrenz, 7.5);
+    EXPECT_EQ(dat.reaktBestimmt, 0);
+    EXPECT_EQ(dat.tReakt, 1.0);
+    EXPECT_EQ(dat.sReakt, 30.0);
+}
+
+TEST(VermDat, NothingEnteredMakesAWrongNumber)
+{
+    CRuvData data;
+    CVermDat dat(data);
+    std::mt19937_64 random(46202);
+    constexpr double kNumbers[] = {0.0,  -0.0,   1e-300, 5e-324, 1e-9, 1e-3,  1.0,  7.5,   50.0, 100.0,
+                                   -1.0, -100.0, 1e6,    1e9,    1e15, 1e300, -1e9, 0.001, 10.0, 30.0};
+    const auto number = [&] {
+        if (random() % 50 == 0)
+            return random() % 2 == 0 ? std::nan("") : std::numeric_limits<double>::infinity();
+        return kNumbers[random() % std::size(kNumbers)];
+    };
+    int computed = 0;
+    for (int round = 0; round < 20000; ++round) {
+        dat.Loeschen();
+        for (double* field : {&dat.vT, &dat.vKoll, &dat.vZ, &dat.tR, &dat.tS, &dat.aB, &dat.aR, &dat.sRK, &dat.tRK,
+                              &dat.vG, &dat.sFB, &dat.sFR, &dat.aG, &dat.xV})
+            *field = number();
+        for (double* field : {&dat.tR, &dat.tS, &dat.aB, &dat.sRK, &dat.tRK, &dat.sFB, &dat.sFR})
+            *field = random() % 30 == 0 ? *field : std::abs(*field);
+        dat.richtung = static_cast<std::int64_t>(1 + random() % 3);
+        dat.art = static_cast<std::int64_t>(1 + random() % 2);
+        const Meldungen messages = dat.Rechnen();
+        ASSERT_EQ(dat.berechnet == 0, !messages.empty() && CVermDat::IstFatal(messages.back()));
+        if (dat.berechnet == 0)
+            continue;
+        ++computed;
+        for (const double value : {dat.vE, dat.vHoechst, dat.sR, dat.vR, dat.vRt, dat.vS, dat.sS})
+            ASSERT_TRUE(std::isfinite(value) && value >= 0.0) << round;
+        for (const double value : {dat.sReakt, dat.tReakt, dat.aGrenz, dat.tG, dat.sFB})
+            ASSERT_TRUE(std::isfinite(value)) << round;
+        for (std::int64_t version = 0; version < 4; ++version)
+            ASSERT_TRUE(std::isfinite(dat.Fahrtende(dat.GibVariante(version))));
+    }
+    EXPECT_GT(computed, 500);
+}
+
+} // namespace
