@@ -361,9 +361,11 @@ TEST_F(VermTest, DrawsTheLinesInsideTheField)
     CDC dc(800.0, 300.0);
     mask.Child(kField)->painter(dc, {0, 0, 800, 300});
     for (const drawing::Primitive& primitive : dc.Primitives())
-        if (const auto* line = std::get_if<drawing::Polyline>(&primitive))
-            for (const CDPoint& p : line->points)
+        if (const auto* line = std::get_if<drawing::Polyline>(&primitive)) {
+            for (const CDPoint& p : line->points) {
                 ASSERT_TRUE(p.x >= 0.0 && p.x <= 800.0 && p.y >= 0.0 && p.y <= 300.0) << p.x << ", " << p.y;
+            }
+        }
     Press(mask, kCrossing);
     Enter(mask, kSFR, "3");
     Press(mask, kCalculate);
