@@ -55,7 +55,7 @@ const CMessageMap* CFahrradDlg::GetMessageMap() const
 void CFahrradDlg::BuildObjects()
 {
     CMDIRechDialog::BuildObjects();
-    new CTextCombo(this, IDC_FAHRRAD_TYP, &m_dat.fahrradtyp, IDS_FAHRRAD_TYP_ERSTER, kTypen);
+    new CTextCombo(this, IDC_FAHRRAD_TYP, &m_dat.fahrradtyp, IDS_FAHRRAD_TYP_0, kTypen);
 }
 
 void CFahrradDlg::SetupWindow()

@@ -42,8 +42,8 @@ void CLadungDlg::BuildObjects()
 {
     CMDIRechDialog::BuildObjects();
     new CFzgCombo(this, IDC_LADUNG_FAHRZEUG, -1, &m_dat.fahrzeug, nullptr, nullptr, nullptr);
-    new CTextCombo(this, IDC_LADUNG_REIBUNG_WAHL, &m_dat.reibungWahl, IDS_LADUNG_REIBUNG_ERSTE, kMaterialien);
-    new CTextCombo(this, IDC_LADUNG_UEBERTRAGUNG_WAHL, &m_dat.uebertragungWahl, IDS_LADUNG_UEBERTRAGUNG_ERSTE,
+    new CTextCombo(this, IDC_LADUNG_REIBUNG_WAHL, &m_dat.reibungWahl, IDS_LADUNG_REIBUNG_0, kMaterialien);
+    new CTextCombo(this, IDC_LADUNG_UEBERTRAGUNG_WAHL, &m_dat.uebertragungWahl, IDS_LADUNG_UEBERTRAGUNG_0,
                    kUebertragungen);
 }
 

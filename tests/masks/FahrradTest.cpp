@@ -195,6 +195,7 @@ TEST_F(FahrradTest, ChoosesComputesAndTellsTheHost)
     EXPECT_EQ(Text(mask, IDC_FAHRRAD_BAUTEIL_HOEHE), "91,0");
     Enter(mask, IDC_FAHRRAD_HOEHE_MAX, "92");
     Enter(mask, IDC_FAHRRAD_HOEHE_MIN, "-5");
+    Enter(mask, IDC_FAHRRAD_REIBWERT, "0,5");
     EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "");
     front.posted.clear();
     Press(mask, IDC_RECHNEN);
