@@ -16,7 +16,6 @@ namespace
 {
 
 constexpr double kNull = 1e-9;
-constexpr double kCmProM = 100.0;
 /// Offset of the front that defines the intermediate position at opening, m.
 constexpr double kZwischenversatz = 0.5;
 /// Numbers of a phase that differ by less than this part of the larger one, or of 1, are the same.
