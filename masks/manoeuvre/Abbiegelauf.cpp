@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/manoeuvre/Abbiegelauf.h"
 
+#include "host/Physics.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -16,7 +18,6 @@ constexpr double kAnrollen = 0.0001;
 constexpr double kSchnell = 10.0;
 /// The course is thinned out by half when it has this many moments.
 constexpr std::size_t kVerlaufspunkte = 400;
-constexpr double kCmProM = 100.0;
 
 /// The steering: an angle that changes evenly from that of the initial radius to that of the end radius.
 class Lenkung

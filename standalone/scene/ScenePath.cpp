@@ -150,7 +150,6 @@ void AddPhaseMarks(const CWegZeitDat& way, double heading, SceneTrack& track)
 
 std::vector<CDPoint> PlacedTrajectory(const CWegZeitSpalte& phase, const std::vector<CDPoint>& line, double heading)
 {
-    constexpr double kCmProM = 100.0;
     constexpr double kLongest = 1e8; // cm
     const double back = (std::abs(phase.sumWeg) - std::abs(phase.weg)) * kCmProM;
     if (phase.art != PhasenArt::turning || phase.bahn.empty() || line.empty() || !(back <= kLongest))
