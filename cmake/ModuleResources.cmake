@@ -6,6 +6,8 @@
 # The resource compiler is the same for Linux and Windows; only its output is read, never linked by it.
 find_program(WINDRES_PROGRAM x86_64-w64-mingw32-windres REQUIRED)
 
+# Paths are relative to the build folder, where both commands run: windres hands them to the preprocessor through a shell,
+# in which a blank or an apostrophe of the tree's own path would be one of the command.
 # Compiles res/RuvMod.rc and embeds the result in `target` between ruvmod_res_begin and ruvmod_res_end.
 function(ruv_add_resources target)
     set(compiled "${CMAKE_BINARY_DIR}/RuvMod.res")
@@ -14,15 +16,16 @@ function(ruv_add_resources target)
         OUTPUT "${compiled}"
         COMMAND "${WINDRES_PROGRAM}" --codepage=65001 -O res
             --preprocessor=gcc --preprocessor-arg=-E --preprocessor-arg=-xc --preprocessor-arg=-DRC_INVOKED
-            "--include-dir=${CMAKE_BINARY_DIR}/include/module" "--include-dir=${CMAKE_SOURCE_DIR}/res"
-            -i "${CMAKE_SOURCE_DIR}/res/RuvMod.rc" -o "${compiled}"
+            --include-dir=include/module --include-dir=include/module/res
+            -i include/module/res/RuvMod.rc -o RuvMod.res
         DEPENDS ${inputs}
+        WORKING_DIRECTORY "${CMAKE_BINARY_DIR}"
         COMMENT "Compiling the module's resources"
         VERBATIM)
     set(embedding "${CMAKE_SOURCE_DIR}/res/Resources.S")
     set_source_files_properties("${embedding}" PROPERTIES
         OBJECT_DEPENDS "${compiled}"
-        COMPILE_DEFINITIONS "RUVMOD_RES=\"${compiled}\"")
+        COMPILE_DEFINITIONS "RUVMOD_RES=\"RuvMod.res\"")
     target_sources(${target} PRIVATE "${embedding}")
 endfunction()
 

@@ -34,6 +34,16 @@ if(TARGET tavelin-cli)
     ruv_add_tests(ruvmod-tests "${test_sources}" "tavelin-cli-parts;RuvMod;ClassKrn" "${test_environment}")
     add_dependencies(ruvmod-tests tavelin-cli)
 endif()
+# Each fuzz target with its seeds, and some changes of them, as a test.
+file(GLOB fuzz_sources CONFIGURE_DEPENDS fuzz/*Fuzz.cpp)
+foreach(source IN LISTS fuzz_sources)
+    get_filename_component(name "${source}" NAME_WE)
+    add_executable(${name}-replay "${source}" fuzz/ReplayMain.cpp)
+    target_link_libraries(${name}-replay
+        PRIVATE tavelin-cli-parts RuvMod ClassKrn ruv_standalone_includes ruv_third_party)
+    add_test(NAME ${name} COMMAND ${name}-replay --random 20 "${CMAKE_SOURCE_DIR}/fuzz/corpus/${name}")
+    set_tests_properties(${name} PROPERTIES TIMEOUT 120)
+endforeach()
 if(TARGET tavelin-parts AND desktop_test_sources)
     find_package(Qt6 REQUIRED COMPONENTS Test)
     ruv_add_tests(tavelin-tests "${desktop_test_sources}" "tavelin-parts;Qt6::Test"

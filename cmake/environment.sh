@@ -9,6 +9,14 @@ fail() {
     exit 1
 }
 
+# CMake takes a semicolon in a path for the end of it, but not behind a link.
+if [[ $PWD == *';'* ]]; then
+    link=${XDG_CACHE_HOME:-$HOME/.cache}/ruvmod-$(printf '%s' "$PWD" | cksum | cut -d ' ' -f 1)
+    mkdir -p "$(dirname "$link")"
+    ln -sfn "$PWD" "$link"
+    cd "$link" || exit
+fi
+
 # need_packages SECTION... installs what is missing of these sections of cmake/packages.txt.
 need_packages() {
     local -a wanted=() missing=() root=()
@@ -33,9 +41,10 @@ need_packages() {
         root=(sudo)
     fi
     echo "Installing: ${missing[*]}" >&2
-    "${root[@]}" apt-get update -q >&2
+    "${root[@]}" apt-get update -q >&2 || true # what is not found is said below
     "${root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -q -y --no-install-recommends "${missing[@]}" >&2
+        apt-get install -q -y --no-install-recommends "${missing[@]}" >&2 ||
+        fail "these packages are missing and could not be installed (is there a network?): ${missing[*]}"
 }
 
 # Sections that the workstation adds, empty while the tree has none.

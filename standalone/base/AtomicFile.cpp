@@ -164,9 +164,9 @@ FileResult WriteFileAtomically(const std::string& path, std::string_view bytes, 
     return {};
 }
 
-FileResult ReadWholeFile(const std::string& path, std::string& bytes, std::size_t limit)
+FileResult ReadWholeFile(const std::string& path, std::string& bytes, std::size_t limit, Source source)
 {
-    const int error = ReadAll(path, bytes, limit);
+    const int error = ReadAll(path, bytes, limit, source);
     return error == 0 ? FileResult() : Failure(FileStep::read, error, path);
 }
 

@@ -40,8 +40,9 @@ struct FileResult {
 FileResult WriteFileAtomically(const std::string& path, std::string_view bytes,
                                const FileCalls& calls = SystemFileCalls());
 
-/// Reads a file, or a pipe to its end, into `bytes`. One of more than `limit` bytes is refused.
-FileResult ReadWholeFile(const std::string& path, std::string& bytes, std::size_t limit);
+/// Reads a file into `bytes`. One of more than `limit` bytes is refused, and so is what is no file of the wanted kind.
+FileResult ReadWholeFile(const std::string& path, std::string& bytes, std::size_t limit,
+                         Source source = Source::ordinaryFile);
 
 /// Whether something with this name exists; links are followed.
 bool FileExists(const std::string& path);

@@ -8,7 +8,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -131,13 +130,17 @@ std::string Utf8Of(const std::filesystem::path& path)
     return Utf8FromWide(path.native());
 }
 
-int ReadAll(const std::string& path, std::string& bytes, std::size_t limit)
+int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Source source)
 {
     const auto wide = WideFromUtf8(path);
     const HANDLE file = CreateFileW(wide ? wide->c_str() : L"", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
                                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         return LastError();
+    }
+    if (source == Source::ordinaryFile && GetFileType(file) != FILE_TYPE_DISK) {
+        CloseHandle(file);
+        return kErrorInvalidPath;
     }
     bytes.clear();
     std::vector<char> block(kReadBlock);
@@ -159,8 +162,11 @@ int ReadAll(const std::string& path, std::string& bytes, std::size_t limit)
 std::string SystemErrorText(int code)
 {
     std::array<wchar_t, 512> text{};
-    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                        static_cast<DWORD>(code), 0, text.data(), text.size(), nullptr);
+    DWORD length = 0;
+    for (const DWORD language : {DWORD{MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN)}, DWORD{0}})
+        if (length == 0)
+            length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                    static_cast<DWORD>(code), language, text.data(), text.size(), nullptr);
     std::wstring_view message(text.data(), length);
     while (!message.empty() && (message.back() <= L' ' || message.back() == L'.')) {
         message.remove_suffix(1);
@@ -208,7 +214,7 @@ int Open(const std::string& path, const std::string& like, FileHandle& handle)
         return errno; // a rename would not care
     }
     const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    const int file = open(path.c_str(), flags, exists ? S_IRUSR | S_IWUSR : 0666);
+    const int file = open(path.c_str(), flags, exists || like.empty() ? S_IRUSR | S_IWUSR : 0666);
     if (file < 0) {
         return errno;
     }
@@ -312,11 +318,17 @@ std::string Utf8Of(const std::filesystem::path& path)
     return path.native();
 }
 
-int ReadAll(const std::string& path, std::string& bytes, std::size_t limit)
+int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Source source)
 {
-    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    // A pipe without a writer would hold up the open itself.
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | (source == Source::ordinaryFile ? O_NONBLOCK : 0));
     if (file < 0) {
         return errno;
+    }
+    struct stat status = {};
+    if (source == Source::ordinaryFile && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
+        close(file);
+        return S_ISDIR(status.st_mode) ? EISDIR : kErrorInvalidPath;
     }
     bytes.clear();
     std::vector<char> block(kReadBlock);
@@ -351,13 +363,29 @@ std::string SystemErrorText(int code)
         {EFBIG, "Datei zu groß"},
         {EROFS, "Datenträger schreibgeschützt"},
         {EIO, "Ein-/Ausgabefehler"},
+        {ENXIO, "Gerät nicht vorhanden"},
+        {ENODEV, "Gerät nicht vorhanden"},
+        {EBUSY, "wird gerade benutzt"},
+        {ETXTBSY, "wird gerade benutzt"},
+        {EAGAIN, "vorübergehend nicht möglich"},
+        {EEXIST, "gibt es schon"},
+        {ENOMEM, "kein Speicher frei"},
+        {EMFILE, "zu viele Dateien geöffnet"},
+        {ENFILE, "zu viele Dateien geöffnet"},
+        {EPIPE, "niemand liest mit"},
+        {EXDEV, "liegt auf einem anderen Datenträger"},
+        {ENOTSUP, "wird hier nicht unterstützt"},
+        {ESTALE, "Verbindung zum Netzlaufwerk verloren"},
+        {ETIMEDOUT, "Zeit überschritten"},
+        {EHOSTDOWN, "Rechner antwortet nicht"},
+        {EHOSTUNREACH, "Rechner nicht erreichbar"},
     };
     for (const auto& [known, text] : kTexts) {
         if (known == code) {
             return text;
         }
     }
-    return std::strerror(code);
+    return "Systemfehler " + std::to_string(code);
 }
 
 void RemoveIfAbandoned(const std::filesystem::path& path)
@@ -405,6 +433,13 @@ std::string UserStateFolder()
 }
 
 #endif
+
+void MakePrivateFolder(const std::filesystem::path& folder)
+{
+    std::error_code ignored; // what is wrong shows when a file is created in it
+    std::filesystem::create_directories(folder, ignored);
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, ignored);
+}
 
 const FileCalls& SystemFileCalls()
 {

@@ -24,7 +24,8 @@ using FileHandle = std::intptr_t;
 /// error code.
 struct FileCalls {
     /// Creates `path` for writing with owner and mode of the existing file `like`; an error when it exists already,
-    /// and when `like` is write-protected. The file counts as abandoned as soon as its process ends.
+    /// and when `like` is write-protected. With an empty `like` the file is for the user alone. The file counts as
+    /// abandoned as soon as its process ends.
     std::function<int(const std::string& path, const std::string& like, FileHandle& handle)> open;
     /// May write less than asked.
     std::function<int(FileHandle, const char* bytes, std::size_t size, std::size_t& written)> write;
@@ -46,8 +47,12 @@ extern const int kErrorInvalidPath;
 /// A call that claims success and did nothing.
 extern const int kErrorInputOutput;
 
-/// Reads a file or a pipe to its end; a file of more than `limit` bytes is an error. Returns 0 or the error code.
-int ReadAll(const std::string& path, std::string& bytes, std::size_t limit);
+enum class Source {
+    any,          ///< also a pipe or a device, to its end
+    ordinaryFile, ///< links are followed; anything else is an error and never waited for
+};
+/// Reads to the end; more than `limit` bytes are an error. Returns 0 or the error code.
+int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Source source);
 
 /// German for the frequent errors, otherwise in the system's words.
 std::string SystemErrorText(int code);
@@ -56,6 +61,9 @@ std::string SystemErrorText(int code);
 void RemoveIfAbandoned(const std::filesystem::path& path);
 
 std::int64_t ProcessId();
+
+/// Creates the folder with those above it when it is not there, and in any case leaves it to the user alone.
+void MakePrivateFolder(const std::filesystem::path& folder);
 
 /// The user's folder for settings of this program, empty when the environment names none.
 std::string UserConfigFolder();

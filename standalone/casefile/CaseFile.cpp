@@ -3,9 +3,11 @@
 #include "casefile/CaseFile.h"
 
 #include "base/JsonValue.h"
+#include "base/Sha256.h"
 #include "host/CRuvData.h"
 #include "krn/CaseUnknown.h"
 
+#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -16,7 +18,7 @@ namespace
 
 CaseResult FileTrouble(CaseOutcome outcome, const base::FileResult& trouble, const std::string& path)
 {
-    return {outcome, "", trouble.Text(), path};
+    return {outcome, "", trouble.Text(), path, {}};
 }
 
 } // namespace
@@ -38,23 +40,57 @@ std::string CaseResult::Text() const
         return "Der Fall kann nicht gespeichert werden: " + (pointer.empty() ? "Er" : pointer) + " " + reason + ".";
     case CaseOutcome::keepsDamaged:
     case CaseOutcome::keepsNewer:
+    case CaseOutcome::keepsChanged:
         return subject + " " + fault + ". Sie wird nicht überschrieben.";
     }
     return {};
 }
 
-CaseResult LoadCase(const std::string& path, CRuvData& data)
+CaseResult LoadCase(const std::string& path, CRuvData& data, base::Source source)
 {
     std::string bytes;
-    if (const base::FileResult read = base::ReadWholeFile(path, bytes, base::kJsonMaxBytes); !read) {
+    if (const base::FileResult read = base::ReadWholeFile(path, bytes, base::kJsonMaxBytes, source); !read)
         return FileTrouble(CaseOutcome::notReadable, read, path);
-    }
     CaseResult result = CaseFromJson(bytes, data);
     result.path = path;
+    result.digest = base::Sha256(bytes);
     return result;
 }
 
-CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite overwrite, const base::FileCalls& calls)
+std::string FileDigest(const std::string& path)
+{
+    std::string bytes;
+    if (!base::FileExists(path))
+        return kNoFile;
+    return base::ReadWholeFile(path, bytes, base::kJsonMaxBytes) ? base::Sha256(bytes) : std::string();
+}
+
+std::string PicturePath(const std::string& name, const std::string& caseFile)
+{
+    const auto picture = base::NativePath(name);
+    const auto file = base::NativePath(caseFile);
+    if (!picture || !file || caseFile.empty() || picture->is_absolute())
+        return name;
+    return base::Utf8Of((std::filesystem::absolute(*file).parent_path() / *picture).lexically_normal());
+}
+
+void MovePictures(CRuvData& data, const std::string& fromFile, const std::string& toFile)
+{
+    const auto target = base::NativePath(toFile);
+    for (CSzenenBild& picture : data.Bilder()) {
+        const auto path = base::NativePath(PicturePath(picture.datei, fromFile));
+        if (!path || !target || toFile.empty())
+            continue;
+        const auto absolute = std::filesystem::absolute(*path).lexically_normal();
+        const auto relative =
+            absolute.lexically_relative(std::filesystem::absolute(*target).lexically_normal().parent_path());
+        const std::u8string name = (relative.empty() ? absolute : relative).generic_u8string();
+        picture.datei.assign(name.begin(), name.end());
+    }
+}
+
+CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite overwrite, const base::FileCalls& calls,
+                    const std::string& expected)
 {
     std::string bytes;
     CaseResult result = CaseToJson(data, bytes);
@@ -62,6 +98,9 @@ CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite ove
     if (!result) {
         return result;
     }
+    if (overwrite == Overwrite::onlyCases && !expected.empty() && base::FileExists(path) &&
+        FileDigest(path) != expected)
+        return {CaseOutcome::keepsChanged, "", "wurde inzwischen von jemand anderem geändert", path, {}};
     if (overwrite == Overwrite::onlyCases && base::IsOrdinaryFile(path)) {
         std::string existing;
         if (const base::FileResult read = base::ReadWholeFile(path, existing, base::kJsonMaxBytes); !read) {
@@ -79,6 +118,7 @@ CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite ove
     if (const base::FileResult written = base::WriteFileAtomically(path, bytes, calls); !written) {
         return FileTrouble(CaseOutcome::notWritable, written, path);
     }
+    result.digest = base::Sha256(bytes);
     return result;
 }
 

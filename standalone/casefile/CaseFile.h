@@ -28,14 +28,16 @@ enum class CaseOutcome {
     notWritable,  ///< the file system says why
     keepsDamaged, ///< not written: the existing file is no readable case
     keepsNewer,   ///< not written: the existing file is a case of a newer version
+    keepsChanged, ///< not written: the file no longer holds what it did when it was opened
 };
 
 /// What loading or saving came to; converts to true when it was done.
 struct CaseResult {
     CaseOutcome outcome = CaseOutcome::ok;
-    std::string pointer; ///< JSON pointer (RFC 6901) to the value at fault, empty when it is the whole text
-    std::string reason;  ///< German, follows the name of the value or file: "ist keine Zahl"
-    std::string path;    ///< empty when no file is involved
+    std::string pointer;  ///< JSON pointer (RFC 6901) to the value at fault, empty when it is the whole text
+    std::string reason;   ///< German, follows the name of the value or file: "ist keine Zahl"
+    std::string path;     ///< empty when no file is involved
+    std::string digest{}; ///< of the bytes that were read from the file or written to it: see FileDigest
 
     explicit operator bool() const { return outcome == CaseOutcome::ok; }
     /// German sentence for the user, empty when all is well.
@@ -51,7 +53,13 @@ CaseRead ReadCase(const base::JsonValue& root);
 
 /// Reads a case. `data` is replaced as a whole, or left as it is when the result is not ok. Open masks are not told.
 CaseResult CaseFromJson(std::string_view json, CRuvData& data);
-CaseResult LoadCase(const std::string& path, CRuvData& data);
+/// `--case` of the command line may also be a pipe.
+CaseResult LoadCase(const std::string& path, CRuvData& data, base::Source source = base::Source::ordinaryFile);
+
+/// What tells the content of a file from any other: its SHA-256, or kNoFile when there is no file.
+inline constexpr const char* kNoFile = "none";
+/// Empty when it cannot be read.
+std::string FileDigest(const std::string& path);
 
 /// Writes a case: its used columns, and the vehicles that are valid or have any or a driving line; what a newer program
 /// added to the file it was read from comes along. The same case gives the same bytes.
@@ -61,8 +69,15 @@ enum class Overwrite {
     onlyCases, ///< an existing file must be empty or a case that LoadCase reads
     force,
 };
+/// With an `expected` digest a file that holds something else is left as it is, unless forced: somebody changed it.
 CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite overwrite = Overwrite::onlyCases,
-                    const base::FileCalls& calls = base::SystemFileCalls());
+                    const base::FileCalls& calls = base::SystemFileCalls(), const std::string& expected = {});
+
+/// Names the pictures of a case anew that moves from one file to another: relative to its file, or in full where they
+/// lie on another drive. An empty path is a case without a file.
+void MovePictures(CRuvData& data, const std::string& fromFile, const std::string& toFile);
+/// Where a picture lies that a case of this file names so.
+std::string PicturePath(const std::string& name, const std::string& caseFile);
 
 /// Puts `content` in the place of what `data` holds; references into `data` stay valid. Open masks are not told.
 void ReplaceCase(CRuvData& data, CRuvData&& content);

@@ -12,6 +12,7 @@
 #include <charconv>
 #include <cmath>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -324,12 +325,14 @@ class Reader
     bool ReadPoint(const base::JsonValue& value, const std::string& at, CDPoint& point)
     {
         const auto* pair = value.As<Array>();
-        const auto x = pair && pair->size() == 2 ? (*pair)[0].Number() : std::nullopt;
-        const auto y = pair && pair->size() == 2 ? (*pair)[1].Number() : std::nullopt;
-        if (!x || !y || std::abs(*x) > kLargestCoordinate || std::abs(*y) > kLargestCoordinate) {
+        const auto coordinate = [&](std::size_t i) {
+            constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+            return pair && pair->size() == 2 ? (*pair)[i].Number().value_or(kNone) : kNone;
+        };
+        point = {coordinate(0), coordinate(1)};
+        if (!(std::abs(point.x) <= kLargestCoordinate && std::abs(point.y) <= kLargestCoordinate)) {
             return Refuse(at, "ist kein Punkt [x, y] in cm");
         }
-        point = {*x, *y};
         return true;
     }
 

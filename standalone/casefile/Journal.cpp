@@ -26,7 +26,9 @@ namespace
 namespace fs = std::filesystem;
 
 constexpr auto kPause = std::chrono::milliseconds(200); // between two writes
+constexpr std::string_view kAnyMagic = "tavelin-journal ";
 constexpr std::string_view kMagic = "tavelin-journal 1 ";
+constexpr const char* kKeptEnding = ".defekt";
 constexpr const char* kLockEnding = ".lock";
 constexpr std::array<const char*, 2> kFileEndings{".a", ".b"};
 constexpr std::size_t kLargestFile = base::kJsonMaxBytes + (std::size_t{1} << 20U);
@@ -55,6 +57,7 @@ std::string Encode(const Record& record)
     if (record.content) {
         head.push_back({"path", Valid(record.content->casePath)});
         head.push_back({"title", Valid(record.content->title)});
+        head.push_back({"digest", record.content->digest});
         head.push_back({"bytes", static_cast<std::int64_t>(record.content->text.size())});
     }
     std::string body = base::WriteJson(std::move(head), base::JsonLayout::oneLine) + "\n";
@@ -97,24 +100,59 @@ std::optional<Record> Decode(std::string_view file)
         const std::string_view text = body.substr(secondLine + 1);
         if (text.size() != static_cast<std::size_t>(bytes))
             return std::nullopt;
-        record.content = JournalContent{StringMember(*head, "path"), StringMember(*head, "title"), std::string(text)};
+        record.content = JournalContent{StringMember(*head, "path"), StringMember(*head, "title"), std::string(text),
+                                        StringMember(*head, "digest")};
     }
     return record;
 }
 
-/// The newest whole record of the two files.
-std::optional<Record> Newest(const std::string& path)
+enum class FileState { absent, foreign, whole, unfinished, unreadable };
+
+/// One of the two files of a journal.
+struct JournalFile {
+    FileState state = FileState::absent;
+    Record record;
+    std::string reason; ///< why there is no record, German
+};
+
+/// PROCESS-NUMBER, as RandomName makes it.
+bool IsOurName(std::string_view name)
 {
-    std::optional<Record> newest;
-    for (const char* ending : kFileEndings) {
-        std::string bytes;
-        if (!base::ReadWholeFile(path + ending, bytes, kLargestFile))
+    const std::size_t dash = name.find('-');
+    return dash != std::string_view::npos && dash > 0 && dash + 1 < name.size() &&
+           name.substr(0, dash).find_first_not_of("0123456789") == std::string_view::npos &&
+           name.substr(dash + 1).find_first_not_of("0123456789abcdef") == std::string_view::npos;
+}
+
+JournalFile ReadJournalFile(const std::string& path, bool ours)
+{
+    if (!base::FileExists(path))
+        return {};
+    std::string bytes;
+    if (const base::FileResult read = base::ReadWholeFile(path, bytes, kLargestFile); !read)
+        return {ours ? FileState::unreadable : FileState::foreign, {}, "kann nicht gelesen werden: " + read.reason};
+    if (std::optional<Record> record = Decode(bytes))
+        return {FileState::whole, std::move(*record), {}};
+    if (bytes.starts_with(kAnyMagic) && !bytes.starts_with(kMagic))
+        return {FileState::unreadable, {}, "stammt von einer neueren Programmversion"};
+    if (!ours && !bytes.starts_with(kAnyMagic))
+        return {FileState::foreign, {}, {}};
+    return {FileState::unfinished, {}, "ist beschädigt"};
+}
+
+/// Renames a file that nothing may remove.
+KeptJournalFile KeepAside(const std::string& path, const std::string& reason)
+{
+    constexpr int kMostNames = 1000;
+    for (int i = 1; i < kMostNames; ++i) {
+        const std::string name = path + (i == 1 ? "" : "-" + Digits(i)) + kKeptEnding;
+        if (base::FileExists(name))
             continue;
-        std::optional<Record> record = Decode(bytes);
-        if (record && (!newest || record->sequence > newest->sequence))
-            newest = std::move(record);
+        if (base::SystemFileCalls().rename(path, name) == 0)
+            return {name, reason};
+        break;
     }
-    return newest;
+    return {path, reason};
 }
 
 int WriteAll(const base::FileCalls& calls, const std::string& path, std::string_view bytes)
@@ -147,14 +185,6 @@ std::int64_t Now()
 {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     return std::chrono::duration_cast<std::chrono::seconds>(now).count();
-}
-
-void CreatePrivateFolder(const std::string& folder)
-{
-    const auto path = base::NativePath(folder);
-    std::error_code ignored; // what is wrong shows when a file is created in it
-    if (path && fs::create_directories(*path, ignored))
-        fs::permissions(*path, fs::perms::owner_all, ignored);
 }
 
 } // namespace
@@ -240,12 +270,13 @@ int Journal::Write(const Wanted& wanted)
     if (error != 0)
         return error; // the next attempt takes the same file: the other one is whole
     ++m_sequence;
-    return m_sequence <= kFileEndings.size() ? m_calls.syncFolder(m_folder) : 0;
+    return m_calls.syncFolder(m_folder); // the file is a new one under an old name
 }
 
 int Journal::Claim()
 {
-    CreatePrivateFolder(m_folder);
+    if (const auto folder = base::NativePath(m_folder))
+        base::MakePrivateFolder(*folder);
     constexpr int kAttempts = 10;
     int error = 0;
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
@@ -274,7 +305,7 @@ void Journal::RemoveFiles()
     m_calls.remove(PathOf(kLockEnding)); // where an open file cannot be removed
 }
 
-std::vector<FoundJournal> FindJournals(const std::string& folder)
+std::vector<FoundJournal> FindJournals(const std::string& folder, std::vector<KeptJournalFile>* kept)
 {
     std::set<std::string> names;
     const auto native = base::NativePath(folder);
@@ -284,21 +315,39 @@ std::vector<FoundJournal> FindJournals(const std::string& folder)
             const fs::path& path = file->path();
             const std::string ending = base::Utf8Of(path.extension());
             if (ending == kLockEnding || ending == kFileEndings[0] || ending == kFileEndings[1])
-                names.insert(base::Utf8Of(path.parent_path() / path.stem()));
+                names.insert(base::Utf8Of(path.stem()));
         }
 
     std::vector<FoundJournal> found;
     for (const std::string& name : names) {
-        if (const auto lock = base::NativePath(name + kLockEnding); lock && base::FileExists(name + kLockEnding)) {
-            base::RemoveIfAbandoned(*lock);
-            if (base::FileExists(name + kLockEnding))
-                continue; // its program is running
+        const bool ours = IsOurName(name);
+        const std::string path = base::Utf8Of(*native / *base::NativePath(name));
+        if (const std::string lock = path + kLockEnding; base::FileExists(lock)) {
+            if (ours)
+                base::RemoveIfAbandoned(*base::NativePath(lock));
+            if (base::FileExists(lock))
+                continue; // its program is running, or it is no lock
         }
-        std::optional<Record> record = Newest(name);
-        if (record && record->content)
-            found.push_back({name, record->sequence, record->time, std::move(*record->content)});
-        else
-            RemoveJournal({name, 0, 0, {}});
+        JournalFile files[] = {ReadJournalFile(path + kFileEndings[0], ours),
+                               ReadJournalFile(path + kFileEndings[1], ours)};
+        JournalFile* newest = nullptr;
+        for (JournalFile& file : files)
+            if (file.state == FileState::whole && (!newest || file.record.sequence > newest->record.sequence))
+                newest = &file;
+        const bool holdsCase = newest != nullptr && newest->record.content;
+        for (std::size_t i = 0; i < kFileEndings.size(); ++i) {
+            const bool lost =
+                files[i].state == FileState::unreadable || (files[i].state == FileState::unfinished && !holdsCase);
+            if (lost) {
+                const KeptJournalFile aside = KeepAside(path + kFileEndings[i], files[i].reason);
+                if (kept != nullptr)
+                    kept->push_back(aside);
+            }
+        }
+        if (holdsCase)
+            found.push_back({path, newest->record.sequence, newest->record.time, std::move(*newest->record.content)});
+        else if (newest != nullptr)
+            RemoveJournal({path, 0, 0, {}});
     }
     std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.time > b.time; });
     return found;
@@ -306,8 +355,12 @@ std::vector<FoundJournal> FindJournals(const std::string& folder)
 
 void RemoveJournal(const FoundJournal& journal)
 {
-    for (const char* ending : kFileEndings)
-        base::SystemFileCalls().remove(journal.path + ending);
+    const bool ours = IsOurName(base::Utf8Of(base::NativePath(journal.path)->filename()));
+    for (const char* ending : kFileEndings) {
+        const FileState state = ReadJournalFile(journal.path + ending, ours).state;
+        if (state == FileState::whole || state == FileState::unfinished)
+            base::SystemFileCalls().remove(journal.path + ending);
+    }
 }
 
 } // namespace casefile

@@ -24,7 +24,8 @@ namespace casefile
 struct JournalContent {
     std::string casePath; ///< the case's file, empty when it was never saved
     std::string title;
-    std::string text; ///< the case as a file would hold it
+    std::string text;     ///< the case as a file would hold it
+    std::string digest{}; ///< of the file when the case was read from it or written to it, see FileDigest
 };
 
 class Journal
@@ -84,8 +85,18 @@ struct FoundJournal {
     JournalContent content;
 };
 
-/// The journals in the folder that hold a case, latest `time` first. Those that hold none are removed.
-std::vector<FoundJournal> FindJournals(const std::string& folder);
+/// A journal's file that holds something this program cannot read. It is never deleted.
+struct KeptJournalFile {
+    std::string path;   ///< where it lies now
+    std::string reason; ///< German: "ist beschädigt"
+};
+
+/// The journals in the folder that hold a case, latest `time` first. Those that hold none because the case was saved
+/// are removed. What cannot be read (damaged, of a newer version, not permitted) is renamed to end in `.defekt` and
+/// appended to `kept`, but for the file that a crash left unfinished beside a whole one. Files that are no journal's
+/// are left alone.
+std::vector<FoundJournal> FindJournals(const std::string& folder, std::vector<KeptJournalFile>* kept = nullptr);
+/// Removes the files that FindJournals has read.
 void RemoveJournal(const FoundJournal& journal);
 
 } // namespace casefile

@@ -5,6 +5,7 @@
 // stands before the slowest line waits, what comes after it is not read yet.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -28,8 +29,16 @@ class BatchWorker
     virtual ~BatchWorker() = default;
     /// False when the worker has died.
     virtual bool Write(std::string_view bytes) = 0;
-    /// The next answer without its line break; nothing when the worker has died.
-    virtual std::optional<std::string> ReadLine() = 0;
+    /// The next answer without its line break; nothing when the worker has died or did not answer within `limit`.
+    virtual std::optional<std::string> ReadLine(std::chrono::milliseconds limit) = 0;
+
+    enum class Loss {
+        crashed, ///< over what it computed
+        ended,   ///< from outside
+        late,    ///< no answer within the limit
+    };
+    /// Why Write or ReadLine failed; the worker does not run any more.
+    virtual Loss WhyLost() = 0;
 };
 
 std::string BatchParcel(std::span<const std::string_view> lines);
@@ -44,11 +53,19 @@ class Batch
         std::function<bool(const std::string&)> write;
         /// A new worker, or null when none can be had.
         std::function<std::unique_ptr<BatchWorker>()> startWorker;
-        /// The answer to a line whose worker died over it, or for which none could be had.
-        std::function<std::string(const std::string& line, bool started)> answerForLost;
+        /// The answer to a line whose worker was lost over it, or for which none could be had.
+        std::function<std::string(const std::string& line, std::optional<BatchWorker::Loss>)> answerForLost;
+        /// The answer to a line of more than kLongestLine bytes, which is not kept.
+        std::function<std::string()> answerForTooLong;
     };
+    static constexpr std::size_t kLongestLine = std::size_t{64} << 20U;
+    static constexpr std::chrono::seconds kLineTimeout{60};
 
-    Batch(Ends ends, unsigned jobs) : m_ends(std::move(ends)), m_jobs(jobs) {}
+    /// `limit` is the time that a line may take.
+    Batch(Ends ends, unsigned jobs, std::chrono::milliseconds limit = kLineTimeout)
+        : m_ends(std::move(ends)), m_jobs(jobs), m_limit(limit)
+    {
+    }
 
     /// Works until the input ends. False when the answers could not be written: then threads may still be waiting for
     /// input or workers, and the program should end.
@@ -67,15 +84,20 @@ class Batch
     };
 
     void Feed();
-    void Push(std::string line);
+    void Push(Slot slot);
     void Work();
     std::vector<Job> Take();
-    std::size_t Compute(std::unique_ptr<BatchWorker>& worker, const Job* jobs, std::size_t count);
+    /// Starts a worker; waits and tries again when none can be had at the moment.
+    std::unique_ptr<BatchWorker> StartWorker();
+    /// Returns how many lines were answered.
+    std::size_t Compute(BatchWorker& worker, std::span<const Job> jobs);
+    void ComputeAll(std::unique_ptr<BatchWorker>& worker, std::span<const Job> jobs);
     void Answer(std::uint64_t number, std::string answer);
     bool Print();
 
     Ends m_ends;
     unsigned m_jobs;
+    std::chrono::milliseconds m_limit;
     std::mutex m_mutex;
     std::condition_variable m_space;
     std::condition_variable m_work;

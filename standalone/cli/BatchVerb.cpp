@@ -4,6 +4,7 @@
 // Lines are always computed by processes of their own, also with one job: a line that crashes costs only itself.
 #include "cli/Verbs.h"
 
+#include "base/NumberText.h"
 #include "cli/Batch.h"
 #include "cli/BatchLine.h"
 #include "cli/ExitCode.h"
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
@@ -67,6 +69,7 @@ int RunWorker()
     // Quick lines are answered together, slow ones each when it is done.
     constexpr auto kLongestWait = std::chrono::milliseconds(20);
     KeepFreedMemory();
+    EndWithParent();
     ParcelReader reader;
     while (const auto parcel = reader.Next()) {
         std::string answers;
@@ -88,18 +91,28 @@ int RunWorker()
     return exitDone;
 }
 
-std::string AnswerForLost(const std::string& line, bool started)
+std::string AnswerForLost(const std::string& line, std::optional<BatchWorker::Loss> loss, double limit)
 {
-    return started ? FailedBatchLine(line, exitCrashed, "der Rechenprozess ist bei dieser Zeile abgestürzt")
-                   : FailedBatchLine(line, exitCrashed, "es ließ sich kein Rechenprozess starten");
+    if (!loss)
+        return FailedBatchLine(line, exitCrashed, "es ließ sich kein Rechenprozess starten");
+    switch (*loss) {
+    case BatchWorker::Loss::crashed:
+        break;
+    case BatchWorker::Loss::ended:
+        return FailedBatchLine(line, exitCrashed, "der Rechenprozess wurde bei dieser Zeile immer wieder beendet");
+    case BatchWorker::Loss::late:
+        return FailedBatchLine(line, exitCrashed,
+                               "die Zeile braucht länger als " + base::FormatNumber(limit) + " s (--line-timeout)");
+    }
+    return FailedBatchLine(line, exitCrashed, "der Rechenprozess ist bei dieser Zeile abgestürzt");
 }
 
 } // namespace
 
 int BatchVerb(const std::vector<std::string>& arguments)
 {
-    const Options options =
-        ParseOptions(arguments, {"--jobs", "--transfer", "--units", "--config", "--json", "--worker"});
+    const Options options = ParseOptions(
+        arguments, {"--jobs", "--line-timeout", "--transfer", "--units", "--config", "--json", "--worker"});
     if (!options.error.empty())
         return Complain(exitUsage, options.error);
     if (!options.rest.empty())
@@ -116,8 +129,13 @@ int BatchVerb(const std::vector<std::string>& arguments)
     ends.read = ReadInput;
     ends.write = WriteOut;
     ends.startWorker = [&]() -> std::unique_ptr<BatchWorker> { return WorkerProcess::Start(workerArguments); };
-    ends.answerForLost = AnswerForLost;
-    Batch batch(std::move(ends), options.jobs.value_or(std::max(1U, std::thread::hardware_concurrency())));
+    const double limit = options.lineTimeout.value_or(std::chrono::duration<double>(Batch::kLineTimeout).count());
+    ends.answerForLost = [&](const std::string& line, std::optional<BatchWorker::Loss> loss) {
+        return AnswerForLost(line, loss, limit);
+    };
+    ends.answerForTooLong = [] { return FailedBatchLine("null", exitUsage, "die Zeile ist länger als 64 MB"); };
+    Batch batch(std::move(ends), options.jobs.value_or(std::max(1U, std::thread::hardware_concurrency())),
+                std::chrono::milliseconds(std::lround(limit * 1000.0)));
     if (batch.Run())
         return exitDone;
     Complain(exitFile, "die Ausgabe konnte nicht geschrieben werden");

@@ -11,15 +11,15 @@ namespace
 
 CaseInput Checked(std::unique_ptr<CRuvData> data, const casefile::CaseResult& result)
 {
-    return result ? CaseInput{std::move(data), {}} : CaseInput{nullptr, result.Text()};
+    return result ? CaseInput{std::move(data), {}, result.digest} : CaseInput{nullptr, result.Text(), {}};
 }
 
 } // namespace
 
-CaseInput CaseFromFile(const std::string& path)
+CaseInput CaseFromFile(const std::string& path, base::Source source)
 {
     auto data = std::make_unique<CRuvData>();
-    const casefile::CaseResult result = casefile::LoadCase(path, *data);
+    const casefile::CaseResult result = casefile::LoadCase(path, *data, source);
     return Checked(std::move(data), result);
 }
 

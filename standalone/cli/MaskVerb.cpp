@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <utility>
 
 namespace cli
@@ -24,12 +25,24 @@ std::string ProgressLine(const std::string& what, double done)
     return what + ": " + std::to_string(static_cast<int>(std::floor(part * 100.0))) + " %";
 }
 
+/// What the file held that will be written, when the work on it began.
+std::string TargetBefore(const Options& options, const std::string& loaded)
+{
+    if (options.saveFile.empty())
+        return {};
+    const auto from = base::NativePath(options.caseFile);
+    const auto to = base::NativePath(options.saveFile);
+    std::error_code ignored;
+    const bool same = !options.caseFile.empty() && from && to && std::filesystem::equivalent(*from, *to, ignored);
+    return same ? loaded : casefile::FileDigest(options.saveFile);
+}
+
 } // namespace
 
 int MaskVerb(const std::vector<std::string>& arguments)
 {
-    const Options options =
-        ParseOptions(arguments, {"--case", "--save", "--transfer", "--units", "--config", "--json", "--progress"});
+    const Options options = ParseOptions(
+        arguments, {"--case", "--save", "--transfer", "--units", "--config", "--json", "--progress", "--force"});
     if (!options.error.empty())
         return Complain(exitUsage, options.error);
     const auto mask = options.rest.empty() ? std::nullopt : MaskNumber(options.rest.front());
@@ -44,10 +57,12 @@ int MaskVerb(const std::vector<std::string>& arguments)
     }
     if (const auto error = ApplySettings(options))
         return Complain(exitFile, *error);
-    CaseInput loaded = options.caseFile.empty() ? CaseInput{ExampleCase(), {}} : CaseFromFile(options.caseFile);
+    CaseInput loaded =
+        options.caseFile.empty() ? CaseInput{ExampleCase(), {}, {}} : CaseFromFile(options.caseFile, base::Source::any);
     if (!loaded.data)
         return Complain(exitFile, loaded.error);
 
+    const std::string before = TargetBefore(options, loaded.digest);
     Session session(std::move(loaded.data));
     if (options.progress)
         session.OnProgress([shown = std::string()](const std::string& what, double done) mutable {
@@ -61,9 +76,14 @@ int MaskVerb(const std::vector<std::string>& arguments)
     if (failure)
         return Complain(failure->exit, failure->text);
     Print(session.State() + "\n");
-    if (!options.saveFile.empty())
-        if (const auto saved = casefile::SaveCase(options.saveFile, session.Case()); !saved)
+    if (!options.saveFile.empty()) {
+        casefile::MovePictures(session.Case(), options.caseFile, options.saveFile);
+        const auto overwrite = options.force ? casefile::Overwrite::force : casefile::Overwrite::onlyCases;
+        const auto saved =
+            casefile::SaveCase(options.saveFile, session.Case(), overwrite, base::SystemFileCalls(), before);
+        if (!saved)
             return Complain(exitFile, saved.Text());
+    }
     return session.Refused() ? exitRefused : exitDone;
 }
 

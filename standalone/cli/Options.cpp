@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/Options.h"
 
+#include "base/NumberText.h"
 #include "casefile/Settings.h"
 #include "host/RuvCfg.h"
 
@@ -14,6 +15,8 @@ namespace
 {
 
 constexpr unsigned kMostJobs = 1024;
+constexpr double kShortestTimeout = 0.1;    // s
+constexpr double kLongestTimeout = 86400.0; // s
 
 std::optional<unsigned> ParseJobs(const std::string& text)
 {
@@ -38,6 +41,11 @@ std::string TakeValue(Options& options, std::string_view name, const std::string
         options.jobs = ParseJobs(value);
         if (!options.jobs)
             return "eine Zahl von 1 bis " + std::to_string(kMostJobs);
+    } else if (name == "--line-timeout") {
+        options.lineTimeout = base::ParseNumber(value);
+        if (!options.lineTimeout ||
+            !(*options.lineTimeout >= kShortestTimeout && *options.lineTimeout <= kLongestTimeout))
+            return "eine Zahl von 0,1 bis 86400 (Sekunden)";
     } else {
         if (value.empty())
             return "ein Dateiname";
@@ -68,8 +76,11 @@ Options ParseOptions(const std::vector<std::string>& arguments, std::initializer
             options.error = "Option " + name + " gibt es hier nicht";
             return options;
         }
-        if (name == "--json" || name == "--worker" || name == "--progress") {
-            (name == "--json" ? options.json : name == "--worker" ? options.worker : options.progress) = true;
+        if (name == "--json" || name == "--worker" || name == "--progress" || name == "--force") {
+            (name == "--json"       ? options.json
+             : name == "--worker"   ? options.worker
+             : name == "--progress" ? options.progress
+                                    : options.force) = true;
             continue;
         }
         if (equals == std::string::npos && i + 1 == arguments.size()) {

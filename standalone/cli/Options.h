@@ -23,8 +23,10 @@ struct Options {
     std::optional<bool> transfer;
     std::optional<UnitsSystem> units;
     std::optional<unsigned> jobs;
+    std::optional<double> lineTimeout; ///< s
     bool worker = false;
     bool progress = false;
+    bool force = false;
     std::vector<std::string> rest;
     std::string error; ///< what is wrong with the call, empty when nothing is
 };

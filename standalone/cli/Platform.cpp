@@ -38,6 +38,8 @@ void PrepareStreams()
 
 void KeepFreedMemory() {}
 
+void EndWithParent() {}
+
 std::size_t ReadInput(char* buffer, std::size_t size)
 {
     const int count = _read(0, buffer, static_cast<unsigned>(size));
@@ -49,7 +51,11 @@ std::size_t ReadInput(char* buffer, std::size_t size)
 #else
 
 #include <cerrno>
+#include <csignal>
 #include <unistd.h>
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -70,6 +76,13 @@ void KeepFreedMemory()
     constexpr int kKept = 64 << 20; // bytes
     ::mallopt(M_TRIM_THRESHOLD, kKept);
     ::mallopt(M_MMAP_THRESHOLD, kKept / 2);
+#endif
+}
+
+void EndWithParent()
+{
+#ifdef __linux__
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL); // one that has ended already shows as the end of the input
 #endif
 }
 

@@ -24,4 +24,7 @@ std::size_t ReadInput(char* buffer, std::size_t size);
 /// and fetched again for every line otherwise.
 void KeepFreedMemory();
 
+/// Lets the process end when the one that started it does. On Windows the starter sees to that.
+void EndWithParent();
+
 } // namespace cli

@@ -18,7 +18,6 @@
 #include "report/ProtocolOdt.h"
 
 #include <algorithm>
-#include <ctime>
 
 namespace cli
 {
@@ -383,7 +382,7 @@ void Session::Do(const ProtocolAction& action)
     std::string text;
     if (casefile::CaseToJson(*m_data, text))
         context.caseSha256 = base::Sha256(text);
-    context.date = report::DateText(std::time(nullptr));
+    context.date = report::ProtocolDate();
     const report::Protocol protocol = report::MakeProtocol(*mask, context);
     const bool odt = action.file.ends_with('t') || action.file.ends_with('T');
     const std::string bytes =

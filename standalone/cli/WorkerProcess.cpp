@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/WorkerProcess.h"
 
+#include <algorithm>
 #include <array>
 #include <mutex>
+#include <utility>
 
 #ifdef _WIN32
 #include "base/Utf.h"
@@ -14,6 +16,7 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -33,13 +36,18 @@ struct WorkerProcess::System {
 
     ~System()
     {
-        for (const HANDLE handle : {input, output})
-            if (handle != nullptr)
-                CloseHandle(handle);
+        CloseEnds();
         if (process != nullptr) {
             WaitForSingleObject(process, INFINITE);
             CloseHandle(process);
         }
+    }
+
+    void CloseEnds()
+    {
+        for (HANDLE* handle : {&input, &output})
+            if (*handle != nullptr)
+                CloseHandle(std::exchange(*handle, nullptr));
     }
 };
 
@@ -62,6 +70,19 @@ void AppendQuoted(std::wstring& line, const std::wstring& argument)
     }
     line.append(2 * backslashes, L'\\');
     line += L'"';
+}
+
+/// Ends its processes when this one ends and takes the last handle along.
+HANDLE Job()
+{
+    static const HANDLE job = [] {
+        const HANDLE made = CreateJobObjectW(nullptr, nullptr);
+        JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+        limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+        SetInformationJobObject(made, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+        return made;
+    }();
+    return job;
 }
 
 std::wstring ProgramPath()
@@ -104,6 +125,7 @@ std::unique_ptr<WorkerProcess> WorkerProcess::Start(const std::vector<std::strin
                                  &process) != 0;
         if (started) {
             CloseHandle(process.hThread);
+            AssignProcessToJobObject(Job(), process.hProcess);
             system->process = process.hProcess;
         }
     }
@@ -111,6 +133,18 @@ std::unique_ptr<WorkerProcess> WorkerProcess::Start(const std::vector<std::strin
         if (handle != nullptr)
             CloseHandle(handle);
     return started ? std::unique_ptr<WorkerProcess>(new WorkerProcess(std::move(system))) : nullptr;
+}
+
+BatchWorker::Loss WorkerProcess::WhyLost()
+{
+    constexpr UINT kEnded = 1; // what the task manager gives; crashes have exception codes
+    if (m_late)
+        TerminateProcess(m_system->process, kEnded);
+    m_system->CloseEnds();
+    WaitForSingleObject(m_system->process, INFINITE);
+    DWORD code = 0;
+    GetExitCodeProcess(m_system->process, &code);
+    return m_late ? Loss::late : code == kEnded ? Loss::ended : Loss::crashed;
 }
 
 bool WorkerProcess::Write(std::string_view bytes)
@@ -125,8 +159,20 @@ bool WorkerProcess::Write(std::string_view bytes)
     return true;
 }
 
-bool WorkerProcess::ReadMore()
+bool WorkerProcess::ReadMore(Clock::time_point until)
 {
+    // A pipe of this kind can be looked at, but not waited for with a limit.
+    for (DWORD there = 0;;) {
+        if (!PeekNamedPipe(m_system->output, nullptr, 0, nullptr, &there, nullptr))
+            return false;
+        if (there > 0)
+            break;
+        if (Clock::now() >= until) {
+            m_late = true;
+            return false;
+        }
+        Sleep(1);
+    }
     std::array<char, 65536> buffer;
     DWORD count = 0;
     if (!ReadFile(m_system->output, buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) || count == 0)
@@ -144,14 +190,47 @@ struct WorkerProcess::System {
 
     ~System()
     {
-        for (const int end : {input, output})
-            if (end >= 0)
-                ::close(end);
+        CloseEnds();
+        Wait();
+    }
+
+    void CloseEnds()
+    {
+        for (int* end : {&input, &output})
+            if (*end >= 0)
+                ::close(std::exchange(*end, -1));
+    }
+
+    /// How the process ended, once it has.
+    int Wait()
+    {
+        int status = 0;
         if (process > 0)
-            while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
+            while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
             }
+        process = -1;
+        return status;
     }
 };
+
+namespace
+{
+
+bool WaitFor(int file, short event, std::chrono::steady_clock::time_point until)
+{
+    for (;;) {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(until - std::chrono::steady_clock::now()).count();
+        pollfd wanted{file, event, 0};
+        const int ready = ::poll(&wanted, 1, static_cast<int>(std::clamp<std::int64_t>(left, 0, 1'000'000'000)));
+        if (ready > 0 || (ready < 0 && errno != EINTR))
+            return true; // the read says what is wrong
+        if (ready == 0)
+            return false;
+    }
+}
+
+} // namespace
 
 std::unique_ptr<WorkerProcess> WorkerProcess::Start(const std::vector<std::string>& arguments)
 {
@@ -195,6 +274,19 @@ std::unique_ptr<WorkerProcess> WorkerProcess::Start(const std::vector<std::strin
     return started ? std::unique_ptr<WorkerProcess>(new WorkerProcess(std::move(system))) : nullptr;
 }
 
+BatchWorker::Loss WorkerProcess::WhyLost()
+{
+    if (m_late)
+        ::kill(m_system->process, SIGKILL);
+    m_system->CloseEnds();
+    const int status = m_system->Wait();
+    if (m_late)
+        return Loss::late;
+    const int signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    const bool fromOutside = signal == SIGKILL || signal == SIGTERM || signal == SIGINT || signal == SIGHUP;
+    return fromOutside ? Loss::ended : Loss::crashed;
+}
+
 bool WorkerProcess::Write(std::string_view bytes)
 {
     while (!bytes.empty()) {
@@ -207,8 +299,12 @@ bool WorkerProcess::Write(std::string_view bytes)
     return true;
 }
 
-bool WorkerProcess::ReadMore()
+bool WorkerProcess::ReadMore(Clock::time_point until)
 {
+    if (!WaitFor(m_system->output, POLLIN, until)) {
+        m_late = true;
+        return false;
+    }
     std::array<char, 65536> buffer;
     ssize_t count = 0;
     do
@@ -226,8 +322,9 @@ WorkerProcess::WorkerProcess(std::unique_ptr<System> system) : m_system(std::mov
 
 WorkerProcess::~WorkerProcess() = default;
 
-std::optional<std::string> WorkerProcess::ReadLine()
+std::optional<std::string> WorkerProcess::ReadLine(std::chrono::milliseconds limit)
 {
+    const auto until = Clock::now() + limit;
     std::size_t searched = 0;
     for (;;) {
         const std::size_t end = m_pending.find('\n', searched);
@@ -237,7 +334,7 @@ std::optional<std::string> WorkerProcess::ReadLine()
             return line;
         }
         searched = m_pending.size();
-        if (!ReadMore())
+        if (!ReadMore(until))
             return std::nullopt;
     }
 }

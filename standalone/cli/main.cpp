@@ -23,13 +23,15 @@ constexpr const char* kUsage =
 Optionen von mask:
   --case DATEI           Fall (sonst: ein Fall mit zwei Pkw)
   --save DATEI           Fall danach speichern
+  --force                auch über eine Datei, die inzwischen jemand geändert hat
   --progress             auf der Fehlerausgabe sagen, wie weit eine lange Rechnung ist
 Optionen von mask, describe und batch:
   --transfer on|off      „Daten übertragen“
   --units metric|imperial
   --config DATEI         Einstellungen aus dieser Datei
-Option von batch:
+Optionen von batch:
   --jobs N               Zahl der Rechenprozesse (sonst: so viele wie Prozessorkerne)
+  --line-timeout S       Zeitgrenze je Zeile in Sekunden (sonst: 60)
 
 Aktionen, der Reihe nach:
   ID=TEXT                Text eingeben und abschließen

@@ -95,6 +95,7 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
     connect(&document, &CaseDocument::modifiedChanged, this, &MainWindow::ShowCaseState);
     connect(&document, &CaseDocument::titleChanged, this, &MainWindow::ShowCaseState);
     connect(&document, &CaseDocument::historyChanged, this, &MainWindow::ShowHistory);
+    connect(&document, &CaseDocument::fileChanged, this, &MainWindow::ShowFileState);
     connect(&document, &CaseDocument::journalFailed, this, [this](const QString& why) {
         statusBar()->showMessage(QStringLiteral("Die Sicherung im Hintergrund ist gestört: ") + why, kMessageTime);
     });
@@ -227,15 +228,31 @@ void MainWindow::EditSettings()
 
 void MainWindow::ShowCaseState()
 {
-    setWindowTitle(QStringLiteral("%1[*] – Tavelin").arg(m_document.DisplayName()));
+    const QString name = m_document.DisplayName().replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+    setWindowTitle(m_document.IsReadOnly() ? QStringLiteral("%1 (schreibgeschützt)[*] – Tavelin").arg(name)
+                                           : QStringLiteral("%1[*] – Tavelin").arg(name));
     setWindowModified(m_document.IsModified());
+}
+
+void MainWindow::ShowFileState()
+{
+    const bool foreign = m_document.FileIsForeign();
+    m_fileNotice->setVisible(foreign);
+    if (foreign)
+        statusBar()->showMessage(
+            QStringLiteral("Jemand anderes hat die Falldatei geändert. Beim Speichern wird gefragt, "
+                           "was gelten soll."),
+            kMessageTime);
 }
 
 void MainWindow::ShowHistory()
 {
     const auto show = [](QAction* action, const QString& verb, bool possible, const QString& label) {
         action->setEnabled(possible);
-        action->setText(label.isEmpty() ? verb : verb + QStringLiteral(": ") + label);
+        // A label may hold the name of a vehicle: neither a mnemonic nor, in the tool tip, a format.
+        const QString literal = QString(label).replace(QLatin1Char('&'), QStringLiteral("&&"));
+        action->setText(label.isEmpty() ? verb : verb + QStringLiteral(": ") + literal);
+        action->setToolTip(QString(verb).remove(QLatin1Char('&')));
     };
     show(m_undo, QStringLiteral("&Rückgängig"), m_document.CanUndo(), m_document.UndoLabel());
     show(m_redo, QStringLiteral("&Wiederholen"), m_document.CanRedo(), m_document.RedoLabel());
@@ -260,7 +277,11 @@ void MainWindow::BuildStatusBar()
     m_busyMark->hide();
     m_transferLabel = new QLabel;
     m_unitLabel = new QLabel;
-    for (QLabel* label : {m_transferLabel, m_unitLabel})
+    m_fileNotice = new QLabel(QStringLiteral("Falldatei von außen geändert"));
+    m_fileNotice->setObjectName(QStringLiteral("fileNotice"));
+    m_fileNotice->hide();
+    statusBar()->addPermanentWidget(m_fileNotice);
+    for (QLabel* label : {m_transferLabel, m_unitLabel, m_fileNotice})
         label->setContentsMargins(Spacing(), 0, Spacing(), 0);
     statusBar()->addPermanentWidget(m_busyMark);
     statusBar()->addPermanentWidget(m_transferLabel);
@@ -293,6 +314,13 @@ void MainWindow::closeEvent(QCloseEvent* event)
     SaveSettings();
     CloseMasks();
     event->accept();
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        m_document.CheckFile();
 }
 
 void MainWindow::resizeEvent(QResizeEvent* event)

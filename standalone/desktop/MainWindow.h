@@ -67,6 +67,7 @@ class MainWindow : public QMainWindow
     void sceneChanged();
 
   protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
@@ -87,6 +88,7 @@ class MainWindow : public QMainWindow
     void FillExamples(QMenu& menu);
     void FillWindowMenu();
     void ShowCaseState();
+    void ShowFileState();
     void ShowHistory();
     void ShowSettingsState();
     void EditSettings();
@@ -120,6 +122,7 @@ class MainWindow : public QMainWindow
     QAction* m_maskHelp = nullptr;
     QLabel* m_unitLabel = nullptr;
     QLabel* m_transferLabel = nullptr;
+    QLabel* m_fileNotice = nullptr; ///< somebody else changed the case's file
     QProgressBar* m_busyMark = nullptr;
 };
 

@@ -7,6 +7,7 @@
 #include "desktop/MainWindow.h"
 #include "desktop/case/CaseDocument.h"
 #include "desktop/look/Icons.h"
+#include "desktop/look/MessageBox.h"
 #include "desktop/mask/MaskArea.h"
 #include "desktop/mask/MaskWindow.h"
 #include "desktop/mask/ProtocolPages.h"
@@ -25,13 +26,11 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QMenu>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
 
-#include <ctime>
 #include <memory>
 
 namespace desktop
@@ -89,7 +88,7 @@ report::Protocol MaskReport::ProtocolOf(MaskWindow& mask)
     context.caseTitle = m_document.Data().Title();
     context.caseFile = m_document.Path().isEmpty() ? std::string() : m_document.DisplayName().toStdString();
     context.caseSha256 = base::Sha256(m_document.CaseText());
-    context.date = report::DateText(std::time(nullptr));
+    context.date = report::ProtocolDate();
     return report::MakeProtocol(*mask.Dialog(), context);
 }
 
@@ -152,7 +151,7 @@ void MaskReport::AskAndSave()
     const QString why = Save(*mask, dialog.selectedFiles().front());
     QApplication::restoreOverrideCursor();
     if (!why.isEmpty())
-        QMessageBox::warning(&m_window, title, why);
+        Warn(&m_window, title, why);
 }
 
 void MaskReport::AskAndPrint()
@@ -170,7 +169,7 @@ void MaskReport::AskAndPrint()
     const QString why = PrintOn(printer, *mask);
     QApplication::restoreOverrideCursor();
     if (!why.isEmpty())
-        QMessageBox::warning(&m_window, QStringLiteral("Protokoll drucken"), why);
+        Warn(&m_window, QStringLiteral("Protokoll drucken"), why);
 }
 
 } // namespace desktop

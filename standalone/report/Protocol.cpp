@@ -12,6 +12,8 @@
 #include "krn/ControlMeaning.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -412,14 +414,51 @@ CDC DrawField(const Window& field)
     return drawing;
 }
 
-std::string DateText(std::time_t time)
+namespace
+{
+
+std::string TwoDigits(int value)
+{
+    return (value < 10 ? "0" : "") + std::to_string(value);
+}
+
+std::string DayText(const std::tm& time)
 {
     static constexpr const char* kMonths[] = {"Januar", "Februar", "März",      "April",   "Mai",      "Juni",
                                               "Juli",   "August",  "September", "Oktober", "November", "Dezember"};
-    const std::tm local = *std::localtime(&time);
-    const auto twoDigits = [](int value) { return (value < 10 ? "0" : "") + std::to_string(value); };
-    return std::to_string(local.tm_mday) + ". " + kMonths[local.tm_mon] + " " + std::to_string(local.tm_year + 1900) +
-           ", " + twoDigits(local.tm_hour) + ":" + twoDigits(local.tm_min) + " Uhr";
+    return std::to_string(time.tm_mday) + ". " + kMonths[time.tm_mon] + " " + std::to_string(time.tm_year + 1900);
+}
+
+/// "UTC+01:00"
+std::string ZoneText(std::time_t time)
+{
+    std::tm local = *std::localtime(&time);
+    std::tm universal = *std::gmtime(&time);
+    universal.tm_isdst = local.tm_isdst; // both taken as local times, their difference is the zone's
+    const int minutes =
+        static_cast<int>(std::lround(std::difftime(std::mktime(&local), std::mktime(&universal)) / 60.0));
+    return std::string("UTC") + (minutes < 0 ? "-" : "+") + TwoDigits(std::abs(minutes) / 60) + ":" +
+           TwoDigits(std::abs(minutes) % 60);
+}
+
+} // namespace
+
+std::string ProtocolDate(const char* sourceDateEpoch, std::time_t now)
+{
+    constexpr std::int64_t kLatest = 253'402'300'799; // the year 9999
+    const auto given = sourceDateEpoch == nullptr ? std::nullopt : base::ParseInteger(sourceDateEpoch);
+    if (given && *given >= 0 && *given <= kLatest) {
+        const auto time = static_cast<std::time_t>(*given);
+        const std::tm universal = *std::gmtime(&time);
+        return DayText(universal) + ", " + TwoDigits(universal.tm_hour) + ":" + TwoDigits(universal.tm_min) +
+               " Uhr (UTC)";
+    }
+    return DayText(*std::localtime(&now)) + " (" + ZoneText(now) + ")";
+}
+
+std::string ProtocolDate()
+{
+    return ProtocolDate(std::getenv("SOURCE_DATE_EPOCH"), std::time(nullptr));
 }
 
 std::string ProtocolText(const Protocol& protocol)

@@ -80,8 +80,12 @@ std::string MessageWithAnswer(const framework::ShownMessage& message, int answer
 /// What a drawing field of a mask shows, as large as it stands in a protocol; empty for another control.
 CDC DrawField(const framework::Window& field);
 
-/// A point in time as reports write it, in the time zone of the machine: "7. März 2026, 09:05 Uhr".
-std::string DateText(std::time_t time);
+/// The date of a protocol, so that the same case and call give the same bytes: the moment that the environment variable
+/// SOURCE_DATE_EPOCH gives (seconds since 1970) in UTC, "7. März 2026, 09:05 Uhr (UTC)", otherwise the day on this
+/// machine and its zone, "7. März 2026 (UTC+01:00)".
+std::string ProtocolDate(const char* sourceDateEpoch, std::time_t now);
+/// By the environment and the clock.
+std::string ProtocolDate();
 
 /// Lines of "label<tab>value<tab>unit", inputs before results, for a spreadsheet.
 std::string ProtocolText(const Protocol& protocol);

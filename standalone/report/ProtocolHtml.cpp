@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "report/ProtocolHtml.h"
 
+#include "base/Utf.h"
 #include "drawing/DrawingExport.h"
 
 #include <utility>
@@ -164,23 +165,24 @@ class Page
 
 std::string EscapeXml(const std::string& text)
 {
+    constexpr char32_t kReplacement = 0xFFFD;
     std::string out;
-    for (const char c : text) {
+    for (const char32_t c : base::Codepoints(text)) {
         switch (c) {
-        case '&':
+        case U'&':
             out += "&amp;";
             break;
-        case '<':
+        case U'<':
             out += "&lt;";
             break;
-        case '>':
+        case U'>':
             out += "&gt;";
             break;
-        case '"':
+        case U'"':
             out += "&quot;";
             break;
-        default:
-            out += static_cast<unsigned char>(c) < 0x20U ? ' ' : c;
+        default: // XML has no other control characters, and not these two
+            base::AppendUtf8(out, c < 0x20 ? U' ' : c == 0xFFFE || c == 0xFFFF ? kReplacement : c);
         }
     }
     return out;

@@ -48,21 +48,13 @@ std::string Cm(double length)
 std::string Preserved(const std::string& text)
 {
     std::string out;
-    std::size_t blanks = 0;
-    const auto flush = [&] {
-        if (blanks > 0)
-            out += "<text:s text:c=\"" + std::to_string(blanks) + "\"/>";
-        blanks = 0;
-    };
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == ' ') {
-            ++blanks;
-            continue;
-        }
-        flush();
-        out += EscapeXml(text.substr(i, 1));
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t word = std::min(text.find_first_not_of(' ', at), text.size());
+        if (word > at)
+            out += "<text:s text:c=\"" + std::to_string(word - at) + "\"/>";
+        at = std::min(text.find(' ', word), text.size());
+        out += EscapeXml(text.substr(word, at - word));
     }
-    flush();
     return out;
 }
 

@@ -211,6 +211,14 @@ TEST_F(AtomicFile, RefusesWhatIsNoOrdinaryFileOrWriteProtected)
     EXPECT_EQ(WriteFileAtomically(path, "x").failed, FileStep::open);
     EXPECT_TRUE(S_ISFIFO(ModeOf(path)));
 
+    // Reading waits for none of these either.
+    std::string bytes;
+    EXPECT_EQ(base::ReadWholeFile(path, bytes, 100).code, EINVAL);
+    EXPECT_EQ(base::ReadWholeFile("/dev/zero", bytes, 100).code, EINVAL);
+    EXPECT_EQ(base::ReadWholeFile(folder.Path(), bytes, 100).code, EISDIR);
+    ASSERT_EQ(symlink("kreis", folder.File("kreis").c_str()), 0);
+    EXPECT_EQ(base::ReadWholeFile(folder.File("kreis"), bytes, 100).reason, "zu viele Verknüpfungen");
+
     folder.Write("fest.json", "alt");
     const std::string fixed = folder.File("fest.json");
     ASSERT_EQ(chmod(fixed.c_str(), 0444), 0);

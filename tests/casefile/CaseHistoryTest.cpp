@@ -3,10 +3,14 @@
 #include "casefile/CaseHistory.h"
 
 #include "tests/support/MaskFixture.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <functional>
 #include <limits>
 #include <random>
 
@@ -151,6 +155,57 @@ TEST(CaseHistory, RandomEditsUndoneAndRedoneGiveTheSameFiles)
         ASSERT_EQ(FileOf(data), files[i]);
     }
     EXPECT_FALSE(history.Redo());
+}
+
+/// Steps of the walk below; more with RUV_UNDO_STEPS.
+std::size_t WalkSteps()
+{
+    const char* steps = std::getenv("RUV_UNDO_STEPS");
+    return steps != nullptr ? std::stoul(steps) : kSteps;
+}
+
+TEST(CaseHistory, AnyWalkOfEditsUndosRedosAndSavesShowsTheSameFiles)
+{
+    const test::TemporaryFolder folder;
+    const std::string path = folder.File("fall.json");
+    std::mt19937 random(23);
+    CRuvData data;
+    CaseHistory history(data);
+    const auto digest = [](const std::string& text) { return std::hash<std::string>{}(text); };
+    std::vector<std::size_t> model{digest(FileOf(data))}; // the files of all states from the first to the last redoable
+    std::size_t now = 0;
+    int undos = 0, redos = 0, saves = 0;
+    for (std::size_t step = 0; step < WalkSteps(); ++step) {
+        const auto choice = random() % 16;
+        if (choice < 6) {
+            RandomEdit(data, random);
+            const std::size_t file = digest(FileOf(data));
+            ASSERT_EQ(history.Commit("x"), file != model[now]);
+            if (file != model[now]) {
+                model.resize(++now);
+                model.push_back(file);
+            }
+        } else if (choice < 11) {
+            ASSERT_EQ(history.Undo(), now > 0);
+            now -= now > 0;
+            ++undos;
+        } else if (choice < 15) {
+            ASSERT_EQ(history.Redo(), now + 1 < model.size());
+            now += now + 1 < model.size();
+            ++redos;
+        } else {
+            CRuvData reopened;
+            ASSERT_TRUE(SaveCase(path, data));
+            ASSERT_TRUE(LoadCase(path, reopened));
+            ASSERT_EQ(digest(FileOf(reopened)), model[now]);
+            ++saves;
+        }
+        ASSERT_EQ(digest(history.Text()), model[now]) << "step " << step;
+        if (step % 8 == 0) {
+            ASSERT_EQ(digest(FileOf(data)), model[now]) << "step " << step;
+        }
+    }
+    EXPECT_GT(std::min({undos, redos, saves}), 5);
 }
 
 TEST(CaseHistory, TakesRoomForTheChangesNotForTheCase)

@@ -13,10 +13,13 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <random>
+#include <set>
 
 #ifndef _WIN32
 #include <csignal>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #endif
@@ -150,6 +153,97 @@ TEST_F(JournalTest, TheNewestWholeFileIsTakenWhateverTheFileTimesSay)
     Overwrite(b, std::string(100, '\0'));
     EXPECT_TRUE(FindJournals(Folder()).empty());
 }
+
+TEST_F(JournalTest, WhatCannotBeReadIsKeptAsideAndForeignFilesAreLeftAlone)
+{
+    {
+        Journal journal(Folder());
+        journal.Put({"", "", "case"});
+        journal.Flush();
+        CopyAsLeftBehind("77-ab");
+    }
+    const std::string whole = Read(m_folder / "77-ab.a");
+    fs::remove(m_folder / "77-ab.a");
+    std::string newer = whole;
+    newer.replace(newer.find(" 1 "), 3, " 2 ");
+    const std::map<std::string, std::string> contents{
+        {"1-a.a", std::string(100, '\0')},            // as power failures leave files
+        {"2-b.a", whole.substr(0, whole.size() - 1)}, // nothing whole beside it
+        {"3-c.b", newer},
+        {"4-d.a", newer}, // perhaps newer than what can be read
+        {"4-d.b", whole},
+        {"5-e.a", whole.substr(0, 20)}, // the write that the crash cut off
+        {"5-e.b", whole},
+        {"notes.a", "a text of the user's"},
+        {"notes.lock", ""},
+        {"recent.ini", "[General]"},
+    };
+    for (const auto& [name, bytes] : contents)
+        Overwrite(m_folder / name, bytes);
+    fs::create_directory(m_folder / "6-f.a"); // an error when read
+
+    std::vector<KeptJournalFile> kept;
+    const auto found = FindJournals(Folder(), &kept);
+    std::set<std::string> names;
+    for (const FoundJournal& journal : found)
+        names.insert(fs::path(journal.path).filename().string());
+    EXPECT_EQ(names, (std::set<std::string>{"4-d", "5-e"}));
+    std::map<std::string, std::string> reasons;
+    for (const KeptJournalFile& file : kept) {
+        EXPECT_TRUE(fs::exists(file.path)) << file.path;
+        reasons[fs::path(file.path).filename().string()] = file.reason;
+    }
+    EXPECT_EQ(reasons, (std::map<std::string, std::string>{
+                           {"1-a.a.defekt", "ist beschädigt"},
+                           {"2-b.a.defekt", "ist beschädigt"},
+                           {"3-c.b.defekt", "stammt von einer neueren Programmversion"},
+                           {"4-d.a.defekt", "stammt von einer neueren Programmversion"},
+                           {"6-f.a.defekt", "kann nicht gelesen werden: ist ein Ordner"},
+                       }));
+    EXPECT_EQ(Read(m_folder / "2-b.a.defekt"), contents.at("2-b.a"));
+    for (const FoundJournal& journal : found)
+        RemoveJournal(journal);
+    EXPECT_EQ(Read(m_folder / "notes.a"), contents.at("notes.a"));
+    EXPECT_TRUE(fs::exists(m_folder / "notes.lock"));
+    EXPECT_TRUE(fs::exists(m_folder / "recent.ini"));
+    EXPECT_EQ(Files().size(), 5U + 3U) << "the read ones are gone, the others are all there";
+    EXPECT_TRUE(FindJournals(Folder(), &kept).empty());
+    EXPECT_EQ(kept.size(), 5U) << "said once";
+}
+
+#ifndef _WIN32
+TEST_F(JournalTest, IsForTheUserAlone)
+{
+    fs::create_directories(m_folder);
+    fs::permissions(m_folder, fs::perms(0755));
+    const mode_t before = umask(0);
+    {
+        Journal journal(Folder());
+        journal.Put({"", "", "one"});
+        journal.Flush();
+        journal.Put({"", "", "two"});
+        journal.Flush();
+        EXPECT_EQ(fs::status(m_folder).permissions(), fs::perms(0700));
+        for (const fs::path& file : Files())
+            EXPECT_EQ(fs::status(file).permissions(), fs::perms(0600)) << file;
+        EXPECT_EQ(Files().size(), 3U);
+    }
+    umask(before);
+}
+
+TEST_F(JournalTest, AJournalWithoutPermissionIsKept)
+{
+    if (geteuid() == 0)
+        GTEST_SKIP() << "the superuser may read everything";
+    fs::create_directories(m_folder);
+    Overwrite(m_folder / "1-a.a", "x");
+    fs::permissions(m_folder / "1-a.a", fs::perms::none);
+    std::vector<KeptJournalFile> kept;
+    EXPECT_TRUE(FindJournals(Folder(), &kept).empty());
+    EXPECT_EQ(kept.at(0).reason, "kann nicht gelesen werden: Zugriff verweigert");
+    EXPECT_TRUE(fs::exists(m_folder / "1-a.a.defekt"));
+}
+#endif
 
 TEST_F(JournalTest, AFailedWriteIsReportedAndLeavesTheOtherFileWhole)
 {

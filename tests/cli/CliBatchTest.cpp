@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstring>
 #include <numeric>
 #include <random>
 #include <thread>
@@ -17,7 +18,8 @@ namespace
 
 using namespace cli;
 
-/// Answers a line with itself in brackets. Dies over the line "die", and over "once" the first time it is seen.
+/// Answers a line with itself in brackets. Dies over the line "die", and over "once" the first time it is seen; does
+/// not answer "late" in time, and is ended from outside the first five times it has "shot".
 class EchoWorker : public BatchWorker
 {
   public:
@@ -34,7 +36,7 @@ class EchoWorker : public BatchWorker
             m_lines.emplace_back(bytes.substr(0, end));
         return true;
     }
-    std::optional<std::string> ReadLine() override
+    std::optional<std::string> ReadLine(std::chrono::milliseconds) override
     {
         if (m_lines.empty())
             m_dead = true;
@@ -42,12 +44,18 @@ class EchoWorker : public BatchWorker
             return std::nullopt;
         const std::string line = m_lines.front();
         m_lines.pop_front();
-        m_dead = line == "die" || (line == "once" && !m_onceSeen.exchange(true));
+        m_loss = line == "late" ? Loss::late : line == "shot" ? Loss::ended : Loss::crashed;
+        m_dead = line == "die" || line == "late" || (line == "shot" && m_shots++ < 5) ||
+                 (line == "once" && !m_onceSeen.exchange(true));
         std::this_thread::sleep_for(std::chrono::microseconds(std::hash<std::string>{}(line) % 200));
         return m_dead ? std::nullopt : std::optional("[" + line + "]");
     }
 
+    Loss WhyLost() override { return m_loss; }
+
   private:
+    static inline std::atomic<int> m_shots = 0;
+    Loss m_loss = Loss::crashed;
     std::atomic<bool>& m_onceSeen;
     std::deque<std::string> m_lines;
     bool m_dead = false;
@@ -78,7 +86,10 @@ struct Fixture {
             ++started;
             return std::make_unique<EchoWorker>(onceSeen);
         };
-        ends.answerForLost = [](const std::string& line, bool began) { return (began ? "lost " : "none ") + line; };
+        ends.answerForLost = [](const std::string& line, std::optional<BatchWorker::Loss> loss) {
+            return (!loss ? "none " : *loss == BatchWorker::Loss::late ? "late " : "lost ") + line;
+        };
+        ends.answerForTooLong = [] { return std::string("too long"); };
         return ends;
     }
 };
@@ -113,6 +124,40 @@ TEST(CliBatch, DeathCostsOnlyTheLineThatCausedIt)
     EXPECT_EQ(f.output, expected);
 }
 
+TEST(CliBatch, SlowLinesCostThemselvesAndEndsFromOutsideCostNothing)
+{
+    Fixture f;
+    std::string expected;
+    for (int i = 0; i < 300; ++i) {
+        const std::string line = i % 100 == 50 ? "late" : i == 120 ? "shot" : std::to_string(i);
+        f.input += line + "\n";
+        expected += line == "late" ? "late late\n" : "[" + line + "]\n";
+    }
+    EXPECT_TRUE(Batch(f.Ends(), 2).Run());
+    EXPECT_EQ(f.output, expected);
+}
+
+TEST(CliBatch, ALineThatIsTooLongIsAnsweredAndNotKept)
+{
+    Fixture f;
+    std::size_t given = 0; // of a line that is made while it is read
+    constexpr std::size_t kEndless = 2 * Batch::kLongestLine;
+    const std::string_view rest = "\nb\n";
+    Batch::Ends ends = f.Ends();
+    ends.read = [&](char* buffer, std::size_t size) {
+        const std::size_t count =
+            given < kEndless ? std::min(size, kEndless - given) : std::min(size, kEndless + rest.size() - given);
+        if (given < kEndless)
+            std::memset(buffer, 'x', count);
+        else
+            rest.copy(buffer, count, given - kEndless);
+        given += count;
+        return count;
+    };
+    EXPECT_TRUE(Batch(std::move(ends), 2).Run());
+    EXPECT_EQ(f.output, "too long\n[b]\n");
+}
+
 TEST(CliBatch, WithoutAnyWorkerEveryLineSaysSo)
 {
     Fixture f;
@@ -134,10 +179,10 @@ TEST(CliBatch, ReadsNoFurtherThanItsWindowWhileALineIsSlow)
     {
       public:
         Slow(std::atomic<bool>& seen, std::atomic<bool>& go) : EchoWorker(seen), m_go(go) {}
-        std::optional<std::string> ReadLine() override
+        std::optional<std::string> ReadLine(std::chrono::milliseconds limit) override
         {
             m_go.wait(false);
-            return EchoWorker::ReadLine();
+            return EchoWorker::ReadLine(limit);
         }
 
       private:

@@ -189,6 +189,12 @@ TEST(UtfTest, CoversAllLengthsAndLoneSurrogates)
     EXPECT_EQ(Utf8FromUtf16(std::u16string(u"aä€😀")), "aä€😀");
     const char16_t lone[] = {0xD800, u'x', 0xDC00};
     EXPECT_EQ(Utf8FromUtf16(lone), "\uFFFDx\uFFFD");
+    EXPECT_EQ(Utf16Of(U'😀'), u"😀");
+    EXPECT_TRUE(IsUtf8("aä€😀"));
+    for (const char* none : {"\xE4", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "ä\xC3"}) {
+        EXPECT_FALSE(IsUtf8(none));
+        EXPECT_TRUE(IsUtf8(ValidUtf8(none)));
+    }
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "report/Protocol.h"
 
 #include "base/Deflate.h"
+#include "base/Utf.h"
 #include "base/ZipWriter.h"
 #include "casefile/CaseFile.h"
 #include "frame/RuvMod.h"
@@ -14,6 +15,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <ctime>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -25,12 +28,12 @@ using namespace base;
 using namespace casefile;
 using namespace report;
 
-/// By another library than the one that packed it.
-std::string Inflated(const std::string& packed)
+/// By another library than the one that packed it. It looks a few bytes ahead, which a zip does not have.
+std::string Inflated(std::string packed)
 {
     int size = 0;
-    const std::string padded = packed + std::string(4, '\0'); // that library looks a few bytes ahead
-    char* bytes = stbi_zlib_decode_noheader_malloc(padded.data(), static_cast<int>(padded.size()), &size);
+    packed.append(8, '\0');
+    char* bytes = stbi_zlib_decode_noheader_malloc(packed.data(), static_cast<int>(packed.size()), &size);
     EXPECT_NE(bytes, nullptr);
     const std::string result(bytes, static_cast<std::size_t>(size));
     std::free(bytes);
@@ -194,6 +197,47 @@ TEST_F(ProtocolTest, EveryMaskGivesAWellFormedDocument)
         thread.Destroy(mask.handle);
         thread.DispatchPending();
     }
+}
+
+TEST_F(ProtocolTest, BytesThatAreNoTextGiveAWellFormedDocument)
+{
+    const std::string bytes = "\xE4<&\"\x01\xC3 \xEF\xBF\xBE  \xED\xA0\x80>";
+    ProtocolContext context = Context();
+    context.caseTitle = bytes;
+    context.messages = {bytes};
+    context.helpPage = "# 400\n\n## Formeln\n\n" + bytes + "\n\n    " + bytes + "\n";
+    const Protocol protocol = MakeProtocol(Open(400), context);
+    std::map<std::string, std::string> parts = Unzip(ProtocolOdt(protocol));
+    parts["html"] = ProtocolHtml(protocol, HtmlPictures::inlineSvg);
+    for (const auto& [name, text] : parts) {
+        EXPECT_TRUE(IsUtf8(text)) << name;
+        EXPECT_EQ(text.find("\xEF\xBF\xBE"), std::string::npos) << name << ": a character that XML has not";
+        EXPECT_EQ(text.find('\x01'), std::string::npos) << name;
+        if (name.ends_with("xml")) {
+            EXPECT_EQ(Fault(text), "") << name;
+        }
+    }
+    EXPECT_NE(parts["content.xml"].find("\uFFFD&lt;&amp;&quot; \uFFFD"), std::string::npos);
+    EXPECT_EQ(ProtocolOdt(protocol), ProtocolOdt(protocol));
+}
+
+TEST(ProtocolDateTest, IsTheSameForTheSameDayAndNamesItsZone)
+{
+    EXPECT_EQ(ProtocolDate("951782400", 0), "29. Februar 2000, 00:00 Uhr (UTC)");
+    const std::string before = std::getenv("TZ") != nullptr ? std::getenv("TZ") : "";
+    const auto in = [](const char* zone, std::time_t time) {
+        setenv("TZ", zone, 1);
+        tzset();
+        return ProtocolDate(nullptr, time);
+    };
+    constexpr std::time_t kSummer = 1'720'000'000; // 3 July 2024, 09:46:40 UTC
+    EXPECT_EQ(in("UTC0", kSummer), "3. Juli 2024 (UTC+00:00)");
+    EXPECT_EQ(in("CET-1CEST,M3.5.0,M10.5.0/3", kSummer), "3. Juli 2024 (UTC+02:00)");
+    EXPECT_EQ(in("XYZ9:30", kSummer), "3. Juli 2024 (UTC-09:30)");
+    EXPECT_EQ(in("XYZ-14", kSummer + 3600), "4. Juli 2024 (UTC+14:00)");
+    EXPECT_EQ(ProtocolDate("kein Datum", kSummer), ProtocolDate(nullptr, kSummer + 60));
+    before.empty() ? unsetenv("TZ") : setenv("TZ", before.c_str(), 1);
+    tzset();
 }
 
 TEST(HelpText, BlocksOfAPage)

@@ -2,14 +2,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/case/CaseDocument.h"
 
+#include "base/JsonValue.h"
+#include "base/Utf.h"
+#include "casefile/CaseDifferences.h"
 #include "casefile/CaseHistory.h"
+#include "casefile/FileClaim.h"
 #include "casefile/Journal.h"
-#include "desktop/case/ScenePictures.h"
 #include "krn/CaseUnknown.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QFileSystemWatcher>
 #include <QLocale>
 #include <QSettings>
 #include <QTimer>
@@ -46,6 +50,11 @@ struct CaseDocument::Parts {
     QTimer poll;
     bool journalHasFailed = false;
     std::string title; ///< as last announced
+    std::string stateFolder;
+    std::unique_ptr<casefile::FileClaim> claim;
+    std::string digest; ///< of the file when it was read or written last
+    QFileSystemWatcher watcher;
+    QTimer look;
 };
 
 CaseDocument::CaseDocument(bool journal, QObject* parent) : QObject(parent), m_data(std::make_unique<CRuvData>())
@@ -55,6 +64,7 @@ CaseDocument::CaseDocument(bool journal, QObject* parent) : QObject(parent), m_d
     m_parts->savedState = m_parts->history.State();
     const std::string folder = base::UserStateFolder();
     if (journal && !folder.empty()) {
+        m_parts->stateFolder = folder;
         m_parts->journal = std::make_unique<casefile::Journal>(folder);
         m_parts->settings =
             std::make_unique<QSettings>(QString::fromStdString(folder + "/recent.ini"), QSettings::IniFormat);
@@ -68,6 +78,13 @@ CaseDocument::CaseDocument(bool journal, QObject* parent) : QObject(parent), m_d
     });
     connect(&m_parts->poll, &QTimer::timeout, this, &CaseDocument::Poll);
     m_parts->poll.start(kShortestPoll);
+    // Programs write a file in several steps.
+    constexpr int kSettle = 150; // ms
+    m_parts->look.setSingleShot(true);
+    m_parts->look.setInterval(kSettle);
+    connect(&m_parts->look, &QTimer::timeout, this, &CaseDocument::CheckFile);
+    connect(&m_parts->watcher, &QFileSystemWatcher::fileChanged, &m_parts->look, qOverload<>(&QTimer::start));
+    connect(&m_parts->watcher, &QFileSystemWatcher::directoryChanged, &m_parts->look, qOverload<>(&QTimer::start));
 }
 
 CaseDocument::~CaseDocument() = default;
@@ -146,7 +163,7 @@ void CaseDocument::AfterChange()
 
 void CaseDocument::KeepInJournal(const std::string& text)
 {
-    m_parts->journal->Put({m_path.toStdString(), m_data->Title(), text});
+    m_parts->journal->Put({m_path.toStdString(), m_data->Title(), text, m_parts->digest});
 }
 
 void CaseDocument::BeginStep()
@@ -184,9 +201,80 @@ void CaseDocument::SetModified(bool modified)
     emit modifiedChanged(modified);
 }
 
+void CaseDocument::Claim()
+{
+    m_parts->claim.reset();
+    if (!m_path.isEmpty() && !m_readOnly && !m_parts->stateFolder.empty())
+        m_parts->claim = casefile::FileClaim::Take(m_parts->stateFolder, m_path.toStdString());
+}
+
+bool CaseDocument::IsOpenElsewhere(const QString& path) const
+{
+    if (m_parts->stateFolder.empty())
+        return false;
+    const QFileInfo file(path);
+    if (m_parts->claim && file == QFileInfo(m_path))
+        return false;
+    return casefile::FileClaim::Take(m_parts->stateFolder, file.absoluteFilePath().toStdString()) == nullptr;
+}
+
+void CaseDocument::Watch(const std::string& digest)
+{
+    m_parts->digest = digest;
+    const QStringList before = m_parts->watcher.files() + m_parts->watcher.directories();
+    if (!before.isEmpty())
+        m_parts->watcher.removePaths(before);
+    if (!m_path.isEmpty()) {
+        m_parts->watcher.addPath(QFileInfo(m_path).absolutePath()); // a file that is replaced is another one
+        m_parts->watcher.addPath(m_path);
+    }
+    if (std::exchange(m_foreign, false))
+        emit fileChanged();
+}
+
+void CaseDocument::CheckFile()
+{
+    if (m_path.isEmpty() || m_parts->digest.empty())
+        return;
+    const std::string now = casefile::FileDigest(m_path.toStdString());
+    const bool foreign = now != m_parts->digest && now != casefile::kNoFile;
+    if (QFileInfo::exists(m_path))
+        m_parts->watcher.addPath(m_path);
+    if (foreign == m_foreign)
+        return;
+    m_foreign = foreign;
+    emit fileChanged();
+}
+
+QString CaseDocument::Differences()
+{
+    std::string file;
+    if (const auto read = base::ReadWholeFile(m_path.toStdString(), file, base::kJsonMaxBytes); !read)
+        return QString::fromStdString(read.Text());
+    constexpr std::size_t kMost = 500;
+    constexpr std::size_t kLongest = 200; // of a value, bytes
+    const auto shown = [](const std::string& value) {
+        return value.empty() ? QStringLiteral("—")
+                             : QString::fromStdString(base::ValidUtf8(value.substr(0, kLongest))) +
+                                   (value.size() > kLongest ? QStringLiteral("…") : QString());
+    };
+    const auto all = casefile::CaseDifferences(file, CaseText());
+    QString text = all.empty() ? QStringLiteral("Datei und Fall haben denselben Inhalt.")
+                               : QStringLiteral("Wert: in der Datei → in diesem Fall\n");
+    for (std::size_t i = 0; i < all.size() && i < kMost; ++i)
+        text += QStringLiteral("\n%1: %2 → %3")
+                    .arg(QString::fromStdString(all[i].pointer), shown(all[i].before), shown(all[i].after));
+    if (all.size() > kMost)
+        text += QStringLiteral("\n… und %1 weitere").arg(all.size() - kMost);
+    return text;
+}
+
 void CaseDocument::Begin(const QString& path, bool saved)
 {
     m_path = path;
+    m_readOnly = false;
+    Claim();
+    Watch({});
     m_parts->stepOpen = false;
     m_parts->history.Reset();
     m_parts->savedState = saved ? m_parts->history.State() : kNeverSaved;
@@ -218,11 +306,12 @@ bool CaseDocument::NewFrom(const std::string& json)
     return true;
 }
 
-bool CaseDocument::Open(const QString& path)
+bool CaseDocument::Open(const QString& path, OpenMode mode)
 {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     CRuvData content;
-    if (const casefile::CaseResult read = casefile::LoadCase(absolute.toStdString(), content); !read) {
+    const casefile::CaseResult read = casefile::LoadCase(absolute.toStdString(), content);
+    if (!read) {
         m_error = QString::fromStdString(read.Text());
         return false;
     }
@@ -232,29 +321,47 @@ bool CaseDocument::Open(const QString& path)
                                          "nicht kennt, bleibt beim Speichern erhalten."));
     casefile::ReplaceCaseAndTell(*m_data, std::move(content));
     Begin(absolute, true);
+    Watch(read.digest);
+    if (mode == OpenMode::readOnly) {
+        m_readOnly = true;
+        Claim();
+        emit titleChanged();
+    }
     AddRecent(absolute);
     return true;
 }
 
-bool CaseDocument::Save()
+bool CaseDocument::Save(bool force)
 {
+    if (m_readOnly) {
+        m_error = QStringLiteral("Der Fall ist schreibgeschützt geöffnet. Er lässt sich unter einem anderen Namen "
+                                 "speichern.");
+        return false;
+    }
     if (m_path.isEmpty()) {
         m_error = QStringLiteral("Der Fall hat noch keinen Dateinamen.");
         return false;
     }
-    return SaveAs(m_path);
+    return SaveAs(m_path, force);
 }
 
-bool CaseDocument::SaveAs(const QString& path)
+bool CaseDocument::SaveAs(const QString& path, bool force)
 {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     m_parts->stepOpen = false;
-    // Pictures are named relative to the case's file.
-    for (CSzenenBild& picture : m_data->Bilder())
-        picture.datei = PictureName(PicturePath(picture.datei, m_path), absolute);
+    const std::vector<CSzenenBild> pictures = m_data->Bilder();
+    casefile::MovePictures(*m_data, m_path.toStdString(), absolute.toStdString());
     Commit(QStringLiteral("Änderung"));
-    if (const casefile::CaseResult written = casefile::SaveCase(absolute.toStdString(), *m_data); !written) {
+    const bool own = absolute == m_path;
+    const casefile::CaseResult written = casefile::SaveCase(
+        absolute.toStdString(), *m_data, own && force ? casefile::Overwrite::force : casefile::Overwrite::onlyCases,
+        base::SystemFileCalls(), own ? m_parts->digest : std::string());
+    if (!written) {
         m_error = QString::fromStdString(written.Text());
+        if (absolute != m_path)
+            m_data->Bilder() = pictures;
+        Commit(QStringLiteral("Änderung"));
+        CheckFile();
         return false;
     }
     m_error.clear();
@@ -262,10 +369,13 @@ bool CaseDocument::SaveAs(const QString& path)
     if (m_parts->journal)
         m_parts->journal->Clear();
     SetModified(false);
-    if (m_path != absolute) {
+    if (!own || m_readOnly) {
         m_path = absolute;
+        m_readOnly = false;
+        Claim();
         emit titleChanged();
     }
+    Watch(written.digest);
     AddRecent(absolute);
     return true;
 }
@@ -335,13 +445,19 @@ std::string CaseDocument::CaseText()
     return m_parts->history.Text();
 }
 
-std::vector<LeftBehind> CaseDocument::FindLeftBehind()
+std::vector<LeftBehind> CaseDocument::FindLeftBehind(QStringList* kept)
 {
     std::vector<LeftBehind> all;
     const std::string folder = base::UserStateFolder();
     if (folder.empty())
         return all;
-    for (const casefile::FoundJournal& found : casefile::FindJournals(folder)) {
+    std::vector<casefile::KeptJournalFile> files;
+    const std::vector<casefile::FoundJournal> journals = casefile::FindJournals(folder, &files);
+    for (const casefile::KeptJournalFile& file : files)
+        if (kept != nullptr)
+            kept->append(QStringLiteral("Eine Sicherung %1. Sie bleibt erhalten: %2")
+                             .arg(QString::fromStdString(file.reason), QString::fromStdString(file.path)));
+    for (const casefile::FoundJournal& found : journals) {
         const QString path = QString::fromStdString(found.content.casePath);
         QString title = QString::fromStdString(found.content.title);
         if (title.isEmpty())
@@ -372,7 +488,14 @@ bool CaseDocument::Recover(const LeftBehind& left)
     m_warnings.clear();
     casefile::ReplaceCaseAndTell(*m_data, std::move(content));
     Begin(left.path, false);
+    Watch(found->content.digest);
+    if (IsOpenElsewhere(m_path)) {
+        m_readOnly = true;
+        emit titleChanged();
+    }
+    CheckFile();
     if (m_parts->journal) {
+        KeepInJournal(m_parts->history.Text());
         m_parts->journal->Flush();
         if (m_parts->journal->Error().empty())
             casefile::RemoveJournal(*found);

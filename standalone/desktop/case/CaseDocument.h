@@ -25,6 +25,8 @@ struct LeftBehind {
     QString time;    ///< when it was last written, as text
 };
 
+enum class OpenMode { edit, readOnly };
+
 class CaseDocument : public QObject
 {
     Q_OBJECT
@@ -50,10 +52,23 @@ class CaseDocument : public QObject
     bool New();
     /// A new case with the content of a case file, for example one that comes with the program.
     bool NewFrom(const std::string& json);
-    bool Open(const QString& path);
-    bool Save();
-    bool SaveAs(const QString& path);
+    bool Open(const QString& path, OpenMode mode = OpenMode::edit);
+    /// Leaves a file alone that somebody else has changed, unless forced: then FileIsForeign() is true.
+    bool Save(bool force = false);
+    bool SaveAs(const QString& path, bool force = false);
     const QString& Error() const { return m_error; }
+
+    /// Whether another program of this user works on the file; also when nobody does any more and a crash left its
+    /// mark.
+    bool IsOpenElsewhere(const QString& path) const;
+    /// Opened so, or open elsewhere: Save refuses.
+    bool IsReadOnly() const { return m_readOnly; }
+    /// Whether the file holds something else than what was read from it or written to it last.
+    bool FileIsForeign() const { return m_foreign; }
+    /// Looks at the file; fileChanged tells when somebody has changed it since the last look.
+    void CheckFile();
+    /// What differs between the file and the case, as text for the user.
+    QString Differences();
     /// What the file opened last contained that could not be taken over, in German.
     const QStringList& Warnings() const { return m_warnings; }
 
@@ -69,8 +84,8 @@ class CaseDocument : public QObject
     /// The case as its file would hold it now.
     std::string CaseText();
 
-    /// Cases left behind by programs that no longer run.
-    static std::vector<LeftBehind> FindLeftBehind();
+    /// Cases left behind by programs that no longer run. Sentences about files that cannot be read go to `kept`.
+    static std::vector<LeftBehind> FindLeftBehind(QStringList* kept = nullptr);
     /// Opens such a case as a modified one. Its journal is removed once the document's own journal holds the case.
     bool Recover(const LeftBehind& left);
     static void Discard(const LeftBehind& left);
@@ -104,6 +119,8 @@ class CaseDocument : public QObject
     /// What can be undone and redone changed.
     void historyChanged();
     void recentFilesChanged();
+    /// Somebody else changed the case's file, or it is as it was again.
+    void fileChanged();
     /// The journal cannot be written, or the case is in a state that no file can hold; said once until it works again.
     void journalFailed(const QString& why);
 
@@ -117,6 +134,8 @@ class CaseDocument : public QObject
     void Begin(const QString& path, bool saved);
     void SetModified(bool modified);
     void AddRecent(const QString& path);
+    void Watch(const std::string& digest);
+    void Claim();
 
     std::unique_ptr<CRuvData> m_data;
     std::unique_ptr<Parts> m_parts;
@@ -125,6 +144,8 @@ class CaseDocument : public QObject
     QString m_problem; ///< why the case cannot be written, as last announced
     QStringList m_warnings;
     bool m_modified = false;
+    bool m_readOnly = false;
+    bool m_foreign = false;
 };
 
 } // namespace desktop

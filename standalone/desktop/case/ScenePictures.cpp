@@ -2,19 +2,22 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/case/ScenePictures.h"
 
+#include "base/AtomicFile.h"
 #include "base/Sha256.h"
+#include "casefile/CaseFile.h"
 
 #include <QBuffer>
-#include <QCursor>
+#include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QImage>
 #include <QImageReader>
 
 #include <algorithm>
 #include <cstring>
+#include <mutex>
+#include <thread>
+#include <utility>
 
 namespace desktop
 {
@@ -23,8 +26,9 @@ namespace
 
 constexpr qint64 kMostBytes = qint64{200} << 20;
 constexpr qint64 kMostPixels = 64'000'000;
-constexpr int kMegabytesPerReader = 300; // 64 million pixels of four bytes
-constexpr int kSmallestLevel = 512;      // pixels
+constexpr int kMegabytesPerReader = 300;                  // 64 million pixels of four bytes
+constexpr auto kBriefly = std::chrono::milliseconds(150); // too short to be felt as a stop
+constexpr int kSmallestLevel = 512;                       // pixels
 
 std::shared_ptr<const drawing::Bitmap> BitmapOf(const QImage& image, std::string file)
 {
@@ -79,10 +83,9 @@ void Decode(const QByteArray& bytes, PictureFile& file)
     }
     reader.setAutoTransform(true);
     const bool turned = reader.transformation() != QImageIOHandler::TransformationNone;
-    const int before = QImageReader::allocationLimit();
-    QImageReader::setAllocationLimit(kMegabytesPerReader);
+    static std::once_flag once;
+    std::call_once(once, [] { QImageReader::setAllocationLimit(kMegabytesPerReader); });
     QImage image = reader.read();
-    QImageReader::setAllocationLimit(before);
     if (image.isNull()) {
         file.why = QStringLiteral("ist beschädigt und lässt sich nicht lesen");
         return;
@@ -103,27 +106,28 @@ void Decode(const QByteArray& bytes, PictureFile& file)
 PictureFile ReadPictureFile(const QString& path)
 {
     PictureFile file;
-    QFile source(path);
-    if (!QFileInfo::exists(path)) {
+    const QFileInfo info(path);
+    if (!info.exists() && !info.isSymLink()) {
         file.why = QStringLiteral("fehlt");
-    } else if (source.size() > kMostBytes) {
-        file.why = QStringLiteral("ist zu groß (höchstens 200 MB)");
-    } else if (!source.open(QIODevice::ReadOnly)) {
-        file.why = QStringLiteral("lässt sich nicht öffnen");
-    } else {
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        const QByteArray bytes = source.readAll();
-        file.sha256 = base::Sha256({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-        Decode(bytes, file);
-        QGuiApplication::restoreOverrideCursor();
+        return file;
     }
+    if (info.isFile() && info.size() > kMostBytes) {
+        file.why = QStringLiteral("ist zu groß (höchstens 200 MB)");
+        return file;
+    }
+    std::string bytes;
+    if (const auto read = base::ReadWholeFile(path.toStdString(), bytes, kMostBytes); !read) {
+        file.why = QStringLiteral("lässt sich nicht lesen: ") + QString::fromStdString(read.reason);
+        return file;
+    }
+    file.sha256 = base::Sha256(bytes);
+    Decode(QByteArray::fromStdString(bytes), file);
     return file;
 }
 
 QString PicturePath(const std::string& name, const QString& casePath)
 {
-    const QString file = QString::fromStdString(name);
-    return casePath.isEmpty() || QDir::isAbsolutePath(file) ? file : QFileInfo(casePath).dir().absoluteFilePath(file);
+    return QString::fromStdString(casefile::PicturePath(name, casePath.toStdString()));
 }
 
 std::string PictureName(const QString& path, const QString& casePath)
@@ -132,15 +136,42 @@ std::string PictureName(const QString& path, const QString& casePath)
     return (casePath.isEmpty() ? absolute : QFileInfo(casePath).dir().relativeFilePath(absolute)).toStdString();
 }
 
-scene::SceneLayer ScenePictures::Layer(const CSzenenBild& picture, const QString& casePath, double pixels)
+ScenePictures::ScenePictures(std::function<void()> arrived)
+    : m_arrived(std::make_shared<std::function<void()>>(std::move(arrived)))
+{
+}
+
+std::shared_future<PictureFile> ScenePictures::Read(const QString& path) const
+{
+    // A thread that nobody waits for: what lies on a network that does not answer must not hold up the program's end.
+    auto promise = std::make_shared<std::promise<PictureFile>>();
+    std::thread([promise, path, arrived = std::weak_ptr(m_arrived)] {
+        promise->set_value(ReadPictureFile(path));
+        if (QCoreApplication* application = QCoreApplication::instance())
+            QMetaObject::invokeMethod(
+                application,
+                [arrived] {
+                    if (const auto tell = arrived.lock(); tell && *tell)
+                        (*tell)();
+                },
+                Qt::QueuedConnection);
+    }).detach();
+    return promise->get_future().share();
+}
+
+scene::SceneLayer ScenePictures::Layer(const CSzenenBild& picture, const QString& casePath, double pixels, Wait wait)
 {
     const QString path = PicturePath(picture.datei, casePath);
     const QFileInfo info(path);
     Entry& entry = m_files[path];
     if (entry.size != (info.exists() ? info.size() : -2) || entry.modified != info.lastModified())
-        entry = {info.lastModified(), info.exists() ? info.size() : -2, ReadPictureFile(path)};
+        entry = {info.lastModified(), info.exists() ? info.size() : -2, Read(path)};
     scene::SceneLayer layer{picture, nullptr, {}};
-    const PictureFile& file = entry.file;
+    if (wait == Wait::briefly && entry.file.wait_for(kBriefly) != std::future_status::ready) {
+        layer.trouble = "Das Bild wird gelesen …";
+        return layer;
+    }
+    const PictureFile& file = entry.file.get();
     if (!file.why.isEmpty()) {
         layer.trouble = "Das Bild " + file.why.toStdString();
         return layer;

@@ -9,6 +9,8 @@
 #include <QDateTime>
 #include <QString>
 
+#include <functional>
+#include <future>
 #include <map>
 #include <memory>
 #include <string>
@@ -24,26 +26,37 @@ struct PictureFile {
     QString why; ///< German; empty when the picture can be used
 };
 
-/// Reads a PNG or JPEG file, under a wait cursor. Files that are no pictures, damaged or too large are refused.
+/// Reads a PNG or JPEG file. Files that are no pictures, damaged or too large are refused.
 PictureFile ReadPictureFile(const QString& path);
 
 /// Where the file of a picture lies, and how the case names a file; `casePath` is empty for a case that has no file.
 QString PicturePath(const std::string& name, const QString& casePath);
 std::string PictureName(const QString& path, const QString& casePath);
 
-/// What has been read, so that each file is read once.
+/// What has been read, so that each file is read once; in threads of their own.
 class ScenePictures
 {
   public:
-    /// The picture in a size for `pixels` across.
-    scene::SceneLayer Layer(const CSzenenBild& picture, const QString& casePath, double pixels);
+    /// `arrived` is called from the event loop when a file has been read.
+    explicit ScenePictures(std::function<void()> arrived = {});
+
+    /// Every file is read anew when it is shown next.
+    void Forget() { m_files.clear(); }
+
+    enum class Wait { untilRead, briefly };
+    /// The picture in a size for `pixels` across. Waiting briefly, one that is not read yet is said to be on its way.
+    scene::SceneLayer Layer(const CSzenenBild& picture, const QString& casePath, double pixels,
+                            Wait wait = Wait::untilRead);
 
   private:
     struct Entry {
         QDateTime modified;
         qint64 size = -1;
-        PictureFile file;
+        std::shared_future<PictureFile> file;
     };
+    std::shared_future<PictureFile> Read(const QString& path) const;
+
+    std::shared_ptr<std::function<void()>> m_arrived;
     std::map<QString, Entry> m_files;
 };
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/check/Shot.h"
 
+#include "base/AtomicFile.h"
 #include "desktop/MainWindow.h"
 #include "desktop/SettingsDialog.h"
 #include "desktop/case/CaseDocument.h"
@@ -15,6 +16,7 @@
 #include "res/resource.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QDialog>
 #include <QDir>
 #include <QDockWidget>
@@ -120,10 +122,13 @@ class Album
     {
         QApplication::processEvents();
         const QString path = m_folder.filePath(name + QStringLiteral(".png"));
-        if (shown.grab().save(path))
-            std::printf("%s\n", qPrintable(path));
+        QBuffer png;
+        if (!shown.grab().save(&png, "PNG"))
+            Fail(path + QStringLiteral(": kein Bild"));
+        else if (const auto written = base::WriteFileAtomically(path.toStdString(), png.data().toStdString()); !written)
+            Fail(QString::fromStdString(written.Text()));
         else
-            Fail(path + QStringLiteral(" lässt sich nicht schreiben"));
+            std::printf("%s\n", qPrintable(path));
     }
 
     void Fail(const QString& why)

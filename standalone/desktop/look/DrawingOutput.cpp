@@ -5,6 +5,7 @@
 #include "base/AtomicFile.h"
 #include "desktop/look/CdcPainter.h"
 #include "desktop/look/Icons.h"
+#include "desktop/look/MessageBox.h"
 #include "drawing/DrawingExport.h"
 
 #include <QApplication>
@@ -12,7 +13,6 @@
 #include <QFileDialog>
 #include <QImage>
 #include <QMenu>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QPainter>
 #include <QPrintDialog>
@@ -72,7 +72,7 @@ void AskAndSaveDrawing(const CDC& drawing, const QString& name, QWidget* parent)
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return;
     if (const QString why = SaveDrawing(drawing, dialog.selectedFiles().front()); !why.isEmpty())
-        QMessageBox::warning(parent, title, why);
+        Warn(parent, title, why);
 }
 
 void AskAndPrintDrawing(const CDC& drawing, const QString& name, QWidget* parent)
@@ -84,7 +84,7 @@ void AskAndPrintDrawing(const CDC& drawing, const QString& name, QWidget* parent
     if (dialog.exec() != QDialog::Accepted)
         return;
     if (const QString why = PrintDrawing(drawing, printer); !why.isEmpty())
-        QMessageBox::warning(parent, QStringLiteral("Diagramm drucken"), why);
+        Warn(parent, QStringLiteral("Diagramm drucken"), why);
 }
 
 void AddDrawingEntries(QMenu& menu, const QString& name, QWidget* parent, const std::function<CDC()>& draw)

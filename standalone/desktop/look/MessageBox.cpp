@@ -75,4 +75,11 @@ int ShowMessageBox(QWidget* parent, const QString& title, const framework::Shown
     return confirms ? fehlerAbbrechen : fehlerNein;
 }
 
+void Warn(QWidget* parent, const QString& title, const QString& text)
+{
+    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
 } // namespace desktop

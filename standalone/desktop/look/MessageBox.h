@@ -14,4 +14,7 @@ namespace desktop
 /// Enter answers it with "Nein": what is asked for cannot always be taken back.
 int ShowMessageBox(QWidget* parent, const QString& title, const framework::ShownMessage& message);
 
+/// A warning whose text is shown as it is, whatever a case or a file is called.
+void Warn(QWidget* parent, const QString& title, const QString& text);
+
 } // namespace desktop

@@ -65,11 +65,6 @@ QSize HelpPane::sizeHint() const
     return QSize(420, 600) * CurrentFontScale();
 }
 
-bool HelpPane::HasPage(UINT number)
-{
-    return !PagePath(number).isEmpty();
-}
-
 QString HelpPane::PageText(UINT number)
 {
     QFile file(PagePath(number));

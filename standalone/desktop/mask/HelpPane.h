@@ -22,7 +22,6 @@ class HelpPane : public QTextBrowser
     void ShowPage(UINT number);
     /// Number of the page shown, 0 for the list.
     UINT Page() const { return m_page; }
-    static bool HasPage(UINT number);
     /// A mask's page in Markdown, empty when it has none.
     static QString PageText(UINT number);
     QSize sizeHint() const override;

@@ -69,7 +69,7 @@ void SceneCanvas::Reload()
     // Another case begins with all of it in view.
     if (!m_document.CanUndo() && !m_document.CanRedo() && !m_drag) {
         m_fits = true;
-        m_pictures = {};
+        m_pictures.Forget();
     }
     if (m_drag && m_stepOpen && !m_document.IsStepOpen())
         m_drag.reset(); // the step was taken back, or the case is another
@@ -289,7 +289,9 @@ scene::SceneDrawingOptions SceneCanvas::Options(Ground ground, const scene::Scen
             continue;
         const double pixels = static_cast<double>(picture.breite) * picture.meterProPixel * camera.pixelsPerMetre;
         const double sharp = ground == Ground::paper ? kPaperSharpness : devicePixelRatioF();
-        options.layers.push_back(m_pictures.Layer(picture, m_document.Path(), sharp * pixels));
+        options.layers.push_back(
+            m_pictures.Layer(picture, m_document.Path(), sharp * pixels,
+                             ground == Ground::paper ? ScenePictures::Wait::untilRead : ScenePictures::Wait::briefly));
     }
     if (ground == Ground::paper) {
         options.title = m_document.Data().Title();

@@ -128,7 +128,7 @@ class SceneCanvas : public QWidget
     bool m_stale = true; ///< of m_scene
     bool m_fits = true;  ///< nothing was shifted or zoomed yet: what stands in the scene is kept in view
     scene::SceneCamera m_camera;
-    ScenePictures m_pictures;
+    ScenePictures m_pictures{[this] { update(); }};
     std::optional<scene::SceneId> m_selected;
     bool m_grid = true;
 

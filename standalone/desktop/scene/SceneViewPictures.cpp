@@ -5,6 +5,7 @@
 #include "desktop/case/CaseDocument.h"
 #include "desktop/case/ScenePictures.h"
 #include "desktop/look/Icons.h"
+#include "desktop/look/MessageBox.h"
 #include "desktop/scene/SceneCanvas.h"
 #include "desktop/scene/SceneView.h"
 #include "host/Physics.h"
@@ -13,7 +14,6 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMenu>
-#include <QMessageBox>
 
 #include <cmath>
 #include <utility>
@@ -91,7 +91,7 @@ void SceneView::ChoosePicture()
     if (path.isEmpty())
         return;
     if (const QString why = AddPicture(path); !why.isEmpty())
-        QMessageBox::warning(this, kTitle, why);
+        Warn(this, kTitle, why);
 }
 
 QString SceneView::AddPicture(const QString& path)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/case/CaseDocument.h"
 
+#include "casefile/CaseFile.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -122,6 +123,75 @@ TEST_F(CaseDocumentTest, TheFileOfARunningDocumentIsNotOfferedAndGoesWithIt)
     }
     for (const auto& entry : std::filesystem::directory_iterator(m_folder.File("tavelin")))
         EXPECT_EQ(entry.path().filename(), "recent.ini");
+}
+
+TEST_F(CaseDocumentTest, AFileThatSomebodyElseChangedIsNoticedAndKept)
+{
+    CaseDocument document;
+    ASSERT_TRUE(document.SaveAs(File("fall.json")));
+    QSignalSpy noticed(&document, &CaseDocument::fileChanged);
+    document.Data().Title() = "meiner";
+    document.Commit("Titel");
+    ASSERT_TRUE(document.Save()) << "one's own saves are no changes by others";
+    QTest::qWait(300);
+    EXPECT_EQ(noticed.size(), 0);
+
+    CRuvData other;
+    ASSERT_TRUE(casefile::LoadCase(m_folder.File("fall.json"), other));
+    other.Title() = "anderer";
+    ASSERT_TRUE(casefile::SaveCase(m_folder.File("fall.json"), other));
+    const std::string theirs = m_folder.Read("fall.json");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return noticed.size() == 1; }, 5000)) << "without anybody asking";
+    EXPECT_TRUE(document.FileIsForeign());
+    document.Data().KfzDat(0).mass = 999.0;
+    document.Commit("Masse");
+    EXPECT_FALSE(document.Save());
+    EXPECT_TRUE(document.Error().contains("von jemand anderem geändert")) << document.Error().toStdString();
+    EXPECT_EQ(m_folder.Read("fall.json"), theirs);
+    EXPECT_TRUE(document.IsModified());
+    const QString differences = document.Differences();
+    EXPECT_TRUE(differences.contains("/title: \"anderer\" → \"meiner\"")) << differences.toStdString();
+    EXPECT_TRUE(differences.contains("/vehicles/0/mass")) << differences.toStdString();
+
+    ASSERT_TRUE(document.SaveAs(File("daneben.json")));
+    EXPECT_FALSE(document.FileIsForeign());
+    EXPECT_EQ(m_folder.Read("fall.json"), theirs);
+    ASSERT_TRUE(document.Open(File("fall.json")));
+    EXPECT_EQ(document.Data().Title(), "anderer");
+    m_folder.Write("fall.json", "kein Fall");
+    EXPECT_FALSE(document.Save());
+    EXPECT_TRUE(document.Save(true)) << "the user insists";
+    EXPECT_EQ(m_folder.Read("fall.json"), theirs);
+}
+
+TEST_F(CaseDocumentTest, AFileThatIsOpenTwiceIsSaidAndReadOnly)
+{
+    CaseDocument first;
+    ASSERT_TRUE(first.SaveAs(File("fall.json")));
+    CaseDocument second;
+    EXPECT_TRUE(second.IsOpenElsewhere(File("fall.json")));
+    EXPECT_FALSE(first.IsOpenElsewhere(File("fall.json"))) << "it is its own";
+    ASSERT_TRUE(second.Open(File("fall.json"), desktop::OpenMode::readOnly));
+    EXPECT_TRUE(second.IsReadOnly());
+    EXPECT_FALSE(second.Save());
+    EXPECT_TRUE(second.Error().contains("schreibgeschützt"));
+    ASSERT_TRUE(second.SaveAs(File("kopie.json")));
+    EXPECT_FALSE(second.IsReadOnly());
+    EXPECT_TRUE(second.IsOpenElsewhere(File("fall.json")));
+    first.New();
+    EXPECT_FALSE(second.IsOpenElsewhere(File("fall.json"))) << "closed";
+    ASSERT_TRUE(second.Open(File("fall.json")));
+    EXPECT_TRUE(second.Save());
+}
+
+TEST_F(CaseDocumentTest, AJournalThatCannotBeReadIsSaidAndKept)
+{
+    std::filesystem::create_directory(m_folder.File("tavelin"));
+    m_folder.Write("tavelin/12-ab.a", "tavelin-journal 1 kaputt");
+    QStringList kept;
+    EXPECT_TRUE(CaseDocument::FindLeftBehind(&kept).empty());
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(kept[0], "Eine Sicherung ist beschädigt. Sie bleibt erhalten: " + File("tavelin/12-ab.a.defekt"));
 }
 
 /// Not a test of its own: what the test below starts and kills.

@@ -19,6 +19,8 @@
 
 #include <cmath>
 
+#include <sys/stat.h>
+
 namespace
 {
 
@@ -180,6 +182,16 @@ TEST_F(ScenePictureTest, FilesThatAreNoUsablePictureAreRefused)
     huge.replace(frame + 5, 4, QByteArray::fromHex("fde8fde8"));
     EXPECT_TRUE(why("riesig.jpg", huge).contains("65000 × 65000 Bildpunkten zu groß"));
     EXPECT_TRUE(scene.AddPicture(Path("nirgends.png")).contains("fehlt"));
+    // What is no ordinary file is neither read nor waited for.
+    EXPECT_TRUE(scene.AddPicture("/dev/zero").contains("keine gewöhnliche Datei"));
+    ASSERT_EQ(mkfifo(qPrintable(Path("rohr.png")), 0600), 0);
+    EXPECT_TRUE(scene.AddPicture(Path("rohr.png")).contains("keine gewöhnliche Datei"));
+    ASSERT_TRUE(QFile::link("kreis.png", Path("kreis.png")));
+    EXPECT_TRUE(scene.AddPicture(Path("kreis.png")).contains("zu viele Verknüpfungen"));
+    QFile large(Path("gross.png"));
+    ASSERT_TRUE(large.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(large.resize(qint64{2} << 30)); // takes no room
+    EXPECT_TRUE(scene.AddPicture(Path("gross.png")).contains("zu groß"));
     EXPECT_TRUE(document.Data().Bilder().empty());
     EXPECT_FALSE(document.CanUndo());
 }
