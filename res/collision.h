@@ -1,8 +1,8 @@
 /* SPDX-FileCopyrightText: The RuvMod authors
  * SPDX-License-Identifier: Apache-2.0
  *
- * Numbers of the collision and trace masks: dialogs, controls and strings. Read by the resource compiler, so plain defines.
- * The static that names the unit of an edit has the edit's number + 10000 (EINHEIT). */
+ * Numbers of the collision and trace masks: dialogs, controls and strings. Read by the resource compiler, so plain
+ * defines. The static that names the unit of an edit has the edit's number + 10000 (EINHEIT). */
 #ifndef RUVMOD_COLLISION_H
 #define RUVMOD_COLLISION_H
 
