@@ -93,19 +93,21 @@ TEST(CliSafety, BatchWaitsForNoPipeAndNoDevice)
         EXPECT_EQ(line.at("exit"), 3) << line;
 }
 
-/// A line that takes minutes.
-std::string SlowLine()
+/// A line that takes minutes: it draws and draws.
+std::string SlowLine(const std::string& picture)
 {
     json actions = json::array();
-    for (int i = 0; i < 400'000; ++i)
-        actions.push_back("press:105");
+    for (int i = 0; i < 20'000; ++i)
+        actions.push_back("draw:400=" + picture);
     return json{{"id", "slow"}, {"mask", 400}, {"actions", std::move(actions)}}.dump() + "\n";
 }
 
 TEST(CliSafety, ALineThatTakesTooLongIsGivenUp)
 {
+    const test::TemporaryFolder folder;
     const std::string quick = json{{"id", "quick"}, {"mask", 400}}.dump() + "\n";
-    const test::Output output = RunCli({"batch", "--jobs", "1", "--line-timeout", "1"}, quick + SlowLine() + quick);
+    const test::Output output =
+        RunCli({"batch", "--jobs", "1", "--line-timeout", "1"}, quick + SlowLine(folder.File("a.png")) + quick);
     EXPECT_EQ(output.exit, 0) << output.err;
     const auto lines = test::JsonLines(output.out);
     ASSERT_EQ(lines.size(), 3U);
@@ -138,7 +140,7 @@ TEST(CliSafety, NoWorkerOutlivesItsParent)
     if (UnderWine())
         GTEST_SKIP() << "processes are Wine's there";
     const test::TemporaryFolder folder;
-    test::Write(folder.File("in"), SlowLine());
+    test::Write(folder.File("in"), SlowLine(folder.File("a.png")));
     const pid_t parent = fork();
     if (parent == 0) {
         if (std::freopen(folder.File("in").c_str(), "r", stdin) == nullptr ||
