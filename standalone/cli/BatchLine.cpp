@@ -100,6 +100,50 @@ std::optional<Failure> ReadCase(const JsonValue* value, std::shared_ptr<CRuvData
     return data ? std::nullopt : std::optional(Failure{exitFile, "„case“: " + input.error});
 }
 
+/// The text of the value that starts at `at` in a well-formed JSON text, up to what follows it.
+std::string_view ValueText(std::string_view json, std::size_t at)
+{
+    const std::size_t start = at;
+    int depth = 0;
+    for (bool quoted = false; at < json.size(); ++at) {
+        const char c = json[at];
+        if (quoted) {
+            at += c == '\\' ? 1 : 0;
+            quoted = c != '"';
+        } else if (c == '"') {
+            quoted = true;
+        } else if (c == '{' || c == '[') {
+            ++depth;
+        } else if (depth == 0 && (c == ',' || c == '}' || c == ']')) {
+            break;
+        } else if (c == '}' || c == ']') {
+            --depth;
+        }
+    }
+    std::string_view value = json.substr(start, at - start);
+    value.remove_suffix(value.size() - 1 - value.find_last_not_of(" \t\r\n"));
+    return value;
+}
+
+/// The very text that the line gives as its id, digits, blanks and escapes included; "null" without one. `object` is
+/// what the line was read as.
+std::string IdText(std::string_view line, const JsonValue::Object& object)
+{
+    constexpr std::string_view kBlanks = " \t\r\n";
+    std::size_t at = line.find('{') + 1;
+    for (const JsonValue::Member& member : object) {
+        std::size_t end = line.find('"', at) + 1;
+        while (line[end] != '"')
+            end += line[end] == '\\' ? 2 : 1;
+        const std::size_t value = line.find_first_not_of(kBlanks, line.find(':', end) + 1);
+        const std::string_view text = ValueText(line, value);
+        if (member.name == "id")
+            return std::string(text);
+        at = line.find(',', value + text.size()) + 1;
+    }
+    return "null";
+}
+
 std::optional<Failure> ReadLine(std::string_view text, Line& line)
 {
     constexpr std::array<std::string_view, 5> kMembers{"id", "mask", "case", "actions", "fields"};
@@ -107,8 +151,7 @@ std::optional<Failure> ReadLine(std::string_view text, Line& line)
     const auto* object = parsed.value ? parsed.value->As<JsonValue::Object>() : nullptr;
     if (object == nullptr)
         return Failure{exitUsage, "die Zeile " + (parsed.value ? "ist kein JSON-Objekt" : parsed.error)};
-    if (const JsonValue* id = base::Find(*object, "id"))
-        line.id = base::WriteJson(*id, base::JsonLayout::oneLine);
+    line.id = IdText(text, *object);
     for (const auto& member : *object)
         if (std::find(kMembers.begin(), kMembers.end(), member.name) == kMembers.end())
             return Failure{exitUsage,
@@ -152,6 +195,8 @@ std::string ComputeBatchLine(std::string_view text)
         session.Run(line.mask, line.actions, [&](const std::string& state) { states.push_back(state); });
     if (failure)
         return Failed(line.id, *failure);
+    if (session.FileFailure())
+        return Failed(line.id, *session.FileFailure());
     JsonText json;
     json.BeginObject();
     json.Key("id").Raw(line.id);
@@ -171,8 +216,7 @@ std::string FailedBatchLine(std::string_view text, int exit, const std::string& 
 {
     const base::JsonParsed parsed = base::ParseJson(text);
     const auto* object = parsed.value ? parsed.value->As<JsonValue::Object>() : nullptr;
-    const JsonValue* id = object == nullptr ? nullptr : base::Find(*object, "id");
-    return Failed(id == nullptr ? "null" : base::WriteJson(*id, base::JsonLayout::oneLine), {exit, error});
+    return Failed(object == nullptr ? "null" : IdText(text, *object), {exit, error});
 }
 
 } // namespace cli

@@ -137,7 +137,7 @@ int BatchVerb(const std::vector<std::string>& arguments)
     Batch batch(std::move(ends), options.jobs.value_or(std::max(1U, std::thread::hardware_concurrency())),
                 std::chrono::milliseconds(std::lround(limit * 1000.0)));
     if (batch.Run())
-        return exitDone;
+        return InputFailed() ? Complain(exitFile, "die Standardeingabe ließ sich nicht zu Ende lesen") : exitDone;
     Complain(exitFile, "die Ausgabe konnte nicht geschrieben werden");
     std::_Exit(exitFile); // threads may still be waiting
 }

@@ -250,6 +250,8 @@ int Evaluate(const ModalFunction& function, const Texts& texts, bool asJson)
         function.mask, actions, [&](CRuvData& data, CWnd* parent) { function.call(data, parent, &result, &okFlag); });
     if (failure)
         return Complain(failure->exit, failure->text);
+    if (session.FileFailure())
+        return Complain(session.FileFailure()->exit, session.FileFailure()->text);
     const auto given = okFlag != 0 ? std::optional(result) : std::nullopt;
     if (!given)
         Complain(exitDone, std::string(function.name) + ": kein Ergebnis, " + ReasonWithout(session, actions));

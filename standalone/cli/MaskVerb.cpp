@@ -37,12 +37,26 @@ std::string TargetBefore(const Options& options, const std::string& loaded)
     return same ? loaded : casefile::FileDigest(options.saveFile);
 }
 
+/// Saves the case, unless an entry was refused: then the case is not what the call asked for.
+int Save(const Options& options, Session& session, const std::string& before)
+{
+    if (session.Refused() && !options.saveRefused) {
+        Complain(exitRefused, "eine Eingabe wurde nicht angenommen, deshalb wurde „" + options.saveFile +
+                                  "“ nicht gespeichert (--save-refused speichert trotzdem)");
+        return exitRefused;
+    }
+    casefile::MovePictures(session.Case(), options.caseFile, options.saveFile);
+    const auto overwrite = options.force ? casefile::Overwrite::force : casefile::Overwrite::onlyCases;
+    const auto saved = casefile::SaveCase(options.saveFile, session.Case(), overwrite, base::SystemFileCalls(), before);
+    return saved ? exitDone : Complain(exitFile, saved.Text());
+}
+
 } // namespace
 
 int MaskVerb(const std::vector<std::string>& arguments)
 {
-    const Options options = ParseOptions(
-        arguments, {"--case", "--save", "--transfer", "--units", "--config", "--json", "--progress", "--force"});
+    const Options options = ParseOptions(arguments, {"--case", "--save", "--transfer", "--units", "--config", "--json",
+                                                     "--progress", "--force", "--save-refused"});
     if (!options.error.empty())
         return Complain(exitUsage, options.error);
     const auto mask = options.rest.empty() ? std::nullopt : MaskNumber(options.rest.front());
@@ -75,16 +89,14 @@ int MaskVerb(const std::vector<std::string>& arguments)
     const auto failure = session.Run(*mask, actions, [](const std::string& state) { Print(state + "\n"); });
     if (failure)
         return Complain(failure->exit, failure->text);
+    // The case first: a reader that goes away does not cost it.
+    int exit = session.Refused() ? exitRefused : exitDone;
+    if (session.FileFailure())
+        exit = Complain(session.FileFailure()->exit, session.FileFailure()->text);
+    if (!options.saveFile.empty())
+        exit = std::max(exit, Save(options, session, before));
     Print(session.State() + "\n");
-    if (!options.saveFile.empty()) {
-        casefile::MovePictures(session.Case(), options.caseFile, options.saveFile);
-        const auto overwrite = options.force ? casefile::Overwrite::force : casefile::Overwrite::onlyCases;
-        const auto saved =
-            casefile::SaveCase(options.saveFile, session.Case(), overwrite, base::SystemFileCalls(), before);
-        if (!saved)
-            return Complain(exitFile, saved.Text());
-    }
-    return session.Refused() ? exitRefused : exitDone;
+    return exit;
 }
 
 } // namespace cli

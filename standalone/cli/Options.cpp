@@ -18,6 +18,19 @@ constexpr unsigned kMostJobs = 1024;
 constexpr double kShortestTimeout = 0.1;    // s
 constexpr double kLongestTimeout = 86400.0; // s
 
+/// Options without a value.
+struct Flag {
+    std::string_view name;
+    bool Options::*member;
+};
+constexpr Flag kFlags[] = {
+    {"--json", &Options::json},
+    {"--worker", &Options::worker},
+    {"--progress", &Options::progress},
+    {"--force", &Options::force},
+    {"--save-refused", &Options::saveRefused},
+};
+
 std::optional<unsigned> ParseJobs(const std::string& text)
 {
     unsigned jobs = 0;
@@ -76,11 +89,10 @@ Options ParseOptions(const std::vector<std::string>& arguments, std::initializer
             options.error = "Option " + name + " gibt es hier nicht";
             return options;
         }
-        if (name == "--json" || name == "--worker" || name == "--progress" || name == "--force") {
-            (name == "--json"       ? options.json
-             : name == "--worker"   ? options.worker
-             : name == "--progress" ? options.progress
-                                    : options.force) = true;
+        if (const auto flag = std::find_if(std::begin(kFlags), std::end(kFlags),
+                                           [&](const Flag& entry) { return entry.name == name; });
+            flag != std::end(kFlags)) {
+            options.*flag->member = true;
             continue;
         }
         if (equals == std::string::npos && i + 1 == arguments.size()) {

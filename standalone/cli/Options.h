@@ -26,6 +26,7 @@ struct Options {
     std::optional<double> lineTimeout; ///< s
     bool worker = false;
     bool progress = false;
+    bool saveRefused = false;
     bool force = false;
     std::vector<std::string> rest;
     std::string error; ///< what is wrong with the call, empty when nothing is

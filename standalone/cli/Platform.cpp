@@ -2,6 +2,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/Platform.h"
 
+#include <atomic>
+
+namespace
+{
+std::atomic<bool> g_inputFailed = false;
+}
+
+bool cli::InputFailed()
+{
+    return g_inputFailed;
+}
+
 #ifdef _WIN32
 
 #include "base/Utf.h"
@@ -43,6 +55,8 @@ void EndWithParent() {}
 std::size_t ReadInput(char* buffer, std::size_t size)
 {
     const int count = _read(0, buffer, static_cast<unsigned>(size));
+    if (count < 0)
+        g_inputFailed = true;
     return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
@@ -68,7 +82,10 @@ std::vector<std::string> Arguments(int argc, char** argv)
     return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>{};
 }
 
-void PrepareStreams() {}
+void PrepareStreams()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+}
 
 void KeepFreedMemory()
 {
@@ -92,8 +109,10 @@ std::size_t ReadInput(char* buffer, std::size_t size)
         const ssize_t count = ::read(STDIN_FILENO, buffer, size);
         if (count >= 0)
             return static_cast<std::size_t>(count);
-        if (errno != EINTR)
+        if (errno != EINTR) {
+            g_inputFailed = true;
             return 0;
+        }
     }
 }
 

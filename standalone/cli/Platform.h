@@ -14,11 +14,14 @@ namespace cli
 /// The arguments after the program's name, UTF-8.
 std::vector<std::string> Arguments(int argc, char** argv);
 
-/// Makes the standard streams pass bytes through as they are.
+/// Makes the standard streams pass bytes through as they are; a reader of the output that goes away is an error of
+/// writing, not the end of the process.
 void PrepareStreams();
 
 /// Reads what standard input has, at most `size` bytes; waits only when there is nothing. 0 at its end.
 std::size_t ReadInput(char* buffer, std::size_t size);
+/// The end that ReadInput told was an error: a folder, a closed stream, a broken disk.
+bool InputFailed();
 
 /// Lets the process keep what it frees for its next allocation: a case is large enough to be handed back to the system
 /// and fetched again for every line otherwise.

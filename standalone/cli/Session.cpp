@@ -115,10 +115,16 @@ void Session::Continue(const std::function<bool()>& running)
     }
 }
 
-void Session::Fail(std::string text, int exit)
+void Session::Fail(std::string text)
 {
     if (!m_failure)
-        m_failure = Failure{exit, std::move(text)};
+        m_failure = Failure{exitUsage, std::move(text)};
+}
+
+void Session::FailToWrite(std::string text)
+{
+    if (!m_fileFailure)
+        m_fileFailure = Failure{exitFile, std::move(text)};
 }
 
 Window* Session::Mask() const

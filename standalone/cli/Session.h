@@ -50,6 +50,8 @@ class Session
     /// Called with what long work reports; false asks it to stop.
     void OnProgress(std::function<bool(const std::string&, double)> report) { m_front.progress = std::move(report); }
 
+    /// The first picture or report that could not be written; the actions after it were done all the same.
+    const std::optional<Failure>& FileFailure() const { return m_fileFailure; }
     /// An entry was not taken by the mask.
     bool Refused() const { return m_front.Refused(); }
     /// The state as a JSON object.
@@ -61,7 +63,8 @@ class Session
   private:
     void Continue(const std::function<bool()>& running);
     void Open();
-    void Fail(std::string text, int exit = exitUsage);
+    void Fail(std::string text);
+    void FailToWrite(std::string text);
     MaskImage Image(framework::Window& mask) const;
     void CheckFields();
 
@@ -110,6 +113,7 @@ class Session
     std::size_t m_next = 0;
     std::function<void(const std::string&)> m_onState;
     std::optional<Failure> m_failure;
+    std::optional<Failure> m_fileFailure;
 };
 
 } // namespace cli

@@ -360,9 +360,9 @@ void Session::Do(const DrawAction& action)
     }
     const std::string bytes = drawing::ExportByEnding(draw(*shown), action.file);
     if (bytes.empty())
-        Fail("draw: das Bild für „" + action.file + "“ wäre zu groß", exitFile);
+        FailToWrite("draw: das Bild für „" + action.file + "“ wäre zu groß");
     else if (const auto written = base::WriteFileAtomically(action.file, bytes); !written)
-        Fail("draw: " + written.Text(), exitFile);
+        FailToWrite("draw: " + written.Text());
 }
 
 void Session::Do(const ProtocolAction& action)
@@ -388,7 +388,7 @@ void Session::Do(const ProtocolAction& action)
     const std::string bytes =
         odt ? report::ProtocolOdt(protocol) : report::ProtocolHtml(protocol, report::HtmlPictures::inlineSvg);
     if (const auto written = base::WriteFileAtomically(action.file, bytes); !written)
-        Fail("protocol: " + written.Text(), exitFile);
+        FailToWrite("protocol: " + written.Text());
 }
 
 void Session::Do(const StateAction&)

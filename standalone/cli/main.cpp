@@ -24,6 +24,7 @@ Optionen von mask:
   --case DATEI           Fall (sonst: ein Fall mit zwei Pkw)
   --save DATEI           Fall danach speichern
   --force                auch über eine Datei, die inzwischen jemand geändert hat
+  --save-refused         auch speichern, wenn eine Eingabe nicht angenommen wurde
   --progress             auf der Fehlerausgabe sagen, wie weit eine lange Rechnung ist
 Optionen von mask, describe und batch:
   --transfer on|off      „Daten übertragen“
