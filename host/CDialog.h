@@ -5,11 +5,13 @@
 #pragma once
 
 #include "host/CWnd.h"
+#include "host/NumberTable.h"
 #include "host/RecordField.h"
 
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <span>
 #include <vector>
 
 class CBinding;
@@ -189,8 +191,10 @@ class CMDIRechDialog : public CMDIDialog
     virtual std::int64_t ColorVehicle() const { return -1; }
     /// Asks whether all entries shall be cleared.
     bool ConfirmClear();
-    /// Shows a string of the module in a static, nothing for 0.
-    void ShowText(UINT controlId, UINT textId);
+    /// Shows a string of the module in a static, nothing for 0. {0}, {1}, ... in it stand for the numbers.
+    void ShowText(UINT controlId, UINT textId, std::span<const ShownNumber> numbers = {});
+    /// The same for what only asks the user to do something: reports leave it out.
+    void ShowPrompt(UINT controlId, UINT textId);
     bool IsChecked(UINT controlId) const;
     void Check(UINT controlId, bool checked);
     /// The program's main window, or null.

@@ -55,6 +55,8 @@ class CStatic : public CWnd
     void SetMouse(std::function<bool(const CMouseEvent&)> mouse);
     /// The mouse cursor over the drawing field.
     void SetCursorShape(CursorShape shape);
+    /// Draws the field in reports, where there is room for more than on the screen; `heightToWidth` is the shape.
+    void SetReportPainter(std::function<void(CDC&, const CRect&)> paint, double heightToWidth);
 };
 
 class CEdit : public CWnd

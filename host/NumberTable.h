@@ -56,6 +56,13 @@ inline constexpr NumberUnit N{"N"};
 inline constexpr NumberUnit daN{"daN"};
 } // namespace units
 
+/// A number that a text names: shown with its unit, both in the user's unit system.
+struct ShownNumber {
+    double value = 0.0; ///< in `unit`
+    NumberUnit unit{};
+    int decimals = 2;
+};
+
 /// What an entry may hold, in the record's unit; anything else is refused.
 struct NumberRange {
     double minimum = 0.0;

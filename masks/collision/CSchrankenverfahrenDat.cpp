@@ -249,6 +249,7 @@ void CSchrankenverfahrenDat::Berechnen()
     BildeFlaeche();
     Kontrolle();
     ergebnisSteht = 1;
+    gerechnet = 1;
 }
 
 void CSchrankenverfahrenDat::Verwerfen()

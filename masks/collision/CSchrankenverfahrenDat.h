@@ -16,6 +16,8 @@
 #include <utility>
 #include <vector>
 
+class CWegZeitRechDat;
+
 class CSchrankenverfahrenDat final : public CDlgData
 {
   public:
@@ -78,6 +80,14 @@ class CSchrankenverfahrenDat final : public CDlgData
         double bis = 0.0;
     };
 
+    /// Why there is no common area.
+    enum class OhneFlaeche {
+        keine,     ///< there is one
+        vorn,      ///< the collision area reaches before the front of the vehicle at rest, where nothing is computed
+        zuSchmal,  ///< it lies between two positions
+        schranken, ///< the bands have nothing in common there
+    };
+
     explicit CSchrankenverfahrenDat(CRuvData& data);
 
     std::int64_t fahrzeugNr = -2;
@@ -113,6 +123,7 @@ class CSchrankenverfahrenDat final : public CDlgData
     double groessterWeg = 0.0; ///< s_max, m
 
     std::uint8_t ergebnisSteht = 0; ///< a computation stands
+    std::uint8_t gerechnet = 0;     ///< there was one: it comes back as soon as everything it needs has its place
     Bereich weg{};                  ///< range of the common area, m; zeros when it is empty
     Bereich tempo{};                ///< range of the common area, km/h
 
@@ -162,7 +173,7 @@ class CSchrankenverfahrenDat final : public CDlgData
     Mangel Pruefen() const;
     /// Computes the curves of all switched-on barriers from fresh projections, then area and results.
     void Berechnen();
-    /// Drops curves, area and results.
+    /// Drops curves, area and results; that there was a computation stays.
     void Verwerfen();
     /// A switched-on theory that has what it needs.
     bool IstWirksam(Theorie theorie) const;
@@ -174,7 +185,13 @@ class CSchrankenverfahrenDat final : public CDlgData
     static void FlaechenRechner(Kurvenfeld& band, const Kurvenfeld& schranke, std::size_t n);
     /// Whether any position of the area carries speeds.
     bool HatFlaeche() const;
-    /// Range of distances and speeds of the area; zeros when it is empty.
+    OhneFlaeche WarumOhneFlaeche() const;
+    /// Distance between neighbouring positions, m.
+    double Stellenabstand() const { return groessterWeg / static_cast<double>(kProben - 1); }
+    /// The area has positions without a lowest speed.
+    bool IstNachUntenOffen() const;
+    /// Range of distances and speeds of the area; zeros when it is empty, and a lowest speed of 0 when it is open
+    /// below.
     Bereich FlaecheWeg() const;
     Bereich FlaecheGeschwindigkeit() const;
     /// Distance of the area's position that a chosen speed (0 minimum, 1 mean, 2 maximum) belongs to.
@@ -187,7 +204,8 @@ class CSchrankenverfahrenDat final : public CDlgData
     bool KannExportieren() const;
     /// Makes the chosen speed the vehicle's speed at the collision. Only when KannExportieren.
     void UebergibTempo();
-    /// The same, and writes how person and bicycle met the vehicle, as far as they are placed and in the case.
+    /// The same, and writes where the vehicle was then and how person and bicycle met it, as far as they are placed and
+    /// in the case.
     void Exportieren();
 
   private:
@@ -195,6 +213,9 @@ class CSchrankenverfahrenDat final : public CDlgData
 
     Werte WerteDesFalls() const;
     void Kurven();
+    /// Writes the participant's data, and says that its driving line changed.
+    void SchreibeKollision(std::size_t beteiligter, const CWegZeitRechDat& daten);
+    void UebergibFahrzeuglage(double s);
     void UebergibKollision(std::int64_t beteiligter, Objekt objekt, double s);
 
     Werte m_abgelegt;

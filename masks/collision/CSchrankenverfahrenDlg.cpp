@@ -24,6 +24,7 @@ namespace
 
 using Dat = CSchrankenverfahrenDat;
 
+constexpr double kHoeheZuBreite = 0.65;        // of the diagram in reports, about that of the large one
 constexpr CRect kSeitenplatz{5, 23, 241, 180}; // dialog units
 
 struct Objektart {
@@ -133,12 +134,33 @@ void CSchrankenverfahrenDlg::UpdateDialog()
     for (const auto& seite : m_seiten)
         if (seite != nullptr)
             seite->UpdateDialog();
+    ZeigeBefund();
+}
+
+void CSchrankenverfahrenDlg::ZeigeBefund()
+{
     UINT text = 0;
-    if (m_veraltet)
-        text = IDS_SCHRANKEN_VERALTET;
-    else if (m_dat.ergebnisSteht != 0 && !m_dat.HatFlaeche())
-        text = IDS_SCHRANKEN_KEINE_FLAECHE;
-    ShowText(IDC_SCHR_HINWEIS, text);
+    if (m_veraltet) {
+        ShowPrompt(IDC_SCHR_HINWEIS, IDS_SCHRANKEN_VERALTET);
+        return;
+    }
+    if (m_dat.ergebnisSteht != 0) {
+        switch (m_dat.WarumOhneFlaeche()) {
+        case Dat::OhneFlaeche::keine:
+            text = m_dat.IstNachUntenOffen() ? IDS_SCHRANKEN_NACH_UNTEN_OFFEN : 0;
+            break;
+        case Dat::OhneFlaeche::vorn:
+            text = IDS_SCHRANKEN_KOLLISIONSORT_VORN;
+            break;
+        case Dat::OhneFlaeche::zuSchmal:
+            text = IDS_SCHRANKEN_KOLLISIONSORT_SCHMAL;
+            break;
+        case Dat::OhneFlaeche::schranken:
+            text = IDS_SCHRANKEN_KEINE_FLAECHE;
+            break;
+        }
+    }
+    ShowText(IDC_SCHR_HINWEIS, text, std::array{ShownNumber{m_dat.Stellenabstand(), units::m}});
 }
 
 LRESULT CSchrankenverfahrenDlg::OnUpdateDialog(WPARAM, LPARAM)
@@ -152,9 +174,13 @@ LRESULT CSchrankenverfahrenDlg::OnUpdateDialog(WPARAM, LPARAM)
 
 void CSchrankenverfahrenDlg::GlobalGeoDatChanged(UINT_PTR)
 {
-    if (m_dat.FallHatAnderes())
+    const bool anderes = m_dat.FallHatAnderes();
+    const bool eingaben = m_veraltet;
+    if (anderes)
         m_dat.Laden();
     Nachrechnen();
+    if (!anderes && eingaben)
+        m_dat.Speichern(); // what was entered counts now
     LadeEllipsen();
 }
 
@@ -185,9 +211,16 @@ void CSchrankenverfahrenDlg::OnRechnen()
     OnPaint();
 }
 
+bool CSchrankenverfahrenDlg::BringeAufStand()
+{
+    if (m_veraltet)
+        OnRechnen();
+    return !m_veraltet && m_dat.KannExportieren();
+}
+
 void CSchrankenverfahrenDlg::Nachrechnen()
 {
-    if (m_dat.ergebnisSteht != 0 && m_dat.IstPlatziert()) {
+    if (m_dat.gerechnet != 0 && m_dat.IstPlatziert()) {
         m_dat.Berechnen();
     } else {
         m_dat.Projizieren();
@@ -203,6 +236,7 @@ void CSchrankenverfahrenDlg::EingabeGeaendert(bool sofort)
 {
     if (sofort) {
         Nachrechnen();
+        m_dat.Speichern();
         return;
     }
     m_veraltet = m_dat.ergebnisSteht != 0;
@@ -213,6 +247,7 @@ void CSchrankenverfahrenDlg::KontrolleGeaendert()
 {
     m_dat.Kontrolle();
     m_exportiert = false;
+    m_dat.Speichern();
     UpdateDialog();
 }
 
@@ -230,6 +265,9 @@ void CSchrankenverfahrenDlg::VerbindeZeichenfeld(CWnd* feld, bool gross)
     static_cast<CStatic*>(feld)->SetPainter([this, gross](CDC& dc, const CRect&) {
         schranken::ZeichneDiagramm(dc, m_dat, schranken::Farben::Aus(RuvCfg), gross);
     });
+    static_cast<CStatic*>(feld)->SetReportPainter(
+        [this](CDC& dc, const CRect&) { schranken::ZeichneDiagramm(dc, m_dat, schranken::Farben::Aus(RuvCfg), true); },
+        kHoeheZuBreite);
 }
 
 void CSchrankenverfahrenDlg::PaintDiagramm(bool gross)
@@ -328,8 +366,8 @@ void CSchrankenverfahrenDlg::ObjectPlaced(const CPlacedObject& object)
 
 void CSchrankenverfahrenDlg::LageGeaendert()
 {
-    m_dat.Speichern();
     Nachrechnen();
+    m_dat.Speichern();
     LadeEllipsen();
 }
 
@@ -356,7 +394,8 @@ void CSchrankenverfahrenDlg::LadeEllipsen()
 void CSchrankenverfahrenDlg::TempoUebergeben()
 {
     m_exportiert = false;
-    if (m_dat.KannExportieren()) {
+    m_dat.Speichern();
+    if (BringeAufStand()) {
         m_dat.UebergibTempo();
         if (CWnd* main = MainWindow())
             main->PostMessage(WM_RUV_MASKTRANSFERRED, static_cast<WPARAM>(m_dat.fahrzeugNr));
@@ -366,7 +405,7 @@ void CSchrankenverfahrenDlg::TempoUebergeben()
 
 void CSchrankenverfahrenDlg::Exportieren()
 {
-    if (!m_dat.KannExportieren())
+    if (!BringeAufStand())
         return;
     if (std::all_of(m_dat.theorien.begin(), m_dat.theorien.end(), [](std::uint8_t an) { return an == 0; }))
         AfxMessageBox(LoadRuvString(IDS_SCHRANKEN_KEINE_THEORIE)); // a hint: the braking barrier alone stands

@@ -88,6 +88,10 @@ class RUVMOD_API CSchrankenverfahrenDlg : public CMDIRechDialog, public CPlacing
 
     LRESULT OnUpdateDialog(WPARAM, LPARAM);
     void ZeigeSeite(std::size_t seite);
+    /// Says what is to be said of the result beside it.
+    void ZeigeBefund();
+    /// Computes when entries were made since, and says what is missing then. True when a speed can be handed over.
+    bool BringeAufStand();
     CPlacedObject Objekt(std::size_t objekt) const;
     CPlacedObject Vorschlag(std::size_t objekt) const;
 

@@ -57,9 +57,20 @@ const CMessageMap* CTAB1::GetMessageMap() const
 
 void CTAB1::BuildObjects()
 {
-    new CFzgCombo(this, IDC_SCHR_FAHRZEUG, kKeiner, &m_dat->fahrzeugNr, &m_dat->personNr, nullptr, nullptr);
-    new CFzgCombo(this, IDC_SCHR_PERSON, kKeiner, &m_dat->personNr, &m_dat->fahrzeugNr, nullptr, nullptr);
-    new CFzgCombo(this, IDC_SCHR_FAHRRAD, kKeiner, &m_dat->fahrradNr, &m_dat->fahrzeugNr, nullptr, nullptr);
+    // A participant is one thing only.
+    struct {
+        UINT control;
+        std::int64_t* nummer;
+        std::vector<CIntField> andere;
+    } const auswahlen[] = {
+        {IDC_SCHR_FAHRZEUG, &m_dat->fahrzeugNr, {&m_dat->personNr, &m_dat->fahrradNr}},
+        {IDC_SCHR_PERSON, &m_dat->personNr, {&m_dat->fahrzeugNr, &m_dat->fahrradNr}},
+        {IDC_SCHR_FAHRRAD, &m_dat->fahrradNr, {&m_dat->fahrzeugNr, &m_dat->personNr}},
+    };
+    for (const auto& auswahl : auswahlen) {
+        auto* combo = new CFzgCombo(this, auswahl.control, kKeiner, auswahl.nummer, nullptr, nullptr, nullptr);
+        combo->Ausser(auswahl.andere);
+    }
 }
 
 void CTAB1::UpdateDialog()
@@ -70,7 +81,7 @@ void CTAB1::UpdateDialog()
     const bool gewaehlt = m_dat->FahrzeugGueltig();
     Enable(IDC_SCHR_PLATZ_FAHRZEUG, gewaehlt);
     Enable(IDC_SCHR_SETZEN_FAHRZEUG, gewaehlt);
-    ShowText(IDC_SCHR_POSITION_HINWEIS, gewaehlt ? 0 : IDS_SCHRANKEN_ERST_FAHRZEUG);
+    ShowPrompt(IDC_SCHR_POSITION_HINWEIS, gewaehlt ? 0 : IDS_SCHRANKEN_ERST_FAHRZEUG);
 }
 
 void CTAB1::WertGeaendert(UINT, bool)

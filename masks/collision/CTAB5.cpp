@@ -24,16 +24,16 @@ void CTAB5::UpdateDialog()
     CSchrankenSeite::UpdateDialog();
     const bool bereit = m_dat->KannExportieren();
     Enable(IDC_SCHR_EXPORT, bereit);
-    UINT text = 0;
     if (m_dat->ergebnisSteht == 0)
-        text = IDS_SCHRANKEN_ERST_RECHNEN;
+        ShowPrompt(IDC_SCHR_EXPORT_HINWEIS, IDS_SCHRANKEN_ERST_RECHNEN);
     else if (!m_dat->HatFlaeche())
-        text = IDS_SCHRANKEN_KEINE_FLAECHE;
+        ShowText(IDC_SCHR_EXPORT_HINWEIS, IDS_SCHRANKEN_NICHTS_ZU_UEBERTRAGEN);
+    else if (m_dat->exportWahl < 0 || m_dat->exportWahl > 2)
+        ShowPrompt(IDC_SCHR_EXPORT_HINWEIS, IDS_SCHRANKEN_WAEHLEN);
     else if (!bereit)
-        text = IDS_SCHRANKEN_WAEHLEN;
-    else if (m_maske.IstExportiert())
-        text = IDS_SCHRANKEN_EXPORTIERT;
-    ShowText(IDC_SCHR_EXPORT_HINWEIS, text);
+        ShowText(IDC_SCHR_EXPORT_HINWEIS, IDS_SCHRANKEN_NUR_MAXIMUM);
+    else
+        ShowText(IDC_SCHR_EXPORT_HINWEIS, m_maske.IstExportiert() ? IDS_SCHRANKEN_EXPORTIERT : 0);
 }
 
 void CTAB5::WertGeaendert(UINT controlId, bool)

@@ -23,7 +23,8 @@ constexpr UINT kExporttempi[] = {IDC_SCHR_EXPORTTEMPO_MINIMUM, IDC_SCHR_EXPORTTE
 constexpr UINT kSeiten[] = {IDC_SCHR_VON_LINKS, IDC_SCHR_VON_RECHTS};
 constexpr UINT kAnstoss[] = {IDC_SCHR_KONTROLLE_ANSTOSS, IDC_SCHR_EXPORT_ANSTOSS}; // on two pages
 constexpr std::string_view kSpanne = "Minimum|Mittelwert|Maximum";
-constexpr NumberRange kBeteiligte{-2, 15}; // -2: none chosen
+constexpr std::int64_t kKeiner = -2;
+constexpr NumberRange kBeteiligte{kKeiner, 15};
 
 /// Where an object stands: position, direction, size, and whether it stands.
 template <std::size_t Objekt, auto Wert> FieldRef Lage(Dat& dat)
@@ -141,6 +142,7 @@ constexpr NumberRow<Dat> kZahlen[] = {
     {"kleinsterWeg", At<&Dat::kleinsterWeg>, units::m, FieldRole::internal},
     {"groessterWeg", At<&Dat::groessterWeg>, units::m, FieldRole::internal},
     {"ergebnisSteht", At<&Dat::ergebnisSteht>},
+    {"gerechnet", At<&Dat::gerechnet>},
     {IDC_SCHR_WEG_VON, "wegVon", At<&Dat::weg, &Dat::Bereich::von>, units::m, {-2000, 2000}, 2, FieldRole::result},
     {IDC_SCHR_WEG_BIS,
      "wegBis",
@@ -300,6 +302,13 @@ void CSchrankenverfahrenDat::Laden()
             },
             behalten[i].value);
     TakeFromCase(m_data, IDD_SCHRANKENVERFAHREN, behalten);
+    if (ergebnisSteht != 0)
+        gerechnet = 1;
+    // A participant is one thing only.
+    if (fahrradNr >= 0 && (fahrradNr == fahrzeugNr || fahrradNr == personNr))
+        fahrradNr = kKeiner;
+    if (personNr >= 0 && personNr == fahrzeugNr)
+        personNr = kKeiner;
     m_abgelegt = WerteDesFalls();
 }
 

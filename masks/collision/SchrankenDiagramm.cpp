@@ -132,14 +132,18 @@ class Zeichner
         m_dc.SetTextColor(m_farben.schrift);
         Wegachse();
         Tempoachse();
+        // Over the grid lines at its edges.
+        m_dc.SelectPen({PenStyle::solid, 1.0, m_farben.rahmen});
+        const double links = Scharf(m_links), rechts = Scharf(m_rechts), oben = Scharf(m_oben), unten = Scharf(m_unten);
+        m_dc.Polyline({{links, oben}, {rechts, oben}, {rechts, unten}, {links, unten}, {links, oben}});
+        if (m_gross)
+            Legende(); // under everything else, so that it hides nothing
         Fahrzeug();
         Person();
         for (const Kurvenbild& bild : kKurvenbilder)
             if (IstSichtbar(m_dat, bild.schranke))
                 Kurve(bild);
         Bereich();
-        if (m_gross)
-            Legende();
     }
 
   private:
@@ -168,8 +172,8 @@ class Zeichner
 
         const std::string titel = units.WithUnit(LoadRuvString(kTextWeg), meter);
         const double grundlinie = m_unten + kLuft + m_dc.TextAscent();
-        m_dc.TextOut({m_rechts, grundlinie}, titel, TextAlign::right);
-        const double platzBis = m_rechts - m_dc.TextWidth(titel) - kRand;
+        // Inside, at the end of the axis: under it the ticks need the room.
+        m_dc.TextOut({m_rechts - kLuft, m_unten - kLuft - 2.0}, titel, TextAlign::right);
         for (int tick = erster; tick <= letzter; ++tick) {
             const double x = Scharf(X(tick * schritt));
             m_dc.SelectPen({PenStyle::solid, 1.0, m_farben.raster});
@@ -178,8 +182,8 @@ class Zeichner
             m_dc.Line({x, m_unten}, {x, m_unten + kLuft});
             const std::string zahl = text(tick);
             const double halb = m_dc.TextWidth(zahl) / 2.0;
-            if (tick % jeder == 0 && x + halb <= platzBis && x - halb >= 0.0)
-                m_dc.TextOut({x, grundlinie}, zahl, TextAlign::center);
+            if (tick % jeder == 0)
+                m_dc.TextOut({std::clamp(x, halb, m_dc.Width() - halb), grundlinie}, zahl, TextAlign::center);
         }
     }
 
@@ -191,6 +195,11 @@ class Zeichner
         const double hoehe = schritt / m_achsen.tempoBis * (m_unten - m_oben);
         const int jeder = std::max(1, static_cast<int>(std::ceil(m_zeile / hoehe)));
         const auto letzter = static_cast<int>(std::floor(m_achsen.tempoBis / schritt + 1e-9));
+        const auto text = [&](int tick) { return Ganzzahl(units.ToShown(tick * schritt, kmh)); };
+        // The longest number still fits beside the plot.
+        CFont schmal = m_schrift;
+        schmal.size *= std::min(1.0, (m_links - kLuft - 1.0) / std::max(m_dc.TextWidth(text(letzter)), 1.0));
+        m_dc.SelectFont(schmal);
         for (int tick = 0; tick <= letzter; ++tick) {
             const double y = Scharf(Y(tick * schritt));
             if (tick > 0 && y > m_oben + 1.0) {
@@ -200,9 +209,9 @@ class Zeichner
             m_dc.SelectPen({PenStyle::solid, 1.0, m_farben.rahmen});
             m_dc.Line({m_links - kLuft + 1.0, y}, {m_links, y});
             if (tick % jeder == 0)
-                m_dc.TextOut({m_links - kLuft, y + 0.36 * m_schrift.size}, Ganzzahl(units.ToShown(tick * schritt, kmh)),
-                             TextAlign::right);
+                m_dc.TextOut({m_links - kLuft, y + 0.36 * schmal.size}, text(tick), TextAlign::right);
         }
+        m_dc.SelectFont(m_schrift);
         m_dc.TextOut({m_links, m_oben - kLuft - 2.0}, units.WithUnit(LoadRuvString(kTextTempo), kmh));
     }
 
@@ -284,7 +293,63 @@ class Zeichner
         m_dc.Polygon(std::move(rand));
     }
 
-    /// In the upper left corner, where the curves seldom come.
+    /// What stands in the plot, as points close together.
+    std::vector<CDPoint> Gezeichnetes() const
+    {
+        std::vector<CDPoint> punkte;
+        const auto nimm = [&](const CDPoint& p) {
+            if (Innen(p))
+                punkte.push_back(p);
+        };
+        for (const Kurvenbild& bild : kKurvenbilder) {
+            if (!IstSichtbar(m_dat, bild.schranke))
+                continue;
+            if (bild.schranke == Dat::kurveGeschwindigkeit) {
+                for (const double tempo : {m_dat.geschwindigkeitVon, m_dat.geschwindigkeitBis})
+                    for (double x = m_links; tempo > 0.0 && x <= m_rechts; x += kRand)
+                        nimm({x, Y(tempo)});
+                continue;
+            }
+            for (const CDPoint& p : m_dat.kurven[bild.schranke])
+                if (p.y > 0.0)
+                    nimm({X(p.x), Y(p.y)});
+        }
+        // Vehicle and person stand on the middle line.
+        const double vorn = std::min(0.0, m_dat.personLaengs - 1.0);
+        for (double x = X(vorn); x <= X(m_dat.fahrzeugLaenge); x += kRand)
+            for (const double seite : {-1.0, 0.0, 1.0})
+                nimm({x, (m_oben + m_unten) / 2.0 + seite * ProMeter()});
+        return punkte;
+    }
+
+    /// The upper left corner of a box where it covers the least of what is drawn; of equal places the uppermost, and
+    /// of those the leftmost.
+    CDPoint FreierPlatz(double breite, double hoehe) const
+    {
+        constexpr int kPlaetze = 12; // in each direction
+        const auto punkte = Gezeichnetes();
+        const double weite = std::max(0.0, m_rechts - m_links - breite - 2.0 * kRand);
+        const double tiefe = std::max(0.0, m_unten - m_oben - hoehe - 2.0 * kRand - m_zeile);
+        CDPoint bester{m_links + kRand, m_oben + kRand};
+        auto wenigste = punkte.size() + 1;
+        for (int j = 0; j < kPlaetze; ++j) {
+            for (int i = 0; i < kPlaetze; ++i) {
+                const CDPoint ecke{m_links + kRand + weite * i / (kPlaetze - 1),
+                                   m_oben + kRand + tiefe * j / (kPlaetze - 1)};
+                const auto verdeckt =
+                    static_cast<std::size_t>(std::count_if(punkte.begin(), punkte.end(), [&](const CDPoint& p) {
+                        return p.x >= ecke.x - kLuft && p.x <= ecke.x + breite + kLuft && p.y >= ecke.y - kLuft &&
+                               p.y <= ecke.y + hoehe + kLuft;
+                    }));
+                if (verdeckt < wenigste) {
+                    wenigste = verdeckt;
+                    bester = ecke;
+                }
+            }
+        }
+        return bester;
+    }
+
     void Legende()
     {
         std::vector<const Kurvenbild*> bilder;
@@ -301,8 +366,9 @@ class Zeichner
             breite = std::max(breite, m_dc.TextWidth(bild->name));
         const double zeile = m_zeile + 2.0;
         const double zeilen = static_cast<double>(bilder.size()) + (bereich ? 1.0 : 0.0);
-        const double links = m_links + kRand;
-        double y = m_oben + kRand;
+        const CDPoint ecke = FreierPlatz(kMuster + breite + 3.0 * kRand, zeilen * zeile + kRand);
+        const double links = ecke.x;
+        double y = ecke.y;
         m_dc.SelectPen({PenStyle::solid, 1.0, m_farben.raster});
         m_dc.SelectBrush({true, m_farben.zeichenflaeche});
         m_dc.Rectangle(links, y, links + kMuster + breite + 3.0 * kRand, y + zeilen * zeile + kRand);

@@ -79,13 +79,30 @@ Dat::Bereich CSchrankenverfahrenDat::FlaecheGeschwindigkeit() const
     Bereich bereich;
     bool first = true;
     FuerJedePosition(flaeche, [&](double, double unten, double oben) {
-        if (unten <= 0.0)
-            return; // open below: no smallest speed to name
         bereich.von = first ? unten : std::min(bereich.von, unten);
         bereich.bis = first ? oben : std::max(bereich.bis, oben);
         first = false;
     });
     return bereich;
+}
+
+bool CSchrankenverfahrenDat::IstNachUntenOffen() const
+{
+    bool offen = false;
+    FuerJedePosition(flaeche, [&](double, double unten, double) { offen = offen || !(unten > 0.0); });
+    return offen;
+}
+
+Dat::OhneFlaeche CSchrankenverfahrenDat::WarumOhneFlaeche() const
+{
+    if (HatFlaeche())
+        return OhneFlaeche::keine;
+    if (kollision.bis < 0.0)
+        return OhneFlaeche::vorn;
+    const bool trifft = std::any_of(flaeche.begin(), flaeche.begin() + kProben, [&](const CDPoint& stelle) {
+        return stelle.x >= kollision.von && stelle.x <= kollision.bis;
+    });
+    return trifft ? OhneFlaeche::schranken : OhneFlaeche::zuSchmal;
 }
 
 double CSchrankenverfahrenDat::FlaecheWegZu(std::int64_t wahl) const
@@ -131,7 +148,8 @@ void CSchrankenverfahrenDat::Kontrolle()
 
     weg = FlaecheWeg();
     tempo = FlaecheGeschwindigkeit();
-    exportGeschwindigkeit = {tempo.von, (tempo.von + tempo.bis) / 2.0, tempo.bis};
+    // An area that is open below has no smallest speed, and so no mean.
+    exportGeschwindigkeit = {tempo.von, IstNachUntenOffen() ? 0.0 : (tempo.von + tempo.bis) / 2.0, tempo.bis};
 
     const auto wahl = static_cast<std::size_t>(std::clamp<std::int64_t>(wegWahl, 0, 2));
     const Wurf wurf = WurfAusWeg(wurfRutschWeg[wahl], abflugwinkel * kPi / 180.0, std::max(0.0, -hoehenunterschied),

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
 namespace
 {
@@ -22,12 +24,103 @@ constexpr double kGradProRad = 57.29577951308232;
 constexpr double kErsterSchritt = 1.0;       // rad
 constexpr double kKleinsterSchritt = 1e-14;  // rad
 constexpr double kRadiusgleichheit = 0.0001; // m
-constexpr int kHoechstensSchritte = 20'000'000;
+constexpr std::int64_t kHoechstensSchritte = 20'000'000;
 
 /// Half the chord lies inside the circle.
 bool Passt(double sehneZuDurchmesser)
 {
     return sehneZuDurchmesser >= -1.0 && sehneZuDurchmesser <= 1.0;
+}
+
+/// Radius by the chord less radius by the arc, for a central angle.
+double Radienunterschied(double sehne, double bogen, double winkel)
+{
+    return (sehne / 2.0) / std::sin(winkel / 2.0) - bogen / winkel;
+}
+
+/// An angle k (rad, whole) at which the search turns round or ends.
+bool Entscheidet(double sehne, double bogen, std::int64_t k)
+{
+    const double unterschied = Radienunterschied(sehne, bogen, static_cast<double>(k));
+    return unterschied > 0.0 || std::abs(unterschied) <= kRadiusgleichheit;
+}
+
+// Whole angles turn round the circle of sin(k/2), which is 4π long, in equal steps: in whole parts of it, k lies at
+// k·kTeileProSchritt modulo kTeile. Products with a k up to kHoechstensSchritte fit into 64 bits.
+constexpr std::int64_t kTeile = std::int64_t{1} << 41;
+constexpr std::int64_t kTeileProSchritt = 174992710548; // kTeile / 4π, rounded
+constexpr std::int64_t kNie = std::numeric_limits<std::int64_t>::max();
+
+/// The smallest x >= 0 with low <= a·x modulo m <= high, where 0 <= low <= high < m and 0 <= a < m; kNie without one up
+/// to `hoechstens`. Euclid's algorithm on the steps and what is left of the circle after them.
+std::int64_t ErstesVielfaches(std::int64_t a, std::int64_t m, std::int64_t low, std::int64_t high,
+                              std::int64_t hoechstens)
+{
+    if (low == 0)
+        return 0;
+    if (a == 0)
+        return kNie;
+    const std::int64_t ohneUmlauf = (low + a - 1) / a;
+    if (a * ohneUmlauf <= high)
+        return ohneUmlauf;
+    // No multiple of a within the first turn: y turns must leave a·x - m·y in the range.
+    const std::int64_t umlaeufe = hoechstens / (m / a) + 1;
+    const std::int64_t y = ErstesVielfaches((a - m % a) % a, a, low % a, high % a, umlaeufe);
+    if (y > umlaeufe)
+        return kNie;
+    return (low + m * y + a - 1) / a;
+}
+
+/// The first whole angle from k on that lies in the part of the circle from `start`, `laenge` long.
+std::int64_t ErsterIm(std::int64_t k, std::int64_t start, std::int64_t laenge)
+{
+    const std::int64_t hier = k * kTeileProSchritt % kTeile;
+    const std::int64_t bis = ((start - hier) % kTeile + kTeile) % kTeile; // way from here to its start
+    if (bis == 0 || bis + laenge >= kTeile)
+        return k;
+    const std::int64_t x = ErstesVielfaches(kTeileProSchritt, kTeile, bis, bis + laenge, kHoechstensSchritte);
+    return x > kHoechstensSchritte ? kNie : k + x;
+}
+
+/// The first whole angle k >= 1 at which the search turns round or ends, or the one after the last that it may visit.
+/// It does so where sin(k/2) is positive and so small that the chord's radius comes up to that of the arc; only these
+/// parts of the circle are looked at, widened by more than rounding and the whole parts take away.
+std::int64_t ErsteEntscheidung(double sehne, double bogen)
+{
+    constexpr double kWeit = 0.25;                    // of sin(k/2): from here on one of the next angles soon hits
+    constexpr double kRand = 1e-6;                    // rad
+    constexpr double kRandProSchritt = 5e-12;         // rad, more than kTeileProSchritt is rounded by
+    const double alleNah = bogen / kRadiusgleichheit; // from here on the arc's radius is as good as none
+    std::int64_t k = 1;
+    while (k <= kHoechstensSchritte) {
+        // Up to `bis` the sine is smaller than `sinus` where the search turns round.
+        std::int64_t bis = std::min(2 * k, kHoechstensSchritte);
+        double sinus = kWeit;
+        if (static_cast<double>(bis) >= alleNah)
+            bis = k +
+                  static_cast<std::int64_t>((std::max(alleNah, static_cast<double>(k)) - static_cast<double>(k)) / 2.0);
+        if (static_cast<double>(bis) < alleNah)
+            sinus = (sehne / 2.0) / (bogen / static_cast<double>(bis) - kRadiusgleichheit);
+        if (!(sinus < kWeit)) {
+            if (Entscheidet(sehne, bogen, k))
+                return k;
+            ++k;
+            continue;
+        }
+        const double proTeil = 4.0 * kPi / static_cast<double>(kTeile);
+        const auto rand = static_cast<std::int64_t>((kRand + kRandProSchritt * static_cast<double>(bis)) / proTeil);
+        const auto breite = static_cast<std::int64_t>(2.0 * std::asin(sinus) / proTeil);
+        const std::int64_t naechster = std::min(ErsterIm(k, kTeile - rand, breite + 2 * rand),
+                                                ErsterIm(k, kTeile / 2 - breite - rand, breite + 2 * rand));
+        if (naechster > bis) {
+            k = bis + 1;
+        } else {
+            if (Entscheidet(sehne, bogen, naechster))
+                return naechster;
+            k = naechster + 1;
+        }
+    }
+    return k;
 }
 
 using Dat = CGrenzVDat;
@@ -178,14 +271,16 @@ CGrenzVDat::Kurve CGrenzVDat::BogenGeaendert()
 
 std::optional<double> CGrenzVDat::Zentriwinkel(double sehne, double bogen)
 {
-    double winkel = 0.0;
+    // The steps of 1 rad up to the one that ends them, all at once.
+    std::int64_t i = ErsteEntscheidung(sehne, bogen) - 1;
+    double winkel = static_cast<double>(i);
     double schritt = kErsterSchritt;
-    for (int i = 0; i < kHoechstensSchritte; ++i) {
+    for (; i < kHoechstensSchritte; ++i) {
         const double vorher = winkel;
         winkel += schritt;
         if (winkel == vorher)
             return std::nullopt; // far beyond the full circle a small step no longer moves the angle
-        const double unterschied = (sehne / 2.0) / std::sin(winkel / 2.0) - bogen / winkel;
+        const double unterschied = Radienunterschied(sehne, bogen, winkel);
         if (unterschied > 0.0) {
             winkel -= schritt;
             schritt /= 10.0;
@@ -221,4 +316,12 @@ CGrenzVDat::Grenze CGrenzVDat::Rechnen()
     }
     schraeglage = std::atan(querbeschleunigung / kErdbeschleunigung) * kGradProRad;
     return grenze;
+}
+
+double CGrenzVDat::RutschgrenzeInnen() const
+{
+    const double t = std::tan(quergefaelle);
+    // v² = R·g·(tan α − μ) / (1 + μ·tan α)
+    const double x = kurvenradius * kErdbeschleunigung * (t - reibungsbeiwert) / (1.0 + reibungsbeiwert * t);
+    return t > reibungsbeiwert && x > 0.0 ? std::sqrt(x) * kKmhProMs : 0.0;
 }

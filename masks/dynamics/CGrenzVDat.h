@@ -18,7 +18,7 @@ class CGrenzVDat final : public CDlgData
         gefunden,
         ohneRadius,  ///< no curve radius
         ohneHaftung, ///< friction and cross-fall give no force towards the inside
-        unbegrenzt,  ///< friction and cross-fall hold the vehicle at every speed
+        unbegrenzt,  ///< at no speed the vehicle slides outwards
         unbestimmt,  ///< a cross-fall of exactly 1 rad
     };
     /// How radius, chord, height and arc go together after one of them changed.
@@ -71,6 +71,9 @@ class CGrenzVDat final : public CDlgData
     /// Computes limit speed and lateral accelerations, which keep their values when there is no limit speed, and from
     /// the lateral acceleration the lean angle.
     Grenze Rechnen();
+
+    /// Speed below which the vehicle slides inwards, km/h: friction does not hold it on the cross-fall. 0 when it does.
+    double RutschgrenzeInnen() const;
 
     /// Central angle (rad) over a chord and its arc (m), 0 < chord < arc: the first angle met in decimal steps at
     /// which the radii by chord and by arc agree to 0.1 mm. Nothing when the steps find none.

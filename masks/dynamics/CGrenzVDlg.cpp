@@ -4,6 +4,7 @@
 
 #include "res/dynamics.h"
 
+#include <array>
 #include <initializer_list>
 
 namespace
@@ -166,7 +167,14 @@ void CGrenzVDlg::ZeigeGrenze(CGrenzVDat::Grenze grenze)
     const bool alt = !gefunden && m_dat.grenzgeschwindigkeit != 0.0;
     const UINT befund = alt ? IDS_GRENZV_KEINE_NEUE_GRENZE : IDS_GRENZV_KEINE_GRENZE;
     ShowText(IDC_GRENZV_BEFUND, gefunden ? kKeinText : befund);
-    ShowText(IDC_GRENZV_GRUND, Grund(grenze));
+    // On a cross-fall that friction does not hold, there is a lower limit too.
+    const double innen = m_dat.RutschgrenzeInnen();
+    const bool bestimmt = gefunden || grenze == CGrenzVDat::Grenze::unbegrenzt;
+    if (bestimmt && innen > 0.0)
+        ShowText(IDC_GRENZV_GRUND, gefunden ? IDS_GRENZV_RUTSCHT_NACH_INNEN : IDS_GRENZV_UNBEGRENZT_ABER_INNEN,
+                 std::array{ShownNumber{innen, units::kmh}});
+    else
+        ShowText(IDC_GRENZV_GRUND, Grund(grenze));
     for (const UINT id : std::initializer_list<UINT>{IDC_GRENZV_QUERBESCHL_FUEHLBAR_BEFUND,
                                                      IDC_GRENZV_QUERBESCHL_BEFUND, IDC_GRENZV_SCHRAEGLAGE_BEFUND})
         ShowText(id, alt ? IDS_GRENZV_ALTER_WERT : kKeinText);

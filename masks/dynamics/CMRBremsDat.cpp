@@ -181,8 +181,6 @@ RecordFields CMRBremsDat::Felder()
 void CMRBremsDat::Loeschen()
 {
     ClearNumbers(Felder());
-    fahrzeug = 0;
-    phase = 0;
 }
 
 void CMRBremsDat::FahrzeugGewechselt()
@@ -276,7 +274,7 @@ CMRBremsDat::Vorbehalt CMRBremsDat::PruefeErgebnis(Ausgang ausgang) const
     return linReaktionsdauer < 0.0 || linBremszeit < 0.0 ? Vorbehalt::negativeDauer : Vorbehalt::keiner;
 }
 
-Uebertragung CMRBremsDat::Uebertragen()
+Uebertragungsbefund CMRBremsDat::Uebertragen()
 {
     const double reaktionsweg = anfangsgeschwindigkeit / kKmhProMs * linReaktionsdauer;
     const std::array<Folgephase, 3> folge{{
@@ -285,8 +283,8 @@ Uebertragung CMRBremsDat::Uebertragen()
          linVerzoegerung},
         {PhasenArt::reaction, anfangsgeschwindigkeit, anfangsgeschwindigkeit, linReaktionsdauer, reaktionsweg, 0.0},
     }};
-    const Uebertragung result = UebertrageFolge(m_data, fahrzeug, phase, folge, std::nullopt, m_parent);
-    if (result == Uebertragung::erfolgt)
+    const Uebertragungsbefund befund = UebertrageUndVergleiche(m_data, fahrzeug, phase, folge, std::nullopt, m_parent);
+    if (befund.IstGeschrieben())
         phase = ErsteSpalteDerFolge(phase);
-    return result;
+    return befund;
 }

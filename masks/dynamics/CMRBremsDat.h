@@ -66,7 +66,7 @@ class CMRBremsDat final : public CDlgData
 
     RecordFields Felder();
 
-    /// Sets everything to zero but whether a calculation has succeeded.
+    /// Sets everything to zero but the choice of vehicle and phase and whether a calculation has succeeded.
     void Loeschen();
     /// Another vehicle was chosen: its selected column is taken.
     void FahrzeugGewechselt();
@@ -78,7 +78,7 @@ class CMRBremsDat final : public CDlgData
     Ausgang Rechnen();
     Vorbehalt PruefeErgebnis(Ausgang ausgang) const;
     /// Hands the linear model to the chosen vehicle.
-    Uebertragung Uebertragen();
+    Uebertragungsbefund Uebertragen();
 
     /// The last of the decimal steps 1, 0.1, ... 1e-10 from 0 on, tried in this order, at which the equation is still
     /// positive; 0 when it is so at none. Not a number when it stays positive so long that the last decimal is lost.

@@ -129,9 +129,11 @@ void CMRBremsDlg::Rechnen()
         owner->PostMessage(WM_RUV_MASKTRANSFERRED, kKeinFahrzeug);
     if (!RuvCfg.transferData)
         return;
-    const Uebertragung uebertragung = m_dat.Uebertragen();
+    const Uebertragungsbefund befund = m_dat.Uebertragen();
     Update(IDC_MRBREMS_PHASE);
-    if (uebertragung == Uebertragung::keinPlatz)
+    if (const UINT text = befund.Text())
+        ShowText(IDC_MRBREMS_HINWEIS, text, befund.Zahlen());
+    if (befund.ausgang == Uebertragung::keinPlatz)
         AfxMessageBox(LoadRuvString(IDS_KEIN_PLATZ_FUER_FOLGE));
 }
 

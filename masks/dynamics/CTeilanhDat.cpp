@@ -16,7 +16,7 @@
 namespace
 {
 
-/// Speeds (km/h) and times (s) down to this below zero are the rounding of a standstill and of no time at all.
+/// Speeds (km/h), times (s) and paths (m) this near to zero are the rounding of none at all.
 constexpr double kRundung = 1e-6;
 
 /// Quantities that do not change during a calculation.
@@ -188,14 +188,19 @@ void CTeilanhDat::Oeffne()
     Loeschen();
     fahrzeug = 0;
     FahrzeugGewechselt();
-    const std::int64_t kept = WZDat(0).mode;
-    modus = kept >= gesamtwegUndEndgeschw && kept <= bremswegUndAnfangsgeschw ? kept : nichtGewaehlt;
 }
 
 void CTeilanhDat::FahrzeugGewechselt()
 {
     const bool vorhanden = fahrzeug >= 0 && fahrzeug < static_cast<std::int64_t>(CRuvData::kFahrzeuge);
-    phase = vorhanden ? static_cast<std::int64_t>(WZDat(static_cast<std::size_t>(fahrzeug)).selected) : 0;
+    phase = 0;
+    modus = nichtGewaehlt;
+    if (vorhanden) {
+        const CWegZeitDat& daten = WZDat(static_cast<std::size_t>(fahrzeug));
+        phase = static_cast<std::int64_t>(daten.selected);
+        if (daten.mode >= gesamtwegUndEndgeschw && daten.mode <= bremswegUndAnfangsgeschw)
+            modus = daten.mode;
+    }
     LeseSpalte();
 }
 
@@ -253,10 +258,10 @@ CTeilanhDat::Pruefung CTeilanhDat::Pruefe()
 
 CTeilanhDat::Modus CTeilanhDat::WaehleModus() const
 {
-    if (sG > 0.0)
-        return vA > 0.0 ? gesamtwegUndAnfangsgeschw : gesamtwegUndEndgeschw;
-    if (sB > 0.0)
-        return vE > 0.0 ? bremswegUndEndgeschw : bremswegUndAnfangsgeschw;
+    if (sG > kRundung)
+        return vA > kRundung ? gesamtwegUndAnfangsgeschw : gesamtwegUndEndgeschw;
+    if (sB > kRundung)
+        return vE > kRundung ? bremswegUndEndgeschw : bremswegUndAnfangsgeschw;
     return beideGeschw;
 }
 
@@ -283,7 +288,7 @@ CTeilanhDat::Ausgang CTeilanhDat::Rechnen()
     case bremswegUndAnfangsgeschw:
         ausgang = EndgeschwAusBremsweg(m, g, sB);
         // An initial speed of 0 may mean that it is not known.
-        if (ausgang == Ausgang::keineBremszeit && waehlt && vA == 0.0) {
+        if (ausgang == Ausgang::keineBremszeit && waehlt && vA <= kRundung) {
             ausgang = AnfangsgeschwAusBremsweg(m, g, sB);
             if (ausgang == Ausgang::berechnet)
                 modus = bremswegUndEndgeschw;
@@ -314,6 +319,8 @@ CTeilanhDat::Ausgang CTeilanhDat::Rechnen()
     } else if (ausgang == Ausgang::berechnet) {
         ausgang = Ausgang::unendlich;
     }
+    if (waehlt && ausgang != Ausgang::berechnet)
+        modus = nichtGewaehlt; // what failed settles nothing
     ergebnis = ausgang == Ausgang::berechnet ? 1 : 0;
     status = 1 - ergebnis;
     return ausgang;
@@ -328,7 +335,7 @@ CTeilanhDat::Vorbehalt CTeilanhDat::PruefeErgebnis() const
     return std::min({vA, vR, vS, vE}) < -kRundung ? Vorbehalt::negativeGeschwindigkeit : Vorbehalt::keiner;
 }
 
-Uebertragung CTeilanhDat::Uebertragen()
+Uebertragungsbefund CTeilanhDat::Uebertragen()
 {
     status = 1;
     const std::array<Folgephase, 3> folge{{
@@ -338,8 +345,8 @@ Uebertragung CTeilanhDat::Uebertragen()
     }};
     const std::array<Folgephase, 2> ohneSchwellphase{folge[0], folge[2]};
     const auto phasen = tS != 0.0 ? std::span<const Folgephase>(folge) : std::span<const Folgephase>(ohneSchwellphase);
-    const Uebertragung result = UebertrageFolge(m_data, fahrzeug, phase, phasen, modus, m_parent);
-    if (result == Uebertragung::erfolgt)
+    const Uebertragungsbefund befund = UebertrageUndVergleiche(m_data, fahrzeug, phase, phasen, modus, m_parent);
+    if (befund.IstGeschrieben())
         phase = ErsteSpalteDerFolge(phase);
-    return result;
+    return befund;
 }

@@ -67,17 +67,18 @@ class CTeilanhDat final : public CDlgData
     void Oeffne();
     /// Clears everything but the choice of the vehicle and whether a calculation has taken place.
     void Loeschen();
-    /// Another vehicle was chosen: its selected column is taken and read.
+    /// Another vehicle was chosen: its mode and its selected column are taken, and the column is read.
     void FahrzeugGewechselt();
     /// Takes the quantities from the chosen column and those before it in time. Nothing without a vehicle.
     void LeseSpalte();
 
     /// Notes a failure when the inputs do not pass.
     Pruefung Pruefe();
-    /// Computes what the mode asks for; chooses the mode by the given quantities when none is chosen.
+    /// Computes what the mode asks for; chooses the mode by the given quantities when none is chosen, and keeps the
+    /// choice when it led to a result.
     Ausgang Rechnen();
     Vorbehalt PruefeErgebnis() const;
-    Uebertragung Uebertragen();
+    Uebertragungsbefund Uebertragen();
 
     // What the mode computes, so that it cannot be entered.
     bool IstAnfangsgeschwErgebnis() const { return modus == gesamtwegUndEndgeschw || modus == bremswegUndEndgeschw; }

@@ -106,6 +106,7 @@ LRESULT CTeilanhDlg::OnEditChanged(WPARAM controlId, LPARAM)
             m_dat.FahrzeugGewechselt();
         else
             m_dat.LeseSpalte();
+        SetzeSchutz();
         ResultsComputed(); // what a phase holds belongs together
         ShowText(IDC_TEILANH_HINWEIS, kKeinText);
         SendMessage(WM_RUV_UPDATEDIALOG);
@@ -134,6 +135,7 @@ CTeilanhDat::Ausgang CTeilanhDlg::RechneUndZeige()
         ResultsComputed();
     else
         ResultsFailed();
+    SetzeSchutz();
     ZeigeAusgang(ausgang);
     return ausgang;
 }
@@ -168,7 +170,6 @@ void CTeilanhDlg::Rechnen()
         UpdateDialog();
         return;
     }
-    SetzeSchutz();
     SendMessage(WM_RUV_UPDATEDIALOG);
     if (CWnd* main = MainWindow())
         main->PostMessage(WM_RUV_MASKTRANSFERRED, kKeinFahrzeug);
@@ -179,7 +180,12 @@ void CTeilanhDlg::Rechnen()
 void CTeilanhDlg::OnButtonOk()
 {
     if (BringeAufStand()) {
-        if (!Uebertrage())
+        const Uebertragung ausgang = Uebertrage();
+        // The mask goes, and what it says with it.
+        if (ausgang != Uebertragung::erfolgt && ausgang != Uebertragung::keinPlatz)
+            AfxMessageBox(GetDlgItem(IDC_TEILANH_HINWEIS)->GetWindowText());
+        if (ausgang != Uebertragung::erfolgt && ausgang != Uebertragung::abweichend &&
+            ausgang != Uebertragung::keinFahrzeug)
             return;
         if (CWnd* main = MainWindow())
             main->PostMessage(WM_RUV_MASKTRANSFERRED, kKeinFahrzeug);
@@ -196,21 +202,20 @@ void CTeilanhDlg::OnButtonTransfer()
 
 LRESULT CTeilanhDlg::OnTransferNow(WPARAM, LPARAM)
 {
-    if (BringeAufStand()) {
-        SetzeSchutz();
+    if (BringeAufStand())
         Uebertrage();
-    }
     return 0;
 }
 
-bool CTeilanhDlg::Uebertrage()
+Uebertragung CTeilanhDlg::Uebertrage()
 {
-    const Uebertragung ausgang = m_dat.Uebertragen();
+    const Uebertragungsbefund befund = m_dat.Uebertragen();
     Update(IDC_TEILANH_PHASE);
-    if (ausgang != Uebertragung::keinPlatz)
-        return true;
-    AfxMessageBox(LoadRuvString(IDS_KEIN_PLATZ_FUER_FOLGE));
-    return false;
+    if (const UINT text = befund.Text())
+        ShowText(IDC_TEILANH_HINWEIS, text, befund.Zahlen());
+    if (befund.ausgang == Uebertragung::keinPlatz)
+        AfxMessageBox(LoadRuvString(IDS_KEIN_PLATZ_FUER_FOLGE));
+    return befund.ausgang;
 }
 
 void CTeilanhDlg::Init()

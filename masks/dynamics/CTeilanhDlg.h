@@ -34,7 +34,8 @@ class CTeilanhDlg : public CMDIRechDialog
     CTeilanhDat::Ausgang RechneUndZeige();
     bool PruefeUndRechne();
     bool BringeAufStand();
-    bool Uebertrage();
+    /// Hands the phases to the vehicle and shows what is not as it should be.
+    Uebertragung Uebertrage();
     void SetzeSchutz();
     void ZeigeAusgang(CTeilanhDat::Ausgang ausgang);
 

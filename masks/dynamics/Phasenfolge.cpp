@@ -3,9 +3,11 @@
 #include "masks/dynamics/Phasenfolge.h"
 
 #include "host/CRuvData.h"
+#include "res/dynamics.h"
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace
 {
@@ -18,7 +20,85 @@ bool IstGleich(double x, double y)
     return std::abs(x - y) <= kGleich * std::max({std::abs(x), std::abs(y), 1.0});
 }
 
+/// Down to this below zero (s, m, km/h) a quantity is the rounding of none at all.
+constexpr double kRundung = 1e-6;
+/// From here on a difference shows in two decimals (s, m, km/h).
+constexpr double kSichtbar = 0.005;
+
+/// What keeps the sequence out of a case.
+Uebertragung Pruefe(std::span<const Folgephase> folge)
+{
+    bool dauert = false;
+    bool negativ = false;
+    for (const Folgephase& phase : folge) {
+        for (const double wert : {phase.vEnd, phase.vAnf, phase.zeit, phase.weg, phase.verz})
+            if (!std::isfinite(wert))
+                return Uebertragung::keineZahl;
+        for (const double wert : {phase.vEnd, phase.vAnf, phase.zeit, phase.weg})
+            negativ = negativ || wert < -kRundung;
+        dauert = dauert || phase.zeit > kRundung;
+    }
+    if (negativ)
+        return Uebertragung::negativ;
+    return dauert ? Uebertragung::erfolgt : Uebertragung::keineDauer;
+}
+
+bool Verschieden(double a, double b)
+{
+    return !(std::abs(a - b) < kSichtbar);
+}
+
+/// Compares what was handed over with the columns from `column` on.
+Uebertragungsbefund Vergleiche(std::span<const Folgephase> folge, const CWegZeitDat& daten, std::size_t column)
+{
+    Uebertragungsbefund befund;
+    for (const Folgephase& phase : folge) {
+        const CWegZeitSpalte& spalte = daten.spalten[column++];
+        befund.gezeigt.geschwindigkeit = phase.vAnf;
+        befund.gezeigt.weg += phase.weg;
+        befund.gezeigt.zeit += phase.zeit;
+        befund.imFall.geschwindigkeit = spalte.vAnf;
+        befund.imFall.weg += spalte.weg;
+        befund.imFall.zeit += spalte.zeit;
+        if (Verschieden(spalte.vEnd, phase.vEnd) || Verschieden(spalte.vAnf, phase.vAnf) ||
+            Verschieden(spalte.weg, phase.weg) || Verschieden(spalte.zeit, phase.zeit))
+            befund.ausgang = Uebertragung::abweichend;
+    }
+    return befund;
+}
+
 } // namespace
+
+UINT Uebertragungsbefund::Text() const
+{
+    switch (ausgang) {
+    case Uebertragung::erfolgt:
+        break;
+    case Uebertragung::abweichend:
+        return IDS_FOLGE_ABWEICHEND;
+    case Uebertragung::keinFahrzeug:
+        return IDS_FOLGE_KEIN_FAHRZEUG;
+    case Uebertragung::keinPlatz:
+        return IDS_KEIN_PLATZ_FUER_FOLGE;
+    case Uebertragung::keineDauer:
+        return IDS_FOLGE_KEINE_DAUER;
+    case Uebertragung::negativ:
+        return IDS_FOLGE_NEGATIV;
+    case Uebertragung::keineZahl:
+        return IDS_FOLGE_KEINE_ZAHL;
+    }
+    return 0;
+}
+
+std::array<ShownNumber, 6> Uebertragungsbefund::Zahlen() const
+{
+    return {{{imFall.geschwindigkeit, units::kmh},
+             {gezeigt.geschwindigkeit, units::kmh},
+             {imFall.weg, units::m},
+             {gezeigt.weg, units::m},
+             {imFall.zeit, units::s},
+             {gezeigt.zeit, units::s}}};
+}
 
 std::int64_t ErsteSpalteDerFolge(std::int64_t phase)
 {
@@ -75,4 +155,22 @@ bool StehtImFall(const CRuvData& data, std::int64_t fahrzeug, std::int64_t phase
         return x.art == y.art && IstGleich(x.vEnd, y.vEnd) && IstGleich(x.vAnf, y.vAnf) && IstGleich(x.zeit, y.zeit) &&
                IstGleich(x.weg, y.weg) && IstGleich(x.verz, y.verz);
     });
+}
+
+Uebertragungsbefund UebertrageUndVergleiche(CRuvData& data, std::int64_t fahrzeug, std::int64_t phase,
+                                            std::span<const Folgephase> folge, std::optional<std::int64_t> modus,
+                                            CWnd* parent)
+{
+    if (const Uebertragung mangel = Pruefe(folge); mangel != Uebertragung::erfolgt)
+        return {mangel};
+    std::vector<Folgephase> gerundet(folge.begin(), folge.end());
+    for (Folgephase& eine : gerundet) {
+        eine.zeit = std::max(eine.zeit, 0.0);
+        eine.weg = std::max(eine.weg, 0.0);
+    }
+    const Uebertragung ausgang = UebertrageFolge(data, fahrzeug, phase, gerundet, modus, parent);
+    if (ausgang != Uebertragung::erfolgt)
+        return {ausgang};
+    return Vergleiche(gerundet, data.WZRechDat(static_cast<std::size_t>(fahrzeug)),
+                      static_cast<std::size_t>(ErsteSpalteDerFolge(phase)));
 }

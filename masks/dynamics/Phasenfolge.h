@@ -5,7 +5,9 @@
 #pragma once
 
 #include "host/CWegZeitDat.h"
+#include "host/NumberTable.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -24,6 +26,30 @@ enum class Uebertragung {
     erfolgt,
     keinFahrzeug, ///< the vehicle is none of the case; nothing was written
     keinPlatz,    ///< the sequence would reach beyond the last column; nothing was written
+    // Only of UebertrageUndVergleiche:
+    abweichend, ///< written, but beside the phases that were there the case holds another motion
+    keineDauer, ///< no phase takes any time; nothing was written
+    negativ,    ///< a time, path or speed is negative; nothing was written
+    keineZahl,  ///< a quantity is not a number; nothing was written
+};
+
+/// Speed at the start of a sequence (km/h), its whole path (m) and time (s).
+struct Folgewerte {
+    double geschwindigkeit = 0.0;
+    double weg = 0.0;
+    double zeit = 0.0;
+};
+
+struct Uebertragungsbefund {
+    Uebertragung ausgang = Uebertragung::erfolgt;
+    Folgewerte imFall{}; ///< what the case holds of the sequence, and what was handed over
+    Folgewerte gezeigt{};
+
+    bool IstGeschrieben() const { return ausgang == Uebertragung::erfolgt || ausgang == Uebertragung::abweichend; }
+    /// The string that says what is not as it should be, 0 for none, and the numbers in it: speed, path and time, each
+    /// as the case holds it and as it was handed over.
+    UINT Text() const;
+    std::array<ShownNumber, 6> Zahlen() const;
 };
 
 /// The column a sequence starts at when the user chose `phase`: at least the first one before the collision.
@@ -41,3 +67,9 @@ void UebertrageSpalten(CRuvData& data, std::size_t vehicle, CWegZeitRechDat& cop
 /// Whether the columns from `phase` on hold the phases as they were written: other phases around them may have made
 /// other speeds and paths of them.
 bool StehtImFall(const CRuvData& data, std::int64_t fahrzeug, std::int64_t phase, std::span<const Folgephase> folge);
+
+/// As UebertrageFolge, but nothing empty or impossible is written, and what the case holds afterwards is compared.
+/// Times and paths that are negative by rounding alone count as 0.
+Uebertragungsbefund UebertrageUndVergleiche(CRuvData& data, std::int64_t fahrzeug, std::int64_t phase,
+                                            std::span<const Folgephase> folge, std::optional<std::int64_t> modus,
+                                            CWnd* parent);

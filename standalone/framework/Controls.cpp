@@ -55,6 +55,14 @@ void CStatic::SetCursorShape(CursorShape shape)
     Assign(*this, &Window::cursor, shape);
 }
 
+void CStatic::SetReportPainter(std::function<void(CDC&, const CRect&)> paint, double heightToWidth)
+{
+    if (Window* window = WindowOf(*this)) {
+        window->reportPainter = std::move(paint);
+        window->reportHeightToWidth = heightToWidth;
+    }
+}
+
 void CEdit::SetReadOnly(BOOL readOnly)
 {
     Assign(*this, &Window::readOnly, readOnly != FALSE);

@@ -82,6 +82,7 @@ struct Window {
     std::int64_t vehicle = -1; ///< dialog: index of the vehicle whose colour its edits may take, -1 = none
 
     bool readOnly = false; ///< edit: write-protected
+    bool prompt = false;   ///< label: its text only asks the user to do something
     bool outdated = false; ///< shows a result that does not belong to the inputs; a dialog: so do all its results
     bool modified = false; ///< edit, grid: typed into since the entry was finished last
     bool refused = false;  ///< edit, grid: the entry finished last was not taken
@@ -96,6 +97,8 @@ struct Window {
     MouseButton held = MouseButton::none;          ///< field: pressed in it and not released yet
     CursorShape cursor = CursorShape::arrow;       ///< field
     std::unique_ptr<Grid> grid;                    ///< only of a grid
+    std::function<void(CDC&, const CRect&)> reportPainter; ///< draws the field in reports, if set
+    double reportHeightToWidth = 1.0;                      ///< shape of what it draws
 
     /// Child with a control ID, or null. Controls without an ID of their own are not found.
     Window* Child(UINT childId) const;

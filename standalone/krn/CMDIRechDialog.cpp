@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
+#include "base/NumberText.h"
 #include "framework/UiThread.h"
 #include "framework/WndAccess.h"
 #include "host/Bindings.h"
@@ -83,6 +84,17 @@ bool HasResult(const RecordFields& fields)
                    },
                    field.value);
     });
+}
+
+std::string WithUnit(const ShownNumber& number)
+{
+    const auto& units = UnitsSystemConfiguration::GetInstance();
+    const UnitType unit(number.unit.type);
+    const bool converted = number.unit.type != unitType::none;
+    const std::string text =
+        base::FormatNumber(converted ? units.ToShown(number.value, unit) : number.value, number.decimals);
+    const std::string shown = converted ? units.UnitString(unit) : std::string(number.unit.text);
+    return shown.empty() ? text : text + " " + shown;
 }
 
 } // namespace
@@ -231,10 +243,27 @@ bool CMDIRechDialog::ConfirmClear()
     return FehlerMeldung(this, kClearAll) == fehlerJa;
 }
 
-void CMDIRechDialog::ShowText(UINT controlId, UINT textId)
+void CMDIRechDialog::ShowText(UINT controlId, UINT textId, std::span<const ShownNumber> numbers)
 {
+    CWnd* control = GetDlgItem(controlId);
+    if (control == nullptr)
+        return;
+    std::string text = textId == 0 ? std::string{} : LoadRuvString(textId);
+    std::size_t index = 0;
+    for (const ShownNumber& number : numbers) {
+        const std::string place = "{" + std::to_string(index++) + "}";
+        if (const auto at = text.find(place); at != std::string::npos)
+            text.replace(at, place.size(), WithUnit(number));
+    }
+    control->SetWindowText(text);
+    framework::WindowOf(*control)->prompt = false;
+}
+
+void CMDIRechDialog::ShowPrompt(UINT controlId, UINT textId)
+{
+    ShowText(controlId, textId);
     if (CWnd* control = GetDlgItem(controlId))
-        control->SetWindowText(textId == 0 ? std::string{} : LoadRuvString(textId));
+        framework::WindowOf(*control)->prompt = true;
 }
 
 bool CMDIRechDialog::IsChecked(UINT controlId) const

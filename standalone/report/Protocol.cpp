@@ -26,7 +26,8 @@ using framework::Kind;
 using framework::Window;
 
 // A diagram is drawn for the width of a page, but not enlarged without measure.
-constexpr double kPictureWidth = 640.0; // px: 17 cm
+constexpr double kPictureWidth = 640.0;       // px: 17 cm
+constexpr double kReportPictureWidth = 800.0; // px, of one that is drawn for reports
 constexpr double kLeastPixelsPerUnit = 1.5;
 constexpr double kMostPixelsPerUnit = 3.5;
 constexpr double kHeightToWidth = 13.0 / 12.0;
@@ -89,14 +90,15 @@ class Collector
             Dialog(*page);
     }
 
-    /// Statics of their own that name no field: they say something.
+    /// Statics of their own that name no field: they say something, unless they only ask for it.
     void Notes(const Window& dialog)
     {
         for (const auto& child : dialog.children) {
             if (!child->visible)
                 continue;
             const std::string text = Trimmed(framework::WithoutMnemonic(child->text));
-            if (child->kind == Kind::label && child->HasId() && !text.empty() && !krn::BelongsToField(*child))
+            if (child->kind == Kind::label && !child->prompt && child->HasId() && !text.empty() &&
+                !krn::BelongsToField(*child))
                 m_protocol.notes.push_back(text);
         }
         for (const Window* page : PagesOf(dialog))
@@ -406,6 +408,11 @@ std::string MessageWithAnswer(const framework::ShownMessage& message, int answer
 
 CDC DrawField(const Window& field)
 {
+    if (field.reportPainter) {
+        CDC drawing(kReportPictureWidth, kReportPictureWidth * field.reportHeightToWidth);
+        field.reportPainter(drawing, {0, 0, static_cast<int>(drawing.Width()), static_cast<int>(drawing.Height())});
+        return drawing;
+    }
     const double scale =
         std::clamp(kPictureWidth / std::max(field.rect.Width(), 1), kLeastPixelsPerUnit, kMostPixelsPerUnit);
     CDC drawing(field.rect.Width() * scale, field.rect.Height() * scale * kHeightToWidth);

@@ -5,6 +5,7 @@
 #include "tests/support/RandomInput.h"
 
 #include <cmath>
+#include <ctime>
 #include <random>
 
 namespace
@@ -311,6 +312,106 @@ TEST_F(GrenzVTest, ArcWithoutACentralAngleChangesNothing)
     }
     EXPECT_GT(beyond, 0);
     EXPECT_EQ(CGrenzVDat::Zentriwinkel(40.0, 1000.0), std::nullopt) << "the steps pass the full circle";
+}
+
+TEST_F(GrenzVTest, FastSearchOfTheArcGivesTheDoublesOfTheSteps)
+{
+    // The search as it is defined, step after step.
+    const auto stepping = [](double chord, double arc) -> std::optional<double> {
+        double x = 0.0, step = 1.0;
+        for (int i = 0; i < 20'000'000; ++i) {
+            const double before = x;
+            x += step;
+            if (x == before)
+                return std::nullopt;
+            const double f = (chord / 2.0) / std::sin(x / 2.0) - arc / x;
+            if (f > 0.0) {
+                x -= step;
+                step /= 10.0;
+                if (step < 1e-14)
+                    return std::nullopt;
+            } else if (std::abs(f) <= 0.0001) {
+                return x;
+            }
+        }
+        return std::nullopt;
+    };
+    std::mt19937_64 random(401);
+    const auto between = [&](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    int found = 0, far = 0;
+    const auto compare = [&](double chord, double arc) {
+        const auto fast = CGrenzVDat::Zentriwinkel(chord, arc);
+        ASSERT_EQ(fast, stepping(chord, arc)) << chord << " " << arc;
+        found += fast.has_value();
+        far += fast.value_or(0.0) > 1000.0;
+    };
+    for (int i = 0; i < 20000; ++i) {
+        const double arc = i % 2 == 0 ? between(0.01, 1000.0) : std::pow(10.0, between(-4.0, 3.0));
+        compare(arc * (i % 3 == 0 ? between(0.0, 1.0) : std::pow(10.0, between(-4.0, 0.0))), arc);
+    }
+    for (int i = 0; i < 150; ++i) {
+        const double arc = std::pow(10.0, between(-3.0, 1.0));
+        compare(arc * std::pow(10.0, between(-16.0, -4.0)), arc);
+    }
+    for (const double chord : {1e-3, 1e-6, 1e-9, 1e-300})
+        compare(chord, 1000.0);
+    EXPECT_GT(found, 10000);
+    EXPECT_GT(far, 50);
+    // The longest searches take less than a millisecond each of the processor's time.
+    const std::clock_t start = std::clock();
+    int runs = 0;
+    for (double chord = 1e-300; chord < 1e-6; chord *= 1e3, ++runs)
+        CGrenzVDat::Zentriwinkel(chord, 1000.0);
+    EXPECT_LT(static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, 1e-3 * runs);
+}
+
+TEST_F(GrenzVTest, BankedSteeperThanFrictionItSlidesInwardsWhenSlow)
+{
+    // μ = 0,5 and 100 % cross-fall at 50 m: below √(50·9,81·0,5/1,5) = 12,79 m/s friction does not hold it.
+    CGrenzVDat dat(data);
+    dat.kurvenradius = 50.0;
+    dat.reibungsbeiwert = 0.5;
+    dat.quergefaelle = std::atan(1.0);
+    EXPECT_NEAR(dat.RutschgrenzeInnen(), 3.6 * std::sqrt(50.0 * 9.81 / 3.0), 1e-9);
+    // A point at that speed uses up the friction uphill.
+    for (const double steep : {0.2, 0.5, 0.9}) {
+        dat.reibungsbeiwert = 0.1;
+        dat.quergefaelle = steep;
+        const double needed = std::pow(dat.RutschgrenzeInnen() / 3.6, 2) / dat.kurvenradius;
+        const double across = needed * std::cos(steep) - 9.81 * std::sin(steep);
+        const double onto = 9.81 * std::cos(steep) + needed * std::sin(steep);
+        EXPECT_NEAR(across / onto, -0.1, 1e-9);
+    }
+    dat.reibungsbeiwert = std::tan(0.9);
+    EXPECT_EQ(dat.RutschgrenzeInnen(), 0.0) << "held at rest";
+    dat.quergefaelle = -0.3;
+    EXPECT_EQ(dat.RutschgrenzeInnen(), 0.0);
+
+    Type(kRadius, "50");
+    Type(kFriction, "0,5");
+    Type(kPercent, "90");
+    Press(*mask, kCalculate);
+    // √(50·9,81·0,4/1,45)·3,6 = 41,88
+    EXPECT_EQ(Shown(kReason), "Unter 41,88 km/h rutscht das Fahrzeug nach innen.");
+    EXPECT_EQ(Shown(kFinding), "");
+    Type(kDegrees, "70"); // tan 70° = 2,747: nothing slides outwards; √(490,5·2,2475/2,3737)·3,6 = 77,58
+    Press(*mask, kCalculate);
+    EXPECT_EQ(Shown(kReason), "Rutscht nie nach außen, unter 77,58 km/h nach innen.");
+    Type(kFriction, "3");
+    Press(*mask, kCalculate);
+    EXPECT_EQ(Shown(kReason), "Bei keiner Geschwindigkeit rutscht es nach außen.");
+    EXPECT_NE(Shown(kFinding), "");
+}
+
+TEST_F(GrenzVTest, RadiusIsTheUsersOnceItIsTyped)
+{
+    Type(kChord, "30");
+    Type(kArc, "31");
+    ASSERT_EQ(Field("radiusAusBogen"), 1.0);
+    Type(kRadius, "60");
+    EXPECT_EQ(Field("radiusAusBogen"), 0.0);
 }
 
 TEST_F(GrenzVTest, ChordAfterAnArcKeepsTheArcAndFollowsTheNewHeight)

@@ -332,15 +332,58 @@ TEST_F(MRBremsTest, FailureIsSaidAndNothingTransferred)
     front.answers[1052] = fehlerJa;
     Press(mask, kClear);
     for (const RecordField& field : static_cast<CMDIRechDialog*>(mask.object)->DescribeRecord())
-        EXPECT_EQ(FieldValues(field).at(0), field.name == "berechnet" ? 1.0 : 0.0) << field.name;
+        EXPECT_EQ(FieldValues(field).at(0), field.name == "berechnet" ? 1.0
+                                            : field.name == "phase"   ? 3.0
+                                                                      : 0.0)
+            << field.name;
     EXPECT_EQ(Text(mask, kHint), "");
-
-    // Without a chosen phase it is the first one, and the mask shows that.
-    EXPECT_EQ(Control(mask, kPhase).selection, -1);
     EnterExample(mask);
     Press(mask, kCalculate);
     EXPECT_EQ(data.WZRechDat(0).spalten[kFirst].art, PhasenArt::braking);
     EXPECT_EQ(Control(mask, kPhase).selection, 0);
+}
+
+TEST_F(MRBremsTest, ClearingKeepsWhereTheNextTransferGoes)
+{
+    RuvCfg.transferData = true;
+    data.WZRechDat(1).selected = 4;
+    Window& mask = Open();
+    Choose(mask, kVehicle, 1);
+    EnterExample(mask);
+    front.answers[1052] = fehlerJa;
+    Press(mask, kClear);
+    EXPECT_EQ(FieldValue(mask, "fahrzeug"), 1);
+    EXPECT_EQ(FieldValue(mask, "phase"), 4);
+    EXPECT_EQ(Value(mask, kFull), 0.0);
+    EnterExample(mask);
+    Press(mask, kCalculate);
+    EXPECT_EQ(data.WZRechDat(0), CWegZeitRechDat{});
+    EXPECT_EQ(data.WZRechDat(1).spalten[4].art, PhasenArt::braking);
+}
+
+TEST_F(MRBremsTest, NegativeDurationsAreNotTransferred)
+{
+    RuvCfg.transferData = true;
+    Window& mask = Open();
+    EnterExample(mask);
+    Press(mask, kCalculate);
+    const CWegZeitRechDat good = data.WZRechDat(0);
+    ASSERT_TRUE(good.spalten[kFirst].IsUsed());
+    Enter(mask, kReaction, "0"); // the linear model would have to react before there is time for it
+    Enter(mask, kLinear, "20");
+    Press(mask, kCalculate);
+    if (FieldValue(mask, "linReaktionsdauer") < 0.0 || FieldValue(mask, "linBremszeit") < 0.0) {
+        EXPECT_EQ(data.WZRechDat(0), good);
+        EXPECT_EQ(Text(mask, kHint), "Nichts übertragen: Eine Dauer, ein Weg oder eine Geschwindigkeit ist negativ.");
+    } else {
+        ADD_FAILURE() << "the case is not the one meant";
+    }
+    data.KfzDat(0) = {};
+    Enter(mask, kReaction, "1");
+    Enter(mask, kLinear, "9");
+    Press(mask, kCalculate);
+    EXPECT_EQ(data.WZRechDat(0), good);
+    EXPECT_EQ(Text(mask, kHint), "Nichts übertragen: Das Fahrzeug ist nicht mehr im Fall.");
 }
 
 TEST_F(MRBremsTest, CarelessInputLeavesNumbersInTheCase)

@@ -146,6 +146,166 @@ TEST_F(SchrankenDatTest, CurvesSolveTheTheoriesWithinTheWindow)
     EXPECT_EQ(dat.kurven[Dat::kurveGeschwindigkeit][3 + kOben].y, 200.0) << "no upper bound given";
 }
 
+// Each of the eighteen curves that are searched, against a table of its own origin.
+TEST_F(SchrankenDatTest, CurvesAgreeWithTheIndependentTable)
+{
+    constexpr std::size_t kUnten = 0;
+    constexpr struct {
+        Dat::Schranke schranke;
+        std::size_t seite;
+        std::size_t stelle;
+        int tausendstel;
+    } kTabelle[] = {
+#include "tests/masks/SchrankenKurvenTabelle.inc"
+    };
+    Place();
+    dat.theorien.fill(true);
+    dat.objekte[Dat::hauptfeld] = {{-10.0, -1.0}, 0.0, 3.0, 1.0, true};
+    dat.objekte[Dat::gesamtfeld] = {{-12.0, -1.0}, 0.0, 8.0, 1.0, true};
+    dat.kuehnelToleranz = 4.0;
+    dat.rauToleranz = 5.0;
+    dat.dettingerToleranz = 6.0;
+    dat.Berechnen();
+    for (const auto& fall : kTabelle)
+        EXPECT_NEAR(dat.kurven[fall.schranke][fall.stelle + fall.seite].y, fall.tausendstel / 1000.0, 2e-4)
+            << "curve " << fall.schranke << " side " << fall.seite << " position " << fall.stelle;
+}
+
+TEST_F(SchrankenDatTest, EachTheoryNeedsItsOwnFieldAndNoOther)
+{
+    Place();
+    dat.theorien.fill(true);
+    const auto wirksam = [&] {
+        std::string liste;
+        for (std::size_t i = 0; i < Dat::kTheorien; ++i)
+            liste += dat.IstWirksam(static_cast<Dat::Theorie>(i)) ? '1' : '0';
+        return liste;
+    };
+    // Global, Verzögerung, Rau, Dettinger, Ritter, Frontscheibe, Hauptfeld, Gesamtfeld, Abwicklung, Geschwindigkeit
+    EXPECT_EQ(wirksam(), "1111100001");
+    dat.objekte[Dat::hauptfeld].gesetzt = 1;
+    EXPECT_EQ(wirksam(), "1111111001");
+    dat.objekte[Dat::hauptfeld].gesetzt = 0;
+    dat.objekte[Dat::gesamtfeld].gesetzt = 1;
+    EXPECT_EQ(wirksam(), "1111100101");
+    dat.abwicklungWeg = 100.0;
+    EXPECT_EQ(wirksam(), "1111100111");
+    dat.theorien.fill(false);
+    EXPECT_EQ(wirksam(), "0000000000");
+}
+
+TEST_F(SchrankenDatTest, NearAndFarEndGoByTheSquare)
+{
+    Place();
+    // Corners at -1 and 3 m behind the front: the near one lies before it.
+    dat.objekte[Dat::gesamtfeld] = {{-3.0, 0.0}, 0.0, 4.0, 1.0, 1};
+    // Wholly before the front, 2 to 6 m: the near end is the one at the front.
+    dat.objekte[Dat::hauptfeld] = {{2.0, 0.0}, 0.0, 4.0, 1.0, 1};
+    dat.Projizieren();
+    EXPECT_NEAR(dat.gesamt.von, -1.0, 1e-12);
+    EXPECT_NEAR(dat.gesamt.bis, 3.0, 1e-12);
+    EXPECT_NEAR(dat.haupt.von, -2.0, 1e-12);
+    EXPECT_NEAR(dat.haupt.bis, -6.0, 1e-12);
+}
+
+TEST_F(SchrankenDatTest, BandsBelowOneKmhAreCleared)
+{
+    for (const double oben : {0.999, 1.0, 1.001}) {
+        Dat::Kurvenfeld band{};
+        Dat::Kurvenfeld schranke{};
+        band[0].y = 0.25;
+        band[kOben].y = oben;
+        schranke[0].y = 0.5;
+        schranke[kOben].y = 50.0;
+        Dat::FlaechenRechner(band, schranke, 1);
+        EXPECT_EQ(band[0].y, oben < 1.0 ? 0.0 : 0.5) << oben;
+        EXPECT_EQ(band[kOben].y, oben < 1.0 ? 0.0 : oben) << oben;
+    }
+}
+
+TEST_F(SchrankenDatTest, ReasonForAnEmptyAreaIsTheTrueOne)
+{
+    Place();
+    dat.Berechnen();
+    EXPECT_EQ(dat.WarumOhneFlaeche(), Dat::OhneFlaeche::keine);
+    dat.theorien[Dat::geschwindigkeit] = true;
+    dat.geschwindigkeitVon = 190.0;
+    dat.Berechnen();
+    EXPECT_EQ(dat.WarumOhneFlaeche(), Dat::OhneFlaeche::schranken);
+    // 1 cm wide at 18.005 m: the positions are 28.01 m / 199 = 14 cm apart, at 17.88 and 18.02 m.
+    Place();
+    dat.theorien = {};
+    dat.objekte[Dat::kollisionsort] = {{-18.01, 0.0}, 0.0, 0.01, 0.01, true};
+    dat.Berechnen();
+    EXPECT_FALSE(dat.HatFlaeche());
+    EXPECT_EQ(dat.WarumOhneFlaeche(), Dat::OhneFlaeche::zuSchmal);
+    EXPECT_NEAR(dat.Stellenabstand(), 28.01 / 199.0, 1e-12);
+    dat.objekte[Dat::kollisionsort] = {{2.0, 0.0}, 0.0, 2.0, 2.0, true};
+    dat.Berechnen();
+    EXPECT_EQ(dat.WarumOhneFlaeche(), Dat::OhneFlaeche::vorn);
+}
+
+TEST_F(SchrankenDatTest, AreaOpenBelowHasAllItsPositionsAndNoSmallestSpeed)
+{
+    Place();
+    dat.verzoegerungToleranz = 7.0; // a - Δa = 0 gives no lower speed
+    dat.Berechnen();
+    ASSERT_TRUE(dat.HatFlaeche());
+    EXPECT_TRUE(dat.IstNachUntenOffen());
+    EXPECT_GE(dat.weg.von, 18.0);
+    EXPECT_NEAR(dat.tempo.bis, 3.6 * std::sqrt(2.0 * 14.0 * dat.weg.bis), 0.1);
+    EXPECT_EQ(dat.tempo.von, 0.0);
+    EXPECT_EQ(dat.exportGeschwindigkeit[0], 0.0);
+    EXPECT_EQ(dat.exportGeschwindigkeit[1], 0.0);
+    EXPECT_EQ(dat.exportGeschwindigkeit[2], dat.tempo.bis);
+    for (dat.exportWahl = 0; dat.exportWahl < 4; ++dat.exportWahl)
+        EXPECT_EQ(dat.KannExportieren(), dat.exportWahl == 2) << dat.exportWahl;
+}
+
+TEST_F(SchrankenDatTest, MeanOfTheDistancesCountsEveryPosition)
+{
+    Place();
+    dat.Berechnen();
+    // Positions from 18 to 22 m in steps of 32 m / 199, less the person's -5 m.
+    double sum = 0.0;
+    int count = 0;
+    for (int i = 0; i < 200; ++i) {
+        const double s = i * 32.0 / 199.0;
+        if (s >= 18.0 && s <= 22.0) {
+            sum += s + 5.0;
+            ++count;
+        }
+    }
+    EXPECT_NEAR(dat.wurfRutschWeg[1], sum / count, 1e-9);
+}
+
+TEST_F(SchrankenDatTest, CollisionPositionIsTheMiddleOfThoseThatHoldTheSpeed)
+{
+    Place();
+    dat.Berechnen();
+    for (const std::int64_t wahl : {0, 1, 2}) {
+        const double v = dat.exportGeschwindigkeit[static_cast<std::size_t>(wahl)] / 3.6;
+        // v between √(2·6.5·s) and √(2·7.5·s), within the area.
+        const double von = std::max(v * v / 15.0, 18.0);
+        const double bis = std::min(v * v / 13.0, 22.0);
+        EXPECT_NEAR(dat.FlaecheWegZu(wahl), (von + bis) / 2.0, 0.17) << wahl;
+    }
+}
+
+TEST_F(SchrankenDatTest, AParticipantIsOneThingOnly)
+{
+    data.KfzDat(1) = TypicalCar("Person", RGB(0, 0, 0));
+    data.MaskenWerte(487)["fahrzeug"] = {0.0};
+    data.MaskenWerte(487)["person"] = {1.0};
+    data.MaskenWerte(487)["fahrrad"] = {1.0};
+    dat.Laden();
+    EXPECT_EQ(dat.personNr, 1);
+    EXPECT_EQ(dat.fahrradNr, -2);
+    data.MaskenWerte(487)["person"] = {0.0};
+    dat.Laden();
+    EXPECT_EQ(dat.personNr, -2);
+}
+
 TEST_F(SchrankenDatTest, BodyConstantBelowHalfBecomesOneAndStaysSo)
 {
     Place();

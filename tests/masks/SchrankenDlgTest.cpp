@@ -5,6 +5,7 @@
 #include "host/CDC.h"
 #include "krn/Placing.h"
 #include "masks/collision/CSchrankenverfahrenDlg.h"
+#include "report/Protocol.h"
 #include "res/resource.h"
 #include "tests/support/MaskFixture.h"
 
@@ -380,9 +381,13 @@ TEST_F(SchrankenDlgTest, ExportWritesTheCollisionOfPersonAndBicycle)
             }
             data.MaskenWerte(487).clear();
             front.broadcast.clear();
+            CWegZeitSpalte& walking = data.WZRechDat(1).spalten[3];
+            walking.art = PhasenArt::constantSpeed;
+            walking.vEnd = walking.vAnf = 5.0;
+            walking.zeit = 2.0;
             Open();
             PlaceAll(turn);
-            Choose(Page(1), IDC_SCHR_FAHRRAD, 2);
+            Choose(Page(1), IDC_SCHR_FAHRRAD, 1); // the person is not offered
             Place(3, {800, 300}, 40.0, 60, 180);
             Press(Page(2), IDC_SCHR_KUEHNEL_GLOBAL);
             Compute();
@@ -402,6 +407,7 @@ TEST_F(SchrankenDlgTest, ExportWritesTheCollisionOfPersonAndBicycle)
             const double v = Value(Page(5), IDC_SCHR_EXPORTTEMPO_MITTEL);
             EXPECT_EQ(hit.art, PhasenArt::noTime);
             EXPECT_NEAR(hit.vEnd, 0.8 * v, 1e-12);
+            EXPECT_EQ(hit.vAnf, 5.0) << "what the person's phase before it ends with";
             EXPECT_NEAR(hit.endGier, heading, 1e-12);
             ASSERT_EQ(hit.bahn.size(), 4U);
             // On the axis, within the area, and reached from the given side in steps of 20, 10, 5 and 0 cm.
@@ -425,13 +431,27 @@ TEST_F(SchrankenDlgTest, ExportWritesTheCollisionOfPersonAndBicycle)
             const CWegZeitDat& bicycle = data.WZDat(2);
             EXPECT_EQ(bicycle.spalten[2].bahn, hit.bahn);
             EXPECT_NEAR(bicycle.endRichtung, 40.0 * kPi / 180.0, 1e-12);
-            for (const std::size_t index : {1U, 2U}) {
+            // The vehicle stands where its front meets the person, and drives along its axis with the speed it had.
+            const CWegZeitDat& vehicle = data.WZDat(0);
+            const CWegZeitSpalte& collision = vehicle.spalten[2];
+            ASSERT_EQ(collision.bahn.size(), 4U);
+            for (const auto& [index, cm] : {std::pair{0U, 20.0}, {1U, 10.0}, {2U, 5.0}, {3U, 0.0}}) {
+                EXPECT_NEAR(across(collision.bahn[index]), 0.0, 1e-6);
+                EXPECT_NEAR(along(collision.bahn[index]), along(hit.bahn[3]) - 220.0 - cm, 1e-6);
+            }
+            EXPECT_EQ(collision.art, PhasenArt::noTime);
+            EXPECT_EQ(collision.vAnf, v);
+            EXPECT_EQ(collision.vAnf, vehicle.spalten[3].vEnd);
+            EXPECT_NEAR(collision.endGier, heading, 1e-12);
+            EXPECT_EQ(vehicle.bahnModus, 5);
+            EXPECT_EQ(vehicle.endPunkt, CDPoint{}) << "where it came to rest is the scene's";
+
+            for (const std::size_t index : {0U, 1U, 2U}) {
                 EXPECT_EQ(data.UPa(index).updateFlags, 1ULL << 28 | 1ULL << 29 | 1ULL << 33 | 1ULL << 34);
                 for (const UINT message : {1440U, 1341U})
                     EXPECT_TRUE(std::any_of(front.broadcast.begin(), front.broadcast.end(),
                                             [&](const MSG& m) { return m.message == message && m.wParam == index; }));
             }
-            EXPECT_EQ(data.UPa(0).updateFlags, 0U);
             EXPECT_EQ(data.WZDat(0).spalten[3].vEnd, v);
             EXPECT_EQ(Hint(IDC_SCHR_EXPORT_HINWEIS), "Geschwindigkeit und Lage wurden in den Fall übertragen.");
 
@@ -467,6 +487,171 @@ TEST_F(SchrankenDlgTest, RecordComesBackWithTheCase)
     thread.DispatchPending();
     Open();
     EXPECT_EQ(Control(Page(1), IDC_SCHR_PLATZ_GESAMTFELD).check, 1);
+}
+
+TEST_F(SchrankenDlgTest, WhatIsShownIsKeptAtEveryRecomputation)
+{
+    Open();
+    PlaceAll();
+    Compute();
+    const auto reopen = [&] {
+        framework::CloseDialog(*mask); // without OK
+        thread.DispatchPending();
+        Open();
+    };
+    Press(Page(2), IDC_SCHR_KUEHNEL_GLOBAL);
+    const double narrowed = High();
+    reopen();
+    EXPECT_EQ(Control(Page(2), IDC_SCHR_KUEHNEL_GLOBAL).check, 1);
+    EXPECT_EQ(High(), narrowed);
+    StepOnce(Page(2), IDC_SCHR_VERZOEGERUNG, 1);
+    const double stepped = High();
+    EXPECT_NE(stepped, narrowed);
+    reopen();
+    EXPECT_EQ(Text(Page(2), IDC_SCHR_VERZOEGERUNG), "7,10");
+    EXPECT_EQ(High(), stepped);
+    Enter(Page(4), IDC_SCHR_RUTSCHVERZOEGERUNG, "5");
+    Press(Page(4), IDC_SCHR_WURF_MAXIMUM);
+    Press(Page(5), IDC_SCHR_VON_LINKS);
+    Press(Page(5), IDC_SCHR_EXPORT_MITTEL);
+    const double thrown = Value(Page(4), IDC_SCHR_KOLLISIONSTEMPO);
+    EXPECT_GT(thrown, 0.0);
+    reopen();
+    EXPECT_EQ(Value(Page(4), IDC_SCHR_KOLLISIONSTEMPO), thrown);
+    EXPECT_EQ(Control(Page(5), IDC_SCHR_VON_LINKS).check, 1);
+    EXPECT_EQ(Control(Page(5), IDC_SCHR_EXPORT_MITTEL).check, 1);
+    // An entry that waits for "Rechnen" counts as soon as something else has everything computed.
+    Enter(Page(2), IDC_SCHR_VERZOEGERUNG, "6");
+    data.KfzDat(0).length = 4.6;
+    data.NotifyGeo(0);
+    const double longer = High();
+    EXPECT_NE(longer, stepped);
+    reopen();
+    EXPECT_EQ(High(), longer);
+}
+
+TEST_F(SchrankenDlgTest, NoSpeedOfOtherInputsLeavesTheMask)
+{
+    Open();
+    PlaceAll();
+    Compute();
+    const double before = High();
+    Enter(Page(2), IDC_SCHR_VERZOEGERUNG, "5");
+    ASSERT_EQ(High(), before) << "waits";
+    Press(Page(5), IDC_SCHR_EXPORT_MAXIMUM);
+    EXPECT_LT(High(), before);
+    EXPECT_EQ(data.WZDat(0).spalten[3].vEnd, High());
+    EXPECT_EQ(Hint(IDC_SCHR_HINWEIS), "");
+    Enter(Page(2), IDC_SCHR_VERZOEGERUNG, "6");
+    Press(Page(5), IDC_SCHR_EXPORT);
+    EXPECT_NEAR(data.WZDat(0).spalten[3].vEnd, 3.6 * std::sqrt(2 * 6.7 * Value(*mask, IDC_SCHR_WEG_BIS)), 0.1);
+    EXPECT_EQ(data.WZDat(0).spalten[3].vEnd, High());
+    EXPECT_EQ(data.WZDat(0).spalten[2].vAnf, High());
+    // What cannot be computed is said and not handed over.
+    const CWegZeitRechDat written = data.WZRechDat(0);
+    const CWegZeitRechDat person = data.WZRechDat(1);
+    Enter(Page(2), IDC_SCHR_VERZOEGERUNG, "0");
+    for (const UINT button : {IDC_SCHR_EXPORT_MINIMUM, IDC_SCHR_EXPORT}) {
+        front.messages.clear();
+        Press(Page(5), button);
+        ASSERT_EQ(front.messages.size(), 1U);
+        EXPECT_NE(front.messages[0].text.find("Bremsverzögerung"), std::string::npos);
+        EXPECT_EQ(data.WZRechDat(0), written);
+        EXPECT_EQ(data.WZRechDat(1), person);
+    }
+    // The radio buttons follow the speed in the collision that an export has written.
+    Enter(Page(2), IDC_SCHR_VERZOEGERUNG, "6");
+    Press(Page(5), IDC_SCHR_EXPORT_MINIMUM);
+    EXPECT_EQ(data.WZDat(0).spalten[2].vAnf, data.WZDat(0).spalten[3].vEnd);
+}
+
+TEST_F(SchrankenDlgTest, SwitchingAnObjectOffAndOnAgainKeepsTheResult)
+{
+    Open();
+    PlaceAll();
+    Compute();
+    const double high = High();
+    for (const UINT object : {IDC_SCHR_PLATZ_PERSON, IDC_SCHR_PLATZ_KOLLISIONSORT, IDC_SCHR_PLATZ_FAHRZEUG}) {
+        Press(Page(1), object);
+        EXPECT_EQ(High(), 0.0);
+        EXPECT_EQ(Hint(IDC_SCHR_HINWEIS), "") << "nothing is said of an area that nobody computed";
+        if (object == IDC_SCHR_PLATZ_PERSON) { // also over closing
+            framework::CloseDialog(*mask);
+            thread.DispatchPending();
+            Open();
+        }
+        Press(Page(1), object);
+        EXPECT_EQ(High(), high);
+    }
+}
+
+TEST_F(SchrankenDlgTest, HintsNameTheCauseAndTheNextStep)
+{
+    Open();
+    PlaceAll();
+    EXPECT_EQ(Hint(IDC_SCHR_EXPORT_HINWEIS), "Noch kein Ergebnis: bitte zuerst rechnen.");
+    Compute();
+    EXPECT_EQ(Hint(IDC_SCHR_EXPORT_HINWEIS), "Bitte wählen Sie Minimum, Mittelwert oder Maximum.");
+    Press(Page(5), IDC_SCHR_EXPORT_MINIMUM);
+    EXPECT_EQ(Hint(IDC_SCHR_EXPORT_HINWEIS), "");
+    // 28.01 m / 199 = 0.14 m
+    Place(1, {-1801, 0}, 0, 1, 1);
+    EXPECT_EQ(Hint(IDC_SCHR_HINWEIS), "Kollisionsort schmaler als der Rechenabstand 0,14 m.");
+    EXPECT_EQ(Hint(IDC_SCHR_EXPORT_HINWEIS), "Ohne gemeinsamen Bereich ist nichts zu übertragen.");
+    Place(1, {200, 0}, 0, 100, 100);
+    EXPECT_EQ(Hint(IDC_SCHR_HINWEIS), "Der Kollisionsort reicht vor die Fahrzeugfront.");
+    Place(1, {-1800, -100}, 0, 400, 200);
+    Enter(Page(2), IDC_SCHR_VERZOEGERUNG_TOLERANZ, "7");
+    Press(*mask, IDC_RECHNEN);
+    EXPECT_EQ(Hint(IDC_SCHR_HINWEIS), "Der gemeinsame Bereich ist nach unten offen.");
+    EXPECT_EQ(Hint(IDC_SCHR_EXPORT_HINWEIS), "Nach unten offen: Nur das Maximum ist zu übertragen.");
+}
+
+TEST_F(SchrankenDlgTest, ReportHasTheLargeDiagramAndNoPrompts)
+{
+    Open();
+    PlaceAll();
+    Compute();
+    const report::Protocol protocol = report::MakeProtocol(*mask, {});
+    ASSERT_EQ(protocol.pictures.size(), 1U);
+    const auto& primitives = protocol.pictures[0].drawing.Primitives();
+    EXPECT_TRUE(std::any_of(primitives.begin(), primitives.end(), [](const auto& one) {
+        const auto* text = std::get_if<drawing::Text>(&one);
+        return text != nullptr && text->utf8 == "gemeinsamer Bereich";
+    })) << "its legend";
+    EXPECT_TRUE(protocol.notes.empty()) << protocol.notes.front();
+    Place(1, {-1801, 0}, 0, 1, 1);
+    const auto notes = report::MakeProtocol(*mask, {}).notes;
+    EXPECT_EQ(std::count(notes.begin(), notes.end(), "Kollisionsort schmaler als der Rechenabstand 0,14 m."), 1);
+}
+
+TEST_F(SchrankenDlgTest, NobodyIsOfferedTwice)
+{
+    Open();
+    Choose(Page(1), IDC_SCHR_FAHRZEUG, 1);
+    Choose(Page(1), IDC_SCHR_PERSON, 1);
+    EXPECT_EQ(Control(Page(1), IDC_SCHR_FAHRRAD).items, (std::vector<std::string>{"(keines)", "3  Rad"}));
+    Choose(Page(1), IDC_SCHR_FAHRRAD, 1);
+    EXPECT_EQ(Control(Page(1), IDC_SCHR_PERSON).items, (std::vector<std::string>{"(keines)", "2  Fußgänger"}));
+    EXPECT_EQ(Control(Page(1), IDC_SCHR_FAHRZEUG).items.size(), 2U);
+}
+
+TEST_F(SchrankenDlgTest, EveryObjectHasItsOwnPrompt)
+{
+    Open();
+    Choose(Page(1), IDC_SCHR_FAHRZEUG, 1);
+    constexpr const char* kPrompts[] = {"Bitte positionieren Sie das Fahrzeug in seiner Endlage",
+                                        "Bitte legen Sie den Bereich des Kollisionsortes fest",
+                                        "Bitte positionieren Sie den Fußgänger bzw. den Radfahrer in seiner Endlage",
+                                        "Bitte positionieren Sie das Fahrrad in seiner Endlage",
+                                        "Bitte platzieren Sie das Gesamtsplitterfeld",
+                                        "Bitte platzieren Sie das Hauptsplitterfeld"};
+    for (UINT kind = 0; kind < 6; ++kind) {
+        Press(Page(1), IDC_SCHR_SETZEN_FAHRZEUG + kind);
+        EXPECT_EQ(Text(*Dialog(30070), IDC_SCHR_SETZE_TEXT), kPrompts[kind]);
+        EXPECT_EQ(krn::OpenPlacingRequest(data)->prompt, kPrompts[kind]);
+        EXPECT_EQ(krn::OpenPlacingRequest(data)->wish.kind, static_cast<int>(kind));
+    }
 }
 
 TEST_F(SchrankenDlgTest, UndoneStepComesBackIntoTheOpenMask)

@@ -248,7 +248,7 @@ TEST(TeilanhDat, SequencesSurviveWritingReadingAndCalculating)
         Give(first, truth, mode);
         first.phase = static_cast<std::int64_t>(column);
         ASSERT_EQ(first.Rechnen(), CTeilanhDat::Ausgang::berechnet);
-        ASSERT_EQ(first.Uebertragen(), Uebertragung::erfolgt);
+        ASSERT_EQ(first.Uebertragen().ausgang, Uebertragung::erfolgt);
         const CWegZeitRechDat written = phases;
         ASSERT_EQ(written.spalten[column + 1].art == PhasenArt::threshold, truth.tS != 0.0);
 
@@ -257,7 +257,7 @@ TEST(TeilanhDat, SequencesSurviveWritingReadingAndCalculating)
         ASSERT_EQ(second.modus, mode);
         ASSERT_EQ(second.phase, first.phase);
         ASSERT_EQ(second.Rechnen(), CTeilanhDat::Ausgang::berechnet);
-        ASSERT_EQ(second.Uebertragen(), Uebertragung::erfolgt);
+        ASSERT_EQ(second.Uebertragen().ausgang, Uebertragung::erfolgt);
         // The end speed near a standstill follows from its square, and the braking time with it.
         const double slack = 1e-9 + 1e-12 * truth.vS * truth.vS / std::max(truth.vE, 1e-6);
         for (std::size_t c = 0; c < CWegZeitDat::kSpalten; ++c) {
@@ -271,6 +271,49 @@ TEST(TeilanhDat, SequencesSurviveWritingReadingAndCalculating)
             ASSERT_NEAR(now.verz, old.verz, 1e-9);
         }
     }
+}
+
+TEST(TeilanhDat, ResidueOfRoundingIsNotGiven)
+{
+    CRuvData data;
+    using Modus = CTeilanhDat::Modus;
+    const auto chosen = [&](double vA, double vE, double sG, double sB) {
+        CTeilanhDat dat(data);
+        dat.vA = vA;
+        dat.vE = vE;
+        dat.sG = sG;
+        dat.sB = sB;
+        dat.aB = 7.5;
+        EXPECT_EQ(dat.Rechnen(), CTeilanhDat::Ausgang::berechnet);
+        return dat.modus;
+    };
+    constexpr double kSpeed = 3.5e-7; // km/h
+    constexpr double kPath = 7e-15;   // m
+    EXPECT_EQ(chosen(kSpeed, 0.0, 10.0, 0.0), Modus::gesamtwegUndEndgeschw);
+    EXPECT_EQ(chosen(80.0, 0.0, 10.0, 0.0), Modus::gesamtwegUndAnfangsgeschw);
+    EXPECT_EQ(chosen(80.0, 10.0, kPath, 0.0), Modus::beideGeschw);
+    EXPECT_EQ(chosen(80.0, 10.0, kPath, kPath), Modus::beideGeschw);
+    EXPECT_EQ(chosen(80.0, kSpeed, 0.0, 10.0), Modus::bremswegUndAnfangsgeschw);
+    EXPECT_EQ(chosen(kSpeed, 0.0, 0.0, 10.0), Modus::bremswegUndEndgeschw);
+}
+
+TEST(TeilanhDat, PathThatReactionAndThresholdUseUpIsEnough)
+{
+    CRuvData data;
+    CTeilanhDat dat(data);
+    dat.vA = 36.0; // 10 m in the second of reaction
+    dat.tR = 1.0;
+    dat.aB = 5.0;
+    dat.sG = 10.0;
+    EXPECT_EQ(dat.Rechnen(), CTeilanhDat::Ausgang::berechnet);
+    EXPECT_EQ(dat.modus, CTeilanhDat::gesamtwegUndAnfangsgeschw);
+    EXPECT_EQ(dat.tB, 0.0);
+    EXPECT_NEAR(dat.vE, 36.0, 1e-12);
+    dat.modus = CTeilanhDat::nichtGewaehlt;
+    dat.vA = 36.0;
+    dat.sG = 9.999;
+    EXPECT_EQ(dat.Rechnen(), CTeilanhDat::Ausgang::reaktionZuLang);
+    EXPECT_EQ(dat.modus, CTeilanhDat::nichtGewaehlt);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "frame/RuvMod.h"
 #include "masks/dynamics/CTeilanhDlg.h"
+#include "report/Protocol.h"
 #include "tests/support/MaskFixture.h"
 #include "tests/support/RandomInput.h"
 
@@ -422,6 +423,141 @@ TEST_F(TeilanhTest, ReadsWhatAColumnAndItsPredecessorsSay)
     Choose(mask, kVehicle, 0);
     EXPECT_EQ(FieldValue(mask, "phase"), 9);
     EXPECT_EQ(Value(mask, kVE), 12.0);
+}
+
+TEST_F(TeilanhTest, WhatTheCaseChainsOtherwiseIsSaid)
+{
+    CWegZeitSpalte& first = Phases().spalten[kFirst];
+    first.art = PhasenArt::braking;
+    first.vAnf = 30.0;
+    first.verz = 5.0;
+    Phases().Berechnung();
+    Window& mask = Open();
+    Choose(mask, kPhase, 1);
+    ASSERT_EQ(Value(mask, kVE), 30.0);
+    EnterExample(mask);
+    Enter(mask, kVA, "80");
+    Press(mask, kTransfer);
+    EXPECT_EQ(Hint(mask), "") << "what was transferred is in the case";
+    EXPECT_NEAR(Phases().spalten[kFirst + 3].vAnf, 80.0, 1e-9);
+
+    // 58,08 km/h at the end of the braking: the phase before it starts at 30, so all speeds are 28,08 lower.
+    Enter(mask, kVE, "58,08");
+    Press(mask, kTransfer);
+    const CWegZeitSpalte& reaction = Phases().spalten[kFirst + 3];
+    ASSERT_NEAR(reaction.vAnf, 51.92, 1e-6);
+    const std::string hint = Hint(mask);
+    EXPECT_NE(hint.find("Anfangsgeschwindigkeit 51,92 km/h statt 80,00 km/h"), std::string::npos) << hint;
+    double path = 0.0;
+    for (std::size_t i = 1; i <= 3; ++i)
+        path += Phases().spalten[kFirst + i].weg;
+    EXPECT_NEAR(path, Value(mask, kSG) - 28.08 / 3.6 * Value(mask, kTG), 1e-6);
+    EXPECT_NE(hint.find(" m statt " + Text(mask, kSG) + " m"), std::string::npos) << hint;
+    EXPECT_NE(hint.find("Zeit " + Text(mask, kTG) + " s statt " + Text(mask, kTG) + " s"), std::string::npos) << hint;
+    const auto notes = report::MakeProtocol(mask, {}).notes;
+    EXPECT_EQ(std::count(notes.begin(), notes.end(), hint), 1);
+    // OK takes the mask away, so it says it in a message.
+    Press(mask, kOk);
+    ASSERT_EQ(front.messages.size(), 1U);
+    EXPECT_EQ(front.messages[0].text, hint);
+}
+
+TEST_F(TeilanhTest, NothingEmptyOrImpossibleIsTransferred)
+{
+    RuvCfg.transferData = true;
+    Window& mask = Open();
+    EnterExample(mask);
+    Press(mask, kCalculate);
+    const CWegZeitRechDat good = Phases();
+    ASSERT_TRUE(good.spalten[kFirst + 2].IsUsed());
+    front.answers[1052] = fehlerJa;
+    Press(mask, kClear);
+    Press(mask, kCalculate);
+    EXPECT_EQ(Phases(), good);
+    EXPECT_EQ(Hint(mask), "Nichts übertragen: Keine der Phasen hat eine Dauer.");
+    Press(mask, kOk);
+    EXPECT_EQ(Phases(), good);
+    EXPECT_EQ(thread.Dialogs().size(), 1U) << "it stays open, for what it says";
+    EXPECT_EQ(front.messages.back().text, Hint(mask));
+
+    Press(mask, kInit);
+    Enter(mask, kVA, "50");
+    Enter(mask, kAB, "-2"); // faster and faster to a stop
+    Press(mask, kCalculate);
+    ASSERT_LT(Value(mask, kTB), 0.0);
+    EXPECT_EQ(Phases(), good);
+    EXPECT_EQ(Hint(mask), "Nichts übertragen: Eine Dauer, ein Weg oder eine Geschwindigkeit ist negativ.");
+
+    // Accelerating, it is a phase of its own kind.
+    Enter(mask, kVE, "60");
+    Press(mask, kCalculate);
+    EXPECT_EQ(Hint(mask), "");
+    EXPECT_EQ(Phases().spalten[kFirst].art, PhasenArt::accelerating);
+    EXPECT_NEAR(Phases().spalten[kFirst].vEnd, 60.0, 1e-9);
+    EXPECT_EQ(Phases().spalten[kFirst].verz, -2.0);
+
+    data.KfzDat(0) = {};
+    Press(mask, kTransfer);
+    EXPECT_EQ(Hint(mask), "Nichts übertragen: Das Fahrzeug ist nicht mehr im Fall.");
+}
+
+TEST_F(TeilanhTest, TheModeThatHoldsIsTold)
+{
+    const auto given = [](Window& mask) { return Text(mask, 24801); };
+    data.WZRechDat(1).mode = 4;
+    Window& mask = Open();
+    EXPECT_EQ(given(mask), "Gegeben: noch offen, beim Rechnen nach den Eingaben gewählt");
+    Choose(mask, kVehicle, 1);
+    EXPECT_EQ(FieldValue(mask, "modus"), 4);
+    EXPECT_EQ(given(mask), "Gegeben: Bremsweg und Endgeschwindigkeit");
+    EXPECT_TRUE(Control(mask, kVA).readOnly);
+    Choose(mask, kVehicle, 0);
+    EXPECT_EQ(FieldValue(mask, "modus"), 0);
+    EXPECT_FALSE(Control(mask, kVA).readOnly);
+
+    // A run that fails chooses nothing.
+    EnterExample(mask);
+    Enter(mask, kSG, "16");
+    Press(mask, kCalculate);
+    EXPECT_EQ(Messages(), (std::vector<UINT>{1204}));
+    EXPECT_EQ(FieldValue(mask, "modus"), 0);
+    EXPECT_EQ(given(mask), "Gegeben: noch offen, beim Rechnen nach den Eingaben gewählt");
+    Enter(mask, kSG, "0");
+    Press(mask, kCalculate);
+    EXPECT_EQ(FieldValue(mask, "modus"), 3);
+    EXPECT_EQ(given(mask), "Gegeben: Anfangs- und Endgeschwindigkeit");
+    // A spinner step after "Init" chooses too.
+    Press(mask, kInit);
+    Enter(mask, kSG, "20");
+    StepOnce(mask, kSG, +1);
+    EXPECT_EQ(FieldValue(mask, "modus"), 2);
+    EXPECT_EQ(given(mask), "Gegeben: Gesamtweg und Anfangsgeschwindigkeit");
+    EXPECT_TRUE(Control(mask, kVE).readOnly);
+}
+
+TEST_F(TeilanhTest, AStepCountsAsAChangeAndAColumnAsNoCalculation)
+{
+    Window& mask = Open();
+    EnterExample(mask);
+    Press(mask, kCalculate);
+    Enter(mask, kAB, "0,1");
+    Press(mask, kCalculate);
+    StepOnce(mask, kAB, -1);
+    ASSERT_EQ(Value(mask, kAB), 0.0);
+    Press(mask, kOk);
+    EXPECT_EQ(Messages(), (std::vector<UINT>{1201}));
+    EXPECT_EQ(Phases(), CWegZeitRechDat{});
+
+    Window& other = Open();
+    EnterExample(other);
+    Press(other, kCalculate);
+    EXPECT_EQ(FieldValue(other, "berechnet"), 1);
+    Choose(other, kPhase, 0);
+    EXPECT_EQ(FieldValue(other, "berechnet"), 0);
+    EnterExample(other);
+    Press(other, kCalculate);
+    Choose(other, kVehicle, 1);
+    EXPECT_EQ(FieldValue(other, "berechnet"), 0);
 }
 
 TEST_F(TeilanhTest, CarelessInputLeavesNumbersOnly)
