@@ -18,6 +18,7 @@ namespace
 constexpr double kRand = 12.0;          // px around everything
 constexpr double kMassstabHoehe = 24.0; // px for the scale below
 constexpr double kSchrift = 11.0;       // px
+constexpr double kZeile = 14.0;         // px between the lines of two names
 constexpr std::size_t kUmrisse = 60;    // bodies that make up the ground passed over
 
 unsigned Kanal(COLORREF farbe, unsigned stelle)
@@ -141,7 +142,7 @@ class Zeichner
         const CDPoint zurueck = (u[3] - u[0]) * 0.2;
         m_dc.Line(Auf(u[0] + zurueck), Auf(u[1] + zurueck));
 
-        // The name lies beside the body, to the inside of the turn.
+        // The name lies beside the body, to the inside of the turn, and farther off where another one lies already.
         m_dc.SelectFont({kSchrift, false});
         m_dc.SetTextColor(m_schrift);
         const CDPoint mitte = Auf((u[0] + u[2]) * 0.5);
@@ -152,7 +153,15 @@ class Zeichner
         const double abstand = 6.0 + std::abs(nach.x) * halb + std::abs(nach.y) * kSchrift / 2.0;
         const CDPoint at = rand + nach * abstand;
         const double x = std::clamp(at.x, halb + 2.0, std::max(halb + 2.0, m_dc.Width() - halb - 2.0));
-        m_dc.TextOut({x, at.y + kSchrift / 3.0}, name, TextAlign::center);
+        double y = at.y;
+        const auto verdeckt = [&](const Name& anderer) {
+            return std::abs(x - anderer.mitte.x) < halb + anderer.halb && std::abs(y - anderer.mitte.y) < kZeile;
+        };
+        for (std::size_t i = 0; i < m_namen.size(); ++i)
+            if (std::any_of(m_namen.begin(), m_namen.end(), verdeckt))
+                y += nach.y > 0.0 ? kZeile : -kZeile;
+        m_namen.push_back({{x, y}, halb});
+        m_dc.TextOut({x, y + kSchrift / 3.0}, name, TextAlign::center);
     }
 
     void ZeichneMassstab()
@@ -175,6 +184,11 @@ class Zeichner
     COLORREF m_farbe;
     double m_massstab = 0.0; // px per m
     CDPoint m_ursprung{};
+    struct Name {
+        CDPoint mitte;
+        double halb; // half its width
+    };
+    std::vector<Name> m_namen;
 };
 
 } // namespace

@@ -159,6 +159,16 @@ void CAbVorDlg::GlobalGeoDatChanged(UINT_PTR vehicle)
     UpdateDialog();
 }
 
+void CAbVorDlg::GlobalWZDatChanged(UINT_PTR vehicle)
+{
+    // Somebody else changed the phases, or a step was taken back: what was said of the case may no longer be true.
+    if (static_cast<std::int64_t>(vehicle) == m_dat.fahrzeug) {
+        m_uebertragen = false;
+        ShowText(IDC_ABVOR_FALL, kKeinText);
+    }
+    CMDIRechDialog::GlobalWZDatChanged(vehicle);
+}
+
 void CAbVorDlg::ChangeAbs(int alt, int neu)
 {
     if (AbDat != nullptr)
@@ -177,9 +187,12 @@ LRESULT CAbVorDlg::EditModified(WPARAM controlId, LPARAM)
         BeginneNeu();
         break;
     case IDC_ABVOR_LINKS:
-    case IDC_ABVOR_RECHTS:
+    case IDC_ABVOR_RECHTS: {
+        const bool uebertragen = m_uebertragen; // the turn in the case is mirrored and stays the former one
         m_dat.SeiteGewaehlt();
+        m_uebertragen = uebertragen;
         break;
+    }
     case IDC_ABVOR_VORWAERTS:
     case IDC_ABVOR_RUECKWAERTS:
         m_dat.ZeigeSeite();

@@ -28,6 +28,7 @@ class RUVMOD_API CAbVorDlg : public CMDIRechDialog
     BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     void BuildObjects() override;
     void GlobalGeoDatChanged(UINT_PTR vehicle) override;
+    void GlobalWZDatChanged(UINT_PTR vehicle) override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
 
     void Rechnen();

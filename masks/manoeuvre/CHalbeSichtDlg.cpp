@@ -154,6 +154,15 @@ void CHalbeSichtDlg::IncValue(int controlId)
     PostMessage(WM_RUV_UPDATEDIALOG);
 }
 
+void CHalbeSichtDlg::GlobalWZDatChanged(UINT_PTR vehicle)
+{
+    // Somebody else changed the phases, or a step was taken back: what was said of the case may no longer be true.
+    const auto changed = static_cast<std::int64_t>(vehicle);
+    if (changed == m_dat.a.fahrzeug || changed == m_dat.b.fahrzeug)
+        ZeigeText(IDC_HALBESICHT_FALL, {});
+    CMDIRechDialog::GlobalWZDatChanged(vehicle);
+}
+
 bool CHalbeSichtDlg::RechneUndZeige(bool mitMeldungen)
 {
     const Ausgang ausgang = m_dat.Rechnen();

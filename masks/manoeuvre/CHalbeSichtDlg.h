@@ -17,6 +17,7 @@ class CHalbeSichtDlg : public CMDIRechDialog
     void UpdateDialog() override;
     void IncValue(int controlId) override;
     void BuildObjects() override;
+    void GlobalWZDatChanged(UINT_PTR vehicle) override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
 
     void Rechnen();

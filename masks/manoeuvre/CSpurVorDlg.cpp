@@ -201,6 +201,14 @@ void CSpurVorDlg::ZeigeHinweis(const Befund& befund)
     ZeigeText(IDC_SPURVOR_HINWEIS, text);
 }
 
+void CSpurVorDlg::GlobalWZDatChanged(UINT_PTR vehicle)
+{
+    // Somebody else changed the phases, or a step was taken back: what was said of the case may no longer be true.
+    if (static_cast<std::int64_t>(vehicle) == m_dat.fahrzeug)
+        ZeigeText(IDC_SPURVOR_FALL, {});
+    CMDIRechDialog::GlobalWZDatChanged(vehicle);
+}
+
 bool CSpurVorDlg::RechneUndZeige(bool mitMeldungen)
 {
     const CWaitCursor wait;

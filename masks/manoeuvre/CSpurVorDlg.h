@@ -19,6 +19,7 @@ class CSpurVorDlg : public CMDIRechDialog
     void IncValue(int controlId) override;
     void BuildObjects() override;
     void GlobalGeoDatChanged(UINT_PTR hint) override;
+    void GlobalWZDatChanged(UINT_PTR vehicle) override;
     RecordFields DescribeRecord() override { return m_dat.Felder(); }
 
     void Rechnen();

@@ -61,6 +61,7 @@ void ZeichneHalbeSicht(CDC& dc, const CHalbeSichtDat& dat, COLORREF farbeA, COLO
     };
     line({links, mitte}, {links + breite, mitte}, PenStyle::solid, farben.linie);
 
+    double namensbreite = 0.0;
     // A comes from the left, B from the right.
     const std::array<const CHalbeSichtDat::Teilnehmer*, 2> seiten{&dat.a, &dat.b};
     const std::array farbe{farbeA, farbeB};
@@ -87,6 +88,7 @@ void ZeichneHalbeSicht(CDC& dc, const CHalbeSichtDat& dat, COLORREF farbeA, COLO
         dc.Rectangle(std::min(x(start), rear), mitte - kBreite / 2.0, std::max(x(start), rear), mitte + kBreite / 2.0,
                      2.0, 2.0);
         const std::string name = std::string(i == 0 ? "A: " : "B: ") + Dezimal(seiten[i]->anfangsgeschw, 1) + " km/h";
+        namensbreite = std::max(namensbreite, dc.TextWidth(name));
         plan.Text({i == 0 ? 4.0 : dc.Width() - 4.0, z}, name, i == 0 ? TextAlign::left : TextAlign::right,
                   farben.schrift);
     }
@@ -94,14 +96,20 @@ void ZeichneHalbeSicht(CDC& dc, const CHalbeSichtDat& dat, COLORREF farbeA, COLO
     // Where they meet, and the middle of the sight distance.
     const double treffen = x(dat.a.gesamtweg);
     line({treffen, mitte - kBalken}, {treffen, mitte + kBalken}, PenStyle::solid, RGB(200, 30, 30));
-    line({x(sicht / 2.0), mitte - 1.6 * kBalken}, {x(sicht / 2.0), dc.Height() - 1.2 * z}, PenStyle::dash,
-         farben.linie);
-    if (alt)
+    // The line leaves out the names of the parts.
+    const double unterDenNamen = mitte + kBalken / 2.0 + 1.3 * z;
+    line({x(sicht / 2.0), mitte - 1.6 * kBalken}, {x(sicht / 2.0), mitte + 0.7 * kBalken}, PenStyle::dash, farben.linie);
+    if (unterDenNamen < dc.Height() - 1.2 * z)
+        line({x(sicht / 2.0), unterDenNamen}, {x(sicht / 2.0), dc.Height() - 1.2 * z}, PenStyle::dash, farben.linie);
+    if (alt) {
         plan.Text({dc.Width() / 2.0, z}, LoadRuvString(IDS_HALBESICHT_ALTE_ZEICHNUNG), TextAlign::center,
                   RGB(200, 60, 30));
-    else
-        plan.Text({treffen, z}, "Kollision nach " + Dezimal(dat.gesamtzeit, 2) + " s", TextAlign::center,
-                  farben.schrift);
+    } else {
+        // Between the names of the vehicles.
+        const std::string text = "Kollision nach " + Dezimal(dat.gesamtzeit, 2) + " s";
+        const double rand = std::min(12.0 + namensbreite + dc.TextWidth(text) / 2.0, dc.Width() / 2.0);
+        plan.Text({std::clamp(treffen, rand, dc.Width() - rand), z}, text, TextAlign::center, farben.schrift);
+    }
     plan.Text({x(sicht / 2.0), dc.Height() - 0.3 * z}, "halbe Sichtweite " + Dezimal(sicht / 2.0, 1) + " m",
               TextAlign::center, farben.schrift);
 }

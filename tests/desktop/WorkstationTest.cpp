@@ -4,10 +4,14 @@
 // The workstation as a whole: examples, diagrams of masks, switches that masks share with the menus, pictures.
 #include "tests/desktop/DesktopFixture.h"
 
+#include "desktop/CasePanels.h"
 #include "desktop/CommandLine.h"
 #include "desktop/SettingsDialog.h"
 #include "desktop/case/CaseFileDialogs.h"
+#include "desktop/scene/SceneCanvas.h"
+#include "desktop/scene/SceneView.h"
 #include "framework/UserInput.h"
+#include "pathtime/PathTimeDiagram.h"
 #include "res/resource.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -20,6 +24,7 @@
 #include <QProcess>
 #include <QPushButton>
 
+#include <cmath>
 #include <filesystem>
 #include <memory>
 
@@ -112,6 +117,94 @@ TEST_F(WorkstationTest, TheTransferSwitchOfAMaskIsThatOfTheMenu)
     Press(mask, IDC_UEBERTRAGEN);
     EXPECT_TRUE(RuvCfg.transferData);
     EXPECT_TRUE(transfer->isChecked());
+}
+
+/// What a manoeuvre writes into the case when the transfer is switched on is seen beside it, and is one step back.
+class TransferTest : public test::DesktopTest
+{
+  protected:
+    TransferTest()
+    {
+        document.Commit("Anfang");
+        RuvCfg.transferData = true;
+    }
+    desktop::MaskWindow& Calculate(UINT number, std::initializer_list<std::pair<UINT, const char*>> entries)
+    {
+        desktop::MaskWindow& mask = Open(number);
+        for (const auto& [control, text] : entries)
+            mask.Act([&] { framework::EnterText(Control(mask, control), text); });
+        mask.Act([&] { framework::Click(Control(mask, IDC_RECHNEN)); });
+        QApplication::processEvents();
+        return mask;
+    }
+    bool HasPhases(std::size_t vehicle)
+    {
+        return document.Data().WZRechDat(vehicle).spalten[CWegZeitDat::kErsteSpalte].IsUsed();
+    }
+    std::vector<pathtime::DiagramVehicle> Diagram() { return pathtime::DiagramVehicles(document.Data()); }
+    std::vector<std::vector<CDPoint>> Ways()
+    {
+        std::vector<std::vector<CDPoint>> ways;
+        for (const scene::SceneTrack& track : panels.scene->Canvas().Scene().tracks)
+            ways.insert(ways.end(), track.trajectories.begin(), track.trajectories.end());
+        return ways;
+    }
+
+    desktop::CasePanels panels = desktop::AddCasePanels(window, document);
+};
+
+TEST_F(TransferTest, ATurnIsAWayInTheSceneAndACurveInTheDiagram)
+{
+    ASSERT_TRUE(Ways().empty());
+    ASSERT_TRUE(Diagram().empty());
+    // A quarter of a circle: the inner rear wheel on 5 m, the centre on 5.925 m, driven at 5 m/s in 1.861 s.
+    desktop::MaskWindow& mask =
+        Calculate(450, {{IDC_ABVOR_ENDRADIUS, "5"}, {IDC_ABVOR_GIERZIEL, "90"}, {IDC_ABVOR_ANFANGSGESCHW, "18"}});
+    ASSERT_EQ(Ways().size(), 1U);
+    const CDPoint chord = Ways()[0].back() - Ways()[0].front();
+    EXPECT_NEAR(std::hypot(chord.x, chord.y), 592.5 * std::sqrt(2.0), 1.0) << "cm";
+    ASSERT_EQ(Diagram().size(), 1U);
+    const auto& curve = Diagram()[0].curve;
+    EXPECT_NEAR(curve.StartTime(), -1.861, 0.001);
+    EXPECT_NE(Text(mask, IDC_ABVOR_FALL), "");
+    EXPECT_TRUE(document.UndoLabel().contains("450")) << document.UndoLabel().toStdString();
+
+    document.Undo();
+    QApplication::processEvents();
+    EXPECT_EQ(document.UndoLabel(), "Anfang") << "the open mask wrote again";
+    EXPECT_FALSE(HasPhases(0));
+    EXPECT_TRUE(Ways().empty());
+    EXPECT_TRUE(Diagram().empty());
+    EXPECT_EQ(Text(mask, IDC_ABVOR_FALL), "") << "the case no longer has it";
+    document.Redo();
+    QApplication::processEvents();
+    EXPECT_TRUE(HasPhases(0));
+    EXPECT_EQ(Ways().size(), 1U);
+}
+
+TEST_F(TransferTest, LaneChangeAndHalfSightAreTakenBackInOneStep)
+{
+    desktop::MaskWindow& lane = Calculate(
+        458, {{IDC_SPURVOR_SEITENVERSATZ, "3"}, {IDC_SPURVOR_QUERBESCHL, "3"}, {IDC_SPURVOR_ANFANGSGESCHW, "50"}});
+    EXPECT_EQ(Ways().size(), 1U);
+    EXPECT_NE(Text(lane, IDC_SPURVOR_FALL), "");
+    document.Undo();
+    QApplication::processEvents();
+    EXPECT_FALSE(HasPhases(0));
+    EXPECT_TRUE(Ways().empty());
+    EXPECT_EQ(Text(lane, IDC_SPURVOR_FALL), "");
+
+    desktop::MaskWindow& sight = Calculate(472, {{IDC_HALBESICHT_SICHTWEITE, "80"},
+                                                 {IDC_HALBESICHT_A_VERZOEGERUNG, "7"},
+                                                 {IDC_HALBESICHT_B_VERZOEGERUNG, "6"}});
+    EXPECT_EQ(Diagram().size(), 2U);
+    EXPECT_NE(Text(sight, IDC_HALBESICHT_FALL), "");
+    document.Undo();
+    QApplication::processEvents();
+    EXPECT_EQ(document.UndoLabel(), "Anfang");
+    EXPECT_FALSE(HasPhases(0) || HasPhases(1));
+    EXPECT_EQ(document.Data().WZDat(0).marke, 0);
+    EXPECT_EQ(Text(sight, IDC_HALBESICHT_FALL), "");
 }
 
 TEST_F(WorkstationTest, ColoursOfBarriersAreTakenAndReset)

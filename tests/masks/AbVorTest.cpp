@@ -334,6 +334,17 @@ TEST_F(AbVorTest, DrawsTheSweptGroundWithThreeOutlines)
     EXPECT_LT(l.right, 400.0);
     EXPECT_LT(l.bottom, 300.0);
     EXPECT_NEAR(l.right - l.left, r.right - r.left, 1e-6);
+    // Names of bodies that stand close together do not lie over each other.
+    Enter(mask, 3031, "0,01");
+    CDC close(400, 300);
+    dialog.ZeichnePlan(close);
+    std::vector<drawing::Text> names;
+    for (const auto& primitive : close.Primitives())
+        if (const auto* text = std::get_if<drawing::Text>(&primitive))
+            names.push_back(*text);
+    ASSERT_EQ(names.size(), 4U);
+    EXPECT_GT(std::abs(names[0].position.y - names[1].position.y), 11.0) << "the height of the letters";
+
     // Reverse: the rear leads, and the front stands behind it.
     Press(mask, kReverse);
     CDC back(400, 300);

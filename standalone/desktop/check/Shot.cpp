@@ -45,6 +45,13 @@ constexpr Entry kEntries[] = {
     {400, IDC_BESCHL_NEIGUNG_PROZENT, "-5"},
     {401, IDC_GRENZV_REIBUNG, "0,7"},
     {401, IDC_GRENZV_RADIUS, "60"},
+    {450, IDC_ABVOR_ENDRADIUS, "8"},
+    {450, IDC_ABVOR_LENKZEIT, "2"},
+    {450, IDC_ABVOR_GIERZIEL, "90"},
+    {450, IDC_ABVOR_ANFANGSGESCHW, "20"},
+    {458, IDC_SPURVOR_SEITENVERSATZ, "3"},
+    {458, IDC_SPURVOR_QUERBESCHL, "3"},
+    {458, IDC_SPURVOR_ANFANGSGESCHW, "50"},
     {468, IDC_VKONST_KMH_1, "50"},
     {468, IDC_VKONST_WEG_1, "25"},
     {469, IDC_MRBREMS_VOLLVERZOEGERUNG, "9"},
@@ -52,6 +59,9 @@ constexpr Entry kEntries[] = {
     {469, IDC_MRBREMS_ANSTIEG, "0,25"},
     {469, IDC_MRBREMS_SPURLAENGE, "20"},
     {469, IDC_MRBREMS_REAKTIONSDAUER, "1"},
+    {472, IDC_HALBESICHT_SICHTWEITE, "80"},
+    {472, IDC_HALBESICHT_A_VERZOEGERUNG, "7"},
+    {472, IDC_HALBESICHT_B_VERZOEGERUNG, "6"},
 };
 constexpr UINT kBarriers = 487;  // computes with what the case keeps for it
 constexpr UINT kPlainMask = 400; // in the picture of the main window when the case keeps nothing for the other
