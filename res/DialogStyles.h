@@ -47,15 +47,17 @@
  * unit, most often named once per dialog (SPALTE_...). A unit that the unit system converts has a number of its own
  * (ZAHL), another one has none (ZAHL_FEST); ..._ERSTE begins a group of the tab order. */
 #define ZAHL(text, edit, unit, y, ...) ZAHL_ZEILE(text, edit, unit, EINHEIT(edit), ZAHL_STYLE, y, __VA_ARGS__)
-#define ZAHL_ERSTE(text, edit, unit, y, ...) \
+#define ZAHL_ERSTE(text, edit, unit, y, ...)                                                                           \
     ZAHL_ZEILE(text, edit, unit, EINHEIT(edit), ZAHL_STYLE | WS_GROUP, y, __VA_ARGS__)
 #define ZAHL_FEST(text, edit, unit, y, ...) ZAHL_ZEILE(text, edit, unit, IDC_STATIC, ZAHL_STYLE, y, __VA_ARGS__)
-#define ZAHL_FEST_ERSTE(text, edit, unit, y, ...) \
+#define ZAHL_FEST_ERSTE(text, edit, unit, y, ...)                                                                      \
     ZAHL_ZEILE(text, edit, unit, IDC_STATIC, ZAHL_STYLE | WS_GROUP, y, __VA_ARGS__)
 #define ZAHL_ZEILE(text, edit, unit, unitId, style, y, ...) ZAHL_AN(text, edit, unit, unitId, style, y, __VA_ARGS__)
+/* clang-format off */
 #define ZAHL_AN(text, edit, unit, unitId, style, y, xText, wText, xEdit, wEdit, xUnit, wUnit) \
     LTEXT text, IDC_STATIC, xText, y, wText, 8 \
     EDITTEXT edit, xEdit, y - 2, wEdit, 12, style \
     LTEXT unit, unitId, xUnit, y, wUnit, 8
+/* clang-format on */
 
 #endif

@@ -1,8 +1,8 @@
 /* SPDX-FileCopyrightText: The RuvMod authors
  * SPDX-License-Identifier: Apache-2.0
  *
- * Numbers of the driving-dynamics masks: dialogs, controls and strings. Read by the resource compiler, so plain defines.
- * The static that names the unit of an edit has the edit's number + 10000 (EINHEIT). */
+ * Numbers of the driving-dynamics masks: dialogs, controls and strings. Read by the resource compiler, so plain
+ * defines. The static that names the unit of an edit has the edit's number + 10000 (EINHEIT). */
 #ifndef RUVMOD_DYNAMICS_H
 #define RUVMOD_DYNAMICS_H
 

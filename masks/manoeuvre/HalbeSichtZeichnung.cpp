@@ -98,7 +98,8 @@ void ZeichneHalbeSicht(CDC& dc, const CHalbeSichtDat& dat, COLORREF farbeA, COLO
     line({treffen, mitte - kBalken}, {treffen, mitte + kBalken}, PenStyle::solid, RGB(200, 30, 30));
     // The line leaves out the names of the parts.
     const double unterDenNamen = mitte + kBalken / 2.0 + 1.3 * z;
-    line({x(sicht / 2.0), mitte - 1.6 * kBalken}, {x(sicht / 2.0), mitte + 0.7 * kBalken}, PenStyle::dash, farben.linie);
+    line({x(sicht / 2.0), mitte - 1.6 * kBalken}, {x(sicht / 2.0), mitte + 0.7 * kBalken}, PenStyle::dash,
+         farben.linie);
     if (unterDenNamen < dc.Height() - 1.2 * z)
         line({x(sicht / 2.0), unterDenNamen}, {x(sicht / 2.0), dc.Height() - 1.2 * z}, PenStyle::dash, farben.linie);
     if (alt) {

@@ -93,10 +93,10 @@ struct Window {
     int trackMaximum = 100;
     int trackPosition = 0;
     std::function<void(CDC&, const CRect&)> painter;
-    std::function<bool(const CMouseEvent&)> mouse; ///< field
-    MouseButton held = MouseButton::none;          ///< field: pressed in it and not released yet
-    CursorShape cursor = CursorShape::arrow;       ///< field
-    std::unique_ptr<Grid> grid;                    ///< only of a grid
+    std::function<bool(const CMouseEvent&)> mouse;         ///< field
+    MouseButton held = MouseButton::none;                  ///< field: pressed in it and not released yet
+    CursorShape cursor = CursorShape::arrow;               ///< field
+    std::unique_ptr<Grid> grid;                            ///< only of a grid
     std::function<void(CDC&, const CRect&)> reportPainter; ///< draws the field in reports, if set
     double reportHeightToWidth = 1.0;                      ///< shape of what it draws
 
