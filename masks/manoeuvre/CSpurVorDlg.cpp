@@ -280,6 +280,8 @@ void CSpurVorDlg::OnButtonOk()
 void CSpurVorDlg::OnTransferOption()
 {
     RuvCfg.transferData = IsChecked(IDC_UEBERTRAGEN);
+    if (RuvCfg.transferData && m_dat.berechnet != 0 && !m_geaendert)
+        Uebertrage(true);
     UpdateDialog();
 }
 

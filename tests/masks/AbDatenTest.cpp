@@ -400,6 +400,42 @@ TEST_F(AbDaten, SpacesTheStoredPoints)
     EXPECT_LT(way.size(), 500U);
     EXPECT_NEAR(way.front().x, 132.5, 1e-9); // half the wheelbase ahead of the inner rear wheel
     EXPECT_NEAR(way.front().y, -77.5, 1e-9); // half the track to its outside
+
+    // At 19 km/h a step is 2.639 mm. A point is stored where 2·k·path reaches 1 m, k = 30, 15, 8, 4 while the steering
+    // lasts and 1 after it: every 7, 13, 24, 48 and 190 steps.
+    const auto gap = [&](std::size_t i) {
+        return std::hypot(way[i].x - way[i - 1].x, way[i].y - way[i - 1].y) / 100.0;
+    };
+    dat.anfangsgeschw = 19.0;
+    ASSERT_EQ(Rechne(), Ausgang::berechnet);
+    const std::array<std::pair<double, int>, 5> zones{{{0.2, 7}, {0.4, 13}, {1.0, 24}, {2.0, 48}, {9.0, 190}}};
+    std::array<int, 5> seen{};
+    double path = 0.0;
+    for (std::size_t i = 1; i + 1 < way.size(); ++i) {
+        path += gap(i);
+        const double t = path / (19.0 / 3.6);
+        const auto zone =
+            std::find_if(zones.begin(), zones.end(), [&](const auto& z) { return t < z.first; }) - zones.begin();
+        const auto index = static_cast<std::size_t>(zone);
+        if (std::abs(t - zones[index].first) < 0.002 || (index > 0 && t - zones[index - 1].first < 0.002))
+            continue; // at the change itself
+        ++seen[index];
+        EXPECT_NEAR(gap(i), zones[index].second * 19.0 / 3.6 * 0.0005, 2e-4) << t;
+    }
+    for (const int count : seen)
+        EXPECT_GT(count, 4);
+    // Above 10 m/s k is 2 after the steering: at 73 km/h every 25 steps.
+    dat.anfangsgeschw = 73.0;
+    dat.lenkzeit = 0.0;
+    dat.endradius = 100.0;
+    dat.gierziel = 30.0;
+    ASSERT_EQ(Rechne(), Ausgang::berechnet);
+    for (std::size_t i = 1; i + 1 < way.size(); ++i)
+        EXPECT_NEAR(gap(i), 25 * 73.0 / 3.6 * 0.0005, 2e-4);
+    dat.lenkzeit = 2.0; // k = 30·10/20.28 = 14.8 at its beginning: every 4 steps
+    ASSERT_EQ(Rechne(), Ausgang::berechnet);
+    EXPECT_NEAR(gap(2), 4 * 73.0 / 3.6 * 0.0005, 2e-4);
+
     // 500 points and more are spaced anew, so that hardly any are left.
     dat.gierziel = 0.0;
     dat.weg = 400.0;

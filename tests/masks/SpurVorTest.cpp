@@ -170,6 +170,18 @@ TEST_F(SpurVorTest, SwitchedOnEveryCalculationIsInTheCase)
     EXPECT_EQ(Control(mask, kCase).text, "");
     TakeMessages();
 
+    // Switched on with a result shown, this one is in the case; undone meanwhile, it is no longer said to be there.
+    Press(mask, kTransfer);
+    Enter(mask, kOffset, "3,5");
+    Press(mask, kCalculate);
+    EXPECT_TRUE(Phases(1) == before);
+    Press(mask, kTransfer);
+    EXPECT_EQ(Phases(1).spalten[kFirst].weg + Phases(1).spalten[kFirst + 1].weg, Value(mask, kPath));
+    EXPECT_NE(Control(mask, kCase).text, "");
+    Phases(1) = before;
+    data.NotifyWZ(1);
+    EXPECT_EQ(Control(mask, kCase).text, "");
+
     // Without room the mask stays open and says so.
     Enter(mask, kOffset, "3");
     for (CWegZeitSpalte& s : Phases(1).spalten)
