@@ -401,6 +401,11 @@ TEST_F(AbDaten, SpacesTheStoredPoints)
     EXPECT_NEAR(way.front().x, 132.5, 1e-9); // half the wheelbase ahead of the inner rear wheel
     EXPECT_NEAR(way.front().y, -77.5, 1e-9); // half the track to its outside
 
+    // The course for the plan is thinned out evenly.
+    const auto& course = Lauf().fahrt.verlauf;
+    ASSERT_GT(course.size(), 200U);
+    for (std::size_t i = 2; i + 1 < course.size(); ++i)
+        EXPECT_NEAR(course[i].t - course[i - 1].t, course[1].t, 1e-9);
     // At 19 km/h a step is 2.639 mm. A point is stored where 2·k·path reaches 1 m, k = 30, 15, 8, 4 while the steering
     // lasts and 1 after it: every 7, 13, 24, 48 and 190 steps.
     const auto gap = [&](std::size_t i) {
