@@ -297,7 +297,9 @@ void CVermDlg::Uebertrage()
                                    ? LoadRuvString(IDS_VERM_GEGNER_STEHT)
                                    : Satz(ergebnis.gegner, m_dat.zielGegner, IDS_VERM_WEG_DES_GEGNERS);
     if (CWnd* hinweis = GetDlgItem(IDC_VERM_UEBERTRAGUNG))
-        hinweis->SetWindowText(eigen + " " + gegner);
+        hinweis->SetWindowText(eigen);
+    if (CWnd* hinweis = GetDlgItem(IDC_VERM_UEBERTRAGUNG_GEGNER))
+        hinweis->SetWindowText(gegner);
     m_fallGilt = true;
     const auto melde = [this](Uebertragung ausgang, std::int64_t fahrzeug) {
         if (ausgang != Uebertragung::erfolgt)
@@ -340,8 +342,10 @@ void CVermDlg::ZeigeBefund()
     }
     if (CWnd* hinweis = GetDlgItem(IDC_VERM_HINWEIS))
         hinweis->SetWindowText(fehlend.empty() ? fehlend : LoadRuvString(IDS_VERM_OHNE_GRENZE) + fehlend + ".");
-    if (!m_fallGilt)
-        ShowText(IDC_VERM_UEBERTRAGUNG, m_uebertragen ? IDS_VERM_FALL_ANDERS : kKeinText);
+    if (m_fallGilt)
+        return;
+    ShowText(IDC_VERM_UEBERTRAGUNG, m_uebertragen ? IDS_VERM_FALL_ANDERS : kKeinText);
+    ShowText(IDC_VERM_UEBERTRAGUNG_GEGNER, kKeinText);
 }
 
 void CVermDlg::Zeichne(CDC& dc)

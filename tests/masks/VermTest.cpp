@@ -22,7 +22,7 @@ constexpr UINT kV = 4201, kPhases = 4202, kOncoming = 4203, kCrossing = 4204, kS
                kAR = 4220, kG = 4221, kTargetG = 4222, kSpatial = 4223, kTemporal = 4224, kVG = 4231, kSFB = 4232,
                kSFR = 4233, kAG = 4236, kXV = 4237, kHighest = 4241, kPoint = 4242, kPointTime = 4243, kHarder = 4244;
 constexpr UINT kOk = 100, kCalculate = 105, kClear = 107, kTransfer = 109, kField = 4261, kGraphic = 4260;
-constexpr UINT kVerdict = 24219, kHint = 24241, kTransferHint = 24206;
+constexpr UINT kVerdict = 24219, kHint = 24241, kTransferHint = 24206, kTransferHintG = 24222;
 constexpr std::size_t kFirst = CWegZeitDat::kErsteSpalte;
 
 class VermTest : public test::MaskTest
@@ -239,7 +239,7 @@ TEST_F(VermTest, TransferWritesWhatIsShownAndCanBeUndone)
     const CWegZeitRechDat untouched = data.WZRechDat(2);
     Press(mask, kCalculate);
     EXPECT_NE(Text(mask, kTransferHint).find("In Fahrzeug 3 übertragen"), std::string::npos);
-    EXPECT_NE(Text(mask, kTransferHint).find("In Fahrzeug 4 übertragen"), std::string::npos);
+    EXPECT_NE(Text(mask, kTransferHintG).find("In Fahrzeug 4 übertragen"), std::string::npos);
 
     // Down to the 39.74 km/h at the conflict point, 20 m in all.
     EXPECT_EQ(Column(2, 0).art, PhasenArt::braking);
