@@ -152,6 +152,7 @@ class CVermDat final : public CDlgData
         Uebertragung gegner;
         bool ohneWegDesGegners; ///< G does not move on: nothing was written for it
         bool ohneWeg;           ///< V's variant has no phase: nothing was written for it
+        bool geaendert = false; ///< the case made other speeds or paths of V's variant
     };
     Ergebnis Uebertragen();
 

@@ -289,18 +289,27 @@ void CVermDlg::Uebertrage()
 {
     const CVermDat::Ergebnis ergebnis = m_dat.Uebertragen();
     constexpr UINT kVersionen[] = {IDS_VERM_VERSION_0, IDS_VERM_VERSION_1, IDS_VERM_VERSION_2, IDS_VERM_VERSION_3};
-    const std::string eigen = ergebnis.ohneWeg ? LoadRuvString(IDS_VERM_OHNE_PHASE)
-                                               : Satz(ergebnis.fahrzeug, m_dat.ziel, kVersionen[m_dat.version]);
+    std::string eigen = ergebnis.ohneWeg ? LoadRuvString(IDS_VERM_OHNE_PHASE)
+                                         : Satz(ergebnis.fahrzeug, m_dat.ziel, kVersionen[m_dat.version]);
+    if (ergebnis.geaendert)
+        eigen = MitFahrzeug(IDS_VERM_GEAENDERT, m_dat.ziel);
     const std::string gegner = ergebnis.ohneWegDesGegners
                                    ? LoadRuvString(IDS_VERM_GEGNER_STEHT)
                                    : Satz(ergebnis.gegner, m_dat.zielGegner, IDS_VERM_WEG_DES_GEGNERS);
     if (CWnd* hinweis = GetDlgItem(IDC_VERM_UEBERTRAGUNG))
-        hinweis->SetWindowText(eigen + " " + gegner);
-    const bool geschrieben = ergebnis.fahrzeug == Uebertragung::erfolgt || ergebnis.gegner == Uebertragung::erfolgt;
-    m_uebertragen = m_uebertragen || geschrieben;
+        hinweis->SetWindowText(eigen);
+    if (CWnd* hinweis = GetDlgItem(IDC_VERM_UEBERTRAGUNG_GEGNER))
+        hinweis->SetWindowText(gegner);
     m_fallGilt = true;
-    if (CWnd* main = geschrieben ? MainWindow() : nullptr)
-        main->PostMessage(WM_RUV_MASKTRANSFERRED, static_cast<WPARAM>(m_dat.ziel));
+    const auto melde = [this](Uebertragung ausgang, std::int64_t fahrzeug) {
+        if (ausgang != Uebertragung::erfolgt)
+            return;
+        m_uebertragen = true;
+        if (CWnd* main = MainWindow())
+            main->PostMessage(WM_RUV_MASKTRANSFERRED, static_cast<WPARAM>(fahrzeug));
+    };
+    melde(ergebnis.fahrzeug, m_dat.ziel);
+    melde(ergebnis.gegner, m_dat.zielGegner);
 }
 
 void CVermDlg::Graphik()
@@ -333,8 +342,10 @@ void CVermDlg::ZeigeBefund()
     }
     if (CWnd* hinweis = GetDlgItem(IDC_VERM_HINWEIS))
         hinweis->SetWindowText(fehlend.empty() ? fehlend : LoadRuvString(IDS_VERM_OHNE_GRENZE) + fehlend + ".");
-    if (!m_fallGilt)
-        ShowText(IDC_VERM_UEBERTRAGUNG, m_uebertragen ? IDS_VERM_FALL_ANDERS : kKeinText);
+    if (m_fallGilt)
+        return;
+    ShowText(IDC_VERM_UEBERTRAGUNG, m_uebertragen ? IDS_VERM_FALL_ANDERS : kKeinText);
+    ShowText(IDC_VERM_UEBERTRAGUNG_GEGNER, kKeinText);
 }
 
 void CVermDlg::Zeichne(CDC& dc)

@@ -40,7 +40,8 @@ std::vector<Folgephase> Phasen(const VermFahrt& fahrt, double ende)
         const double dauer = std::min(s.dauer, ende - s.beginn);
         if (dauer < kVermNull)
             break;
-        const double vEnd = std::max(s.GeschwNach(dauer), 0.0);
+        const bool haelt = s.beginn + dauer >= fahrt.Haltezeit();
+        const double vEnd = haelt ? 0.0 : std::max(s.GeschwNach(dauer), 0.0);
         folge.insert(folge.begin(), {Art(s.phase), vEnd * kKmhProMs, s.v * kKmhProMs, dauer, s.WegNach(dauer) - s.weg,
                                      0.0 - (s.beschl + s.ruck * dauer)});
     }
@@ -231,6 +232,8 @@ CVermDat::Ergebnis CVermDat::Uebertragen()
     const auto spalte = static_cast<std::int64_t>(kErste);
     if (!folge.empty())
         ergebnis.fahrzeug = UebertrageFolge(m_data, ziel, spalte, folge, std::nullopt, m_parent);
+    // In the case a threshold phase rises from the deceleration of the phase before it: from aR only after a reaction.
+    ergebnis.geaendert = ergebnis.fahrzeug == Uebertragung::erfolgt && !StehtImFall(m_data, ziel, spalte, folge);
     if (weiter)
         ergebnis.gegner = UebertrageFolge(m_data, zielGegner, spalte, {&*weiter, 1}, std::nullopt, m_parent);
     return ergebnis;

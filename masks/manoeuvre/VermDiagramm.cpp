@@ -114,8 +114,9 @@ class Zeichner
             m_sVon = std::min(m_sVon, -v.vorverlegung * v.vorgabe.v);
             m_sBis = std::max(m_sBis, grenze.Weg(bis + v.vorverlegung) - v.vorverlegung * v.vorgabe.v);
         }
-        if (!std::isinf(K().tRaeumen))
-            ende = std::max(ende, std::min(K().tRK + K().tRaeumen, laengste));
+        const double gegnerEnde = K().richtung == VermRichtung::quer ? K().tRaeumen : K().gegner.Haltezeit();
+        if (!std::isinf(gegnerEnde))
+            ende = std::max(ende, std::min(K().tRK + gegnerEnde, laengste));
         m_tBis = std::max(ende * kUeberstand, 0.1);
         m_sBis *= kUeberstand;
     }

@@ -99,6 +99,8 @@ std::int64_t VermSchritte::LetzterSchritt() const
 /// is always better, and for the reaction point the condition says it.
 VermSchritte::Bereich VermSchritte::VerletzterBereich(const VermBedingung& bedingung, std::int64_t letzter) const
 {
+    if (letzter < 0)
+        return {};
     std::int64_t schlimmster = m_vorzeichen > 0 ? 0 : letzter;
     if (m_groesse == VermGroesse::reaktionspunkt && std::isfinite(bedingung.schlimmste)) {
         const double schritt = m_vorzeichen * bedingung.schlimmste / kZeitSchritt;

@@ -357,6 +357,9 @@ TEST(VermDat, SearchesGiveWhatTheirStepsDefine)
             Case c = random.Next(setting.direction, setting.kind);
             if (setting.direction == VermRichtung::quer)
                 c.aG = 0.0;
+            // Searched backwards there is no step at all.
+            if (round % 5 == 4)
+                (round % 2 == 0 ? c.tRK : c.sRK) = 0.0;
             for (const VermGroesse quantity :
                  {VermGroesse::hoechstgeschw, VermGroesse::reaktionspunkt, VermGroesse::verzoegerung})
                 ExpectSearchSteps(quantity, c);
@@ -426,8 +429,9 @@ TEST(VermDat, TimesAreFoundToTheStep)
             const Simulated own = DriveV(c, c.v, c.aB);
             const Simulated other(c.vG, 200.0, [&](double) { return -c.aG; });
             const double sign = c.direction == VermRichtung::gleich ? 1.0 : -1.0;
+            const double stands = c.direction == VermRichtung::entgegen && c.vG == 0.0 ? c.sFB : 0.0;
             const auto gap = [&](double t) {
-                return c.sRK + sign * other.Path(std::max(t - c.tRK, 0.0)) - own.Path(t);
+                return c.sRK - stands + sign * other.Path(std::max(t - c.tRK, 0.0)) - own.Path(t);
             };
             ASSERT_LE(gap(meeting->zeit), 1e-6);
             // Never before: on a grid a hundred times as fine as the time it lasts.
