@@ -5,6 +5,7 @@
 #include "host/CDC.h"
 #include "host/CRuvData.h"
 #include "masks/collision/FahrradBild.h"
+#include "report/Protocol.h"
 #include "res/collision.h"
 #include "tests/support/MaskFixture.h"
 #include "tests/support/RandomInput.h"
@@ -215,6 +216,10 @@ TEST_F(FahrradTest, ChoosesComputesAndTellsTheHost)
     EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "Beschädigungsbereich ist vollst. erreicht");
     Enter(mask, IDC_FAHRRAD_HOEHE_MAX, "120");
     EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "Beschädigungsbereich ist vollst. nicht erreicht");
+    const std::vector<std::string> verdicts{"Beschädigungsbereich ist vollst. nicht erreicht",
+                                            "Phys. Neigungswinkel ist unterschritten", "Berührung ist möglich",
+                                            LoadRuvString(IDS_FAHRRAD_OHNE_NEIGUNG)};
+    EXPECT_EQ(report::MakeProtocol(mask, {}).notes, verdicts);
     front.answers[1052] = fehlerJa;
     Press(mask, IDC_LOESCHEN);
     EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "");
