@@ -377,8 +377,12 @@ TEST_F(LadungTest, ComputesFollowsAndCountsOrSaysWhyNot)
     Enter(mask, IDC_LADUNG_REIBUNG_LAENGS, "-0,8");
     EXPECT_NE(Text(mask, IDC_LADUNG_HINWEIS).find("fehlen 22095 N"), std::string::npos)
         << Text(mask, IDC_LADUNG_HINWEIS);
+    Enter(mask, IDC_LADUNG_REIBUNG_QUER, "-0,7"); // a line of its own
+    const std::string hint = Text(mask, IDC_LADUNG_HINWEIS);
+    EXPECT_NE(hint.find("fehlen 22095 N.\nQuerkraft"), std::string::npos) << hint;
+    EXPECT_NE(hint.find("fehlen 18171 N"), std::string::npos) << hint;
     const report::Protocol protocol = report::MakeProtocol(mask, {});
-    EXPECT_EQ(protocol.notes, std::vector{Text(mask, IDC_LADUNG_HINWEIS)});
+    EXPECT_EQ(protocol.notes, std::vector{hint});
     const auto listed = [&](const std::string& label, const std::string& value) {
         for (const auto& group : protocol.inputs)
             for (const auto& entry : group.entries)
