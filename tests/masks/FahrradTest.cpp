@@ -90,6 +90,11 @@ TEST_F(FahrradDat, VerdictsOnBothSidesAndAtEquality)
         dat.Rechnen();
         EXPECT_EQ(dat.IstHoeheErreicht(), reached) << height;
     }
+    // The band is just as wide as the part rises.
+    dat.hoeheMax = 50.0;
+    dat.hoeheMin = 40.0;
+    EXPECT_EQ(dat.Rechnen(), Befund::keiner);
+    dat.hoeheMin = 50.0;
     // No band and no friction: both angles are zero.
     dat.reibwert = 0.0;
     dat.Rechnen();
@@ -118,6 +123,9 @@ TEST_F(FahrradDat, LimitsAreSaid)
     EXPECT_EQ(dat.Rechnen(), Befund::ohneNeigung);
     EXPECT_TRUE(std::isnan(dat.neigungKratzspur));
     EXPECT_FALSE(dat.IstNeigungUeberschritten());
+    dat.hoeheMin = 71.0; // just as wide as the distance: lying flat
+    EXPECT_EQ(dat.Rechnen(), Befund::ueberZunahme);
+    EXPECT_NEAR(dat.neigungKratzspur, 90.0, 1e-9);
     dat.hoeheMin = 101.0;
     EXPECT_EQ(dat.Rechnen(), Befund::bandNegativ);
     EXPECT_LT(dat.neigungKratzspur, 0.0);
