@@ -93,6 +93,7 @@
 #define IDC_WURF_ANFANG_Z 47122
 #define IDC_WURF_ZEICHENFELD 47123
 #define IDC_WURF_HINWEIS 47124
+#define IDC_WURF_RECHENART 47125
 
 /* 487 Schrankenverfahren; the unit beside an edit is 10000 above it */
 #define IDD_SCHRANKENVERFAHREN 487
@@ -268,6 +269,8 @@
 #define IDS_WURF_UNERREICHBAR 47104
 #define IDS_WURF_ZU_LANG 47105
 #define IDS_WURF_NICHT_BERECHENBAR 47106
+#define IDS_WURF_GERECHNET 47107
+#define IDS_WURF_GESUCHT 47108
 
 /* Texts of 493: the verdicts, each with its "yes" first; the types of bicycle in the order of the choice */
 #define IDS_FAHRRAD_ERREICHT 6852

@@ -71,7 +71,7 @@ void CLadungDlg::ZeigeHinweis()
 {
     std::string hinweis;
     const auto nimm = [&](UINT text, double newton) {
-        hinweis += (hinweis.empty() ? "" : " ") + skizze::MitZahl(text, skizze::Zahl(newton, 0));
+        hinweis += (hinweis.empty() ? "" : "\n") + skizze::MitZahl(text, skizze::Zahl(newton, 0));
     };
     if (m_dat.fehltLaengs)
         nimm(IDS_LADUNG_FEHLT_LAENGS, *m_dat.fehltLaengs);

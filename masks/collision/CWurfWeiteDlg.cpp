@@ -33,6 +33,11 @@ UINT Hinweis(Befund befund)
     return 0;
 }
 
+bool IstGescheitert(Befund befund)
+{
+    return befund == Befund::unerreichbar || befund == Befund::flugZuLang || befund == Befund::nichtBerechenbar;
+}
+
 } // namespace
 
 CWurfWeiteDlg::CWurfWeiteDlg(CRuvData& data, CWnd* parent)
@@ -70,6 +75,9 @@ void CWurfWeiteDlg::UpdateDialog()
 
 void CWurfWeiteDlg::ZeigeHinweis()
 {
+    // Speed and distance both stand among the inputs: which one was computed must be said.
+    const bool steht = m_dat.ergebnisSteht != 0 && !IstGescheitert(m_befund);
+    ShowText(IDC_WURF_RECHENART, !steht ? 0 : m_dat.rueckwaerts != 0 ? IDS_WURF_GESUCHT : IDS_WURF_GERECHNET);
     const UINT text = Hinweis(m_befund);
     ShowText(IDC_WURF_HINWEIS, text);
     CWnd* hinweis = GetDlgItem(IDC_WURF_HINWEIS);

@@ -5,6 +5,7 @@
 #include "host/CDC.h"
 #include "host/CRuvData.h"
 #include "masks/collision/FahrradBild.h"
+#include "report/Protocol.h"
 #include "res/collision.h"
 #include "tests/support/MaskFixture.h"
 #include "tests/support/RandomInput.h"
@@ -89,6 +90,11 @@ TEST_F(FahrradDat, VerdictsOnBothSidesAndAtEquality)
         dat.Rechnen();
         EXPECT_EQ(dat.IstHoeheErreicht(), reached) << height;
     }
+    // The band is just as wide as the part rises.
+    dat.hoeheMax = 50.0;
+    dat.hoeheMin = 40.0;
+    EXPECT_EQ(dat.Rechnen(), Befund::keiner);
+    dat.hoeheMin = 50.0;
     // No band and no friction: both angles are zero.
     dat.reibwert = 0.0;
     dat.Rechnen();
@@ -117,6 +123,9 @@ TEST_F(FahrradDat, LimitsAreSaid)
     EXPECT_EQ(dat.Rechnen(), Befund::ohneNeigung);
     EXPECT_TRUE(std::isnan(dat.neigungKratzspur));
     EXPECT_FALSE(dat.IstNeigungUeberschritten());
+    dat.hoeheMin = 71.0; // just as wide as the distance: lying flat
+    EXPECT_EQ(dat.Rechnen(), Befund::ueberZunahme);
+    EXPECT_NEAR(dat.neigungKratzspur, 90.0, 1e-9);
     dat.hoeheMin = 101.0;
     EXPECT_EQ(dat.Rechnen(), Befund::bandNegativ);
     EXPECT_LT(dat.neigungKratzspur, 0.0);
@@ -215,6 +224,10 @@ TEST_F(FahrradTest, ChoosesComputesAndTellsTheHost)
     EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "Beschädigungsbereich ist vollst. erreicht");
     Enter(mask, IDC_FAHRRAD_HOEHE_MAX, "120");
     EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "Beschädigungsbereich ist vollst. nicht erreicht");
+    const std::vector<std::string> verdicts{"Beschädigungsbereich ist vollst. nicht erreicht",
+                                            "Phys. Neigungswinkel ist unterschritten", "Berührung ist möglich",
+                                            LoadRuvString(IDS_FAHRRAD_OHNE_NEIGUNG)};
+    EXPECT_EQ(report::MakeProtocol(mask, {}).notes, verdicts);
     front.answers[1052] = fehlerJa;
     Press(mask, IDC_LOESCHEN);
     EXPECT_EQ(Text(mask, IDC_FAHRRAD_BEFUND_HOEHE), "");

@@ -5,6 +5,7 @@
 #include "host/CDC.h"
 #include "host/CRuvData.h"
 #include "masks/collision/LadungBild.h"
+#include "report/Protocol.h"
 #include "res/collision.h"
 #include "tests/support/MaskFixture.h"
 #include "tests/support/RandomInput.h"
@@ -376,6 +377,24 @@ TEST_F(LadungTest, ComputesFollowsAndCountsOrSaysWhyNot)
     Enter(mask, IDC_LADUNG_REIBUNG_LAENGS, "-0,8");
     EXPECT_NE(Text(mask, IDC_LADUNG_HINWEIS).find("fehlen 22095 N"), std::string::npos)
         << Text(mask, IDC_LADUNG_HINWEIS);
+    Enter(mask, IDC_LADUNG_REIBUNG_QUER, "-0,7"); // a line of its own
+    const std::string hint = Text(mask, IDC_LADUNG_HINWEIS);
+    EXPECT_NE(hint.find("fehlen 22095 N.\nQuerkraft"), std::string::npos) << hint;
+    EXPECT_NE(hint.find("fehlen 18171 N"), std::string::npos) << hint;
+    const report::Protocol protocol = report::MakeProtocol(mask, {});
+    EXPECT_EQ(protocol.notes, std::vector{hint});
+    const auto listed = [&](const std::string& label, const std::string& value) {
+        for (const auto& group : protocol.inputs)
+            for (const auto& entry : group.entries)
+                if (entry.label == label)
+                    return entry.value == value;
+        return false;
+    };
+    EXPECT_TRUE(listed("Zurrwinkel (alpha)", "75,0"));
+    EXPECT_TRUE(listed("Reibung im Gurt", "0,00"));
+    EXPECT_TRUE(listed("Paarung", "Holz/Holz trocken:     0.20 - 0.50"));
+    EXPECT_TRUE(listed("Vorgabe", "VDI 2700   (einseit. Sp.): 1.5"));
+    EXPECT_TRUE(listed("Formschluss vorne (% der Nutzlast)", "40"));
 }
 
 TEST_F(LadungTest, TheVehicleGivesItsPayloadAndCancelRestores)

@@ -510,8 +510,10 @@ TEST_F(WurfWeiteTest, TypedAndSteppedEntriesFollowAResultThatStands)
     Enter(mask, IDC_WURF_V0_KMH, "36");
     EXPECT_EQ(Text(mask, IDC_WURF_V0_MS), "10,00");
     EXPECT_EQ(test::FieldValue(mask, "wurfweite"), 0.0);
+    EXPECT_EQ(Text(mask, IDC_WURF_RECHENART), "");
     Press(mask, IDC_RECHNEN);
     EXPECT_NEAR(test::FieldValue(mask, "wurfweite"), 100.0 / kG, 0.01);
+    EXPECT_EQ(Text(mask, IDC_WURF_RECHENART), LoadRuvString(IDS_WURF_GERECHNET));
     StepOnce(mask, IDC_WURF_V0_KMH, 1);
     EXPECT_NEAR(test::FieldValue(mask, "wurfweite"), std::pow(37.0 / 3.6, 2) / kG, 0.01);
     Enter(mask, IDC_WURF_V0_MS, "20");
@@ -524,7 +526,9 @@ TEST_F(WurfWeiteTest, TypedAndSteppedEntriesFollowAResultThatStands)
     Enter(mask, IDC_WURF_WURF_RUTSCHWEITE, "30");
     EXPECT_NEAR(test::FieldValue(mask, "anfangsgeschwindigkeit"), std::sqrt(30.0 * kG) * 3.6, 0.01);
     EXPECT_EQ(Text(mask, IDC_WURF_HINWEIS), "");
+    EXPECT_EQ(Text(mask, IDC_WURF_RECHENART), LoadRuvString(IDS_WURF_GESUCHT));
     Enter(mask, IDC_WURF_FLUGWINKEL, "90");
+    EXPECT_EQ(Text(mask, IDC_WURF_RECHENART), "");
     EXPECT_EQ(Text(mask, IDC_WURF_HINWEIS), LoadRuvString(IDS_WURF_UNERREICHBAR));
     EXPECT_EQ(Text(mask, IDC_WURF_WURF_RUTSCHWEITE), "30,00");
     EXPECT_EQ(Text(mask, IDC_WURF_V0_KMH), "0,00");
