@@ -162,6 +162,7 @@ class CEditInt : public CBinding
     void Show() override;
     EntryResult Take(const std::string& text) override;
     bool OnIncValue(int direction) override;
+    std::string UnitText() const override;
     const void* Field() const override { return m_field.Address(); }
 
     bool InRange(std::int64_t value) const { return value >= m_minimum && value <= m_maximum; }

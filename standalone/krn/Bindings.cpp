@@ -252,6 +252,11 @@ void CEditInt::Show()
         control->SetWindowText(std::to_string(m_field.Value()));
 }
 
+std::string CEditInt::UnitText() const
+{
+    return Spec() == nullptr ? std::string{} : std::string(Spec()->unit.text);
+}
+
 EntryResult CEditInt::Take(const std::string& text)
 {
     if (IsBlank(text))

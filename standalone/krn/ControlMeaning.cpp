@@ -51,7 +51,9 @@ bool BelongsToField(const Window& label)
 {
     const auto& siblings = label.parent->children;
     const auto at = std::find_if(siblings.begin(), siblings.end(), [&](const auto& s) { return s.get() == &label; });
-    const bool named = at != siblings.end() && at + 1 != siblings.end() && framework::NeedsLabel((*(at + 1))->kind);
+    // What stands before a drawing says something of its own.
+    const Window* next = at == siblings.end() || at + 1 == siblings.end() ? nullptr : (at + 1)->get();
+    const bool named = next != nullptr && framework::NeedsLabel(next->kind) && next->kind != Kind::field;
     return named || std::any_of(siblings.begin(), siblings.end(), [&](const auto& sibling) {
                return sibling->kind == Kind::edit && UnitLabelId(sibling->id) == label.id;
            });
