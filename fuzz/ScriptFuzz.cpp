@@ -56,7 +56,7 @@ Action ActionOf(const Control& control, std::uint8_t what)
         return EnterAction{control.id, kTexts[what % std::size(kTexts)]};
     case Kind::combo:
     case Kind::list:
-        return SelectAction{control.id, what % 20};
+        return SelectAction{control.id, what % 20, what % 20, false};
     case Kind::trackbar:
         return EnterAction{control.id, std::to_string(what)};
     default:
