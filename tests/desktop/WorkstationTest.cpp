@@ -131,8 +131,8 @@ class TransferTest : public test::DesktopTest
     desktop::MaskWindow& Calculate(UINT number, std::initializer_list<std::pair<UINT, const char*>> entries)
     {
         desktop::MaskWindow& mask = Open(number);
-        for (const auto& [control, text] : entries)
-            mask.Act([&] { framework::EnterText(Control(mask, control), text); });
+        for (const auto& entry : entries)
+            mask.Act([&] { framework::EnterText(Control(mask, entry.first), entry.second); });
         mask.Act([&] { framework::Click(Control(mask, IDC_RECHNEN)); });
         QApplication::processEvents();
         return mask;
@@ -163,8 +163,9 @@ TEST_F(TransferTest, ATurnIsAWayInTheSceneAndACurveInTheDiagram)
     ASSERT_EQ(Ways().size(), 1U);
     const CDPoint chord = Ways()[0].back() - Ways()[0].front();
     EXPECT_NEAR(std::hypot(chord.x, chord.y), 592.5 * std::sqrt(2.0), 1.0) << "cm";
-    ASSERT_EQ(Diagram().size(), 1U);
-    const auto& curve = Diagram()[0].curve;
+    const auto diagram = Diagram();
+    ASSERT_EQ(diagram.size(), 1U);
+    const auto& curve = diagram[0].curve;
     EXPECT_NEAR(curve.StartTime(), -1.861, 0.001);
     EXPECT_NE(Text(mask, IDC_ABVOR_FALL), "");
     EXPECT_TRUE(document.UndoLabel().contains("450")) << document.UndoLabel().toStdString();

@@ -551,7 +551,7 @@ TEST_F(SchrankenDlgTest, NoSpeedOfOtherInputsLeavesTheMask)
     const CWegZeitRechDat written = data.WZRechDat(0);
     const CWegZeitRechDat person = data.WZRechDat(1);
     Enter(Page(2), IDC_SCHR_VERZOEGERUNG, "0");
-    for (const UINT button : {IDC_SCHR_EXPORT_MINIMUM, IDC_SCHR_EXPORT}) {
+    for (const UINT button : std::initializer_list<UINT>{IDC_SCHR_EXPORT_MINIMUM, IDC_SCHR_EXPORT}) {
         front.messages.clear();
         Press(Page(5), button);
         ASSERT_EQ(front.messages.size(), 1U);
@@ -571,7 +571,8 @@ TEST_F(SchrankenDlgTest, SwitchingAnObjectOffAndOnAgainKeepsTheResult)
     PlaceAll();
     Compute();
     const double high = High();
-    for (const UINT object : {IDC_SCHR_PLATZ_PERSON, IDC_SCHR_PLATZ_KOLLISIONSORT, IDC_SCHR_PLATZ_FAHRZEUG}) {
+    for (const UINT object :
+         std::initializer_list<UINT>{IDC_SCHR_PLATZ_PERSON, IDC_SCHR_PLATZ_KOLLISIONSORT, IDC_SCHR_PLATZ_FAHRZEUG}) {
         Press(Page(1), object);
         EXPECT_EQ(High(), 0.0);
         EXPECT_EQ(Hint(IDC_SCHR_HINWEIS), "") << "nothing is said of an area that nobody computed";
