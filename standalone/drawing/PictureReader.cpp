@@ -107,11 +107,49 @@ std::size_t FindMarker(std::string_view file, std::uint32_t wanted)
     return std::string_view::npos;
 }
 
+/// Every Huffman table of the segment at `at` has at most 256 codes (ITU-T T.81, B.2.4.2). The decoder's room for
+/// their lengths ends there.
+bool HasSoundTables(std::string_view file, std::size_t at)
+{
+    constexpr std::size_t kHead = 17; // class and number, then the count of codes of each length
+    constexpr std::uint32_t kMostCodes = 256;
+    const Bytes bytes(file, true);
+    std::size_t left = bytes.U16(at + 2) < 2 ? 0 : bytes.U16(at + 2) - 2;
+    for (at += 4; left > 0 && at < file.size();) {
+        std::uint32_t codes = 0;
+        for (std::size_t i = 1; i < kHead; ++i)
+            codes += bytes.Word(at + i, 1);
+        if (codes > kMostCodes)
+            return false;
+        at += kHead + codes;
+        left -= std::min(left, kHead + codes);
+    }
+    return true;
+}
+
+/// Looks at the Huffman tables in the order in which a decoder meets them, those between the scans too.
+bool HasSoundTables(std::string_view file)
+{
+    const Bytes bytes(file, true);
+    for (std::size_t at = 2; at + 4 <= file.size();) {
+        const std::uint32_t marker = bytes.U16(at);
+        if (marker <= 0xFF00U || marker == 0xFFFFU || (marker >= 0xFFD0U && marker <= 0xFFD9U)) {
+            ++at; // data of a scan, fill bytes, marks without a segment
+            continue;
+        }
+        if (marker == 0xFFC4U && !HasSoundTables(file, at))
+            return false;
+        at += 2 + std::max(bytes.U16(at + 2), 2U);
+    }
+    return true;
+}
+
 /// In the data of a scan the end marker cannot occur by chance (ITU-T T.81, B.1.1.5).
 bool IsWholeJpeg(std::string_view file)
 {
     const std::size_t scan = FindMarker(file, 0xFFDAU);
-    return scan != std::string_view::npos && file.find("\xFF\xD9"sv, scan) != std::string_view::npos;
+    return HasSoundTables(file) && scan != std::string_view::npos &&
+           file.find("\xFF\xD9"sv, scan) != std::string_view::npos;
 }
 
 bool IsWholeBmp(std::string_view file)
