@@ -73,7 +73,7 @@ class Bytes
     bool m_bigEndian;
 };
 
-/// All parts of a PNG file, each with its checksum, up to the part that ends it (PNG specification, 5.3).
+/// All parts of a PNG file, each with its checksum, up to the part that ends it (ISO/IEC 15948, 5.3).
 bool IsWholePng(std::string_view file)
 {
     const Bytes bytes(file, true);
