@@ -35,10 +35,12 @@ Dat::Bereich Enden(const Dat::Rechteck& wagen, const Dat::Rechteck& feld, double
 {
     std::array<double, 4> d{};
     const auto ecken = feld.Ecken();
-    std::transform(ecken.begin(), ecken.end(), d.begin(), [&](const CDPoint& p) {
-        const CDPoint offset = p - wagen.position;
-        return -(offset.x * std::cos(wagen.winkel) + offset.y * std::sin(wagen.winkel) - halbeLaenge);
-    });
+    std::transform(
+        ecken.begin(), ecken.end(), d.begin(),
+        [&](const CDPoint& p) {
+            const CDPoint offset = p - wagen.position;
+            return -(offset.x * std::cos(wagen.winkel) + offset.y * std::sin(wagen.winkel) - halbeLaenge);
+        });
     const auto kleiner = [](double a, double b) { return a * a < b * b; };
     return {*std::min_element(d.begin(), d.end(), kleiner), *std::max_element(d.begin(), d.end(), kleiner)};
 }

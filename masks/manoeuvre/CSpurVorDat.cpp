@@ -160,10 +160,12 @@ SpurwechselFahrt FahreAbHalt(const Vorgabe& g, double weg)
 
 bool IstFahrbar(const SpurwechselFahrt& fahrt)
 {
-    return std::all_of(fahrt.abschnitte.begin(), fahrt.abschnitte.end(), [](const Fahrabschnitt& a) {
-        return std::isfinite(a.zeit) && std::isfinite(a.weg) && a.zeit >= 0.0 && a.weg >= 0.0 && a.vAnf >= 0.0 &&
-               a.vEnd >= 0.0;
-    });
+    return std::all_of(
+        fahrt.abschnitte.begin(), fahrt.abschnitte.end(),
+        [](const Fahrabschnitt& a) {
+            return std::isfinite(a.zeit) && std::isfinite(a.weg) && a.zeit >= 0.0 && a.weg >= 0.0 && a.vAnf >= 0.0 &&
+                   a.vEnd >= 0.0;
+        });
 }
 
 double InGrad(double angle)

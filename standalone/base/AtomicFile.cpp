@@ -31,13 +31,11 @@ std::optional<fs::path> FollowLinks(fs::path path)
     constexpr int kMostLinks = 40;
     std::error_code error;
     for (int i = 0; i < kMostLinks; ++i) {
-        if (!fs::is_symlink(fs::symlink_status(path, error))) {
+        if (!fs::is_symlink(fs::symlink_status(path, error)))
             return path;
-        }
         const fs::path next = fs::read_symlink(path, error);
-        if (error) {
+        if (error)
             return std::nullopt;
-        }
         path = path.parent_path() / next; // an absolute link replaces the folder
     }
     return std::nullopt;
@@ -51,9 +49,8 @@ std::string TemporaryBegin(const fs::path& target)
     std::string name = Utf8Of(target.filename());
     if (name.size() > kMost) {
         std::size_t cut = kMost;
-        while (cut > 0 && ContinuesCharacter(name[cut])) {
+        while (cut > 0 && ContinuesCharacter(name[cut]))
             --cut;
-        }
         name.resize(cut);
     }
     return "." + name + ".";
@@ -79,9 +76,8 @@ void RemoveLeftovers(const fs::path& folder, const std::string& begin)
         if (name.size() > begin.size() + kTemporaryEnd.size() && name.starts_with(begin) &&
             name.ends_with(kTemporaryEnd) &&
             IsTemporaryMark(
-                std::string_view(name).substr(begin.size(), name.size() - begin.size() - kTemporaryEnd.size()))) {
+                std::string_view(name).substr(begin.size(), name.size() - begin.size() - kTemporaryEnd.size())))
             leftovers.push_back(entry->path());
-        }
     }
     std::for_each(leftovers.begin(), leftovers.end(), RemoveIfAbandoned);
 }
@@ -90,12 +86,10 @@ int WriteAll(FileHandle handle, std::string_view bytes, const FileCalls& calls)
 {
     while (!bytes.empty()) {
         std::size_t written = 0;
-        if (const int error = calls.write(handle, bytes.data(), bytes.size(), written)) {
+        if (const int error = calls.write(handle, bytes.data(), bytes.size(), written))
             return error;
-        }
-        if (written == 0 || written > bytes.size()) {
+        if (written == 0 || written > bytes.size())
             return kErrorInputOutput;
-        }
         bytes.remove_prefix(written);
     }
     return 0;
@@ -105,9 +99,8 @@ int WriteAll(FileHandle handle, std::string_view bytes, const FileCalls& calls)
 
 std::string FileResult::Text() const
 {
-    if (*this) {
+    if (*this)
         return {};
-    }
     const char* what = failed == FileStep::read         ? "kann nicht gelesen werden"
                        : failed == FileStep::syncFolder ? "ist geschrieben, aber nicht gegen Stromausfall gesichert"
                                                         : "kann nicht geschrieben werden";
@@ -120,9 +113,8 @@ FileResult WriteFileAtomically(const std::string& path, std::string_view bytes, 
     const auto target = native ? FollowLinks(*native) : std::nullopt;
     std::error_code ignored;
     const fs::file_status status = target ? fs::status(*target, ignored) : fs::file_status();
-    if (!target || !target->has_filename() || (fs::exists(status) && !fs::is_regular_file(status))) {
+    if (!target || !target->has_filename() || (fs::exists(status) && !fs::is_regular_file(status)))
         return Failure(FileStep::open, kErrorInvalidPath, path);
-    }
     const fs::path folder = target->parent_path();
     const std::string targetName = Utf8Of(*target);
     const std::string begin = TemporaryBegin(*target);
@@ -138,9 +130,8 @@ FileResult WriteFileAtomically(const std::string& path, std::string_view bytes, 
         temporary = Utf8Of(folder / *NativePath(begin + mark + std::string(kTemporaryEnd)));
         error = calls.open(temporary, targetName, handle);
     }
-    if (error != 0) {
+    if (error != 0)
         return Failure(FileStep::open, error, path);
-    }
 
     FileStep step = FileStep::write;
     error = WriteAll(handle, bytes, calls);
@@ -158,9 +149,8 @@ FileResult WriteFileAtomically(const std::string& path, std::string_view bytes, 
         calls.remove(temporary);
         return Failure(step, error, path);
     }
-    if (const int folderError = calls.syncFolder(folder.empty() ? "." : Utf8Of(folder))) {
+    if (const int folderError = calls.syncFolder(folder.empty() ? "." : Utf8Of(folder)))
         return Failure(FileStep::syncFolder, folderError, path);
-    }
     return {};
 }
 

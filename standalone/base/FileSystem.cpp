@@ -42,9 +42,8 @@ int Open(const std::string& path, const std::string&, FileHandle& handle)
     const auto wide = WideFromUtf8(path);
     const HANDLE file = CreateFileW(wide ? wide->c_str() : L"", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
                                     nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
+    if (file == INVALID_HANDLE_VALUE)
         return LastError();
-    }
     handle = reinterpret_cast<FileHandle>(file);
     return 0;
 }
@@ -54,9 +53,8 @@ int Write(FileHandle handle, const char* bytes, std::size_t size, std::size_t& w
     constexpr std::size_t kChunk = std::size_t{1} << 24U;
     DWORD done = 0;
     const auto chunk = static_cast<DWORD>(std::min(size, kChunk));
-    if (!WriteFile(reinterpret_cast<HANDLE>(handle), bytes, chunk, &done, nullptr)) {
+    if (!WriteFile(reinterpret_cast<HANDLE>(handle), bytes, chunk, &done, nullptr))
         return LastError();
-    }
     written = done;
     return 0;
 }
@@ -70,19 +68,16 @@ int Rename(const std::string& from, const std::string& to)
 {
     const auto source = WideFromUtf8(from);
     const auto target = WideFromUtf8(to);
-    if (!source || !target) {
+    if (!source || !target)
         return ERROR_INVALID_NAME;
-    }
     // Virus scanners and indexers open fresh files for moments.
     int error = 0;
     for (int attempt = 0; attempt < 10; ++attempt) {
-        if (MoveFileExW(source->c_str(), target->c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        if (MoveFileExW(source->c_str(), target->c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
             return 0;
-        }
         error = LastError();
-        if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) {
+        if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED)
             break;
-        }
         Sleep(20);
     }
     return error;
@@ -119,9 +114,8 @@ const int kErrorInputOutput = ERROR_WRITE_FAULT;
 std::optional<std::filesystem::path> NativePath(const std::string& utf8)
 {
     const auto wide = WideFromUtf8(utf8);
-    if (!wide || utf8.find('\0') != std::string::npos) {
+    if (!wide || utf8.find('\0') != std::string::npos)
         return std::nullopt;
-    }
     return std::filesystem::path(*wide);
 }
 
@@ -135,9 +129,8 @@ int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Sour
     const auto wide = WideFromUtf8(path);
     const HANDLE file = CreateFileW(wide ? wide->c_str() : L"", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
                                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
+    if (file == INVALID_HANDLE_VALUE)
         return LastError();
-    }
     if (source == Source::ordinaryFile && GetFileType(file) != FILE_TYPE_DISK) {
         CloseHandle(file);
         return kErrorInvalidPath;
@@ -168,9 +161,8 @@ std::string SystemErrorText(int code)
             length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                                     static_cast<DWORD>(code), language, text.data(), text.size(), nullptr);
     std::wstring_view message(text.data(), length);
-    while (!message.empty() && (message.back() <= L' ' || message.back() == L'.')) {
+    while (!message.empty() && (message.back() <= L' ' || message.back() == L'.'))
         message.remove_suffix(1);
-    }
     return message.empty() ? "Fehler " + std::to_string(code) : Utf8FromWide(message);
 }
 
@@ -179,9 +171,8 @@ void RemoveIfAbandoned(const std::filesystem::path& path)
     // Without sharing, this fails as long as the file's process has it open.
     const HANDLE file =
         CreateFileW(path.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-    if (file != INVALID_HANDLE_VALUE) {
+    if (file != INVALID_HANDLE_VALUE)
         CloseHandle(file);
-    }
 }
 
 std::int64_t ProcessId()
@@ -210,14 +201,12 @@ int Open(const std::string& path, const std::string& like, FileHandle& handle)
 {
     struct stat existing = {};
     const bool exists = stat(like.c_str(), &existing) == 0;
-    if (exists && faccessat(AT_FDCWD, like.c_str(), W_OK, AT_EACCESS) != 0) {
+    if (exists && faccessat(AT_FDCWD, like.c_str(), W_OK, AT_EACCESS) != 0)
         return errno; // a rename would not care
-    }
     const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
     const int file = open(path.c_str(), flags, exists || like.empty() ? S_IRUSR | S_IWUSR : 0666);
-    if (file < 0) {
+    if (file < 0)
         return errno;
-    }
     // The lock ends with the process, which is how RemoveIfAbandoned knows. Where locks are not supported nothing is
     // ever taken for abandoned. It may have looked at the new file before the lock: then another name is due.
     struct stat opened = {};
@@ -230,9 +219,8 @@ int Open(const std::string& path, const std::string& like, FileHandle& handle)
     if (exists) {
         // The owner only if we may; then the mode, which a change of owner would have trimmed.
         if (fchown(file, existing.st_uid, existing.st_gid) != 0 &&
-            fchown(file, static_cast<uid_t>(-1), existing.st_gid) != 0) {
+            fchown(file, static_cast<uid_t>(-1), existing.st_gid) != 0)
             existing.st_mode &= ~static_cast<mode_t>(S_IRWXG | S_ISUID | S_ISGID); // not for another group
-        }
         if (fchmod(file, existing.st_mode & 07777U) != 0) {
             const int error = errno;
             close(file);
@@ -250,9 +238,8 @@ int Write(FileHandle handle, const char* bytes, std::size_t size, std::size_t& w
     do {
         done = write(static_cast<int>(handle), bytes, size);
     } while (done < 0 && errno == EINTR);
-    if (done < 0) {
+    if (done < 0)
         return errno;
-    }
     written = static_cast<std::size_t>(done);
     return 0;
 }
@@ -274,9 +261,8 @@ int Rename(const std::string& from, const std::string& to)
 int SyncFolder(const std::string& folder)
 {
     const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (file < 0) {
+    if (file < 0)
         return errno == EACCES ? 0 : errno; // a folder may be writable and not readable
-    }
     const int error = Sync(file);
     close(file);
     // Some network file systems know no such thing.
@@ -307,9 +293,8 @@ const int kErrorInputOutput = EIO;
 
 std::optional<std::filesystem::path> NativePath(const std::string& utf8)
 {
-    if (utf8.find('\0') != std::string::npos) {
+    if (utf8.find('\0') != std::string::npos)
         return std::nullopt;
-    }
     return std::filesystem::path(utf8);
 }
 
@@ -322,9 +307,8 @@ int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Sour
 {
     // A pipe without a writer would hold up the open itself.
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | (source == Source::ordinaryFile ? O_NONBLOCK : 0));
-    if (file < 0) {
+    if (file < 0)
         return errno;
-    }
     struct stat status = {};
     if (source == Source::ordinaryFile && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
         close(file);
@@ -380,24 +364,20 @@ std::string SystemErrorText(int code)
         {EHOSTDOWN, "Rechner antwortet nicht"},
         {EHOSTUNREACH, "Rechner nicht erreichbar"},
     };
-    for (const auto& [known, text] : kTexts) {
-        if (known == code) {
+    for (const auto& [known, text] : kTexts)
+        if (known == code)
             return text;
-        }
-    }
     return "Systemfehler " + std::to_string(code);
 }
 
 void RemoveIfAbandoned(const std::filesystem::path& path)
 {
     const int file = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (file < 0) {
+    if (file < 0)
         return;
-    }
     struct stat opened = {};
-    if (fstat(file, &opened) == 0 && S_ISREG(opened.st_mode) && flock(file, LOCK_EX | LOCK_NB) == 0) {
+    if (fstat(file, &opened) == 0 && S_ISREG(opened.st_mode) && flock(file, LOCK_EX | LOCK_NB) == 0)
         unlink(path.c_str());
-    }
     close(file);
 }
 
@@ -413,9 +393,8 @@ namespace
 std::string UserFolder(const char* variable, const char* belowHome)
 {
     const std::string folder = EnvironmentVariable(variable);
-    if (!folder.empty() && folder.front() == '/') {
+    if (!folder.empty() && folder.front() == '/')
         return folder + "/tavelin";
-    }
     const std::string home = EnvironmentVariable("HOME");
     return home.empty() ? home : home + belowHome + "/tavelin";
 }

@@ -30,9 +30,8 @@ bool HasDoubledName(const JsonValue::Object& object)
 {
     std::vector<std::string_view> names;
     names.reserve(object.size());
-    for (const JsonValue::Member& member : object) {
+    for (const JsonValue::Member& member : object)
         names.emplace_back(member.name);
-    }
     std::sort(names.begin(), names.end());
     return std::adjacent_find(names.begin(), names.end()) != names.end();
 }
@@ -69,9 +68,8 @@ class Builder final : public nlohmann::json_sax<nlohmann::json>
     bool end_array() override { return Close(); }
     bool end_object() override
     {
-        if (HasDoubledName(*m_open.back().value.As<JsonValue::Object>())) {
+        if (HasDoubledName(*m_open.back().value.As<JsonValue::Object>()))
             return Fail("enthält einen Namen doppelt");
-        }
         return Close();
     }
     bool key(std::string& name) override
@@ -102,9 +100,8 @@ class Builder final : public nlohmann::json_sax<nlohmann::json>
 
     bool Open(JsonValue container)
     {
-        if (m_open.size() >= kJsonMaxDepth) {
+        if (m_open.size() >= kJsonMaxDepth)
             return Fail("ist zu tief verschachtelt");
-        }
         m_open.push_back({std::move(container), {}});
         return true;
     }
@@ -118,9 +115,8 @@ class Builder final : public nlohmann::json_sax<nlohmann::json>
 
     bool Add(JsonValue value)
     {
-        if (++m_count > kJsonMaxValues) {
+        if (++m_count > kJsonMaxValues)
             return Fail("enthält zu viele Werte");
-        }
         if (m_open.empty()) {
             root = std::move(value);
         } else if (auto* array = m_open.back().value.As<JsonValue::Array>()) {
@@ -142,9 +138,8 @@ bool CountWithin(const JsonValue& value, std::size_t depth, std::size_t& count)
 {
     const auto* array = value.As<JsonValue::Array>();
     const auto* object = value.As<JsonValue::Object>();
-    if (++count > kJsonMaxValues || (depth == kJsonMaxDepth && (array || object))) {
+    if (++count > kJsonMaxValues || (depth == kJsonMaxDepth && (array || object)))
         return false;
-    }
     const auto within = [&](const JsonValue& item) { return CountWithin(item, depth + 1, count); };
     return (!array || std::all_of(array->begin(), array->end(), within)) &&
            (!object || std::all_of(object->begin(), object->end(),
@@ -160,28 +155,23 @@ std::string Quoted(const std::string& text)
 
 std::optional<double> JsonValue::Number() const
 {
-    if (const auto* number = As<double>()) {
+    if (const auto* number = As<double>())
         return *number;
-    }
-    if (const auto* number = As<std::int64_t>()) {
+    if (const auto* number = As<std::int64_t>())
         return static_cast<double>(*number);
-    }
-    if (const auto* number = As<std::uint64_t>()) {
+    if (const auto* number = As<std::uint64_t>())
         return static_cast<double>(*number);
-    }
     return std::nullopt;
 }
 
 std::optional<std::int64_t> JsonValue::Integer() const
 {
-    if (const auto* number = As<std::int64_t>()) {
+    if (const auto* number = As<std::int64_t>())
         return *number;
-    }
     constexpr double kExact = 9007199254740992.0; // 2^53
     const auto* number = As<double>();
-    if (number && std::abs(*number) <= kExact && *number == std::floor(*number)) {
+    if (number && std::abs(*number) <= kExact && *number == std::floor(*number))
         return static_cast<std::int64_t>(*number);
-    }
     return std::nullopt;
 }
 
@@ -193,13 +183,11 @@ const JsonValue* Find(const JsonValue::Object& object, std::string_view name)
 
 JsonParsed ParseJson(std::string_view text)
 {
-    if (text.size() > kJsonMaxBytes) {
+    if (text.size() > kJsonMaxBytes)
         return {std::nullopt, "ist zu groß"};
-    }
     Builder builder(text);
-    if (nlohmann::json::sax_parse(text, &builder)) {
+    if (nlohmann::json::sax_parse(text, &builder))
         return {std::move(builder.root), {}};
-    }
     return {std::nullopt, std::move(builder.error)};
 }
 
@@ -218,9 +206,8 @@ class JsonWriter
   private:
     static bool HoldsObject(const JsonValue& value)
     {
-        if (const auto* array = value.As<JsonValue::Array>()) {
+        if (const auto* array = value.As<JsonValue::Array>())
             return std::any_of(array->begin(), array->end(), HoldsObject);
-        }
         return value.As<JsonValue::Object>() != nullptr;
     }
 
@@ -235,9 +222,8 @@ class JsonWriter
         const std::string digits = ShortestDigits(value);
         out += digits;
         // Without a point it would come back as an integer, and a negative zero as 0.
-        if (digits.find_first_of(".e") == std::string::npos) {
+        if (digits.find_first_of(".e") == std::string::npos)
             out += ".0";
-        }
     }
     void WriteContent(const JsonValue::Array& array)
     {
@@ -263,16 +249,14 @@ class JsonWriter
         bool first = true;
         for (const auto& item : items) {
             out += first ? "" : lines ? "," : ", ";
-            if (lines) {
+            if (lines)
                 NewLine();
-            }
             writeItem(item);
             first = false;
         }
         --m_depth;
-        if (lines) {
+        if (lines)
             NewLine();
-        }
         out += close;
     }
 
@@ -286,9 +270,8 @@ std::string WriteJson(const JsonValue& value, JsonLayout layout)
 {
     JsonWriter writer(layout);
     writer.Write(value);
-    if (layout == JsonLayout::readable) {
+    if (layout == JsonLayout::readable)
         writer.out += '\n';
-    }
     return std::move(writer.out);
 }
 

@@ -101,9 +101,8 @@ inline constexpr std::string_view kPathTimeNames[] = {"selected", "mode", "marke
 template <class T, std::size_t N> constexpr auto With(const NumberField<T> (&numbers)[N])
 {
     std::array<std::string_view, N> all{};
-    for (std::size_t i = 0; i < N; ++i) {
+    for (std::size_t i = 0; i < N; ++i)
         all[i] = numbers[i].name;
-    }
     return all;
 }
 /// `names` and those of the numbers.
@@ -111,12 +110,10 @@ template <class T, std::size_t N, std::size_t M>
 constexpr auto With(const NumberField<T> (&numbers)[N], const std::string_view (&names)[M])
 {
     std::array<std::string_view, N + M> all{};
-    for (std::size_t i = 0; i < M; ++i) {
+    for (std::size_t i = 0; i < M; ++i)
         all[i] = names[i];
-    }
-    for (std::size_t i = 0; i < N; ++i) {
+    for (std::size_t i = 0; i < N; ++i)
         all[M + i] = numbers[i].name;
-    }
     return all;
 }
 inline constexpr auto kCaseParameterNames = With(kCaseNumbers);
@@ -128,9 +125,8 @@ inline constexpr auto kPhaseNames = With(kPhaseNumbers, {"column", "kind", "subK
 inline std::string Below(const std::string& pointer, std::string_view name)
 {
     std::string below = pointer + "/";
-    for (const char c : name) {
+    for (const char c : name)
         below += c == '~' ? "~0" : c == '/' ? "~1" : std::string(1, c);
-    }
     return below;
 }
 inline std::string Below(const std::string& pointer, std::size_t index)

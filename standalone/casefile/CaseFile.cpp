@@ -95,17 +95,15 @@ CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite ove
     std::string bytes;
     CaseResult result = CaseToJson(data, bytes);
     result.path = path;
-    if (!result) {
+    if (!result)
         return result;
-    }
     if (overwrite == Overwrite::onlyCases && !expected.empty() && base::FileExists(path) &&
         FileDigest(path) != expected)
         return {CaseOutcome::keepsChanged, "", "wurde inzwischen von jemand anderem geändert", path, {}};
     if (overwrite == Overwrite::onlyCases && base::IsOrdinaryFile(path)) {
         std::string existing;
-        if (const base::FileResult read = base::ReadWholeFile(path, existing, base::kJsonMaxBytes); !read) {
+        if (const base::FileResult read = base::ReadWholeFile(path, existing, base::kJsonMaxBytes); !read)
             return FileTrouble(CaseOutcome::notWritable, read, path);
-        }
         const auto before = std::make_unique<CRuvData>();
         result = existing.empty() ? CaseResult() : CaseFromJson(existing, *before);
         result.path = path;
@@ -115,9 +113,8 @@ CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite ove
             return result;
         }
     }
-    if (const base::FileResult written = base::WriteFileAtomically(path, bytes, calls); !written) {
+    if (const base::FileResult written = base::WriteFileAtomically(path, bytes, calls); !written)
         return FileTrouble(CaseOutcome::notWritable, written, path);
-    }
     result.digest = base::Sha256(bytes);
     return result;
 }
@@ -129,12 +126,10 @@ void ReplaceCase(CRuvData& data, CRuvData&& content)
         data.WZRechDat(i) = std::move(content.WZRechDat(i));
         data.UPa(i) = content.UPa(i);
     }
-    for (const auto& entry : data.AlleMaskenWerte()) {
+    for (const auto& entry : data.AlleMaskenWerte())
         data.MaskenWerte(entry.first).clear();
-    }
-    for (const auto& entry : content.AlleMaskenWerte()) {
+    for (const auto& entry : content.AlleMaskenWerte())
         data.MaskenWerte(entry.first) = std::move(content.MaskenWerte(entry.first));
-    }
     data.Bilder() = std::move(content.Bilder());
     data.FallParameter() = content.FallParameter();
     data.Title() = std::move(content.Title());

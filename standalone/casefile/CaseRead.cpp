@@ -35,19 +35,16 @@ struct Version {
 std::optional<Version> ParseVersion(const base::JsonValue* value)
 {
     const auto* text = value ? value->As<std::string>() : nullptr;
-    if (!text) {
+    if (!text)
         return std::nullopt;
-    }
     Version version;
     const char* const end = text->data() + text->size();
     const auto [dot, majorError] = std::from_chars(text->data(), end, version.major);
-    if (majorError != std::errc() || dot == end || *dot != '.') {
+    if (majorError != std::errc() || dot == end || *dot != '.')
         return std::nullopt;
-    }
     const auto [rest, minorError] = std::from_chars(dot + 1, end, version.minor);
-    if (minorError != std::errc() || rest != end || version.major < 1 || version.minor < 0) {
+    if (minorError != std::errc() || rest != end || version.major < 1 || version.minor < 0)
         return std::nullopt;
-    }
     return version;
 }
 
@@ -69,25 +66,21 @@ class Reader
     bool ReadCase(const Object& root)
     {
         m_data.unknown->root = OtherMembers(root, kRootNames);
-        if (!ReadText(root, "", "title", m_data.Title())) {
+        if (!ReadText(root, "", "title", m_data.Title()))
             return false;
-        }
         if (const base::JsonValue* value = Find(root, "parameters")) {
             const auto* parameters = value->As<Object>();
-            if (!parameters) {
+            if (!parameters)
                 return Refuse("/parameters", "ist kein Objekt");
-            }
-            if (!ReadNumbers(*parameters, "/parameters", kCaseNumbers, m_data.FallParameter())) {
+            if (!ReadNumbers(*parameters, "/parameters", kCaseNumbers, m_data.FallParameter()))
                 return false;
-            }
             m_data.unknown->parameters = OtherMembers(*parameters, kCaseParameterNames);
         }
         const base::JsonValue* vehicles = Find(root, "vehicles");
         if (vehicles && !ForEachItem(*vehicles, "/vehicles", [this](const Object& vehicle, const std::string& at) {
                 return ReadVehicle(vehicle, at);
-            })) {
+            }))
             return false;
-        }
         const base::JsonValue* masks = Find(root, "masks");
         const base::JsonValue* scene = Find(root, "scene");
         return (!masks || ReadMasks(*masks)) && (!scene || ReadScene(*scene));
@@ -105,17 +98,14 @@ class Reader
     bool ForEachItem(const base::JsonValue& value, const std::string& at, const ReadItem& readItem)
     {
         const auto* array = value.As<Array>();
-        if (!array) {
+        if (!array)
             return Refuse(at, "ist keine Liste");
-        }
         for (std::size_t i = 0; i < array->size(); ++i) {
             const auto* item = (*array)[i].As<Object>();
-            if (!item) {
+            if (!item)
                 return Refuse(Below(at, i), "ist kein Objekt");
-            }
-            if (!readItem(*item, Below(at, i))) {
+            if (!readItem(*item, Below(at, i)))
                 return false;
-            }
         }
         return true;
     }
@@ -124,9 +114,8 @@ class Reader
     {
         const base::JsonValue* value = Find(object, name);
         const auto* text = value ? value->As<std::string>() : nullptr;
-        if (value && !text) {
+        if (value && !text)
             return Refuse(Below(at, name), "ist kein Text");
-        }
         field = text ? *text : std::string();
         return true;
     }
@@ -134,12 +123,10 @@ class Reader
     bool CheckNumber(const base::JsonValue& value, const std::string& at, double minimum, double maximum, double& field)
     {
         const auto number = value.Number();
-        if (!number) {
+        if (!number)
             return Refuse(at, "ist keine Zahl");
-        }
-        if (*number < minimum || *number > maximum) {
+        if (*number < minimum || *number > maximum)
             return Refuse(at, "liegt außerhalb von " + ShownNumber(minimum) + " bis " + ShownNumber(maximum));
-        }
         field = *number;
         return true;
     }
@@ -147,10 +134,12 @@ class Reader
     template <class T, std::size_t N>
     bool ReadNumbers(const Object& object, const std::string& at, const NumberField<T> (&fields)[N], T& target)
     {
-        return std::all_of(std::begin(fields), std::end(fields), [&](const NumberField<T>& f) {
-            const base::JsonValue* value = Find(object, f.name);
-            return !value || CheckNumber(*value, Below(at, f.name), f.minimum, f.maximum, target.*f.field);
-        });
+        return std::all_of(
+            std::begin(fields), std::end(fields),
+            [&](const NumberField<T>& f) {
+                const base::JsonValue* value = Find(object, f.name);
+                return !value || CheckNumber(*value, Below(at, f.name), f.minimum, f.maximum, target.*f.field);
+            });
     }
 
     /// A whole number; `field` stays when the member is missing and not required.
@@ -158,9 +147,8 @@ class Reader
                      std::int64_t maximum, bool required, std::int64_t& field)
     {
         const base::JsonValue* value = Find(object, name);
-        if (!value) {
+        if (!value)
             return !required || Refuse(Below(at, name), "fehlt");
-        }
         const auto number = value->Integer();
         if (!number || *number < minimum || *number > maximum) {
             return Refuse(Below(at, name),
@@ -173,35 +161,29 @@ class Reader
     bool ReadVehicle(const Object& object, const std::string& at)
     {
         std::int64_t index = 0;
-        if (!ReadInteger(object, at, "index", 0, CRuvData::kFahrzeuge - 1, true, index)) {
+        if (!ReadInteger(object, at, "index", 0, CRuvData::kFahrzeuge - 1, true, index))
             return false;
-        }
         const auto vehicle = static_cast<std::size_t>(index);
-        if (std::exchange(m_hasVehicle[vehicle], true)) {
+        if (std::exchange(m_hasVehicle[vehicle], true))
             return Refuse(Below(at, "index"), "kommt zweimal vor");
-        }
         CRuvData::Unknown::Vehicle& unknown = m_data.unknown->vehicles[vehicle];
         unknown.vehicle = OtherMembers(object, kVehicleNames);
         CKfzDaten& kfz = m_data.KfzDat(vehicle);
         if (!ReadText(object, at, "name", kfz.name) || !ReadType(object, at, kfz.type) ||
-            !ReadColor(object, at, kfz.color) || !ReadNumbers(object, at, kVehicleNumbers, kfz)) {
+            !ReadColor(object, at, kfz.color) || !ReadNumbers(object, at, kVehicleNumbers, kfz))
             return false;
-        }
         if (const base::JsonValue* value = Find(object, "parameters")) {
             const auto* parameters = value->As<Object>();
-            if (!parameters) {
+            if (!parameters)
                 return Refuse(Below(at, "parameters"), "ist kein Objekt");
-            }
-            if (!ReadParameters(*parameters, Below(at, "parameters"), m_data.UPa(vehicle))) {
+            if (!ReadParameters(*parameters, Below(at, "parameters"), m_data.UPa(vehicle)))
                 return false;
-            }
             unknown.parameters = OtherMembers(*parameters, kParameterNames);
         }
         if (const base::JsonValue* value = Find(object, "pathTime")) {
             const auto* pathTime = value->As<Object>();
-            if (!pathTime) {
+            if (!pathTime)
                 return Refuse(Below(at, "pathTime"), "ist kein Objekt");
-            }
             unknown.pathTime = OtherMembers(*pathTime, kPathTimeNames);
             return ReadPathTime(*pathTime, Below(at, "pathTime"), m_data.WZDat(vehicle));
         }
@@ -211,15 +193,13 @@ class Reader
     bool ReadType(const Object& object, const std::string& at, CKfzDaten::Type& type)
     {
         const base::JsonValue* value = Find(object, "type");
-        if (!value) {
+        if (!value)
             return Refuse(Below(at, "type"), "fehlt");
-        }
         const auto* name = value->As<std::string>();
         const auto known = std::find_if(std::begin(kTypes), std::end(kTypes),
                                         [name](const auto& entry) { return name && entry.first == *name; });
-        if (known == std::end(kTypes)) {
+        if (known == std::end(kTypes))
             return Refuse(Below(at, "type"), "ist keine bekannte Fahrzeugart");
-        }
         type = known->second;
         return true;
     }
@@ -227,13 +207,11 @@ class Reader
     bool ReadColor(const Object& object, const std::string& at, COLORREF& field)
     {
         const base::JsonValue* value = Find(object, "color");
-        if (!value) {
+        if (!value)
             return true;
-        }
         const auto color = ColorFromJson(*value);
-        if (!color) {
+        if (!color)
             return Refuse(Below(at, "color"), "ist keine Farbe wie „#rrggbb“");
-        }
         field = *color;
         return true;
     }
@@ -242,16 +220,14 @@ class Reader
     {
         if (const base::JsonValue* value = Find(object, "modified")) {
             const auto* modified = value->As<bool>();
-            if (!modified) {
+            if (!modified)
                 return Refuse(Below(at, "modified"), "ist weder true noch false");
-            }
             parameters.modified = *modified;
         }
         const base::JsonValue* flags = Find(object, "updateFlags");
         const auto* list = flags ? flags->As<Array>() : nullptr;
-        if (flags && !list) {
+        if (flags && !list)
             return Refuse(Below(at, "updateFlags"), "ist keine Liste");
-        }
         for (std::size_t i = 0; list && i < list->size(); ++i) {
             const auto flag = (*list)[i].Integer();
             if (!flag || *flag < 0 || *flag > kLargestFlag) {
@@ -269,20 +245,16 @@ class Reader
         if (!ReadInteger(object, at, "selected", 0, CWegZeitDat::kSpalten - 1, false, selected) ||
             !ReadInteger(object, at, "mode", 0, kLargestMode, false, pathTime.mode) ||
             !ReadInteger(object, at, "marker", 0, kLargestMode, false, pathTime.marke) ||
-            !ReadInteger(object, at, "lineMode", 0, kLargestMode, false, pathTime.bahnModus)) {
+            !ReadInteger(object, at, "lineMode", 0, kLargestMode, false, pathTime.bahnModus))
             return false;
-        }
         const base::JsonValue* line = Find(object, "line");
-        if (line && !ReadPoints(*line, Below(at, "line"), pathTime.fahrlinie)) {
+        if (line && !ReadPoints(*line, Below(at, "line"), pathTime.fahrlinie))
             return false;
-        }
         const base::JsonValue* rest = Find(object, "restPoint");
         const base::JsonValue* heading = Find(object, "restHeading");
         if ((rest && !ReadPoint(*rest, Below(at, "restPoint"), pathTime.endPunkt)) ||
-            (heading &&
-             !CheckNumber(*heading, Below(at, "restHeading"), -kQuantity, kQuantity, pathTime.endRichtung))) {
+            (heading && !CheckNumber(*heading, Below(at, "restHeading"), -kQuantity, kQuantity, pathTime.endRichtung)))
             return false;
-        }
         pathTime.selected = static_cast<std::size_t>(selected);
         const base::JsonValue* phases = Find(object, "phases");
         return !phases ||
@@ -300,25 +272,21 @@ class Reader
         if (!ReadInteger(object, at, "column", 0, CWegZeitDat::kSpalten - 1, true, column) ||
             !ReadInteger(object, at, "kind", 1, kLargestKind, true, kind) ||
             !ReadInteger(object, at, "subKind", -kLargestSubKind, kLargestSubKind, false, subKind) ||
-            !ReadInteger(object, at, "side", kSeiteLinks, kSeiteUnbestimmt, false, side)) {
+            !ReadInteger(object, at, "side", kSeiteLinks, kSeiteUnbestimmt, false, side))
             return false;
-        }
         CWegZeitSpalte& phase = pathTime.spalten[static_cast<std::size_t>(column)];
-        if (phase.IsUsed()) {
+        if (phase.IsUsed())
             return Refuse(Below(at, "column"), "kommt zweimal vor");
-        }
         phase.art = static_cast<PhasenArt>(kind);
         phase.unterArt = static_cast<int>(subKind);
         phase.seite = static_cast<int>(side);
         const base::JsonValue* trajectory = Find(object, "trajectory");
         if (!ReadNumbers(object, at, kPhaseNumbers, phase) ||
-            (trajectory && !ReadPoints(*trajectory, Below(at, "trajectory"), phase.bahn))) {
+            (trajectory && !ReadPoints(*trajectory, Below(at, "trajectory"), phase.bahn)))
             return false;
-        }
         Object others = OtherMembers(object, kPhaseNames);
-        if (!others.empty()) {
+        if (!others.empty())
             phase.weiteres = base::WriteJson(std::move(others), base::JsonLayout::oneLine);
-        }
         return true;
     }
 
@@ -330,24 +298,21 @@ class Reader
             return pair && pair->size() == 2 ? (*pair)[i].Number().value_or(kNone) : kNone;
         };
         point = {coordinate(0), coordinate(1)};
-        if (!(std::abs(point.x) <= kLargestCoordinate && std::abs(point.y) <= kLargestCoordinate)) {
+        if (!(std::abs(point.x) <= kLargestCoordinate && std::abs(point.y) <= kLargestCoordinate))
             return Refuse(at, "ist kein Punkt [x, y] in cm");
-        }
         return true;
     }
 
     bool ReadPoints(const base::JsonValue& value, const std::string& at, std::vector<CDPoint>& points)
     {
         const auto* array = value.As<Array>();
-        if (!array) {
+        if (!array)
             return Refuse(at, "ist keine Liste");
-        }
         points.reserve(array->size());
         for (std::size_t i = 0; i < array->size(); ++i) {
             CDPoint point;
-            if (!ReadPoint((*array)[i], Below(at, i), point)) {
+            if (!ReadPoint((*array)[i], Below(at, i), point))
                 return false;
-            }
             points.push_back(point);
         }
         return true;
@@ -356,9 +321,8 @@ class Reader
     bool ReadScene(const base::JsonValue& value)
     {
         const auto* scene = value.As<Object>();
-        if (!scene) {
+        if (!scene)
             return Refuse("/scene", "ist kein Objekt");
-        }
         m_data.unknown->scene = OtherMembers(*scene, kSceneNames);
         const base::JsonValue* pictures = Find(*scene, "pictures");
         Fault fault = pictures ? ReadPictures(*pictures, "/scene/pictures", m_data.Bilder()) : Fault{};
@@ -368,21 +332,18 @@ class Reader
     bool ReadMasks(const base::JsonValue& value)
     {
         const auto* masks = value.As<Object>();
-        if (!masks) {
+        if (!masks)
             return Refuse("/masks", "ist kein Objekt");
-        }
         return std::all_of(masks->begin(), masks->end(), [this](const base::JsonValue::Member& mask) {
             const std::string at = Below("/masks", mask.name);
             UINT number = 0;
             const char* const end = mask.name.data() + mask.name.size();
             const auto parsed = std::from_chars(mask.name.data(), end, number);
-            if (parsed.ec != std::errc() || std::to_string(number) != mask.name || number > kLargestMask) {
+            if (parsed.ec != std::errc() || std::to_string(number) != mask.name || number > kLargestMask)
                 return Refuse(at, "ist keine Nummer einer Maske");
-            }
             const auto* fields = mask.value.As<Object>();
-            if (!fields) {
+            if (!fields)
                 return Refuse(at, "ist kein Objekt");
-            }
             return ReadMask(*fields, at, m_data.MaskenWerte(number));
         });
     }
@@ -391,15 +352,13 @@ class Reader
     {
         for (const base::JsonValue::Member& field : fields) {
             const auto* array = field.value.As<Array>();
-            if (!array) {
+            if (!array)
                 return Refuse(Below(at, field.name), "ist keine Liste von Zahlen");
-            }
             std::vector<double>& numbers = values[field.name];
             for (std::size_t i = 0; i < array->size(); ++i) {
                 const auto number = (*array)[i].Number();
-                if (!number) {
+                if (!number)
                     return Refuse(Below(Below(at, field.name), i), "ist keine Zahl");
-                }
                 numbers.push_back(*number);
             }
         }
@@ -420,26 +379,22 @@ CaseRead ReadCase(const base::JsonValue& value)
     const auto* root = value.As<Object>();
     const base::JsonValue* format = root ? Find(*root, "format") : nullptr;
     const auto* formatName = format ? format->As<std::string>() : nullptr;
-    if (!formatName || *formatName != kFormat) {
+    if (!formatName || *formatName != kFormat)
         return refused(CaseOutcome::damaged, "", "ist kein Fall dieses Programms");
-    }
     const auto version = ParseVersion(Find(*root, "version"));
-    if (!version) {
+    if (!version)
         return refused(CaseOutcome::damaged, "/version", "ist keine Versionsnummer wie „1.0“");
-    }
     const std::string newer = "stammt aus einer neueren Version des Programms (Format " +
                               std::to_string(version->major) + "." + std::to_string(version->minor) + ")";
-    if (version->major > kMajor) {
+    if (version->major > kMajor)
         return refused(CaseOutcome::newerVersion, "", newer);
-    }
     auto read = std::make_unique<CRuvData>();
     read->unknown = std::make_unique<CRuvData::Unknown>();
     read->unknown->minorVersion = version->minor;
     Reader reader(*read);
     if (!reader.ReadCase(*root)) {
-        if (version->minor > kMinor) {
+        if (version->minor > kMinor)
             return refused(CaseOutcome::newerVersion, "", newer + ": " + reader.pointer + " " + reader.reason);
-        }
         return refused(CaseOutcome::damaged, reader.pointer, reader.reason);
     }
     return {std::move(read), {}};
@@ -448,13 +403,11 @@ CaseRead ReadCase(const base::JsonValue& value)
 CaseResult CaseFromJson(std::string_view json, CRuvData& data)
 {
     const base::JsonParsed parsed = base::ParseJson(json);
-    if (!parsed.value) {
+    if (!parsed.value)
         return {CaseOutcome::damaged, "", parsed.error, ""};
-    }
     CaseRead read = ReadCase(*parsed.value);
-    if (read.data) {
+    if (read.data)
         ReplaceCase(data, std::move(*read.data));
-    }
     return std::move(read.result);
 }
 

@@ -24,8 +24,9 @@ using Array = base::JsonValue::Array;
 
 bool HasWay(const CWegZeitDat& pathTime)
 {
-    return !pathTime.fahrlinie.empty() || std::any_of(pathTime.spalten.begin(), pathTime.spalten.end(),
-                                                      [](const CWegZeitSpalte& column) { return column.IsUsed(); });
+    return !pathTime.fahrlinie.empty() || std::any_of(
+                                              pathTime.spalten.begin(), pathTime.spalten.end(),
+                                              [](const CWegZeitSpalte& column) { return column.IsUsed(); });
 }
 
 bool IsWritten(const CRuvData& data, std::size_t vehicle)
@@ -36,15 +37,12 @@ bool IsWritten(const CRuvData& data, std::size_t vehicle)
 /// The lowest version that has all that the case holds.
 int NeededMinor(const CRuvData& data)
 {
-    if (!(data.FallParameter() == CFallParameter{})) {
+    if (!(data.FallParameter() == CFallParameter{}))
         return kParametersMinor;
-    }
     for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
         const CWegZeitDat& pathTime = data.WZRechDat(i);
-        if (IsWritten(data, i) &&
-            (data.KfzDat(i).payload != 0.0 || pathTime.marke != 0 || !pathTime.fahrlinie.empty())) {
+        if (IsWritten(data, i) && (data.KfzDat(i).payload != 0.0 || pathTime.marke != 0 || !pathTime.fahrlinie.empty()))
             return kParametersMinor;
-        }
     }
     return data.Bilder().empty() ? 0 : kSceneMinor;
 }
@@ -68,18 +66,14 @@ class Writer
         Put(root, "title", Text(m_data.Title(), "/title"));
         Object parameters;
         PutNumbers(parameters, kCaseNumbers, m_data.FallParameter(), "/parameters");
-        if (m_data.unknown) {
+        if (m_data.unknown)
             Append(parameters, m_data.unknown->parameters);
-        }
-        if (!parameters.empty()) {
+        if (!parameters.empty())
             Put(root, "parameters", std::move(parameters));
-        }
         Array vehicles;
-        for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
-            if (IsWritten(m_data, i)) {
+        for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i)
+            if (IsWritten(m_data, i))
                 vehicles.emplace_back(Vehicle(i, Below("/vehicles", vehicles.size())));
-            }
-        }
         Put(root, "vehicles", std::move(vehicles));
         Object masks;
         for (const auto& [number, values] : m_data.AlleMaskenWerte()) {
@@ -89,15 +83,12 @@ class Writer
                 Put(masks, name, Mask(values, Below("/masks", name)));
             }
         }
-        if (!masks.empty()) {
+        if (!masks.empty())
             Put(root, "masks", std::move(masks));
-        }
-        if (Object scene = Scene(); !scene.empty()) {
+        if (Object scene = Scene(); !scene.empty())
             Put(root, "scene", std::move(scene));
-        }
-        if (m_data.unknown) {
+        if (m_data.unknown)
             Append(root, m_data.unknown->root);
-        }
         return root;
     }
 
@@ -115,9 +106,8 @@ class Writer
             Put(scene, "pictures", PicturesToJson(m_data.Bilder(), "/scene/pictures", fault));
             Check(fault.reason.empty(), fault.pointer, fault.reason);
         }
-        if (m_data.unknown) {
+        if (m_data.unknown)
             Append(scene, m_data.unknown->scene);
-        }
         return scene;
     }
 
@@ -154,9 +144,8 @@ class Writer
         const T defaults{};
         for (const NumberField<T>& f : fields) {
             const double number = source.*f.field;
-            if (f.always || !(number == defaults.*f.field)) {
+            if (f.always || !(number == defaults.*f.field))
                 Put(object, f.name, Number(number, f.minimum, f.maximum, Below(at, f.name)));
-            }
         }
     }
 
@@ -172,28 +161,22 @@ class Writer
         Put(object, "color", ColorToJson(kfz.color));
         PutNumbers(object, kVehicleNumbers, kfz, at);
         Object parameters;
-        if (m_data.UPa(index).modified) {
+        if (m_data.UPa(index).modified)
             Put(parameters, "modified", true);
-        }
         if (const std::uint64_t flags = m_data.UPa(index).updateFlags; flags != 0) {
             Array numbers;
-            for (std::int64_t flag = 0; flag <= kLargestFlag; ++flag) {
-                if ((flags >> flag & 1U) != 0) {
+            for (std::int64_t flag = 0; flag <= kLargestFlag; ++flag)
+                if ((flags >> flag & 1U) != 0)
                     numbers.emplace_back(flag);
-                }
-            }
             Put(parameters, "updateFlags", std::move(numbers));
         }
-        if (unknown) {
+        if (unknown)
             Append(parameters, unknown->parameters);
-        }
-        if (!parameters.empty()) {
+        if (!parameters.empty())
             Put(object, "parameters", std::move(parameters));
-        }
         Put(object, "pathTime", PathTime(m_data.WZRechDat(index), unknown, Below(at, "pathTime")));
-        if (unknown) {
+        if (unknown)
             Append(object, unknown->vehicle);
-        }
         return object;
     }
 
@@ -217,9 +200,8 @@ class Writer
         Put(object, "selected",
             Integer(static_cast<std::int64_t>(pathTime.selected), 0, CWegZeitDat::kSpalten - 1, Below(at, "selected")));
         Put(object, "mode", Integer(pathTime.mode, 0, kLargestMode, Below(at, "mode")));
-        if (pathTime.marke != 0) {
+        if (pathTime.marke != 0)
             Put(object, "marker", Integer(pathTime.marke, 0, kLargestMode, Below(at, "marker")));
-        }
         Array phases;
         for (std::size_t column = 0; column < CWegZeitDat::kSpalten; ++column) {
             if (pathTime.spalten[column].IsUsed()) {
@@ -228,22 +210,18 @@ class Writer
             }
         }
         Put(object, "phases", std::move(phases));
-        if (pathTime.bahnModus != 0) {
+        if (pathTime.bahnModus != 0)
             Put(object, "lineMode", Integer(pathTime.bahnModus, 0, kLargestMode, Below(at, "lineMode")));
-        }
-        if (!pathTime.fahrlinie.empty()) {
+        if (!pathTime.fahrlinie.empty())
             Put(object, "line", Points(pathTime.fahrlinie, Below(at, "line")));
-        }
         if (!(pathTime.endPunkt == CDPoint{})) {
             Check(IsPlace(pathTime.endPunkt), Below(at, "restPoint"), "ist kein Punkt [x, y] in cm");
             Put(object, "restPoint", Array{pathTime.endPunkt.x, pathTime.endPunkt.y});
         }
-        if (pathTime.endRichtung != 0.0) {
+        if (pathTime.endRichtung != 0.0)
             Put(object, "restHeading", Number(pathTime.endRichtung, -kQuantity, kQuantity, Below(at, "restHeading")));
-        }
-        if (unknown) {
+        if (unknown)
             Append(object, unknown->pathTime);
-        }
         return object;
     }
 
@@ -252,9 +230,8 @@ class Writer
         Array points;
         points.reserve(places.size());
         for (const CDPoint& point : places) {
-            if (!IsPlace(point)) {
+            if (!IsPlace(point))
                 Check(false, Below(at, points.size()), "ist kein Punkt [x, y] in cm");
-            }
             points.emplace_back(Array{point.x, point.y});
         }
         return points;
@@ -265,21 +242,17 @@ class Writer
         Object object;
         Put(object, "column", static_cast<std::int64_t>(column));
         Put(object, "kind", Integer(static_cast<int>(phase.art), 1, kLargestKind, Below(at, "kind")));
-        if (phase.unterArt != 0) {
+        if (phase.unterArt != 0)
             Put(object, "subKind", Integer(phase.unterArt, -kLargestSubKind, kLargestSubKind, Below(at, "subKind")));
-        }
         PutNumbers(object, kPhaseNumbers, phase, at);
-        if (phase.seite != kSeiteUnbestimmt) {
+        if (phase.seite != kSeiteUnbestimmt)
             Put(object, "side", Integer(phase.seite, kSeiteLinks, kSeiteUnbestimmt, Below(at, "side")));
-        }
-        if (!phase.bahn.empty()) {
+        if (!phase.bahn.empty())
             Put(object, "trajectory", Points(phase.bahn, Below(at, "trajectory")));
-        }
         if (!phase.weiteres.empty()) {
             const base::JsonParsed others = base::ParseJson(phase.weiteres);
-            if (const auto* members = others.value ? others.value->As<Object>() : nullptr) {
+            if (const auto* members = others.value ? others.value->As<Object>() : nullptr)
                 Append(object, *members);
-            }
         }
         return object;
     }
@@ -292,9 +265,8 @@ class Writer
             Array array;
             array.reserve(numbers.size());
             for (const double number : numbers) {
-                if (!std::isfinite(number)) {
+                if (!std::isfinite(number))
                     Check(false, Below(fieldAt, array.size()), "ist keine Zahl");
-                }
                 array.emplace_back(number);
             }
             Check(base::IsUtf8(name), at, "hat einen Wert, dessen Name kein gültiger Text (UTF-8) ist");
@@ -312,16 +284,13 @@ CaseResult CaseToJson(const CRuvData& data, std::string& json)
 {
     Writer writer(data);
     const base::JsonValue root = writer.Case();
-    if (!writer.reason.empty()) {
+    if (!writer.reason.empty())
         return {CaseOutcome::invalidValue, writer.pointer, writer.reason, ""};
-    }
-    if (!base::FitsLimits(root)) {
+    if (!base::FitsLimits(root))
         return {CaseOutcome::invalidValue, "", "enthält zu viele Werte", ""};
-    }
     std::string text = base::WriteJson(root, base::JsonLayout::readable);
-    if (text.size() > base::kJsonMaxBytes) {
+    if (text.size() > base::kJsonMaxBytes)
         return {CaseOutcome::invalidValue, "", "ist zu groß", ""};
-    }
     json = std::move(text);
     return {};
 }

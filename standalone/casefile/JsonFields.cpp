@@ -14,23 +14,20 @@ base::JsonValue ColorToJson(COLORREF color)
 {
     static constexpr char kDigits[] = "0123456789abcdef";
     std::string text = "#";
-    for (const unsigned shift : {4U, 0U, 12U, 8U, 20U, 16U}) { // a COLORREF is 0x00bbggrr
+    for (const unsigned shift : {4U, 0U, 12U, 8U, 20U, 16U}) // a COLORREF is 0x00bbggrr
         text += kDigits[color >> shift & 0xFU];
-    }
     return text;
 }
 
 std::optional<COLORREF> ColorFromJson(const base::JsonValue& value)
 {
     const auto* text = value.As<std::string>();
-    if (!text || text->size() != 7 || text->front() != '#') {
+    if (!text || text->size() != 7 || text->front() != '#')
         return std::nullopt;
-    }
     unsigned rgb = 0;
     const auto parsed = std::from_chars(text->data() + 1, text->data() + text->size(), rgb, 16);
-    if (parsed.ec != std::errc() || parsed.ptr != text->data() + text->size()) {
+    if (parsed.ec != std::errc() || parsed.ptr != text->data() + text->size())
         return std::nullopt;
-    }
     return RGB(rgb >> 16U, rgb >> 8U & 0xFFU, rgb & 0xFFU);
 }
 

@@ -98,11 +98,10 @@ void TakeColors(const base::JsonValue& value, FileContent& content)
     for (const Color& color : kColors) {
         known.push_back(color.name);
         if (const base::JsonValue* text = Find(*colors, color.name)) {
-            if (const auto parsed = ColorFromJson(*text)) {
+            if (const auto parsed = ColorFromJson(*text))
                 color.field(content.settings.cfg) = *parsed;
-            } else {
+            else
                 content.refused.push_back("colors/" + std::string(color.name));
-            }
         }
     }
     content.unknownColors = OtherMembers(*colors, known);
@@ -126,34 +125,30 @@ FileContent Interpret(const std::string& bytes)
     content.unknown = OtherMembers(*root, kKnown);
     for (const Switch& entry : kSwitches) {
         if (const base::JsonValue* value = Find(*root, entry.name)) {
-            if (const auto* on = value->As<bool>()) {
+            if (const auto* on = value->As<bool>())
                 content.settings.cfg.*entry.field = *on;
-            } else {
+            else
                 content.refused.emplace_back(entry.name);
-            }
         }
     }
     for (const Time& entry : kTimes) {
         if (const base::JsonValue* value = Find(*root, entry.name)) {
             const auto seconds = value->Number();
-            if (seconds && IsTime(*seconds)) {
+            if (seconds && IsTime(*seconds))
                 content.settings.cfg.*entry.field = *seconds;
-            } else {
+            else
                 content.refused.emplace_back(entry.name);
-            }
         }
     }
     if (const base::JsonValue* value = Find(*root, "units")) {
         const auto* name = value->As<std::string>();
-        if (name && (*name == "metric" || *name == "imperial")) {
+        if (name && (*name == "metric" || *name == "imperial"))
             content.settings.imperial = *name == "imperial";
-        } else {
+        else
             content.refused.emplace_back("units");
-        }
     }
-    if (const base::JsonValue* value = Find(*root, "colors")) {
+    if (const base::JsonValue* value = Find(*root, "colors"))
         TakeColors(*value, content);
-    }
     return content;
 }
 
@@ -165,9 +160,8 @@ bool IsSound(const FileContent& content)
 std::string ToText(const Settings& settings, const FileContent& before)
 {
     base::JsonValue::Object root{{"format", std::string(kFormat)}};
-    for (const Switch& entry : kSwitches) {
+    for (const Switch& entry : kSwitches)
         root.push_back({std::string(entry.name), settings.cfg.*entry.field});
-    }
     for (const Time& entry : kTimes) {
         const double seconds = settings.cfg.*entry.field;
         root.push_back({std::string(entry.name), IsTime(seconds) ? seconds : CRuvCfg().*entry.field});
@@ -175,9 +169,8 @@ std::string ToText(const Settings& settings, const FileContent& before)
     root.push_back({"units", std::string(settings.imperial ? "imperial" : "metric")});
     base::JsonValue::Object colors;
     CRuvCfg cfg = settings.cfg;
-    for (const Color& color : kColors) {
+    for (const Color& color : kColors)
         colors.push_back({std::string(color.name), ColorToJson(color.field(cfg))});
-    }
     Append(colors, before.unknownColors);
     root.push_back({"colors", std::move(colors)});
     Append(root, before.unknown);
@@ -199,19 +192,17 @@ std::string LoadSettings(const std::string& path, SettingsUse use)
     std::string warning;
     if (base::FileExists(path)) {
         std::string bytes;
-        if (const base::FileResult read = base::ReadWholeFile(path, bytes, kMostBytes)) {
+        if (const base::FileResult read = base::ReadWholeFile(path, bytes, kMostBytes))
             content = Interpret(bytes);
-        } else {
+        else
             warning = read.Text() + (whole ? "" : " Es gelten die Voreinstellungen.");
-        }
     }
     if (!content.damage.empty()) {
         warning = "Die Datei „" + path + "“ " + content.damage + (whole ? "." : ". Es gelten die Voreinstellungen.");
     } else if (!content.refused.empty()) {
         warning = "In den Einstellungen „" + path + "“ ist ungültig:";
-        for (const std::string& name : content.refused) {
+        for (const std::string& name : content.refused)
             warning += (&name == &content.refused.front() ? " " : ", ") + name;
-        }
         warning += whole ? "." : ". Dort gelten die Voreinstellungen.";
     } else if (whole && !(content.unknown.empty() && content.unknownColors.empty())) {
         warning = "In den Einstellungen „" + path + "“ ist unbekannt:";
@@ -235,14 +226,12 @@ base::FileResult SaveSettings(const std::string& path, const base::FileCalls& ca
     FileContent before;
     if (base::FileExists(path)) {
         std::string bytes;
-        if (const base::FileResult read = base::ReadWholeFile(path, bytes, kMostBytes); !read) {
+        if (const base::FileResult read = base::ReadWholeFile(path, bytes, kMostBytes); !read)
             return read;
-        }
         before = Interpret(bytes);
         if (!IsSound(before)) {
-            if (const base::FileResult kept = base::WriteFileAtomically(path + ".bak", bytes, calls); !kept) {
+            if (const base::FileResult kept = base::WriteFileAtomically(path + ".bak", bytes, calls); !kept)
                 return kept;
-            }
         }
     } else if (const auto native = base::NativePath(path)) {
         std::error_code ignored; // the write that follows says what is wrong

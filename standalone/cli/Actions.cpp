@@ -132,7 +132,7 @@ bool TakeWord(std::string_view& text, std::string_view word)
 std::optional<MouseManner> ParseManner(std::string_view text)
 {
     MouseManner manner;
-    while (!text.empty()) {
+    while (!text.empty())
         if (TakeWord(text, "Shift"))
             manner.modifiers |= MK_SHIFT;
         else if (TakeWord(text, "Ctrl"))
@@ -145,7 +145,6 @@ std::optional<MouseManner> ParseManner(std::string_view text)
             manner.twice = true;
         else
             return std::nullopt;
-    }
     return manner;
 }
 

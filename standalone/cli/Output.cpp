@@ -16,8 +16,8 @@ namespace
 /// Number of characters; the marks that continue one are not counted.
 std::size_t Width(const std::string& utf8)
 {
-    return static_cast<std::size_t>(
-        std::count_if(utf8.begin(), utf8.end(), [](char c) { return !base::ContinuesCharacter(c); }));
+    return static_cast<std::size_t>(std::count_if(
+        utf8.begin(), utf8.end(), [](char c) { return !base::ContinuesCharacter(c); }));
 }
 
 } // namespace

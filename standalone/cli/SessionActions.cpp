@@ -145,7 +145,8 @@ void Session::Do(const EnterAction& action)
 
 void Session::MoveTrackbar(UINT id, int position)
 {
-    Use(id, "ein Schieber", [&](Window& trackbar) { return framework::MoveTrackbar(trackbar, position); });
+    Use(
+        id, "ein Schieber", [&](Window& trackbar) { return framework::MoveTrackbar(trackbar, position); });
 }
 
 void Session::Do(const StepAction& action)
@@ -161,7 +162,8 @@ void Session::Do(const StepAction& action)
 
 void Session::Do(const PressAction& action)
 {
-    Use(action.id, "ein Knopf", [](Window& button) { return framework::Click(button); });
+    Use(
+        action.id, "ein Knopf", [](Window& button) { return framework::Click(button); });
 }
 
 void Session::Do(const SelectAction& action)
@@ -176,7 +178,8 @@ void Session::Do(const SelectAction& action)
 
 void Session::Do(const CellAction& action)
 {
-    Use(action.id, "eine Tabelle",
+    Use(
+        action.id, "eine Tabelle",
         [&](Window& grid) { return framework::EnterCell(grid, action.row, action.column, action.text); });
 }
 

@@ -161,8 +161,10 @@ void MainWindow::BuildViewMenu()
     auto* larger = Command(menu, QStringLiteral("Schrift &größer"), nullptr, QKeySequence::ZoomIn);
     auto* smaller = Command(menu, QStringLiteral("Schrift &kleiner"), nullptr, QKeySequence::ZoomOut);
     auto* normal = Command(menu, QStringLiteral("Schrift &normal"), nullptr, QKeySequence(QStringLiteral("Ctrl+0")));
-    connect(larger, &QAction::triggered, this, [this] { SetFontScale(CurrentFontScale() * kZoomStep); });
-    connect(smaller, &QAction::triggered, this, [this] { SetFontScale(CurrentFontScale() / kZoomStep); });
+    connect(
+        larger, &QAction::triggered, this, [this] { SetFontScale(CurrentFontScale() * kZoomStep); });
+    connect(
+        smaller, &QAction::triggered, this, [this] { SetFontScale(CurrentFontScale() / kZoomStep); });
     connect(normal, &QAction::triggered, this, [this] { SetFontScale(1.0); });
 }
 

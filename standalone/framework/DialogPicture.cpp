@@ -42,12 +42,11 @@ struct Box {
 std::vector<std::string> Lines(const std::string& text)
 {
     std::vector<std::string> lines(1);
-    for (const char c : text) {
+    for (const char c : text)
         if (c == '\n')
             lines.emplace_back();
         else if (c != '\r')
             lines.back().push_back(c);
-    }
     return lines;
 }
 

@@ -76,14 +76,17 @@ std::vector<double> InputsOf(const RecordFields& fields)
 
 bool HasResult(const RecordFields& fields)
 {
-    return std::any_of(fields.begin(), fields.end(), [](const RecordField& field) {
-        return field.spec != nullptr && field.spec->role == FieldRole::result &&
-               std::visit(
-                   [&](const auto* values) {
-                       return std::any_of(values, values + field.count, [](auto value) { return value != 0; });
-                   },
-                   field.value);
-    });
+    return std::any_of(
+        fields.begin(), fields.end(),
+        [](const RecordField& field) {
+            return field.spec != nullptr && field.spec->role == FieldRole::result &&
+                   std::visit(
+                       [&](const auto* values) {
+                           return std::any_of(
+                               values, values + field.count, [](auto value) { return value != 0; });
+                       },
+                       field.value);
+        });
 }
 
 std::string WithUnit(const ShownNumber& number)

@@ -28,13 +28,11 @@ bool CompletePhases(std::span<CWegZeitSpalte> phases)
 {
     bool changed = false;
     for (std::size_t i = 0; i < phases.size(); ++i) {
-        if (!phases[i].IsUsed()) {
+        if (!phases[i].IsUsed())
             continue;
-        }
         std::optional<double> chainedSpeed;
-        if (i > 0 && phases[i - 1].IsUsed()) {
+        if (i > 0 && phases[i - 1].IsUsed())
             chainedSpeed = phases[i - 1].vAnf;
-        }
         const bool hasEarlier = i + 1 < phases.size() && phases[i + 1].IsUsed();
         changed |= krn::CompletePhase(phases[i], chainedSpeed, hasEarlier ? phases[i + 1].verz : 0.0);
     }
@@ -52,46 +50,40 @@ std::size_t CWegZeitDat::FirstFree() const
 
 bool CWegZeitRechDat::Einfuegen(std::size_t column)
 {
-    if (!IsPhaseColumn(column) || spalten.back().IsUsed()) {
+    if (!IsPhaseColumn(column) || spalten.back().IsUsed())
         return false;
-    }
     const auto at = spalten.begin() + static_cast<std::ptrdiff_t>(column);
     std::rotate(at, spalten.end() - 1, spalten.end());
     *at = {};
-    if (selected >= column && selected + 1 < kSpalten) {
+    if (selected >= column && selected + 1 < kSpalten)
         ++selected;
-    }
     return true;
 }
 
 bool CWegZeitRechDat::Entfernen(std::size_t column)
 {
-    if (!IsPhaseColumn(column)) {
+    if (!IsPhaseColumn(column))
         return false;
-    }
     const auto at = spalten.begin() + static_cast<std::ptrdiff_t>(column);
     std::rotate(at, at + 1, spalten.end());
     spalten.back() = {};
-    if (selected > column) {
+    if (selected > column)
         --selected;
-    }
     return true;
 }
 
 void CWegZeitRechDat::Loeschen(std::size_t first, std::size_t last)
 {
     RUV_ASSERT(last < kSpalten);
-    for (std::size_t column = first; column <= last; ++column) {
+    for (std::size_t column = first; column <= last; ++column)
         spalten[column] = {};
-    }
 }
 
 void CWegZeitRechDat::Berechnung()
 {
     const auto phases = BeforeCollision(*this);
-    for (CWegZeitSpalte& phase : phases) {
+    for (CWegZeitSpalte& phase : phases)
         krn::ClearImpossibleQuantities(phase);
-    }
     // More than one pass: the deceleration that a threshold phase rises from may itself be completed after it.
     for (std::size_t pass = 0; pass < kSpalten && CompletePhases(phases); ++pass) {
     }

@@ -66,9 +66,8 @@ Motion Follow(double end, double a, double t, const Law& law)
 bool IsComplete(const Motion& m, const Law& law)
 {
     const bool onlyTime = m.end == 0.0 && m.start == 0.0 && m.deceleration == 0.0 && m.path == 0.0;
-    if (m.time == 0.0 || onlyTime) {
+    if (m.time == 0.0 || onlyTime)
         return false;
-    }
     const Motion followed = Follow(m.end, m.deceleration, m.time, law);
     return Same(m.start, followed.start, SpeedScale(followed)) && Same(m.path, followed.path, PathScale(followed));
 }
@@ -109,11 +108,10 @@ std::optional<Motion> Solve(const Motion& m, const Law& law, FarSpeed far)
     double t = m.time;
     if (t != 0.0) {
         // A deceleration that nothing determines is 0.
-        if (a == 0.0 && hasPath) {
+        if (a == 0.0 && hasPath)
             a = law.OfCurve((m.path / t - m.end) / t);
-        } else if (a == 0.0 && far == FarSpeed::given) {
+        else if (a == 0.0 && far == FarSpeed::given)
             a = law.OfSlope((m.start - m.end) / t);
-        }
     } else {
         if (hasPath && a == 0.0 && far == FarSpeed::given) {
             t = TimeForSpeeds(m, law);
@@ -124,9 +122,8 @@ std::optional<Motion> Solve(const Motion& m, const Law& law, FarSpeed far)
                    !Same(m.start, m.end, SpeedScale(m))) {
             t = (m.start - m.end) / law.Slope(a);
         }
-        if (!(t > 0.0)) {
+        if (!(t > 0.0))
             return std::nullopt;
-        }
     }
     return Follow(m.end, a, t, law);
 }
@@ -139,9 +136,8 @@ Motion Mirrored(const Motion& m)
 
 bool Assign(double& field, double value, double scale)
 {
-    if (field == value || Same(field, value, scale)) {
+    if (field == value || Same(field, value, scale))
         return false;
-    }
     field = value;
     return true;
 }
@@ -167,12 +163,10 @@ bool CompleteConstantSpeed(CWegZeitSpalte& phase, bool chained)
 {
     Motion m = MotionOf(phase);
     double v = m.end;
-    if (!chained && v == 0.0) {
+    if (!chained && v == 0.0)
         v = m.start != 0.0 ? m.start : m.time != 0.0 ? m.path / m.time : 0.0;
-    }
-    if (m.time == 0.0 && v != 0.0 && m.path / v > 0.0) {
+    if (m.time == 0.0 && v != 0.0 && m.path / v > 0.0)
         m.time = m.path / v;
-    }
     const Motion solved{v, v, 0.0, m.time, m.time != 0.0 ? v * m.time : m.path};
     return InBounds(solved) && Store(phase, solved);
 }
@@ -196,12 +190,10 @@ bool CompletePhase(CWegZeitSpalte& phase, std::optional<double> chainedSpeed, do
     const Law law{phase.art == PhasenArt::threshold, earlierDeceleration};
     const bool complete = IsComplete(MotionOf(phase), law);
     bool changed = false;
-    if (chainedSpeed) {
+    if (chainedSpeed)
         changed = Assign(phase.vEnd, *chainedSpeed, std::max(std::abs(phase.vEnd), std::abs(*chainedSpeed)));
-    }
-    if (phase.art == PhasenArt::constantSpeed) {
+    if (phase.art == PhasenArt::constantSpeed)
         return CompleteConstantSpeed(phase, chainedSpeed.has_value()) || changed;
-    }
     if (phase.art == PhasenArt::noTime) {
         changed |= Assign(phase.zeit, 0.0, 0.0);
         return (phase.vAnf == 0.0 && Assign(phase.vAnf, phase.vEnd, 0.0)) || changed;
@@ -219,9 +211,8 @@ bool CompletePhase(CWegZeitSpalte& phase, std::optional<double> chainedSpeed, do
         const bool given = m.start != 0.0 || reachesSpeed;
         solved = Solve(m, law, given ? FarSpeed::given : FarSpeed::perhapsZero);
     }
-    if (solved && InBounds(*solved)) {
+    if (solved && InBounds(*solved))
         return Store(phase, *solved) || changed;
-    }
     return (phase.vAnf == 0.0 && Assign(phase.vAnf, phase.vEnd, 0.0)) || changed;
 }
 

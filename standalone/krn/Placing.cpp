@@ -32,7 +32,8 @@ void Tell(CRuvData& data)
 
 void Remove(const CPlacingClient& client)
 {
-    std::erase_if(Requests(), [&](const PlacingRequest& request) { return request.client == &client; });
+    std::erase_if(
+        Requests(), [&](const PlacingRequest& request) { return request.client == &client; });
 }
 
 } // namespace

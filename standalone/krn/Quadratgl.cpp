@@ -37,9 +37,8 @@ double DifferenceOfProducts(double x, double y, double z, double w)
 void Quadratgl(double a, double b, double c, double& x1, double& x2, int& count)
 {
     count = 0;
-    if (!std::isfinite(a) || !std::isfinite(b) || !std::isfinite(c)) {
+    if (!std::isfinite(a) || !std::isfinite(b) || !std::isfinite(c))
         return;
-    }
     if (a == 0.0) {
         if (b != 0.0) {
             x1 = -c / b + 0.0; // + 0.0: no negative zero
@@ -58,9 +57,8 @@ void Quadratgl(double a, double b, double c, double& x1, double& x2, int& count)
     const double h = std::ldexp(sb.value, halfOfB - unit);
     const double aScaled = std::ldexp(sa.value, sa.exponent + sc.exponent - 2 * unit);
     const double discriminant = DifferenceOfProducts(h, h, aScaled, sc.value);
-    if (discriminant < -kZeroDiscriminant * h * h) {
+    if (discriminant < -kZeroDiscriminant * h * h)
         return;
-    }
     count = 2;
     if (discriminant <= 0.0) {
         x1 = x2 = std::ldexp(-h / sa.value, unit - sa.exponent) + 0.0;

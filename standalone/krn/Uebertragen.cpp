@@ -8,9 +8,8 @@
 
 int CKfzDaten::Uebertragen(CRuvData& data, std::size_t index, CWnd*, int) const
 {
-    if (index >= CRuvData::kFahrzeuge) {
+    if (index >= CRuvData::kFahrzeuge)
         return 0;
-    }
     data.KfzDat(index) = *this;
     data.NotifyGeo(index);
     return 1;
@@ -18,9 +17,8 @@ int CKfzDaten::Uebertragen(CRuvData& data, std::size_t index, CWnd*, int) const
 
 int CWegZeitRechDat::Uebertragen(CRuvData& data, std::size_t vehicle, CWnd*, int) const
 {
-    if (vehicle >= CRuvData::kFahrzeuge) {
+    if (vehicle >= CRuvData::kFahrzeuge)
         return 0;
-    }
     data.WZRechDat(vehicle) = *this;
     data.NotifyWZ(vehicle);
     return 1;

@@ -15,8 +15,9 @@ namespace
 
 bool TurnsSomewhere(const CWegZeitDat& phases)
 {
-    return std::any_of(phases.spalten.begin(), phases.spalten.end(),
-                       [](const CWegZeitSpalte& phase) { return phase.art == PhasenArt::turning; });
+    return std::any_of(
+        phases.spalten.begin(), phases.spalten.end(),
+        [](const CWegZeitSpalte& phase) { return phase.art == PhasenArt::turning; });
 }
 
 } // namespace

@@ -89,9 +89,11 @@ void AskAndPrintDrawing(const CDC& drawing, const QString& name, QWidget* parent
 
 void AddDrawingEntries(QMenu& menu, const QString& name, QWidget* parent, const std::function<CDC()>& draw)
 {
-    menu.addAction(Icon("copy"), QStringLiteral("&Kopieren"), parent, [draw] { CopyDrawing(draw()); });
-    menu.addAction(Icon("save"), QStringLiteral("&Speichern als SVG, PDF oder PNG…"), parent,
-                   [draw, name, parent] { AskAndSaveDrawing(draw(), name, parent); });
+    menu.addAction(
+        Icon("copy"), QStringLiteral("&Kopieren"), parent, [draw] { CopyDrawing(draw()); });
+    menu.addAction(
+        Icon("save"), QStringLiteral("&Speichern als SVG, PDF oder PNG…"), parent,
+        [draw, name, parent] { AskAndSaveDrawing(draw(), name, parent); });
     menu.addAction(Icon("print"), QStringLiteral("&Drucken…"), parent,
                    [draw, name, parent] { AskAndPrintDrawing(draw(), name, parent); });
 }

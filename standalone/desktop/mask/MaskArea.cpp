@@ -56,14 +56,13 @@ void MaskFrame::Follow()
         hide();
         return;
     }
-    if (dialog->iconic != isMinimized()) {
+    if (dialog->iconic != isMinimized())
         if (dialog->iconic)
             showMinimized();
         else
             showNormal();
-    } else if (isHidden()) {
+    else if (isHidden())
         show();
-    }
     if (!isMinimized() && !m_mask->IsDrawing())
         adjustSize();
 }

@@ -67,8 +67,10 @@ QToolBar* SceneView::BuildTools()
         connect(action, &QAction::triggered, this, act);
         return action;
     };
-    add("fit", QStringLiteral("Alles zeigen (Pos1)"), [this] { m_canvas->Fit(); });
-    add("zoomIn", QStringLiteral("Größer (+)"), [this] { m_canvas->Zoom(kZoomStep); });
+    add(
+        "fit", QStringLiteral("Alles zeigen (Pos1)"), [this] { m_canvas->Fit(); });
+    add(
+        "zoomIn", QStringLiteral("Größer (+)"), [this] { m_canvas->Zoom(kZoomStep); });
     add("zoomOut", QStringLiteral("Kleiner (−)"), [this] { m_canvas->Zoom(1.0 / kZoomStep); });
     tools->addSeparator();
     m_grid = add("grid", QStringLiteral("Gitter"), [this](bool on) { m_canvas->SetGrid(on); });
@@ -160,9 +162,11 @@ void SceneView::ShowMenu(QPoint global, CDPoint at)
     menu.addActions({m_measure, m_grid});
     menu.addAction(Icon("fit"), QStringLiteral("&Alles zeigen"), m_canvas, &SceneCanvas::Fit);
     menu.addSeparator();
-    menu.addAction(Icon("copy"), QStringLiteral("&Kopieren"), this, [this] { CopyDrawing(m_canvas->ForPaper()); });
-    menu.addAction(Icon("save"), QStringLiteral("&Speichern als SVG, PDF oder PNG …"), this,
-                   [this, name] { AskAndSaveDrawing(m_canvas->ForPaper(), name, this); });
+    menu.addAction(
+        Icon("copy"), QStringLiteral("&Kopieren"), this, [this] { CopyDrawing(m_canvas->ForPaper()); });
+    menu.addAction(
+        Icon("save"), QStringLiteral("&Speichern als SVG, PDF oder PNG …"), this,
+        [this, name] { AskAndSaveDrawing(m_canvas->ForPaper(), name, this); });
     menu.addAction(Icon("print"), QStringLiteral("&Drucken …"), this,
                    [this, name] { AskAndPrintDrawing(m_canvas->ForPaper(), name, this); });
     menu.exec(global);

@@ -39,10 +39,12 @@ void SceneView::FillPictureMenu(QMenu& menu)
         const CSzenenBild& picture = pictures[i];
         const std::string name = picture.datei.substr(picture.datei.find_last_of('/') + 1);
         QMenu* own = menu.addMenu(QString::fromStdString(name).replace(QLatin1Char('&'), QStringLiteral("&&")));
-        own->addAction(Icon("measure"), QStringLiteral("&Maßstab aus zwei Punkten …"), this, [this, i] {
-            m_canvas->MeasurePicture(i);
-            m_canvas->setFocus();
-        });
+        own->addAction(
+            Icon("measure"), QStringLiteral("&Maßstab aus zwei Punkten …"), this,
+            [this, i] {
+                m_canvas->MeasurePicture(i);
+                m_canvas->setFocus();
+            });
         const auto toggle = [&](const QString& text, bool CSzenenBild::*field) {
             QAction* action = own->addAction(text);
             action->setCheckable(true);
