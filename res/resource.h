@@ -7,6 +7,7 @@
 
 #include "res/collision.h"
 #include "res/dynamics.h"
+#include "res/import.h"
 #include "res/manoeuvre.h"
 
 #endif
