@@ -32,6 +32,9 @@ set(desktop_test_sources ${test_sources})
 list(FILTER test_sources EXCLUDE REGEX "/tests/desktop/")
 list(FILTER desktop_test_sources INCLUDE REGEX "/tests/desktop/")
 
+# The plain searches that fast ones are held against.
+set_source_files_properties(tests/masks/SchrankenKurveTest.cpp PROPERTIES COMPILE_OPTIONS -O2)
+
 if(TARGET tavelin-cli)
     ruv_add_tests(ruvmod-tests "${test_sources}" "tavelin-cli-parts;RuvMod;ClassKrn" "${test_environment}")
     add_dependencies(ruvmod-tests tavelin-cli)

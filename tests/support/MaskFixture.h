@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <map>
@@ -85,7 +86,10 @@ class MaskTest : public ::testing::Test
     framework::Window& OpenMask(UINT number)
     {
         ExecuteRuvModRechnungsMaske(number, data);
-        return *thread.Dialogs().back();
+        const auto dialogs = thread.Dialogs(); // a mask with pages is followed by them
+        const auto mask =
+            std::find_if(dialogs.rbegin(), dialogs.rend(), [&](const auto* d) { return d->id == number; });
+        return mask == dialogs.rend() ? *dialogs.back() : **mask;
     }
     /// Control of a dialog by ID; fails the test when it is not there.
     static framework::Window& Control(framework::Window& dialog, UINT id)
