@@ -99,6 +99,18 @@ class MaskTest : public ::testing::Test
             throw std::out_of_range("control " + std::to_string(id));
         return *control;
     }
+    /// Where the news of a transfer went since it was asked last, and the vehicle named: "main 1", "mask -1".
+    std::vector<std::string> TransferNews()
+    {
+        constexpr UINT kMaskTransferred = 1337;
+        std::vector<std::string> news;
+        for (const MSG& m : front.posted)
+            if (m.message == kMaskTransferred)
+                news.push_back((m.hwnd == mainWindow.m_hWnd ? "main " : "mask ") +
+                               std::to_string(static_cast<std::int64_t>(m.wParam)));
+        front.posted.clear();
+        return news;
+    }
     framework::InputResult Enter(framework::Window& dialog, UINT id, const std::string& text)
     {
         return Settle(framework::EnterText(Control(dialog, id), text));
