@@ -10,6 +10,7 @@
 #include "cli/JsonText.h"
 #include "cli/Options.h"
 #include "cli/Session.h"
+#include "cli/VideoEval.h"
 #include "frame/Kinematics.h"
 #include "frame/MaskResults.h"
 #include "host/Quadratgl.h"
@@ -97,6 +98,16 @@ const std::vector<ModalFunction>& ModalFunctions()
     return functions;
 }
 
+const std::vector<FileFunction>& FileFunctions()
+{
+    static const std::vector<FileFunction> functions{
+        {"VideoIndex", "Videodatei", "times [s], width, height, rotation [°], counted", EvalVideoIndex},
+        {"VideoSpeeds", "JSON-Datei",
+         "why, rate [m], residuals [m], focal, cameraHeight [m], factor, mean, meanU, tracks", EvalVideoSpeeds},
+    };
+    return functions;
+}
+
 std::string Listed(const std::vector<Quantity>& quantities)
 {
     std::string text;
@@ -130,6 +141,8 @@ int List(bool asJson)
         for (const ModalFunction& function : ModalFunctions())
             rows.push_back({std::string(function.name), "Aktionen in Maske " + std::to_string(function.mask),
                             Listed(function.results)});
+        for (const FileFunction& function : FileFunctions())
+            rows.push_back({std::string(function.name), std::string(function.takes), std::string(function.results)});
         Print(TableText(rows));
         return exitDone;
     }
@@ -147,6 +160,12 @@ int List(bool asJson)
         json.Key("name").Text(function.name);
         json.Key("mask").Integer(function.mask);
         WriteQuantities(json, "results", function.results);
+        json.EndObject();
+    }
+    for (const FileFunction& function : FileFunctions()) {
+        json.BeginObject();
+        json.Key("name").Text(function.name);
+        json.Key("file").Text(function.takes);
         json.EndObject();
     }
     json.EndArray();
@@ -259,6 +278,28 @@ int Evaluate(const ModalFunction& function, const Texts& texts, bool asJson)
     return session.Refused() ? exitRefused : exitDone;
 }
 
+/// The results are one JSON object, with --json beside the function's name as elsewhere.
+int Evaluate(const FileFunction& function, const Texts& texts, bool asJson)
+{
+    if (texts.size() != 1)
+        return Complain(exitUsage, std::string(function.name) + " erwartet eine Datei");
+    const FileResult result = function.call(texts.front());
+    if (result.failure.exit != exitDone)
+        return Complain(result.failure.exit, texts.front() + ": " + result.failure.text);
+    if (!result.failure.text.empty())
+        Complain(exitDone, texts.front() + ": " + result.failure.text);
+    JsonText json;
+    json.BeginObject();
+    json.Key("function").Text(function.name);
+    json.Key("arguments").BeginObject();
+    json.Key("file").Text(texts.front());
+    json.EndObject();
+    json.Key("results").Raw(result.json);
+    json.EndObject();
+    Print((asJson ? json.Str() : result.json) + "\n");
+    return exitDone;
+}
+
 template <class F> const F* Named(const std::vector<F>& functions, const std::string& name)
 {
     const auto found = std::find_if(functions.begin(), functions.end(), [&](const F& f) { return f.name == name; });
@@ -279,6 +320,8 @@ int EvalVerb(const std::vector<std::string>& arguments)
     if (const Function* function = Named(Functions(), name))
         return Evaluate(*function, rest, options.json);
     if (const ModalFunction* function = Named(ModalFunctions(), name))
+        return Evaluate(*function, rest, options.json);
+    if (const FileFunction* function = Named(FileFunctions(), name))
         return Evaluate(*function, rest, options.json);
     return Complain(exitUsage, "Funktion „" + name + "“ gibt es nicht; „tavelin-cli eval“ nennt alle");
 }

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The vehicles of a video: boxes of each frame become tracks whose entries stay in the raw frame, so that a change of
+// the calibration changes speeds and no vehicle.
+#pragma once
+
+#include "host/vision/CCentroidTSTracker.h"
+#include "host/vision/CPerspectiveRectifier.h"
+#include "host/vision/VideoSpeeds.h"
+
+#include <map>
+#include <span>
+#include <vector>
+
+/// px of the raw frame, the upper left corner and the size.
+struct VideoBox {
+    double x = 0.0;
+    double y = 0.0;
+    double w = 0.0;
+    double h = 0.0;
+    VisionPoint Centre() const { return {x + w / 2.0, y + h / 2.0}; }
+};
+
+class VideoTracks
+{
+  public:
+    VideoTracks(int width, int height) : m_width(width), m_height(height) {}
+
+    /// The boxes of the next frame. On a calibrated road those count whose centre has a place on it.
+    void Add(const CPerspectiveRectifier& road, double time, int frame, std::span<const VideoBox> boxes);
+    /// By ID; IDs count from 1.
+    const std::map<int, std::vector<VideoEntry>>& Tracks() const { return m_tracks; }
+    /// Whether the box reaches the frame's edge.
+    bool IsCut(const VideoBox& box) const;
+
+  private:
+    int m_width; ///< px
+    int m_height;
+    CCentroidTSTracker m_tracker{20, 60};
+    std::map<int, std::vector<VideoEntry>> m_tracks;
+};

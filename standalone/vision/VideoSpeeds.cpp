@@ -1,0 +1,247 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The rule of the display with its uncertainty of first order, and the smooth course: a quadratic through the entries
+// around each moment.
+#include "host/vision/VideoSpeeds.h"
+
+#include "vision/LinearSolve.h"
+#include "vision/RoadPaths.h"
+#include "vision/Uncertainties.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace
+{
+
+using vision::kKmhPerMs;
+using vision::kNowhere;
+using vision::RoadPath;
+
+/// How many entries before the last one the speed is taken to: -7, then -6 to -3, where the last is -1.
+constexpr std::size_t kOldest = 6;
+constexpr std::size_t kYoungest = 2;
+
+double Square(double x)
+{
+    return x * x;
+}
+
+struct Interval {
+    std::size_t older = 0;
+    std::size_t newer = 0;
+    double seconds = 0.0;
+};
+
+std::vector<Interval> Intervals(std::span<const VideoEntry> entries, const RoadPath& path, double fps)
+{
+    std::vector<Interval> intervals;
+    intervals.reserve(entries.size());
+    for (std::size_t newer = kYoungest; newer < entries.size(); ++newer) {
+        if (!path.IsPlace(newer))
+            continue;
+        for (std::size_t back = std::min(kOldest, newer); back >= kYoungest; --back) {
+            const std::size_t older = newer - back;
+            if (!path.IsPlace(older))
+                continue;
+            double seconds = entries[newer].time - entries[older].time;
+            if (seconds == 0.0 && fps > 0.0) // a frame length of the file per frame between them
+                seconds = std::max(1, entries[newer].frame - entries[older].frame) / fps;
+            if (seconds > 0.0)
+                intervals.push_back({older, newer, seconds});
+            break;
+        }
+    }
+    return intervals;
+}
+
+} // namespace
+
+int SpeedLabel(double kmh)
+{
+    constexpr double kLargest = 1e9;
+    return static_cast<int>(std::clamp(std::round(kmh + 0.5), -kLargest, kLargest));
+}
+
+VideoSpeeds::VideoSpeeds(const CPerspectiveRectifier& road, const SpeedInput& input) : m_road(road), m_input(input)
+{
+    m_input.smoothSpan = std::clamp(input.smoothSpan, 0.2, 2.0);
+    m_factor = FactorOf(road);
+    const RoadInput& given = road.Input();
+    const auto vary = [&](double& value, double uncertainty, RoadInput& changed) {
+        if (!(uncertainty > 0.0))
+            return;
+        const double before = value;
+        value += uncertainty;
+        auto varied = road.Varied(changed);
+        if (!varied) { // at the edge of what is a calibration: to the other side
+            value = before - uncertainty;
+            varied = road.Varied(changed);
+        }
+        value = before;
+        if (varied) {
+            const double factor = FactorOf(*varied);
+            m_variants.push_back({std::move(*varied), factor});
+        }
+    };
+    RoadInput changed = given;
+    for (VisionPoint& point : changed.points) {
+        vary(point.x, vision::kClickUncertainty, changed);
+        vary(point.y, vision::kClickUncertainty, changed);
+    }
+    for (double& distance : changed.distances)
+        if (distance > 0.0)
+            vary(distance, vision::kDistanceUncertainty, changed);
+    vary(changed.strength, input.strengthUncertainty, changed);
+    // The last word on whether the factor is known is the calibration's, not a variant's.
+    m_factor = FactorOf(road);
+    const auto height = m_input.cameraHeight ? m_input.cameraHeight : m_road.CameraHeight();
+    m_factorIsKnown = m_input.factor || m_input.pointHeight == 0.0 || (height && *height > m_input.pointHeight);
+}
+
+/// A point z above the road is seen where the ray through it meets the road: h / (h - z) times as far from below the
+/// camera.
+double VideoSpeeds::FactorOf(const CPerspectiveRectifier& road) const
+{
+    if (m_input.factor)
+        return *m_input.factor;
+    const auto height = m_input.cameraHeight ? m_input.cameraHeight : road.CameraHeight();
+    const double factor = height ? 1.0 - m_input.pointHeight / *height : 1.0;
+    return factor > 0.0 ? factor : 1.0;
+}
+
+/// Of any speed, relative: of the height of the followed points. A point on the road is on the road.
+double VideoSpeeds::HeightUncertainty() const
+{
+    const auto height = m_input.cameraHeight ? m_input.cameraHeight : m_road.CameraHeight();
+    if (m_input.pointHeight == 0.0 || !height || m_factor == 0.0)
+        return 0.0;
+    return vision::kHeightUncertainty / *height / m_factor;
+}
+
+std::vector<VideoSpeed> VideoSpeeds::Of(std::span<const VideoEntry> entries) const
+{
+    const RoadPath path(m_road, entries);
+    const std::vector<Interval> intervals = Intervals(entries, path, m_input.fps);
+    std::vector<VideoSpeed> speeds(intervals.size());
+    std::vector<double> systematic(intervals.size(), 0.0); // variance, (km/h)²
+    const auto perPixel = [](double factor, const Interval& interval) {
+        return factor * kRectifiedPixel * kKmhPerMs / interval.seconds;
+    };
+    for (std::size_t i = 0; i < intervals.size(); ++i) {
+        const auto& [older, newer, seconds] = intervals[i];
+        speeds[i].time = (entries[older].time + entries[newer].time) / 2.0;
+        speeds[i].frame = entries[newer].frame;
+        speeds[i].speed = Distance(path.At(older), path.At(newer)) * perPixel(m_factor, intervals[i]);
+        speeds[i].label = SpeedLabel(speeds[i].speed);
+    }
+    for (const Variant& variant : m_variants) {
+        const RoadPath varied(variant.road, entries);
+        for (std::size_t i = 0; i < intervals.size(); ++i) {
+            const double speed = Distance(varied.At(intervals[i].older), varied.At(intervals[i].newer)) *
+                                 perPixel(variant.factor, intervals[i]);
+            systematic[i] += Square(speed - speeds[i].speed);
+        }
+    }
+    const std::vector<CPerspectiveRectifier::Spread> spreads = vision::Spreads(m_road, entries);
+    const double height = HeightUncertainty();
+    for (std::size_t i = 0; i < intervals.size(); ++i) {
+        const auto& [older, newer, seconds] = intervals[i];
+        systematic[i] += Square(speeds[i].speed * height);
+        const VisionPoint d = path.At(newer) - path.At(older);
+        const double points = vision::Along(spreads[older], d) + vision::Along(spreads[newer], d);
+        const double random = points * Square(perPixel(m_factor, intervals[i])) +
+                              2.0 * Square(speeds[i].speed * vision::kTimeUncertainty / seconds);
+        const double sum = std::sqrt(systematic[i] + random);
+        // A changed calibration that no longer sees the points says nothing but that it is bad.
+        speeds[i].uncertainty = std::isfinite(sum) ? sum : std::numeric_limits<double>::infinity();
+    }
+    Smooth(entries, speeds, systematic);
+    return speeds;
+}
+
+/// W. S. Cleveland's local regression (1979) with even weights over the span: x(t) and y(t) each a quadratic around the
+/// moment, the entries weighted by how far a pixel reaches on the road; the speed is the length of the linear terms.
+void VideoSpeeds::Smooth(std::span<const VideoEntry> entries, std::vector<VideoSpeed>& speeds,
+                         std::span<const double> systematic) const
+{
+    const vision::UncutPath path(m_road, entries);
+    std::size_t first = 0;
+    for (std::size_t s = 0; s < speeds.size(); ++s) {
+        VideoSpeed& speed = speeds[s];
+        const double half = m_input.smoothSpan / 2.0;
+        while (first < path.size() && path.time[first] < speed.time - half)
+            ++first;
+        std::size_t end = first;
+        while (end < path.size() && path.time[end] <= speed.time + half)
+            ++end;
+        const std::size_t count = end - first;
+        if (count < 3)
+            continue;
+        const std::size_t middle = first + count / 2;
+        const VisionPoint origin = path.place[middle];
+        double w0 = 0.0;
+        double w1 = 0.0;
+        double w2 = 0.0;
+        double w3 = 0.0;
+        double w4 = 0.0;
+        std::array<VisionPoint, 3> right{};
+        double squares = 0.0;
+        for (std::size_t i = first; i < end; ++i) {
+            const double t = path.time[i] - speed.time;
+            const double w = path.weight[i];
+            const double wt = w * t;
+            const double wtt = wt * t;
+            const VisionPoint p = path.place[i] - origin;
+            w0 += w;
+            w1 += wt;
+            w2 += wtt;
+            w3 += wtt * t;
+            w4 += wtt * t * t;
+            right[0] = {right[0].x + w * p.x, right[0].y + w * p.y};
+            right[1] = {right[1].x + wt * p.x, right[1].y + wt * p.y};
+            right[2] = {right[2].x + wtt * p.x, right[2].y + wtt * p.y};
+            squares += w * (p.x * p.x + p.y * p.y);
+        }
+        // The inverse of the symmetric normal matrix {{w0, w1, w2}, {w1, w2, w3}, {w2, w3, w4}} by its cofactors.
+        const double c00 = w2 * w4 - w3 * w3;
+        const double c01 = w2 * w3 - w1 * w4;
+        const double c02 = w1 * w3 - w2 * w2;
+        const double c11 = w0 * w4 - w2 * w2;
+        const double c12 = w1 * w2 - w0 * w3;
+        const double c22 = w0 * w2 - w1 * w1;
+        const double determinant = w0 * c00 + w1 * c01 + w2 * c02;
+        // Entries at fewer than three different times fix no quadratic.
+        if (!(determinant > 1e-12 * w0 * w2 * w4))
+            continue;
+        const auto solve = [&](double a, double b, double c, double r0, double r1, double r2) {
+            return (a * r0 + b * r1 + c * r2) / determinant;
+        };
+        const VisionPoint velocity{solve(c01, c11, c12, right[0].x, right[1].x, right[2].x),
+                                   solve(c01, c11, c12, right[0].y, right[1].y, right[2].y)};
+        const double length = std::hypot(velocity.x, velocity.y);
+        const double unit = m_factor * kRectifiedPixel * kKmhPerMs;
+        speed.smooth = length * unit;
+        double scatter = 1.0;
+        if (count > 3) {
+            double explained = 0.0;
+            for (const bool isX : {true, false}) {
+                const auto of = [isX](VisionPoint p) { return isX ? p.x : p.y; };
+                const double r0 = of(right[0]);
+                const double r1 = of(right[1]);
+                const double r2 = of(right[2]);
+                explained += r0 * solve(c00, c01, c02, r0, r1, r2) + r1 * solve(c01, c11, c12, r0, r1, r2) +
+                             r2 * solve(c02, c12, c22, r0, r1, r2);
+            }
+            // Points that scatter more than by a pixel widen the band.
+            scatter = std::max(1.0, (squares - explained) / static_cast<double>(count - 3));
+        }
+        const double share = vision::Along(path.spread[middle], velocity) * path.weight[middle];
+        const double random = c11 / determinant * share * scatter * unit * unit;
+        const double relative = speed.speed > 0.0 ? systematic[s] / Square(speed.speed) : 0.0;
+        const double sum = std::sqrt(random + relative * Square(*speed.smooth));
+        speed.smoothUncertainty = std::isfinite(sum) ? sum : std::numeric_limits<double>::infinity();
+    }
+}

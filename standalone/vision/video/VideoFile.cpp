@@ -1,0 +1,242 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// Decodes from the key picture before the one wanted; what comes out carries the number of its packet, so that no
+// guess about times is needed. The last pictures are kept for stepping back.
+#include "vision/video/VideoFile.h"
+
+#include <opencv2/core.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <thread>
+
+namespace vision
+{
+namespace
+{
+
+constexpr std::size_t kKeptBytes = std::size_t{256} << 20U; ///< of decoded pictures
+constexpr unsigned kMaxThreads = 4;
+/// When the key picture before is none after all, an earlier one is tried; the last try is from the start.
+constexpr int kTries = 3;
+constexpr int kAlign = 32; ///< px that a row of the scaler may write beyond its end
+
+std::size_t BytesOf(const AVFrame& frame)
+{
+    std::size_t bytes = 0;
+    for (const AVBufferRef* buffer : frame.buf)
+        bytes += buffer != nullptr ? static_cast<std::size_t>(buffer->size) : 0U;
+    return bytes;
+}
+
+/// The matrix of a picture that names none: BT.709 from 720 rows on, BT.601 below.
+int MatrixOf(const AVFrame& frame)
+{
+    if (frame.colorspace != AVCOL_SPC_UNSPECIFIED && frame.colorspace != AVCOL_SPC_RGB)
+        return frame.colorspace;
+    return frame.height >= 720 ? SWS_CS_ITU709 : SWS_CS_ITU601;
+}
+
+} // namespace
+
+std::string VideoFile::Open(const std::string& path)
+{
+    if (std::string reason = m_demuxer.Open(path); !reason.empty())
+        return reason;
+    if (std::string reason = m_demuxer.List(m_list); !reason.empty())
+        return reason;
+    m_damaged.assign(m_list.packetOf.size(), false);
+    for (const StoredPacket& packet : m_list.packets)
+        if (packet.damaged && packet.shown >= 0)
+            m_damaged[static_cast<std::size_t>(packet.shown)] = true;
+    m_packet.reset(av_packet_alloc());
+    if (std::string reason = OpenDecoder(); !reason.empty())
+        return reason;
+    m_next = -1;
+    const AVFrame* first = Decode(0);
+    m_demuxer.Describe(m_list.index, first != nullptr ? first->sample_aspect_ratio : AVRational{0, 1});
+    return {};
+}
+
+std::string VideoFile::OpenDecoder()
+{
+    const AVCodecParameters& parameters = *m_demuxer.Stream().codecpar;
+    const AVCodec* codec = avcodec_find_decoder(parameters.codec_id);
+    if (codec == nullptr)
+        return "Die Bilder des Videos sind auf eine Art gespeichert, die nicht gelesen werden kann.";
+    m_decoder.reset(avcodec_alloc_context3(codec));
+    if (!m_decoder || avcodec_parameters_to_context(m_decoder.get(), &parameters) < 0)
+        return "Der Kopf des Videos ist beschädigt.";
+    m_decoder->thread_count = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, kMaxThreads));
+    m_decoder->max_pixels = static_cast<std::int64_t>(parameters.width + 64) * (parameters.height + 64);
+    if (avcodec_open2(m_decoder.get(), codec, nullptr) < 0)
+        return "Der Kopf des Videos ist beschädigt.";
+    return {};
+}
+
+const AVFrame* VideoFile::Find(int frame) const
+{
+    for (const Kept& kept : m_kept)
+        if (kept.frame == frame)
+            return kept.picture.get();
+    return nullptr;
+}
+
+void VideoFile::Keep(int frame, FramePtr picture)
+{
+    if (Find(frame) != nullptr)
+        return;
+    const std::size_t bytes = BytesOf(*picture);
+    m_keptBytes += bytes;
+    m_kept.push_back({frame, std::move(picture), bytes});
+    while (m_keptBytes > kKeptBytes && m_kept.size() > 1) {
+        m_keptBytes -= m_kept.front().bytes;
+        m_kept.pop_front();
+    }
+}
+
+/// Takes what the decoder has ready.
+void VideoFile::Receive()
+{
+    for (;;) {
+        FramePtr picture(av_frame_alloc());
+        if (!picture || avcodec_receive_frame(m_decoder.get(), picture.get()) < 0)
+            return;
+        const std::int64_t packet = picture->pts;
+        if (packet < 0 || packet >= static_cast<std::int64_t>(m_list.packets.size()))
+            continue;
+        const int shown = m_list.packets[static_cast<std::size_t>(packet)].shown;
+        if (shown < 0)
+            continue;
+        m_lastShown = std::max(m_lastShown, shown);
+        if (picture->decode_error_flags != 0 || (picture->flags & AV_FRAME_FLAG_CORRUPT) != 0)
+            m_damaged[static_cast<std::size_t>(shown)] = true;
+        Keep(shown, std::move(picture));
+    }
+}
+
+/// The packet m_next. False when the decoder is beyond help.
+bool VideoFile::Send(AVPacket& packet)
+{
+    packet.pts = m_next++;
+    packet.dts = AV_NOPTS_VALUE;
+    for (;;) {
+        const int sent = avcodec_send_packet(m_decoder.get(), &packet);
+        Receive();
+        if (sent != AVERROR(EAGAIN))
+            return sent != AVERROR(ENOMEM); // a damaged packet is one picture less
+    }
+}
+
+/// One packet further. False at the end.
+bool VideoFile::Step()
+{
+    if (m_drained)
+        return false;
+    if (m_next < static_cast<int>(m_list.packets.size()) && m_demuxer.Next(*m_packet))
+        return Send(*m_packet);
+    m_drained = true;
+    avcodec_send_packet(m_decoder.get(), nullptr);
+    Receive();
+    return true;
+}
+
+/// Begins to decode at the key picture from which `frame` can be reached, or so many earlier.
+bool VideoFile::StartBefore(int frame, int keysBack)
+{
+    int start = m_list.packetOf[static_cast<std::size_t>(frame)];
+    for (; start > 0; --start) {
+        const StoredPacket& packet = m_list.packets[static_cast<std::size_t>(start)];
+        // Pictures shown before a key picture and stored behind it need what is stored before it.
+        if (packet.key && packet.shown >= 0 && packet.shown <= frame && keysBack-- == 0)
+            break;
+    }
+    avcodec_flush_buffers(m_decoder.get());
+    m_drained = false;
+    m_lastShown = -1;
+    if (!m_demuxer.Read(m_list.packets[static_cast<std::size_t>(start)], *m_packet)) {
+        m_next = -1;
+        return false;
+    }
+    m_next = start;
+    return Send(*m_packet);
+}
+
+const AVFrame* VideoFile::Decode(int frame)
+{
+    if (const AVFrame* kept = Find(frame))
+        return kept;
+    // Going on is as good as starting anew when no key picture lies between.
+    const int wanted = m_list.packetOf[static_cast<std::size_t>(frame)];
+    bool goesOn = m_next >= 0 && m_lastShown >= 0 && m_lastShown < frame;
+    for (int i = std::max(m_next, 0); goesOn && i <= wanted; ++i) {
+        const StoredPacket& packet = m_list.packets[static_cast<std::size_t>(i)];
+        goesOn = !(packet.key && packet.shown >= 0 && packet.shown <= frame && i > m_next);
+    }
+    for (int attempt = goesOn ? -1 : 0; attempt < kTries; ++attempt) {
+        const int keysBack = attempt == kTries - 1 ? static_cast<int>(m_list.packets.size()) : attempt;
+        if (attempt >= 0 && !StartBefore(frame, keysBack))
+            return nullptr;
+        while (Find(frame) == nullptr && m_lastShown <= frame)
+            if (!Step())
+                break;
+        if (const AVFrame* found = Find(frame))
+            return found;
+        if (m_list.packets[static_cast<std::size_t>(wanted)].damaged)
+            break;
+    }
+    return nullptr;
+}
+
+bool VideoFile::Convert(const AVFrame& picture, cv::Mat& image)
+{
+    const VideoIndex& index = m_list.index;
+    const bool turned = index.rotation % 180 != 0;
+    const int width = turned ? index.height : index.width;
+    const int height = turned ? index.width : index.height;
+    m_scaler.reset(sws_getCachedContext(m_scaler.release(), picture.width, picture.height,
+                                        static_cast<AVPixelFormat>(picture.format), width, height, AV_PIX_FMT_BGR24,
+                                        SWS_BICUBIC | SWS_ACCURATE_RND, nullptr, nullptr, nullptr));
+    if (!m_scaler)
+        return false;
+    constexpr int kUnity = 1 << 16;
+    sws_setColorspaceDetails(m_scaler.get(), sws_getCoefficients(MatrixOf(picture)),
+                             picture.color_range == AVCOL_RANGE_JPEG ? 1 : 0, sws_getCoefficients(SWS_CS_DEFAULT), 1, 0,
+                             kUnity, kUnity);
+    cv::Mat rows(height, (width + 2 * kAlign - 1) / kAlign * kAlign, CV_8UC3);
+    std::uint8_t* const planes[4] = {rows.data, nullptr, nullptr, nullptr};
+    const int strides[4] = {static_cast<int>(rows.step[0]), 0, 0, 0};
+    if (sws_scale(m_scaler.get(), picture.data, picture.linesize, 0, picture.height, planes, strides) != height)
+        return false;
+    const cv::Mat whole = rows(cv::Rect(0, 0, width, height));
+    switch (index.rotation) {
+    case 90:
+        cv::rotate(whole, image, cv::ROTATE_90_CLOCKWISE);
+        break;
+    case 180:
+        cv::rotate(whole, image, cv::ROTATE_180);
+        break;
+    case 270:
+        cv::rotate(whole, image, cv::ROTATE_90_COUNTERCLOCKWISE);
+        break;
+    default:
+        whole.copyTo(image);
+    }
+    return true;
+}
+
+std::string VideoFile::Read(int frame, cv::Mat& image)
+{
+    try {
+        const AVFrame* picture = Decode(frame);
+        if (picture != nullptr && Convert(*picture, image))
+            return {};
+    } catch (const std::exception&) { // memory, or what OpenCV says of it
+        return "Für das Bild reicht der Speicher nicht.";
+    }
+    m_damaged[static_cast<std::size_t>(frame)] = true;
+    return "Das Bild " + std::to_string(frame + 1) + " ist beschädigt und kann nicht gelesen werden.";
+}
+
+} // namespace vision
