@@ -31,12 +31,22 @@ file(GLOB_RECURSE test_sources CONFIGURE_DEPENDS tests/*.cpp)
 set(desktop_test_sources ${test_sources})
 list(FILTER test_sources EXCLUDE REGEX "/tests/desktop/")
 list(FILTER desktop_test_sources INCLUDE REGEX "/tests/desktop/")
+# Tests that write videos see libav and OpenCV, the others do not.
+set(video_libraries "")
+set(video_test_sources ${test_sources})
+list(FILTER video_test_sources INCLUDE REGEX "/tests/vision/video/")
+if(TARGET ruv_libav)
+    set(video_libraries ${ruv_libav_libraries})
+    set_source_files_properties(${video_test_sources} PROPERTIES COMPILE_OPTIONS "${ruv_libav_includes}")
+else()
+    list(FILTER test_sources EXCLUDE REGEX "/tests/vision/video/")
+endif()
 
 # The plain searches that fast ones are held against.
 set_source_files_properties(tests/masks/SchrankenKurveTest.cpp PROPERTIES COMPILE_OPTIONS -O2)
 
 if(TARGET tavelin-cli)
-    ruv_add_tests(ruvmod-tests "${test_sources}" "tavelin-cli-parts;RuvMod;ClassKrn" "${test_environment}")
+    ruv_add_tests(ruvmod-tests "${test_sources}" "tavelin-cli-parts;RuvMod;ClassKrn;${video_libraries}" "${test_environment}")
     add_dependencies(ruvmod-tests tavelin-cli)
 endif()
 # Each fuzz target with its seeds, and some changes of them, as a test.

@@ -37,10 +37,15 @@ if(video_missing)
     return()
 endif()
 
-# What the tests, which write videos, need too.
+# The tests write videos and need them too.
+set(ruv_libav_libraries ${LIBAV_LINK_LIBRARIES} ${OPENCV_core} ${OPENCV_imgproc})
+set(ruv_libav_includes "")
+foreach(folder "${OPENCV_INCLUDE}" ${LIBAV_INCLUDE_DIRS})
+    list(APPEND ruv_libav_includes -isystem "${folder}")
+endforeach()
 add_library(ruv_libav INTERFACE)
-target_include_directories(ruv_libav SYSTEM INTERFACE "${OPENCV_INCLUDE}" ${LIBAV_INCLUDE_DIRS})
-target_link_libraries(ruv_libav INTERFACE ${LIBAV_LINK_LIBRARIES} ${OPENCV_core} ${OPENCV_imgproc})
+target_compile_options(ruv_libav INTERFACE ${ruv_libav_includes})
+target_link_libraries(ruv_libav INTERFACE ${ruv_libav_libraries})
 
 file(GLOB video_sources CONFIGURE_DEPENDS standalone/vision/video/*.cpp)
 add_library(RuvVideo SHARED ${video_sources})

@@ -13,6 +13,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <string_view>
 
 namespace vision
@@ -22,8 +23,6 @@ namespace
 
 /// Longer videos are refused: more than 40 hours at 30 pictures per second.
 constexpr std::size_t kMaxPackets = 5'000'000;
-/// Larger pictures are refused: 8K, 8192 x 4320, is read.
-constexpr std::int64_t kMaxPixels = 8192LL * 4352;
 /// A single allocation of libav.
 constexpr std::size_t kMaxAllocation = std::size_t{1} << 29U;
 /// A sample aspect beyond these is a mistake in the file.
@@ -132,8 +131,6 @@ std::string Demuxer::Open(const std::string& path)
     if (m_stream < 0)
         return "Die Datei enthält kein Video.";
     const AVCodecParameters& parameters = *Stream().codecpar;
-    if (parameters.width <= 0 || parameters.height <= 0)
-        return "Das Video sagt nicht, wie groß seine Bilder sind.";
     if (static_cast<std::int64_t>(parameters.width) * parameters.height > kMaxPixels)
         return "Die Bilder des Videos sind zu groß.";
     if (IsAvi() && !AviHasFrameLength(path))
@@ -171,13 +168,12 @@ bool Demuxer::Read(const StoredPacket& wanted, AVPacket& packet)
     return Open(path).empty() && find();
 }
 
-void Demuxer::Describe(VideoIndex& index, AVRational pictureAspect) const
+void Demuxer::Describe(VideoIndex& index, const AVFrame& picture) const
 {
-    const AVCodecParameters& parameters = *Stream().codecpar;
-    index.width = parameters.width;
-    index.height = parameters.height;
+    index.width = picture.width;
+    index.height = picture.height;
     const AVRational stored = av_guess_sample_aspect_ratio(m_format.get(), m_format->streams[m_stream], nullptr);
-    const AVRational aspect = stored.num > 0 ? stored : pictureAspect;
+    const AVRational aspect = stored.num > 0 ? stored : picture.sample_aspect_ratio;
     const double ratio = aspect.num > 0 && aspect.den > 0 ? av_q2d(aspect) : 1.0;
     if (ratio > 1.0 / kMaxAspect && ratio < kMaxAspect)
         index.width = std::max(1, static_cast<int>(std::lround(index.width * ratio)));
@@ -252,10 +248,11 @@ std::string Demuxer::List(PacketList& list)
     if (list.index.times.size() > 1 && !(last > 0.0))
         return "Alle Bilder des Videos haben dieselbe Zeit.";
     list.index.fps = last > 0.0 ? (count - 1.0) / last : 0.0;
-    const std::int64_t promised = Stream().nb_frames;
-    const auto found = static_cast<std::int64_t>(list.packets.size());
-    list.index.missing =
-        !avi && promised > found ? static_cast<int>(std::min<std::int64_t>(promised - found, 1 << 30)) : 0;
+    // Of an MP4 what edit lists leave, hidden pictures included; an AVI counts its empty chunks too.
+    const std::int64_t found = avi ? times.back() + 1 : static_cast<std::int64_t>(list.packets.size());
+    const std::int64_t stated = avi ? Stream().nb_frames : avformat_index_get_entries_count(&Stream());
+    const std::int64_t promised = std::min<std::int64_t>(stated, std::numeric_limits<int>::max());
+    list.index.missing = static_cast<int>(std::max<std::int64_t>(0, promised - std::max<std::int64_t>(0, found)));
     return {};
 }
 

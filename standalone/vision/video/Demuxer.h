@@ -14,6 +14,9 @@
 namespace vision
 {
 
+/// Larger pictures are refused: 8K, 8192 x 4320, is read.
+inline constexpr std::int64_t kMaxPixels = 8192LL * 4352;
+
 /// A packet of the video as the file stores them: in the order of decoding.
 struct StoredPacket {
     std::int64_t position = 0; ///< byte in the file
@@ -42,9 +45,8 @@ class Demuxer
     bool Read(const StoredPacket& wanted, AVPacket& packet);
 
     const AVStream& Stream() const { return *m_format->streams[m_stream]; }
-    /// Size and rotation of the pictures as shown; `pictureAspect` is what a picture itself says of its pixels, for
-    /// files that say nothing.
-    void Describe(VideoIndex& index, AVRational pictureAspect) const;
+    /// Size and rotation of the pictures as shown; what the file does not say of them, the decoded picture does.
+    void Describe(VideoIndex& index, const AVFrame& picture) const;
 
   private:
     bool IsAvi() const;

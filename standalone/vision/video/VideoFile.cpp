@@ -20,6 +20,8 @@ constexpr std::size_t kKeptBytes = std::size_t{256} << 20U; ///< of decoded pict
 constexpr unsigned kMaxThreads = 4;
 /// When the key picture before is none after all, an earlier one is tried; the last try is from the start.
 constexpr int kTries = 3;
+/// A video of which this many pictures from the first on cannot be decoded is none.
+constexpr int kTriedPictures = 50;
 constexpr int kAlign = 32; ///< px that a row of the scaler may write beyond its end
 
 std::size_t BytesOf(const AVFrame& frame)
@@ -54,9 +56,13 @@ std::string VideoFile::Open(const std::string& path)
     if (std::string reason = OpenDecoder(); !reason.empty())
         return reason;
     m_next = -1;
-    const AVFrame* first = Decode(0);
-    m_demuxer.Describe(m_list.index, first != nullptr ? first->sample_aspect_ratio : AVRational{0, 1});
-    return {};
+    // The first picture that can be decoded says how large all are.
+    for (int frame = 0; frame < std::min(kTriedPictures, static_cast<int>(m_damaged.size())); ++frame)
+        if (const AVFrame* picture = Decode(frame)) {
+            m_demuxer.Describe(m_list.index, *picture);
+            return {};
+        }
+    return "Kein Bild des Videos kann gelesen werden.";
 }
 
 std::string VideoFile::OpenDecoder()
@@ -69,7 +75,7 @@ std::string VideoFile::OpenDecoder()
     if (!m_decoder || avcodec_parameters_to_context(m_decoder.get(), &parameters) < 0)
         return "Der Kopf des Videos ist beschädigt.";
     m_decoder->thread_count = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, kMaxThreads));
-    m_decoder->max_pixels = static_cast<std::int64_t>(parameters.width + 64) * (parameters.height + 64);
+    m_decoder->max_pixels = kMaxPixels;
     if (avcodec_open2(m_decoder.get(), codec, nullptr) < 0)
         return "Der Kopf des Videos ist beschädigt.";
     return {};
