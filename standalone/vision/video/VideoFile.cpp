@@ -49,9 +49,9 @@ std::string VideoFile::Open(const std::string& path)
     if (std::string reason = m_demuxer.List(m_list); !reason.empty())
         return reason;
     m_damaged.assign(m_list.packetOf.size(), false);
-    for (const StoredPacket& packet : m_list.packets)
-        if (packet.damaged && packet.shown >= 0)
-            m_damaged[static_cast<std::size_t>(packet.shown)] = true;
+    for (std::size_t i = 0; i < m_list.packets.size(); ++i)
+        if (m_list.packets[i].damaged)
+            MarkDamaged(static_cast<int>(i));
     m_packet.reset(av_packet_alloc());
     if (std::string reason = OpenDecoder(); !reason.empty())
         return reason;
@@ -74,6 +74,8 @@ std::string VideoFile::OpenDecoder()
     m_decoder.reset(avcodec_alloc_context3(codec));
     if (!m_decoder || avcodec_parameters_to_context(m_decoder.get(), &parameters) < 0)
         return "Der Kopf des Videos ist beschädigt.";
+    // Threads by picture would report a damaged packet with another one.
+    m_decoder->thread_type = FF_THREAD_SLICE;
     m_decoder->thread_count = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, kMaxThreads));
     m_decoder->max_pixels = kMaxPixels;
     if (avcodec_open2(m_decoder.get(), codec, nullptr) < 0)
@@ -102,13 +104,26 @@ void VideoFile::Keep(int frame, FramePtr picture)
     }
 }
 
-/// Takes what the decoder has ready.
-void VideoFile::Receive()
+/// What is predicted from a damaged picture shows its damage, up to the next key picture; no decoder says which does.
+void VideoFile::MarkDamaged(int packet)
+{
+    for (auto i = static_cast<std::size_t>(packet); i < m_list.packets.size(); ++i) {
+        if (i > static_cast<std::size_t>(packet) && m_list.packets[i].key)
+            return;
+        if (m_list.packets[i].shown >= 0)
+            m_damaged[static_cast<std::size_t>(m_list.packets[i].shown)] = true;
+    }
+}
+
+/// Takes what the decoder has ready; 0, or what is wrong with the packet sent.
+int VideoFile::Receive()
 {
     for (;;) {
         FramePtr picture(av_frame_alloc());
-        if (!picture || avcodec_receive_frame(m_decoder.get(), picture.get()) < 0)
-            return;
+        if (!picture)
+            return AVERROR(ENOMEM);
+        if (const int received = avcodec_receive_frame(m_decoder.get(), picture.get()); received < 0)
+            return received == AVERROR(EAGAIN) || received == AVERROR_EOF ? 0 : received;
         const std::int64_t packet = picture->pts;
         if (packet < 0 || packet >= static_cast<std::int64_t>(m_list.packets.size()))
             continue;
@@ -117,22 +132,25 @@ void VideoFile::Receive()
             continue;
         m_lastShown = std::max(m_lastShown, shown);
         if (picture->decode_error_flags != 0 || (picture->flags & AV_FRAME_FLAG_CORRUPT) != 0)
-            m_damaged[static_cast<std::size_t>(shown)] = true;
+            MarkDamaged(static_cast<int>(packet));
         Keep(shown, std::move(picture));
     }
 }
 
-/// The packet m_next. False when the decoder is beyond help.
-bool VideoFile::Send(AVPacket& packet)
+/// The packet m_next.
+void VideoFile::Send(AVPacket& packet)
 {
-    packet.pts = m_next++;
+    const int number = m_next++;
+    packet.pts = number;
     packet.dts = AV_NOPTS_VALUE;
-    for (;;) {
-        const int sent = avcodec_send_packet(m_decoder.get(), &packet);
-        Receive();
-        if (sent != AVERROR(EAGAIN))
-            return sent != AVERROR(ENOMEM); // a damaged packet is one picture less
+    int sent = AVERROR(EAGAIN);
+    int received = 0;
+    while (sent == AVERROR(EAGAIN)) {
+        sent = avcodec_send_packet(m_decoder.get(), &packet);
+        received = std::min(received, Receive());
     }
+    if (sent < 0 || received < 0) // one picture less
+        MarkDamaged(number);
 }
 
 /// One packet further. False at the end.
@@ -140,8 +158,10 @@ bool VideoFile::Step()
 {
     if (m_drained)
         return false;
-    if (m_next < static_cast<int>(m_list.packets.size()) && m_demuxer.Next(*m_packet))
-        return Send(*m_packet);
+    if (m_next < static_cast<int>(m_list.packets.size()) && m_demuxer.Next(*m_packet)) {
+        Send(*m_packet);
+        return true;
+    }
     m_drained = true;
     avcodec_send_packet(m_decoder.get(), nullptr);
     Receive();
@@ -166,7 +186,8 @@ bool VideoFile::StartBefore(int frame, int keysBack)
         return false;
     }
     m_next = start;
-    return Send(*m_packet);
+    Send(*m_packet);
+    return true;
 }
 
 const AVFrame* VideoFile::Decode(int frame)
@@ -241,7 +262,7 @@ std::string VideoFile::Read(int frame, cv::Mat& image)
     } catch (const std::exception&) { // memory, or what OpenCV says of it
         return "Für das Bild reicht der Speicher nicht.";
     }
-    m_damaged[static_cast<std::size_t>(frame)] = true;
+    MarkDamaged(m_list.packetOf[static_cast<std::size_t>(frame)]);
     return "Das Bild " + std::to_string(frame + 1) + " ist beschädigt und kann nicht gelesen werden.";
 }
 

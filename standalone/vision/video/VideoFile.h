@@ -35,8 +35,9 @@ class VideoFile final : public VideoSource
     const AVFrame* Decode(int frame);
     bool StartBefore(int frame, int keysBack);
     bool Step();
-    bool Send(AVPacket& packet);
-    void Receive();
+    void Send(AVPacket& packet);
+    int Receive();
+    void MarkDamaged(int packet);
     void Keep(int frame, FramePtr picture);
     bool Convert(const AVFrame& picture, cv::Mat& image);
 
