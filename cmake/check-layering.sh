@@ -27,7 +27,8 @@ allowed() {
     standalone/drawing/*) floor "base|drawing" ;;
     standalone/framework/*) floor "base|drawing|framework" ;;
     standalone/krn/*) floor "base|drawing|framework|krn" ;;
-    standalone/vision/*) floor "base|drawing|framework|krn|vision" ;;
+    standalone/vision/video/*) floor "base|drawing|framework|krn|vision" ;;
+    standalone/vision/*) echo "\"(host|vision)/[^\"]+\"|$standard|<dlfcn\.h>" ;;
     standalone/casefile/*) floor "base|drawing|framework|krn|casefile" ;;
     standalone/report/*) floor "base|drawing|framework|krn|report" ;;
     standalone/pathtime/*) floor "base|drawing|framework|krn|pathtime" ;;
@@ -102,6 +103,9 @@ standalone/desktop/look/Planted.cpp "desktop/case/CaseDocument.h"
 standalone/desktop/scene/Planted.cpp "desktop/MainWindow.h"
 standalone/krn/Planted.cpp "masks/dynamics/CBeschlDat.h"
 standalone/vision/Planted.cpp <QImage>
+standalone/vision/Planted.cpp <opencv2/core.hpp>
+standalone/vision/video/Planted.cpp <QImage>
+standalone/vision/video/Planted.cpp "casefile/CaseFile.h"
 standalone/cli/Planted.cpp <QString>
 LIST
 

@@ -31,12 +31,14 @@ class CDistortionRectifier
 
     double Strength() const { return m_strength; }
     /// Where a point of the raw frame lies in the straightened one, and back. Exact inverses of each other.
-    VisionPoint Straighten(VisionPoint raw) const;
+    VisionPoint Straighten(VisionPoint raw) const { return m_lambda == 0.0 ? raw : StraightenByLens(raw); }
     VisionPoint Bend(VisionPoint straight) const;
     /// ∂x/∂x, ∂x/∂y, ∂y/∂x, ∂y/∂y of Straighten.
     std::array<double, 4> Derivative(VisionPoint raw) const;
 
   private:
+    VisionPoint StraightenByLens(VisionPoint raw) const;
+
     VisionPoint m_centre;
     double m_halfDiagonal = 1.0; ///< px
     double m_strength = 0.0;

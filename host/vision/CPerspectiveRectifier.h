@@ -10,6 +10,7 @@
 
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -70,6 +71,8 @@ class CPerspectiveRectifier
     /// Points of the raw frame, exactly. What lies at the horizon or beyond is no point.
     std::optional<VisionPoint> RectifyPoint(VisionPoint raw) const;
     std::vector<std::optional<VisionPoint>> RectifyPoints(const std::vector<VisionPoint>& raw) const;
+    /// The same for many: `road` gets as many, not a number where there is no point.
+    void RectifyPoints(std::span<const VisionPoint> raw, std::span<VisionPoint> road) const;
     /// The raw frame's point that a rectified one is seen at.
     VisionPoint PicturePoint(VisionPoint road) const;
     /// Metres per rectified pixel, 0 when not calibrated.
@@ -107,10 +110,12 @@ class CPerspectiveRectifier
     RoadInput m_input{};
     RoadFault m_fault = RoadFault::noPoints;
     CDistortionRectifier m_lens{};
+    VisionPoint m_centre{};
+    double m_halfDiagonal = 1.0; ///< px
     std::vector<double> m_shape{};
     RoadPoints m_corners{};
-    std::array<double, 9> m_toRoad{}; ///< straightened px from the centre, in half diagonals -> rectified px
-    std::array<double, 9> m_toPicture{};
+    std::array<double, 9> m_toRoad{};    ///< straightened px -> rectified px
+    std::array<double, 9> m_toPicture{}; ///< rectified px -> straightened, from the centre, in half diagonals
     std::array<std::optional<double>, 6> m_residuals{};
     std::optional<double> m_focal{};
     std::optional<double> m_cameraHeight{};

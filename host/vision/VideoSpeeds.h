@@ -82,6 +82,7 @@ class VideoSpeeds
     double m_factor = 1.0;
     bool m_factorIsKnown = true;
     std::vector<Variant> m_variants;
+    bool m_isSure = true; ///< every input can be changed by its uncertainty and is still a calibration
 };
 
 /// The label beside an object: literally round(x + 0.5), halves away from zero, so that 50.0 shows 51.

@@ -16,6 +16,8 @@ constexpr const char* kUsage =
   tavelin-cli masks [--json]                       alle Masken
   tavelin-cli describe NUMMER [--json]             Felder einer Maske
   tavelin-cli eval [NAME WERT…] [--json]           eine Funktion berechnen; ohne NAME: alle Funktionen
+  tavelin-cli eval VideoIndex VIDEO | VideoSpeeds JSON [--json]
+                                                   Bilder eines Videos; Geschwindigkeiten aus Kästen oder Klicks
   tavelin-cli case new|show|check DATEI [--json]   Falldatei anlegen, zeigen, prüfen
   tavelin-cli mask NUMMER [OPTION…] [AKTION…]      eine Maske bedienen; gibt ihren Zustand als JSON aus
   tavelin-cli batch [OPTION…]                      JSON-Zeilen von der Standardeingabe rechnen

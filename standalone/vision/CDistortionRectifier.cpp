@@ -74,7 +74,7 @@ int CDistortionRectifier::SetCameraParam(int width, int height, double strength)
     return 1;
 }
 
-VisionPoint CDistortionRectifier::Straighten(VisionPoint raw) const
+VisionPoint CDistortionRectifier::StraightenByLens(VisionPoint raw) const
 {
     const VisionPoint d = raw - m_centre;
     const double r2 = (d.x * d.x + d.y * d.y) / (m_halfDiagonal * m_halfDiagonal);

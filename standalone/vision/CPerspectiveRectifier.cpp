@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace
 {
@@ -25,7 +26,8 @@ using Homography = std::array<double, 9>;
 VisionPoint Apply(const Homography& h, VisionPoint p, double& w)
 {
     w = h[6] * p.x + h[7] * p.y + h[8];
-    return {(h[0] * p.x + h[1] * p.y + h[2]) / w, (h[3] * p.x + h[4] * p.y + h[5]) / w};
+    const double perW = 1.0 / w;
+    return {(h[0] * p.x + h[1] * p.y + h[2]) * perW, (h[3] * p.x + h[4] * p.y + h[5]) * perW};
 }
 
 /// The homography that takes `from` to `to`: R. Hartley, A. Zisserman, "Multiple View Geometry", 2004, 4.1. Solved
@@ -143,12 +145,13 @@ RoadFault CPerspectiveRectifier::Estimate(const std::vector<double>& shapeStart)
     m_cameraHeight.reset();
     if (m_lens.SetCameraParam(m_input.width, m_input.height, m_input.strength) == 0)
         return RoadFault::noPicture;
-    const double halfDiagonal = std::hypot(m_input.width, m_input.height) / 2.0;
+    m_centre = {m_input.width / 2.0, m_input.height / 2.0};
+    m_halfDiagonal = std::hypot(m_input.width, m_input.height) / 2.0;
     RoadPoints picture;
-    for (std::size_t i = 0; i < picture.size(); ++i) {
-        const VisionPoint p = m_lens.Straighten(m_input.points[i]);
-        picture[i] = {(p.x - m_input.width / 2.0) / halfDiagonal, (p.y - m_input.height / 2.0) / halfDiagonal};
-    }
+    std::transform(m_input.points.begin(), m_input.points.end(), picture.begin(), [this](VisionPoint point) {
+        const VisionPoint d = m_lens.Straighten(point) - m_centre;
+        return VisionPoint{d.x / m_halfDiagonal, d.y / m_halfDiagonal};
+    });
     if (!AreInOrder(picture))
         return RoadFault::notConvex;
     vision::PlaneShape shape = vision::SolveShape(m_input.distances, m_input.pattern, m_input.strict, shapeStart);
@@ -177,6 +180,12 @@ RoadFault CPerspectiveRectifier::Estimate(const std::vector<double>& shapeStart)
     for (const VisionPoint corner : picture)
         if (Apply(m_toRoad, corner, w); !(w > 0.0))
             return RoadFault::notConvex;
+    // From here on for straightened pixels.
+    for (const std::size_t row : {0U, 3U, 6U}) {
+        m_toRoad[row] /= m_halfDiagonal;
+        m_toRoad[row + 1] /= m_halfDiagonal;
+        m_toRoad[row + 2] -= m_toRoad[row] * m_centre.x + m_toRoad[row + 1] * m_centre.y;
+    }
     EstimateCamera();
     return RoadFault::none;
 }
@@ -210,31 +219,34 @@ void CPerspectiveRectifier::EstimateCamera()
     const double height = std::fabs(along) / scale * kRectifiedPixel;
     if (!std::isfinite(height) || !(height > 0.0))
         return;
-    m_focal = f * std::hypot(m_input.width, m_input.height) / 2.0;
+    m_focal = f * m_halfDiagonal;
     m_cameraHeight = height;
+}
+
+void CPerspectiveRectifier::RectifyPoints(std::span<const VisionPoint> raw, std::span<VisionPoint> road) const
+{
+    constexpr double kNowhere = std::numeric_limits<double>::quiet_NaN();
+    for (std::size_t i = 0; i < raw.size(); ++i) {
+        double w = 0.0;
+        const VisionPoint p = Apply(m_toRoad, m_lens.Straighten(raw[i]), w);
+        // Also false for what is no number.
+        const bool isPlace = w > 0.0 && std::isfinite(p.x) && std::isfinite(p.y) && m_fault == RoadFault::none;
+        road[i] = isPlace ? p : VisionPoint{kNowhere, kNowhere};
+    }
 }
 
 std::optional<VisionPoint> CPerspectiveRectifier::RectifyPoint(VisionPoint raw) const
 {
-    if (m_fault != RoadFault::none)
-        return std::nullopt;
-    const double halfDiagonal = std::hypot(m_input.width, m_input.height) / 2.0;
-    const VisionPoint p = m_lens.Straighten(raw);
-    double w = 0.0;
-    const VisionPoint road =
-        Apply(m_toRoad, {(p.x - m_input.width / 2.0) / halfDiagonal, (p.y - m_input.height / 2.0) / halfDiagonal}, w);
-    // Also false for what is no number.
-    if (!(w > 0.0) || !std::isfinite(road.x) || !std::isfinite(road.y))
-        return std::nullopt;
-    return road;
+    VisionPoint road;
+    RectifyPoints(std::span(&raw, 1), std::span(&road, 1));
+    return std::isnan(road.x) ? std::nullopt : std::optional(road);
 }
 
 VisionPoint CPerspectiveRectifier::PicturePoint(VisionPoint road) const
 {
-    const double halfDiagonal = std::hypot(m_input.width, m_input.height) / 2.0;
     double w = 0.0;
     const VisionPoint p = Apply(m_toPicture, road, w);
-    return m_lens.Bend({m_input.width / 2.0 + p.x * halfDiagonal, m_input.height / 2.0 + p.y * halfDiagonal});
+    return m_lens.Bend({m_centre.x + p.x * m_halfDiagonal, m_centre.y + p.y * m_halfDiagonal});
 }
 
 std::vector<std::optional<VisionPoint>> CPerspectiveRectifier::RectifyPoints(const std::vector<VisionPoint>& raw) const
@@ -249,11 +261,8 @@ std::optional<CPerspectiveRectifier::Spread> CPerspectiveRectifier::PointSpread(
     const auto road = RectifyPoint(raw);
     if (!road)
         return std::nullopt;
-    const double halfDiagonal = std::hypot(m_input.width, m_input.height) / 2.0;
     const VisionPoint p = m_lens.Straighten(raw);
-    const double x = (p.x - m_input.width / 2.0) / halfDiagonal;
-    const double y = (p.y - m_input.height / 2.0) / halfDiagonal;
-    const double w = (m_toRoad[6] * x + m_toRoad[7] * y + m_toRoad[8]) * halfDiagonal;
+    const double w = m_toRoad[6] * p.x + m_toRoad[7] * p.y + m_toRoad[8];
     const auto [a, b, c, d] = m_lens.Derivative(raw);
     // d(N/w) = (dN - N/w dw)/w, then the lens.
     const double xByX = (m_toRoad[0] - road->x * m_toRoad[6]) / w;

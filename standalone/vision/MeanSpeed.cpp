@@ -191,7 +191,7 @@ std::optional<MeanSpeed> VideoSpeeds::Mean(std::span<const VideoEntry> entries) 
     std::vector<std::vector<VisionPoint>> bends;
     std::vector<Line> lines;
     std::vector<double> factors;
-    bool isBlind = false; // a changed calibration that no longer sees all points
+    bool isBlind = !m_isSure; // a changed calibration is none, or no longer sees all points
     for (const Variant& variant : m_variants) {
         std::vector<VisionPoint> varied;
         for (const VideoEntry& entry : path.source)

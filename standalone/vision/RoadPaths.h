@@ -6,7 +6,6 @@
 
 #include "host/vision/VideoSpeeds.h"
 
-#include <limits>
 #include <span>
 #include <vector>
 
@@ -14,17 +13,14 @@ namespace vision
 {
 
 inline constexpr double kKmhPerMs = 3.6;
-inline constexpr double kNowhere = std::numeric_limits<double>::quiet_NaN();
 
 /// Rectified; not a number where an entry has no place on the road.
 class RoadPath
 {
   public:
-    RoadPath(const CPerspectiveRectifier& road, std::span<const VideoEntry> entries)
+    RoadPath(const CPerspectiveRectifier& road, std::span<const VisionPoint> raw) : m_places(raw.size())
     {
-        m_places.reserve(entries.size());
-        for (const VideoEntry& entry : entries)
-            m_places.push_back(road.RectifyPoint(entry.point).value_or(VisionPoint{kNowhere, kNowhere}));
+        road.RectifyPoints(raw, m_places);
     }
     VisionPoint At(std::size_t i) const { return m_places[i]; }
     bool IsPlace(std::size_t i) const { return !std::isnan(m_places[i].x); }
@@ -32,6 +28,15 @@ class RoadPath
   private:
     std::vector<VisionPoint> m_places;
 };
+
+inline std::vector<VisionPoint> RawPoints(std::span<const VideoEntry> entries)
+{
+    std::vector<VisionPoint> raw;
+    raw.reserve(entries.size());
+    for (const VideoEntry& entry : entries)
+        raw.push_back(entry.point);
+    return raw;
+}
 
 /// Of a pixel of each entry on the road; zeros without a place.
 inline std::vector<CPerspectiveRectifier::Spread> Spreads(const CPerspectiveRectifier& road,
@@ -59,6 +64,11 @@ inline double Along(const CPerspectiveRectifier::Spread& spread, VisionPoint dir
 struct UncutPath {
     UncutPath(const CPerspectiveRectifier& road, std::span<const VideoEntry> entries)
     {
+        time.reserve(entries.size());
+        place.reserve(entries.size());
+        spread.reserve(entries.size());
+        weight.reserve(entries.size());
+        source.reserve(entries.size());
         for (const VideoEntry& entry : entries) {
             const auto point = entry.cut ? std::nullopt : road.RectifyPoint(entry.point);
             const auto reach = point ? road.PointSpread(entry.point) : std::nullopt;

@@ -17,7 +17,6 @@ namespace
 {
 
 using vision::kKmhPerMs;
-using vision::kNowhere;
 using vision::RoadPath;
 
 /// How many entries before the last one the speed is taken to: -7, then -6 to -3, where the last is -1.
@@ -81,10 +80,12 @@ VideoSpeeds::VideoSpeeds(const CPerspectiveRectifier& road, const SpeedInput& in
             varied = road.Varied(changed);
         }
         value = before;
-        if (varied) {
-            const double factor = FactorOf(*varied);
-            m_variants.push_back({std::move(*varied), factor});
+        if (!varied) {
+            m_isSure = false;
+            return;
         }
+        const double factor = FactorOf(*varied);
+        m_variants.push_back({std::move(*varied), factor});
     };
     RoadInput changed = given;
     for (VisionPoint& point : changed.points) {
@@ -123,7 +124,8 @@ double VideoSpeeds::HeightUncertainty() const
 
 std::vector<VideoSpeed> VideoSpeeds::Of(std::span<const VideoEntry> entries) const
 {
-    const RoadPath path(m_road, entries);
+    const std::vector<VisionPoint> raw = vision::RawPoints(entries);
+    const RoadPath path(m_road, raw);
     const std::vector<Interval> intervals = Intervals(entries, path, m_input.fps);
     std::vector<VideoSpeed> speeds(intervals.size());
     std::vector<double> systematic(intervals.size(), 0.0); // variance, (km/h)²
@@ -138,7 +140,7 @@ std::vector<VideoSpeed> VideoSpeeds::Of(std::span<const VideoEntry> entries) con
         speeds[i].label = SpeedLabel(speeds[i].speed);
     }
     for (const Variant& variant : m_variants) {
-        const RoadPath varied(variant.road, entries);
+        const RoadPath varied(variant.road, raw);
         for (std::size_t i = 0; i < intervals.size(); ++i) {
             const double speed = Distance(varied.At(intervals[i].older), varied.At(intervals[i].newer)) *
                                  perPixel(variant.factor, intervals[i]);
@@ -156,7 +158,7 @@ std::vector<VideoSpeed> VideoSpeeds::Of(std::span<const VideoEntry> entries) con
                               2.0 * Square(speeds[i].speed * vision::kTimeUncertainty / seconds);
         const double sum = std::sqrt(systematic[i] + random);
         // A changed calibration that no longer sees the points says nothing but that it is bad.
-        speeds[i].uncertainty = std::isfinite(sum) ? sum : std::numeric_limits<double>::infinity();
+        speeds[i].uncertainty = m_isSure && std::isfinite(sum) ? sum : std::numeric_limits<double>::infinity();
     }
     Smooth(entries, speeds, systematic);
     return speeds;
@@ -168,14 +170,18 @@ void VideoSpeeds::Smooth(std::span<const VideoEntry> entries, std::vector<VideoS
                          std::span<const double> systematic) const
 {
     const vision::UncutPath path(m_road, entries);
+    if (path.size() == 0)
+        return;
     std::size_t first = 0;
     for (std::size_t s = 0; s < speeds.size(); ++s) {
         VideoSpeed& speed = speeds[s];
-        const double half = m_input.smoothSpan / 2.0;
-        while (first < path.size() && path.time[first] < speed.time - half)
+        // At the ends of the track the span stays within it.
+        const double begin = std::max(
+            path.time.front(), std::min(speed.time - m_input.smoothSpan / 2.0, path.time.back() - m_input.smoothSpan));
+        while (first < path.size() && path.time[first] < begin)
             ++first;
         std::size_t end = first;
-        while (end < path.size() && path.time[end] <= speed.time + half)
+        while (end < path.size() && path.time[end] <= begin + m_input.smoothSpan)
             ++end;
         const std::size_t count = end - first;
         if (count < 3)
@@ -242,6 +248,6 @@ void VideoSpeeds::Smooth(std::span<const VideoEntry> entries, std::vector<VideoS
         const double random = c11 / determinant * share * scatter * unit * unit;
         const double relative = speed.speed > 0.0 ? systematic[s] / Square(speed.speed) : 0.0;
         const double sum = std::sqrt(random + relative * Square(*speed.smooth));
-        speed.smoothUncertainty = std::isfinite(sum) ? sum : std::numeric_limits<double>::infinity();
+        speed.smoothUncertainty = m_isSure && std::isfinite(sum) ? sum : std::numeric_limits<double>::infinity();
     }
 }
