@@ -99,6 +99,17 @@ TEST(CentroidTSTracker, TheGateStandsAroundTheStraightLine)
     EXPECT_FALSE(continues(1, 66.1, 2.0));
     EXPECT_TRUE(continues(5, 119.9, 0.0)); // a quarter more per further frame length
     EXPECT_FALSE(continues(5, 120.1, 0.0));
+    // Only the last five entries count: what came before, from elsewhere, does not bend the line.
+    const auto turned = [](double off) {
+        CCentroidTSTracker tracker(20, 60);
+        for (int i = 0; i < 5; ++i)
+            tracker.Update(Points{{10.0 * i, 0.0}}, 0.04 * i);
+        for (int i = 0; i < 5; ++i)
+            tracker.Update(Points{{40.0, 10.0 + 10.0 * i}}, 0.04 * (i + 5));
+        return tracker.Update(Points{{40.0 + off, 60.0}}, 0.4).size() == 1;
+    };
+    EXPECT_TRUE(turned(59.9) && turned(-59.9));
+    EXPECT_FALSE(turned(60.1) || turned(-60.1));
     // A track of one entry: 60 px per frame length around where it was.
     const auto second = [](double seconds, double off) {
         CCentroidTSTracker tracker(20, 60);
@@ -193,6 +204,29 @@ TEST(VideoTracks, BoxesAtTheEdgeAreCutAndThoseBeyondTheHorizonDoNotCount)
     EXPECT_TRUE(entry.cut);
     EXPECT_EQ(entry.frame, 3);
     EXPECT_EQ(entry.point.x, 1890.0);
+    // How far a pixel reaches on the road widens the gate, along the longer axis of its ellipse: 3 m a frame, and that.
+    const VisionPoint first{960.0, 300.0};
+    const auto spread = road.PointSpread(first).value();
+    const double trace = spread.xx + spread.yy;
+    const double root = std::sqrt(trace * trace / 4.0 - (spread.xx * spread.yy - spread.xy * spread.xy));
+    ASSERT_GT(3.0 * std::sqrt(trace / 2.0 + root), 10.0);
+    const VisionPoint from = road.RectifyPoint(first).value();
+    for (const double beyond : {-0.5, 0.5}) {
+        // The second point's own pixel counts, a little smaller so much nearer.
+        double reach = 60.0;
+        VisionPoint second;
+        for (int i = 0; i < 50; ++i) {
+            second = road.PicturePoint({from.x, from.y + reach + beyond});
+            const auto there = road.PointSpread(second).value();
+            const double sum = there.xx + there.yy;
+            reach = 60.0 + 3.0 * std::sqrt(sum / 2.0 +
+                                           std::sqrt(sum * sum / 4.0 - (there.xx * there.yy - there.xy * there.xy)));
+        }
+        VideoTracks far(1920, 1080);
+        far.Add(road, 0.0, 0, std::vector<VideoBox>{{first.x - 5.0, first.y - 5.0, 10.0, 10.0}});
+        far.Add(road, 0.04, 1, std::vector<VideoBox>{{second.x - 5.0, second.y - 5.0, 10.0, 10.0}});
+        EXPECT_EQ(far.Tracks().size(), beyond < 0.0 ? 1U : 2U);
+    }
     // Not calibrated, there is no horizon; 60 px are those of a picture 1280 px wide: 90 here.
     for (const double step : {89.0, 95.5}) {
         VideoTracks raw(1920, 1080);

@@ -203,6 +203,7 @@ TEST(VideoSpeeds, TheSmoothCourseIsNearTheTruth)
     std::vector<double> smooth;
     std::vector<double> rule;
     double within = 0.0;
+    double withinBand = 0.0;
     for (std::uint32_t seed = 1; seed <= 100; ++seed) {
         Drive drive = Steady(50.0, 45.0);
         drive.z = 0.72;
@@ -215,6 +216,7 @@ TEST(VideoSpeeds, TheSmoothCourseIsNearTheTruth)
             smooth.push_back(std::fabs(*speed.smooth - 50.0));
             rule.push_back(std::fabs(speed.speed - 50.0));
             within += rule.back() <= 2.0 * speed.uncertainty ? 1.0 : 0.0;
+            withinBand += smooth.back() <= 2.0 * speed.smoothUncertainty ? 1.0 : 0.0;
         }
     }
     const auto part = [](std::vector<double>& errors, double quantile) {
@@ -227,6 +229,8 @@ TEST(VideoSpeeds, TheSmoothCourseIsNearTheTruth)
     EXPECT_LE(part(smooth, 0.5), 0.5);
     EXPECT_LE(part(smooth, 0.95), 2.0);
     EXPECT_GT(part(rule, 0.5), 2.0 * part(smooth, 0.5));
+    withinBand /= static_cast<double>(rule.size());
+    EXPECT_GT(withinBand, 0.93);
     EXPECT_GT(within, 0.93); // the height is exact here, its uncertainty is not used up
 }
 
@@ -308,6 +312,51 @@ TEST(VideoSpeeds, TheUncertaintyIsTheSumOfItsParts)
     speed.pointHeight = 0.72;
     variance += std::pow(60.0 * 0.15 / 6.0, 2.0);
     EXPECT_NEAR(Speeds(input, speed).Of(entries).back().uncertainty, std::sqrt(variance), 0.03 * std::sqrt(variance));
+}
+
+/// The same of a mean, of a vehicle that drives across as well as along, by a line and by a path.
+TEST(VideoSpeeds, TheUncertaintyOfTheMeanIsTheSumOfItsParts)
+{
+    const RoadCamera camera;
+    for (const bool steady : {true, false}) {
+        std::vector<VideoEntry> entries;
+        for (int i = 0; i < 6; ++i) {
+            const double t = 0.2 * i;
+            const double way = steady ? t : std::min(t, 0.6);
+            entries.push_back({t, i, camera.See(-3.0 + 6.0 * way, 36.0 - 12.0 * way), false});
+        }
+        const RoadInput input = InputOf(camera, kLane);
+        const double speed = Speeds(input).Mean(entries)->speed;
+        EXPECT_NEAR(speed, std::hypot(6.0, 12.0) * kKmh * (steady ? 1.0 : 0.6), 1e-6);
+        double variance = 2.0 * std::pow(speed * 0.00029, 2.0); // over one second
+        const auto add = [&](double& value, RoadInput& changed, double u) {
+            const double before = value;
+            value = before + u;
+            variance += std::pow(Speeds(changed).Mean(entries)->speed - speed, 2.0);
+            value = before;
+        };
+        RoadInput changed = input;
+        for (VisionPoint& point : changed.points) {
+            add(point.x, changed, 1.0);
+            add(point.y, changed, 1.0);
+        }
+        for (double& distance : changed.distances)
+            add(distance, changed, 0.02);
+        const double byCalibration = variance;
+        constexpr double kStep = 0.01;
+        for (std::size_t i = 0; i < entries.size(); ++i)
+            for (const VisionPoint step : {VisionPoint{kStep, 0.0}, VisionPoint{0.0, kStep}}) {
+                auto moved = entries;
+                moved[i].point = {entries[i].point.x + step.x, entries[i].point.y + step.y};
+                const double up = Speeds(input).Mean(moved)->speed;
+                moved[i].point = {entries[i].point.x - step.x, entries[i].point.y - step.y};
+                variance += std::pow((up - Speeds(input).Mean(moved)->speed) / (2.0 * kStep), 2.0);
+            }
+        EXPECT_GT(variance, 1.1 * byCalibration);
+        const double u = Speeds(input).Mean(entries)->uncertainty;
+        EXPECT_EQ(Speeds(input).Mean(entries)->kind, steady ? MeanKind::line : MeanKind::polyline);
+        EXPECT_NEAR(u, std::sqrt(variance), 0.03 * u);
+    }
 }
 
 class VideoSpeedsCli : public testing::Test
