@@ -56,6 +56,8 @@ const char* KindText(Kind kind)
         return "ein Zeichenfeld";
     case Kind::grid:
         return "eine Tabelle";
+    case Kind::chart:
+        return "ein Diagramm";
     default:
         return "ein Text";
     }
@@ -217,7 +219,7 @@ void Session::UseMouse(UINT id, std::vector<CMouseEvent> events)
     const HWND handle = field->handle;
     const CRect size = PictureArea(*field);
     const CDPoint& start = events.front().position;
-    if (field->kind == Kind::field &&
+    if (framework::IsDrawn(field->kind) &&
         !(start.x >= 0 && start.y >= 0 && start.x < size.right && start.y < size.bottom)) {
         Fail(NameOf(*field) + " ist " + std::to_string(size.right) + " × " + std::to_string(size.bottom) +
              " Bildpunkte groß; der Punkt liegt nicht darin");
@@ -329,11 +331,15 @@ void Session::Do(const HostAction& action)
     }
 }
 
-// Charts answer this; a program part that shows them takes the action here.
 void Session::Do(const RangeAction& action)
 {
-    if (const Window* control = Control(action.id))
-        Fail("range: " + NameOf(*control) + " ist kein Diagramm, in dem ein Bereich gewählt werden kann");
+    std::string why;
+    Use(action.id, "ein Diagramm, in dem ein Bereich gewählt werden kann", [&](Window& chart) {
+        const InputResult result = framework::TakeRange(chart, action.from, action.to, why);
+        return why.empty() ? result : InputResult::done;
+    });
+    if (const Window* chart = why.empty() ? nullptr : Control(action.id))
+        Fail("range: " + NameOf(*chart) + ": " + why);
 }
 
 /// Answers the open request, or moves an object that a mask keeps in the scene.
