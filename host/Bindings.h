@@ -133,6 +133,14 @@ class CEditDouble : public CBinding
     int m_decimals;
     std::optional<UnitType> m_unit;
     ValueSource m_source = ValueSource::none;
+    /// What `m_shownText` is the text of.
+    struct Shown {
+        std::uint64_t bits;
+        double factor;
+        bool decimalPoint;
+        bool operator==(const Shown&) const = default;
+    } m_shown{};
+    std::string m_shownText;
 };
 
 /// A whole number of a record, held in 64 or in 32 bits.

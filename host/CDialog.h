@@ -217,4 +217,5 @@ class CMDIRechDialog : public CMDIDialog
     Results m_results = Results::none;
     std::vector<double> m_resultInputs; // that the results belong to
     std::vector<UINT> m_olderResults;   // controls
+    bool m_marked = false;              // some control is marked as outdated
 };

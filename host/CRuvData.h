@@ -96,5 +96,8 @@ class CRuvData
     std::vector<CSzenenBild> m_bilder;
     CFallParameter m_fallParameter;
     std::string m_title;
-    std::bitset<kFahrzeuge> m_touched; ///< vehicles that were given out to be changed since the case was empty
+    /// What was given out to be changed since the case was empty, by vehicle.
+    struct Touched {
+        std::bitset<kFahrzeuge> kfz, wegZeit, parameter;
+    } m_touched;
 };

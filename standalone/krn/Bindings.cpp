@@ -8,8 +8,10 @@
 #include "host/CDialog.h"
 #include "host/CRuvData.h"
 #include "host/Controls.h"
+#include "host/RuvCfg.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -160,8 +162,16 @@ std::string CEditDouble::EntryText(double value) const
 
 void CEditDouble::Show()
 {
-    if (CWnd* control = Dialog().GetDlgItem(ControlId()))
-        control->SetWindowText(Format(*m_field));
+    CWnd* control = Dialog().GetDlgItem(ControlId());
+    if (control == nullptr)
+        return;
+    // Most fields of a dialog are as they were when one of them changes.
+    const Shown now{std::bit_cast<std::uint64_t>(*m_field), Factor(), RuvCfg.decimalPoint};
+    if (m_shownText.empty() || now != m_shown) {
+        m_shown = now;
+        m_shownText = Format(*m_field);
+    }
+    control->SetWindowText(m_shownText);
 }
 
 EntryResult CEditDouble::Take(const std::string& text)

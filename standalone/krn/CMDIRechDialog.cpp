@@ -208,6 +208,9 @@ void CMDIRechDialog::ShowOutdated()
     if (window == nullptr)
         return;
     const bool all = ResultsAreOutdated();
+    if (!all && m_olderResults.empty() && !m_marked)
+        return;
+    m_marked = all || !m_olderResults.empty();
     const auto mark = [](framework::Window& control, bool outdated) {
         if (control.outdated != outdated) {
             control.outdated = outdated;

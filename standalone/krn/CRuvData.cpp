@@ -13,7 +13,7 @@ CRuvData::~CRuvData() = default;
 CKfzDaten& CRuvData::KfzDat(std::size_t vehicle)
 {
     RUV_ASSERT(vehicle < kFahrzeuge);
-    m_touched.set(vehicle);
+    m_touched.kfz.set(vehicle);
     return m_kfz[vehicle];
 }
 
@@ -31,7 +31,7 @@ CWegZeitDat& CRuvData::WZDat(std::size_t vehicle)
 CWegZeitRechDat& CRuvData::WZRechDat(std::size_t vehicle)
 {
     RUV_ASSERT(vehicle < kFahrzeuge);
-    m_touched.set(vehicle);
+    m_touched.wegZeit.set(vehicle);
     return m_wegZeit[vehicle];
 }
 
@@ -44,7 +44,7 @@ const CWegZeitRechDat& CRuvData::WZRechDat(std::size_t vehicle) const
 CUBEParameter& CRuvData::UPa(std::size_t vehicle)
 {
     RUV_ASSERT(vehicle < kFahrzeuge);
-    m_touched.set(vehicle);
+    m_touched.parameter.set(vehicle);
     return m_parameter[vehicle];
 }
 
@@ -63,13 +63,14 @@ bool CRuvData::IsFzgValid(std::int64_t vehicle) const
 void CRuvData::Clear()
 {
     for (std::size_t i = 0; i < kFahrzeuge; ++i) {
-        if (m_touched[i]) {
+        if (m_touched.kfz[i])
             m_kfz[i] = {};
+        if (m_touched.wegZeit[i])
             m_wegZeit[i] = {};
+        if (m_touched.parameter[i])
             m_parameter[i] = {};
-        }
     }
-    m_touched.reset();
+    m_touched = {};
     m_maskenWerte.clear();
     m_bilder.clear();
     m_fallParameter = {};

@@ -47,13 +47,6 @@ class AbVorTest : public test::MaskTest
         return numbers;
     }
     const CWegZeitSpalte& Column(std::size_t column) const { return data.WZRechDat(0).spalten[column]; }
-    bool WasPosted(UINT message, WPARAM wParam)
-    {
-        const bool found = std::any_of(front.posted.begin(), front.posted.end(),
-                                       [&](const MSG& m) { return m.message == message && m.wParam == wParam; });
-        front.posted.clear();
-        return found;
-    }
 };
 
 TEST_F(AbVorTest, ShowsTheWorkedExampleAndFollowsChanges)
@@ -156,11 +149,11 @@ TEST_F(AbVorTest, TransfersEachCalculationWhenSwitchedOn)
     front.posted.clear();
     Press(mask, kTransfer);
     EXPECT_TRUE(RuvCfg.transferData);
-    EXPECT_TRUE(WasPosted(WM_RUV_MASKTRANSFERRED, static_cast<WPARAM>(-1)));
+    EXPECT_EQ(TransferNews(), (std::vector<std::string>{"main 0", "main -1"}));
     EXPECT_EQ(Column(kFirst).art, PhasenArt::turning);
     EXPECT_EQ(Text(mask, kKept), "In den Fall übertragen: Phase 1.");
     Enter(mask, kV, "30");
-    EXPECT_TRUE(WasPosted(WM_RUV_MASKTRANSFERRED, 0));
+    EXPECT_EQ(TransferNews(), std::vector<std::string>{"main 0"});
     EXPECT_NEAR(Column(kFirst).vAnf, 30.0, 1e-9);
     EXPECT_EQ(Column(kFirst).zeit, Value(mask, kTime));
     Enter(mask, kR1, "0"); // no result: the case keeps the former turn, and the mask says so

@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -113,6 +114,62 @@ TEST_P(AllMasksTest, EveryFieldBelongsToTheRecord)
             EXPECT_EQ(unit->text, binding->Spec()->unit.text) << control->id;
         }
     }
+}
+
+/// A number of a mask as tests/masks/Zahlenfelder.txt names it.
+struct NumberField {
+    double minimum = 0.0, maximum = 0.0;
+    int decimals = 0;
+    double step = 0.0;
+    std::string unit, role;
+    bool operator==(const NumberField&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const NumberField& f)
+{
+    return out << f.minimum << " " << f.maximum << " " << f.decimals << " " << f.step << " " << f.unit << " " << f.role;
+}
+
+std::map<UINT, NumberField> NumberFields(UINT wanted)
+{
+    const char* tree = std::getenv("TAVELIN_SOURCE_DIR");
+    std::ifstream file((tree == nullptr ? std::string(TAVELIN_SOURCE_DIR) : tree) + "/tests/masks/Zahlenfelder.txt");
+    std::map<UINT, NumberField> fields;
+    UINT mask = 0;
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream words(line);
+        if (line.starts_with("mask ")) {
+            mask = static_cast<UINT>(std::stoul(line.substr(5)));
+        } else if (UINT id = 0; mask == wanted && words >> id) {
+            NumberField& f = fields[id];
+            words >> f.minimum >> f.maximum >> f.decimals >> f.step >> f.unit >> f.role;
+        }
+    }
+    return fields;
+}
+
+TEST_P(AllMasksTest, NumbersHaveTheirRangePrecisionAndUnit)
+{
+    std::map<UINT, NumberField> shown;
+    for (const Window* control : Controls()) {
+        const CBinding* binding = krn::BindingOf(*control);
+        const std::string unit = krn::UnitOf(*control);
+        NumberField field{.unit = unit.empty() ? "-" : unit, .role = krn::IsResult(*control) ? "result" : "input"};
+        if (const auto* real = dynamic_cast<const CEditDouble*>(binding)) {
+            field.minimum = real->Minimum();
+            field.maximum = real->Maximum();
+            field.decimals = real->Decimals();
+            field.step = real->Step();
+        } else if (const auto* whole = dynamic_cast<const CEditInt*>(binding)) {
+            field.minimum = static_cast<double>(whole->Minimum());
+            field.maximum = static_cast<double>(whole->Maximum());
+            field.step = static_cast<double>(whole->Step());
+        } else {
+            continue;
+        }
+        shown[control->id] = field;
+    }
+    EXPECT_EQ(shown, NumberFields(GetParam()));
 }
 
 TEST_P(AllMasksTest, IsInReportAndPicture)

@@ -259,9 +259,7 @@ TEST_F(MRBremsTest, CalculatingTransfersTheLinearModelWhenTheOptionIsOn)
     EXPECT_EQ(mask.vehicle, 1);
     EXPECT_EQ(FieldValue(mask, "phase"), 4);
     Press(mask, kCalculate);
-    ASSERT_EQ(front.posted.size(), 1U);
-    EXPECT_EQ(front.posted[0].message, 1337U);
-    EXPECT_EQ(front.posted[0].wParam, static_cast<WPARAM>(-1));
+    EXPECT_EQ(TransferNews(), std::vector<std::string>{"main -1"});
     EXPECT_EQ(phases, before);
 
     Press(mask, kOption);
@@ -296,12 +294,11 @@ TEST_F(MRBremsTest, CalculatingTransfersTheLinearModelWhenTheOptionIsOn)
     // A spinner step calculates, and that is all.
     const CWegZeitRechDat transferred = phases;
     const double v0 = Value(mask, kV0);
-    front.posted.clear();
+    TransferNews();
     StepOnce(mask, kTrace, +1);
     EXPECT_GT(Value(mask, kV0), v0);
     EXPECT_EQ(phases, transferred);
-    for (const MSG& msg : front.posted)
-        EXPECT_NE(msg.message, 1337U);
+    EXPECT_EQ(TransferNews(), std::vector<std::string>{});
 }
 
 TEST_F(MRBremsTest, FailureIsSaidAndNothingTransferred)

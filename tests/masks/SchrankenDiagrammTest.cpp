@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <set>
 
 namespace
@@ -336,6 +337,53 @@ TEST_F(SchrankenDiagrammTest, SmallAndLargeShowTheSameAndPairsShareAColour)
         EXPECT_GE(b.size(), a.size()) << curve << " (the legend has lines of its own)";
         EXPECT_FALSE(a.empty()) << curve;
     }
+}
+
+/// Each name of the legend stands beside a line that looks like the curves of that name, and no other name is there.
+TEST_F(SchrankenDiagrammTest, LegendNamesEveryCurveBesideItsLine)
+{
+    const std::map<std::string, std::pair<Dat::Schranke, PenStyle>> names{
+        {"Bremsverzögerung", {Dat::kurveBremsung, PenStyle::solid}},
+        {"Global (Kühnel)", {Dat::kurveKuehnelGlobal, PenStyle::solid}},
+        {"Verzögerung (Kühnel)", {Dat::kurveKuehnelVerzoegerung, PenStyle::solid}},
+        {"Rau / Otte / Schulz", {Dat::kurveRau, PenStyle::dash}},
+        {"Dettinger", {Dat::kurveDettinger, PenStyle::dash}},
+        {"Ritter, Krieg, et. al.", {Dat::kurveRitter, PenStyle::solid}},
+        {"Frontscheibe", {Dat::kurveFrontscheibe, PenStyle::solid}},
+        {"Scheinwerfer - Hauptfeld", {Dat::kurveHauptfeld, PenStyle::solid}},
+        {"Scheinwerfer - Gesamtfeld", {Dat::kurveGesamtfeld, PenStyle::solid}},
+        {"Abwicklung", {Dat::kurveAbwicklung, PenStyle::solid}},
+        {"Geschwindigkeitsschranke", {Dat::kurveGeschwindigkeit, PenStyle::solid}}};
+    Place();
+    dat.theorien.fill(1);
+    dat.objekte[Dat::hauptfeld] = {{-10.0, -1.0}, 0.0, 3.0, 1.0, 1};
+    dat.objekte[Dat::gesamtfeld] = {{-12.0, -1.0}, 0.0, 8.0, 1.0, 1};
+    dat.abwicklungWeg = 210.0;
+    dat.geschwindigkeitVon = 15.0;
+    dat.Berechnen();
+    const CDC large = Draw(true);
+    const Farben colors = Farben::Aus(CRuvCfg{});
+    std::set<std::string> found;
+    for (const auto& text : Of<drawing::Text>(large)) {
+        const auto name = names.find(text.utf8);
+        if (name == names.end())
+            continue;
+        EXPECT_TRUE(found.insert(text.utf8).second);
+        const auto lines = Of<drawing::Polyline>(large);
+        const auto beside = std::find_if(lines.begin(), lines.end(), [&](const auto& line) {
+            return line.points.size() == 2 && line.points[0].y == line.points[1].y &&
+                   std::abs(line.points[0].y - text.position.y) < 8.0 && line.points[1].x < text.position.x &&
+                   line.points[1].x > text.position.x - 20.0;
+        });
+        ASSERT_NE(beside, lines.end()) << text.utf8;
+        EXPECT_EQ(beside->pen.color, colors.kurven[name->second.first]) << text.utf8;
+        EXPECT_EQ(beside->pen.style, name->second.second) << text.utf8;
+        // The curves themselves are drawn with that pen.
+        EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [&](const auto& line) {
+            return &line != &*beside && line.pen.color == beside->pen.color && line.pen.style == beside->pen.style;
+        })) << text.utf8;
+    }
+    EXPECT_EQ(found.size(), names.size());
 }
 
 TEST_F(SchrankenDiagrammTest, DarkGroundKeepsEverythingReadable)

@@ -355,7 +355,7 @@ TEST_F(SchrankenDlgTest, ChoosingASpeedHandsItToTheVehicleAtOnce)
     EXPECT_EQ(first.vEnd, Value(Page(5), IDC_SCHR_EXPORTTEMPO_MITTEL));
     EXPECT_EQ(first.vAnf, first.vEnd);
     EXPECT_FALSE(data.WZDat(1).spalten[2].IsUsed());
-    EXPECT_TRUE(std::any_of(front.posted.begin(), front.posted.end(), [](const MSG& m) { return m.message == 1337; }));
+    EXPECT_EQ(TransferNews(), (std::vector<std::string>{"main 0", "main 0"}));
 
     // A phase that is there keeps its time and deceleration and ends at the speed.
     CWegZeitRechDat phases;

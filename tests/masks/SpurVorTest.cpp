@@ -154,8 +154,7 @@ TEST_F(SpurVorTest, SwitchedOnEveryCalculationIsInTheCase)
     EXPECT_EQ(Phases(1).spalten[kFirst].weg, Value(mask, kPath));
     EXPECT_EQ(Control(mask, kCase).text, "Übertragen: Pkw 2, Phasen 1 bis 1.");
     EXPECT_EQ(FieldValue(mask, "phase"), 3);
-    EXPECT_TRUE(std::any_of(front.posted.begin(), front.posted.end(),
-                            [](const MSG& m) { return m.message == 1337 && m.wParam == 1; }));
+    EXPECT_EQ(TransferNews(), std::vector<std::string>{"main 1"});
     Enter(mask, kDelay, "0,5");
     EXPECT_EQ(Phases(1).FirstFree(), kFirst + 1) << "an entry alone transfers nothing";
     StepOnce(mask, kVA, +1);

@@ -81,7 +81,7 @@ TEST_F(TeilanhTest, FiftyKmhToAStop)
     EXPECT_FALSE(Control(mask, kVE).readOnly);
     for (const UINT result : {kVR, kTG, kTB, kSBS})
         EXPECT_EQ(Enter(mask, result, "1"), InputResult::disabled);
-    EXPECT_EQ(Posted(1337), 1U);
+    EXPECT_EQ(TransferNews(), std::vector<std::string>{"main -1"});
     EXPECT_EQ(Phases(), CWegZeitRechDat{}) << "the transfer option is off";
 }
 
@@ -130,6 +130,8 @@ TEST_F(TeilanhTest, ChecksSpeakAndLetNothingThroughButTheEmptyMask)
     EXPECT_EQ(Messages(), (std::vector<UINT>{1202}));
     EXPECT_EQ(FieldValue(mask, "ergebnis"), 1);
 
+    EXPECT_EQ(TransferNews(), (std::vector<std::string>{"main -1", "main -1"}));
+
     for (int mode = 0; mode <= 5; ++mode) {
         Window& other = Open();
         data.WZDat(0).mode = mode;
@@ -146,7 +148,7 @@ TEST_F(TeilanhTest, ChecksSpeakAndLetNothingThroughButTheEmptyMask)
         EXPECT_EQ(Messages(), (std::vector<UINT>{1201}));
         EXPECT_EQ(Value(again, kTG), tG);
         EXPECT_EQ(FieldValue(again, "berechnet"), 0);
-        EXPECT_EQ(Posted(1337), 2U);
+        EXPECT_EQ(TransferNews(), std::vector<std::string>{});
         Press(again, 2);
     }
     data.WZDat(0).mode = 77; // from a damaged case
@@ -168,7 +170,7 @@ TEST_F(TeilanhTest, TooShortAndTooLongPaths)
     EXPECT_EQ(Messages(), (std::vector<UINT>{1204, 1203}));
     for (const auto& message : front.messages)
         EXPECT_EQ(message.text.find("Meldung"), std::string::npos) << message.text;
-    EXPECT_EQ(Posted(1337), 0U);
+    EXPECT_EQ(TransferNews(), std::vector<std::string>{});
     EXPECT_EQ(Phases(), CWegZeitRechDat{});
     Enter(mask, kSG, "28");
     Press(mask, kCalculate);
@@ -189,7 +191,7 @@ TEST_F(TeilanhTest, SpinnerOnlyCalculates)
     front.posted.clear();
     StepOnce(mask, kVA, +1);
     EXPECT_GT(Value(mask, kSG), path);
-    EXPECT_EQ(Posted(1337), 0U);
+    EXPECT_EQ(TransferNews(), std::vector<std::string>{});
     EXPECT_EQ(Phases(), before);
     Enter(mask, kAB, "0,05");
     StepOnce(mask, kAB, -1);
@@ -315,7 +317,7 @@ TEST_F(TeilanhTest, OkCalculatesWhatChangedAndTransfersWhateverTheOptionSays)
     Window& mask = Open();
     EnterExample(mask);
     Press(mask, kOk);
-    EXPECT_EQ(Posted(1337), 1U);
+    EXPECT_EQ(TransferNews(), std::vector<std::string>{"main -1"});
     EXPECT_NEAR(Phases().spalten[kFirst + 2].vAnf, 50.0, 1e-9);
 
     Window& again = Open();

@@ -237,7 +237,9 @@ TEST_F(VermTest, TransferWritesWhatIsShownAndCanBeUndone)
     ASSERT_TRUE(RuvCfg.transferData);
     history.Commit("Eingaben");
     const CWegZeitRechDat untouched = data.WZRechDat(2);
+    TransferNews();
     Press(mask, kCalculate);
+    EXPECT_EQ(TransferNews(), (std::vector<std::string>{"main 2", "main 3"}));
     EXPECT_NE(Text(mask, kTransferHint).find("In Fahrzeug 3 übertragen"), std::string::npos);
     EXPECT_NE(Text(mask, kTransferHintG).find("In Fahrzeug 4 übertragen"), std::string::npos);
 

@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <map>
@@ -85,7 +86,10 @@ class MaskTest : public ::testing::Test
     framework::Window& OpenMask(UINT number)
     {
         ExecuteRuvModRechnungsMaske(number, data);
-        return *thread.Dialogs().back();
+        const auto dialogs = thread.Dialogs(); // a mask with pages is followed by them
+        const auto mask =
+            std::find_if(dialogs.rbegin(), dialogs.rend(), [&](const auto* d) { return d->id == number; });
+        return mask == dialogs.rend() ? *dialogs.back() : **mask;
     }
     /// Control of a dialog by ID; fails the test when it is not there.
     static framework::Window& Control(framework::Window& dialog, UINT id)
@@ -94,6 +98,18 @@ class MaskTest : public ::testing::Test
         if (control == nullptr)
             throw std::out_of_range("control " + std::to_string(id));
         return *control;
+    }
+    /// Where the news of a transfer went since it was asked last, and the vehicle named: "main 1", "mask -1".
+    std::vector<std::string> TransferNews()
+    {
+        constexpr UINT kMaskTransferred = 1337;
+        std::vector<std::string> news;
+        for (const MSG& m : front.posted)
+            if (m.message == kMaskTransferred)
+                news.push_back((m.hwnd == mainWindow.m_hWnd ? "main " : "mask ") +
+                               std::to_string(static_cast<std::int64_t>(m.wParam)));
+        front.posted.clear();
+        return news;
     }
     framework::InputResult Enter(framework::Window& dialog, UINT id, const std::string& text)
     {
