@@ -58,10 +58,19 @@ std::vector<Zuordnung> AusZahlen(const std::vector<double>& zahlen)
 
 using Dat = CFLIImportDat;
 
+constexpr SpinnerRange kDrehknopf{0.0, 1e9, 0.1};
+
 constexpr NumberRow<Dat> kZahlen[] = {
     {"fahrzeug", At<&Dat::auswahl, &Importauswahl::fahrzeug>},
     {"phase", At<&Dat::auswahl, &Importauswahl::phase>},
-    {IDC_IMPORT_VON, "bereichVon", At<&Dat::auswahl, &Importauswahl::von>, units::s, {0, 1e9}, 3, FieldRole::input},
+    {IDC_IMPORT_VON,
+     "bereichVon",
+     At<&Dat::auswahl, &Importauswahl::von>,
+     units::s,
+     {0, 1e9},
+     3,
+     FieldRole::input,
+     {.spinner = kDrehknopf}},
     {IDC_IMPORT_BIS,
      "bereichBis",
      At<&Dat::auswahl, &Importauswahl::bis>,
@@ -69,7 +78,7 @@ constexpr NumberRow<Dat> kZahlen[] = {
      {0, 1e9},
      3,
      FieldRole::input,
-     {.joint = Joint::upTo}},
+     {.joint = Joint::upTo, .spinner = kDrehknopf}},
     {"vorhanden", At<&Dat::vorhanden>},
     {"koordinatenVorhanden", At<&Dat::koordinatenVorhanden>},
     {"zeilen", At<&Dat::zeilen>},
