@@ -117,8 +117,8 @@ Uhrzeit LiesUhrzeit(std::string_view zelle)
         if (!gelesen)
             return uhr;
         sekunden = *gelesen;
-    } else if (ende < zelle.size() && zelle[ende] == zelle[h]) {
-        return uhr; // the seconds are announced and are none
+    } else if (zelle[h] != ':' || (ende < zelle.size() && zelle[ende] == ':')) {
+        return uhr; // a number with decimals, or the seconds are announced and are none
     } else {
         uhr.ohneSekunden = true;
     }
