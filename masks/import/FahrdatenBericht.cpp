@@ -13,6 +13,9 @@
 namespace
 {
 
+/// Columns without use that are named.
+constexpr std::size_t kGenannteSpalten = 40;
+
 std::string Zahl(std::size_t zahl)
 {
     return std::to_string(zahl);
@@ -76,9 +79,12 @@ class Schreiber
             Schreibe(IDS_FLI_KANAL + static_cast<UINT>(i), text);
         }
         std::string unbenutzt;
+        std::size_t anzahl = 0;
         for (std::size_t i = 0; i < m_gelesen.spalten.size(); ++i)
-            if (plan.KanalDer(static_cast<int>(i)) == Kanal::keiner)
+            if (plan.KanalDer(static_cast<int>(i)) == Kanal::keiner && ++anzahl <= kGenannteSpalten)
                 unbenutzt += (unbenutzt.empty() ? "" : ", ") + Name(static_cast<int>(i));
+        if (anzahl > kGenannteSpalten)
+            unbenutzt += ", …";
         if (!unbenutzt.empty())
             Schreibe(IDS_FLI_UNBENUTZT, unbenutzt);
     }

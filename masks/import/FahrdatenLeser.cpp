@@ -18,6 +18,8 @@ namespace
 
 constexpr std::size_t kVorschauzeilen = 3;
 constexpr std::size_t kGenannteZeilen = 20;
+/// A line with more columns heads no file.
+constexpr std::size_t kMeisteSpalten = 4096;
 constexpr double kTag = 86400.0;
 constexpr double kGroessteBreite = 90.0;
 constexpr double kGroessteLaenge = 180.0;
@@ -323,6 +325,8 @@ class FahrdatenLeser::Maschine
         kopf.nummer = m_nummer;
         kopf.trenner = trenner;
         m_zellen.Schneide(zeile, trenner);
+        if (m_zellen.Anzahl() > kMeisteSpalten)
+            return false;
         for (const std::string& titel : m_zellen.Texte())
             kopf.Nimm(titel);
         kopf.plan = Spaltenplan(kopf.namen, kopf.einheiten, ZuordnungFuer(zeile));

@@ -275,6 +275,12 @@ TEST(FahrdatenLeser, TheUserAssignsColumnsAndUnits)
     ErwarteGleich(Werte(daten, Feld::geschwindigkeit), {7.2, 14.4}, 1e-12);
     EXPECT_EQ(daten.bericht.plan.KanalDer(2), Kanal::keiner);
 
+    // A column beyond the hundredth is one, not two.
+    const std::string viele(150, ',');
+    const std::string breit = "v" + viele + "Moment\n1" + viele + "5\n2" + viele + "7\n";
+    const Fahrdaten weit = LiesFahrdaten(breit, {{Kopfschluessel("v" + viele + "Moment"), {{150, Kanal::zeit, 0}}}});
+    EXPECT_EQ(Werte(weit, Feld::zeitschritt), (std::vector<double>{0, 2}));
+
     // Another header is another file; a column that is taken away feeds nothing.
     EXPECT_FALSE(LiesFahrdaten("Moment;Tempo;w\n10;2;3\n", {{schluessel, {{0, Kanal::zeit, ms}}}}).brauchbar);
     const std::string kopf = "t,v,speed (km/h)\n";
