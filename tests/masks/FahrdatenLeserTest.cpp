@@ -159,6 +159,11 @@ TEST(FahrdatenLeser, TimesByTheirHeader)
 
 TEST(FahrdatenLeser, OneOfSeveralColumnsFeedsTheChannel)
 {
+    const Spaltenplan plan = LiesFahrdaten("time,local,v,rest\n0,10:00:00,1,2\n").bericht.plan;
+    EXPECT_EQ(plan.KanalDer(0), Kanal::zeit);
+    EXPECT_EQ(plan.KanalDer(1), Kanal::zeit);
+    EXPECT_EQ(plan.KanalDer(3), Kanal::keiner);
+
     const struct {
         const char* kopf;
         const char* zeile;
@@ -192,6 +197,7 @@ TEST(FahrdatenLeser, HeaderUnitsAndCommentsAreFoundWhereTheyStand)
         {"t,v\n# s,m/s\nnone\n[s],[m/s]\n0,1\n", {3.6}},
         {"t,v\n\"0\",\"1\"\n1,2\n", {1, 2}},
         {"t,v (km/h)\nx,y\n0,1\n1,2\n", {1, 2}},
+        {"t,v MPH\n-5,10\n0,20\n", {16.09344, 32.18688}},
         {"[column names]\nt v\n1 1\n[data]\n0  1\n1\t2\n[end]\n2 3\n", {1, 2}},
         {"[header]\nt\n[column names]\nt;v;a,b\n[data]\n0;1;0\n", {}},
         {"a;b, c;t;v\n0;0;0;1\n0;0;1;2\n", {1, 2}},
@@ -245,19 +251,25 @@ TEST(FahrdatenLeser, TheReportNamesWhatIsNotReadAsItStands)
     EXPECT_FALSE(Umgerechnet(Kanal::geschwindigkeit, bericht.spalten[1].einheit).bekannt);
     EXPECT_EQ(bericht.spalten[1].mitRest, 2U);
     EXPECT_EQ(bericht.spalten[1].beispiel, "1 km/h");
+    EXPECT_EQ(bericht.spalten[2].mitRest, 0U);
     EXPECT_EQ(bericht.spalten[2].vorzeichenlos, 3U); // two of them in rows that are read the long way
     EXPECT_EQ(bericht.keineGrad, 2U);
+    // What is shown of a cell is UTF-8: Latin-1 is taken for what it is, control characters are blanks.
+    EXPECT_EQ(LiesFahrdaten("t,v,br\xfc\x63ke\x01 \xed\xa0\x80\n").bericht.spalten[2].name,
+              "br\xc3\xbc\x63ke  \xc3\xad\xc2\xa0\xc2\x80");
     EXPECT_EQ(bericht.vorschau.size(), 3U);
     EXPECT_EQ(bericht.vorschau[1][2], "-0.25");
 
     EXPECT_EQ(LiesFahrdaten("t;v\nzeit;tempo\n10:00;1\n").bericht.einheitenzeile, 2U);
     EXPECT_TRUE(LiesFahrdaten("t,v\n-1,5\n0,6\n").bericht.einheitenSindZahlen);
     EXPECT_EQ(LiesFahrdaten("zeit;v (km/h)\n10:00;1\n---;2\n10:02;3\n").bericht.uhrOhneSekunden, 2U);
-    EXPECT_EQ(LiesFahrdaten("utc time;v (km/h)\n10:00:00;1\n--:--;2\n").bericht.keineUhr, 1U);
+    const Leserbericht uhr = LiesFahrdaten("utc time;v (km/h)\n10:00:00;1\n--:--;2\n").bericht;
+    EXPECT_EQ(uhr.keineUhr, 1U);
+    EXPECT_EQ(uhr.uhrOhneSekunden, 0U);
     EXPECT_TRUE(LiesFahrdaten(std::string("t\0,v\0", 6)).bericht.nullBytes);
 
     // Where no header is found, the line that comes nearest to one is shown for the user to assign.
-    const Fahrdaten fremd = LiesFahrdaten("Bericht, Teil 1\nMoment;Tempo;Ort\n0;1;2\n1;2;3\n");
+    const Fahrdaten fremd = LiesFahrdaten("Bericht, Teil 1\nMoment;Tempo;Ort\n0;1;2\n1;2;3\nEnde;0\n");
     EXPECT_FALSE(fremd.brauchbar);
     ASSERT_EQ(fremd.bericht.spalten.size(), 3U);
     EXPECT_EQ(fremd.bericht.spalten[1].name, "tempo");
@@ -293,6 +305,38 @@ TEST(FahrdatenLeser, TheUserAssignsColumnsAndUnits)
               std::vector<double>{1});
 }
 
+TEST(FahrdatenLeser, UnitsToChooseHaveTheirFactor)
+{
+    const std::map<std::string_view, double> soll{
+        {"s", 1},
+        {"ms", 0.001},
+        {"Uhrzeit", 1},
+        {"hhmmss", 1},
+        {"km/h", 1},
+        {"m/s", 3.6},
+        {"mph", 1.609344},
+        {"kn", 1.852},
+        {"°", 1},
+        {"rad", 57.2957795},
+        {"m", 1},
+        {"km", 1000},
+        {"cm", 0.01},
+        {"ft", 0.3048},
+        {"°/s", 1},
+        {"m/s²", 1},
+        {"g", 9.81},
+        {"rad/s", 57.2957795},
+        {"Bogenminuten", 1.0 / 60.0},
+    };
+    for (std::size_t i = 0; i < kKanaele; ++i) {
+        const auto wahl = Einheiten(static_cast<Kanal>(i));
+        ASSERT_FALSE(wahl.empty());
+        EXPECT_EQ(wahl[0]->text, Grundeinheit(static_cast<Kanal>(i)));
+        for (const Einheitenwahl* eine : wahl)
+            EXPECT_EQ(eine->faktor, soll.at(eine->text)) << eine->text;
+    }
+}
+
 TEST(FahrdatenLeser, ReadsTheStylesOfLoggers)
 {
     const Fahrdaten semikolon = LiesFahrdaten(Beispiel("semikolon.csv"));
@@ -314,7 +358,9 @@ TEST(FahrdatenLeser, ReadsTheStylesOfLoggers)
 
     // Its time is a date in words: refused, and read when the user says which column the time is.
     EXPECT_FALSE(trackAddict.bericht.zifferzeit);
-    EXPECT_FALSE(LiesFahrdaten("t,v\n59,1\n100,1\n161,1\n").bericht.zifferzeit);
+    for (const char* zeiten : {"59,1\n100,1\n161,1\n", "0,1\n240000,1\n", "5,1\n59,1\n"})
+        EXPECT_FALSE(LiesFahrdaten(std::string("t,v\n") + zeiten).bericht.zifferzeit) << zeiten;
+    EXPECT_FALSE(LiesFahrdaten("t,v (km/h)\n-150,1\n-45,1\n").bericht.zifferzeit);
     EXPECT_FALSE(LiesFahrdaten(Beispiel("torque.csv")).brauchbar);
     const auto uhr = LiesFahrdaten(Beispiel("torque.csv")).bericht.schluessel;
     const Fahrdaten torque = LiesFahrdaten(Beispiel("torque.csv"), {{uhr, {{1, Kanal::zeit, 2}}}});
