@@ -190,6 +190,8 @@ TEST_F(FLIImportTest, ARefusedFileLeavesNothingBehind)
     EXPECT_EQ(front.messages.size(), 2U);
     EXPECT_EQ(Spalte(Feld::zeitschritt).size(), 0U);
     EXPECT_NE(Bericht().find("gibt es nicht"), std::string::npos);
+    Oeffne("t,v\n5,1\n6,2\n");
+    EXPECT_EQ(Bericht().find("Abgelehnt"), std::string::npos);
 }
 
 TEST_F(FLIImportTest, CancellingLeavesTheFormerFile)

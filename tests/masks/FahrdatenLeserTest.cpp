@@ -129,6 +129,7 @@ TEST(FahrdatenLeser, TimesByTheirHeader)
         {"zeit", "1,5", "2,25", 0.75},
         {"start zeit", "8.5", "9", 0.5},
         {"zeit (h)", "8.5", "9", kKeine},
+        {"zeit (h)", "8:00:", "9:00:--", kKeine},
         {"time", "10:00:00", "10:00:05", 0.0},
         {"timestamp", "2023-05-01 10:00:00.5", "2023-05-01 10:00:01.5", 0.0},
         {"gps time,ms", "1,0", "3,5", kKeine},
