@@ -59,7 +59,7 @@ void DrivingDataReader(benchmark::State& state)
         if (data.zeilen.Anzahl() != kRows)
             state.SkipWithError("rows are missing");
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
 }
 BENCHMARK(DrivingDataReader)->Unit(benchmark::kMillisecond);
 
