@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -159,6 +160,8 @@ class CMDIRechDialog : public CMDIDialog
     virtual void GlobalUPaChanged(UINT_PTR hint);
     /// The fields of the mask's record by name, for reports, scripts and tests.
     virtual RecordFields DescribeRecord();
+    /// The rows of a mask that reads them from a file, none before it has; nothing for other masks.
+    virtual std::optional<ReadRows> RowsRead();
 
     /// The open mask of this case with the dialog ID (passed in the pointer-sized argument), or null.
     static CMDIRechDialog* FindMDIRechDialogByDlgId(CRuvData& data, char* dialogId);

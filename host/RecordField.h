@@ -4,6 +4,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
@@ -28,3 +31,11 @@ struct RecordField {
 };
 
 using RecordFields = std::vector<RecordField>;
+
+/// The rows that a mask has read from its file. They end with the next message to the mask.
+struct ReadRows {
+    std::vector<std::string_view> titles; ///< with units: "speed [km/h]"
+    std::size_t count = 0;
+    std::function<void(std::size_t row, std::span<double> values)> get; ///< one value per title
+    std::string file;                                                   ///< where they come from
+};

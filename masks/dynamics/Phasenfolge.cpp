@@ -48,25 +48,6 @@ bool Verschieden(double a, double b)
     return !(std::abs(a - b) < kSichtbar);
 }
 
-/// Compares what was handed over with the columns from `column` on.
-Uebertragungsbefund Vergleiche(std::span<const Folgephase> folge, const CWegZeitDat& daten, std::size_t column)
-{
-    Uebertragungsbefund befund;
-    for (const Folgephase& phase : folge) {
-        const CWegZeitSpalte& spalte = daten.spalten[column++];
-        befund.gezeigt.geschwindigkeit = phase.vAnf;
-        befund.gezeigt.weg += phase.weg;
-        befund.gezeigt.zeit += phase.zeit;
-        befund.imFall.geschwindigkeit = spalte.vAnf;
-        befund.imFall.weg += spalte.weg;
-        befund.imFall.zeit += spalte.zeit;
-        if (Verschieden(spalte.vEnd, phase.vEnd) || Verschieden(spalte.vAnf, phase.vAnf) ||
-            Verschieden(spalte.weg, phase.weg) || Verschieden(spalte.zeit, phase.zeit))
-            befund.ausgang = Uebertragung::abweichend;
-    }
-    return befund;
-}
-
 } // namespace
 
 UINT Uebertragungsbefund::Text() const
@@ -105,6 +86,34 @@ std::int64_t ErsteSpalteDerFolge(std::int64_t phase)
     return std::max(phase, static_cast<std::int64_t>(CWegZeitDat::kErsteSpalte));
 }
 
+void SchreibeSpalte(CWegZeitSpalte& spalte, const Folgephase& phase)
+{
+    spalte.art = phase.art;
+    spalte.vEnd = phase.vEnd;
+    spalte.vAnf = phase.vAnf;
+    spalte.zeit = phase.zeit;
+    spalte.weg = phase.weg;
+    spalte.verz = phase.verz;
+}
+
+Uebertragungsbefund VergleicheFolge(std::span<const Folgephase> folge, const CWegZeitDat& daten, std::size_t column)
+{
+    Uebertragungsbefund befund;
+    for (const Folgephase& phase : folge) {
+        const CWegZeitSpalte& spalte = daten.spalten[column++];
+        befund.gezeigt.geschwindigkeit = phase.vAnf;
+        befund.gezeigt.weg += phase.weg;
+        befund.gezeigt.zeit += phase.zeit;
+        befund.imFall.geschwindigkeit = spalte.vAnf;
+        befund.imFall.weg += spalte.weg;
+        befund.imFall.zeit += spalte.zeit;
+        if (Verschieden(spalte.vEnd, phase.vEnd) || Verschieden(spalte.vAnf, phase.vAnf) ||
+            Verschieden(spalte.weg, phase.weg) || Verschieden(spalte.zeit, phase.zeit))
+            befund.ausgang = Uebertragung::abweichend;
+    }
+    return befund;
+}
+
 Uebertragung UebertrageFolge(CRuvData& data, std::int64_t fahrzeug, std::int64_t phase,
                              std::span<const Folgephase> folge, std::optional<std::int64_t> modus, CWnd* parent)
 {
@@ -125,12 +134,7 @@ Uebertragung UebertrageFolge(CRuvData& data, std::int64_t fahrzeug, std::int64_t
         // like.
         if (to.art != from.art)
             to = {};
-        to.art = from.art;
-        to.vEnd = from.vEnd;
-        to.vAnf = from.vAnf;
-        to.zeit = from.zeit;
-        to.weg = from.weg;
-        to.verz = from.verz;
+        SchreibeSpalte(to, from);
     }
     if (column < CWegZeitDat::kSpalten)
         copy.Loeschen(column);
@@ -171,6 +175,6 @@ Uebertragungsbefund UebertrageUndVergleiche(CRuvData& data, std::int64_t fahrzeu
     const Uebertragung ausgang = UebertrageFolge(data, fahrzeug, phase, gerundet, modus, parent);
     if (ausgang != Uebertragung::erfolgt)
         return {ausgang};
-    return Vergleiche(gerundet, data.WZRechDat(static_cast<std::size_t>(fahrzeug)),
-                      static_cast<std::size_t>(ErsteSpalteDerFolge(phase)));
+    return VergleicheFolge(gerundet, data.WZRechDat(static_cast<std::size_t>(fahrzeug)),
+                           static_cast<std::size_t>(ErsteSpalteDerFolge(phase)));
 }

@@ -20,6 +20,7 @@ struct Folgephase {
     double zeit = 0.0; ///< s
     double weg = 0.0;  ///< m
     double verz = 0.0; ///< deceleration, m/s²
+    int unterArt = 0;  ///< how the kind is driven, where the mask says it
 };
 
 enum class Uebertragung {
@@ -54,6 +55,12 @@ struct Uebertragungsbefund {
 
 /// The column a sequence starts at when the user chose `phase`: at least the first one before the collision.
 std::int64_t ErsteSpalteDerFolge(std::int64_t phase);
+
+/// Writes the quantities of a phase into its column; what the phase does not say stays.
+void SchreibeSpalte(CWegZeitSpalte& spalte, const Folgephase& phase);
+
+/// Compares phases that were written from column `column` on with what the columns hold now.
+Uebertragungsbefund VergleicheFolge(std::span<const Folgephase> folge, const CWegZeitDat& daten, std::size_t column);
 
 /// Writes the phases backwards in time from column ErsteSpalteDerFolge(phase) on, which becomes the selected one, and
 /// clears all later columns. `modus`, when given, is kept with the vehicle.

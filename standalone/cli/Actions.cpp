@@ -341,6 +341,13 @@ MaybeAction ParseProtocol(std::string_view rest)
     return ending == ".html" || ending == ".odt" ? MaybeAction(ProtocolAction{std::string(rest)}) : std::nullopt;
 }
 
+MaybeAction ParseRows(std::string_view rest)
+{
+    const auto pair = SplitAtEquals(rest);
+    const auto id = pair ? Whole<UINT>(pair->left) : std::nullopt;
+    return id && !pair->right.empty() ? MaybeAction(RowsAction{*id, std::string(pair->right)}) : std::nullopt;
+}
+
 /// The actions that begin with a word.
 struct Form {
     std::string_view word;
@@ -364,6 +371,7 @@ constexpr Form kForms[] = {
     {"place:", "place:ART=X,Y,WINKEL,B,H", ParsePlace},
     {"draw:", "draw:ID=DATEI mit der Endung .svg, .png oder .pdf", ParseDraw},
     {"protocol:", "protocol:DATEI mit der Endung .html oder .odt", ParseProtocol},
+    {"rows:", "rows:NUMMER=DATEI", ParseRows},
 };
 
 /// ID=TEXT, ID+ and ID-.
@@ -398,7 +406,7 @@ ParsedAction ParseAction(std::string_view text)
         return {std::move(action), {}};
     return {std::nullopt, quoted + " gibt es nicht; erwartet wird ID=TEXT, ID+, ID-, state oder eine mit press:, "
                                    "select:, cell:, click:, drag:, wheel:, key:, answer:, file:, send:, host:, range:, "
-                                   "place:, draw: oder protocol:"};
+                                   "place:, draw:, protocol: oder rows:"};
 }
 
 } // namespace cli

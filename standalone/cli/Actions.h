@@ -116,13 +116,18 @@ struct DrawAction {
 struct ProtocolAction {
     std::string file;
 };
+/// rows:NUMBER=FILE
+struct RowsAction {
+    UINT id;
+    std::string file;
+};
 /// state
 struct StateAction {
 };
 
 using Action = std::variant<EnterAction, StepAction, PressAction, SelectAction, CellAction, ClickAction, DragAction,
                             WheelAction, KeyAction, AnswerAction, FileAction, SendAction, HostAction, RangeAction,
-                            PlaceAction, DrawAction, ProtocolAction, StateAction>;
+                            PlaceAction, DrawAction, ProtocolAction, RowsAction, StateAction>;
 
 struct ParsedAction {
     std::optional<Action> action; ///< nothing when the text is malformed

@@ -52,6 +52,7 @@ std::string RoleOf(const Window& control)
     case Kind::trackbar:
         return "input";
     case Kind::field:
+    case Kind::chart:
         return "result";
     default:
         return "label";

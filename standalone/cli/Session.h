@@ -85,6 +85,7 @@ class Session
     void Do(const PlaceAction& action);
     void Do(const DrawAction& action);
     void Do(const ProtocolAction& action);
+    void Do(const RowsAction& action);
     void Do(const StateAction& action);
 
     /// Where actions go: the modal dialog on top, else the mask.

@@ -18,6 +18,7 @@
 #include "report/ProtocolOdt.h"
 
 #include <algorithm>
+#include <filesystem>
 
 namespace cli
 {
@@ -55,6 +56,8 @@ const char* KindText(Kind kind)
         return "ein Zeichenfeld";
     case Kind::grid:
         return "eine Tabelle";
+    case Kind::chart:
+        return "ein Diagramm";
     default:
         return "ein Text";
     }
@@ -92,6 +95,31 @@ CRect PictureArea(const Window& field)
 {
     return {0, 0, static_cast<int>(field.rect.Width() * kPictureScale),
             static_cast<int>(field.rect.Height() * kPictureScale)};
+}
+
+bool SameFile(const std::string& a, const std::string& b)
+{
+    const auto first = base::NativePath(a);
+    const auto second = base::NativePath(b);
+    std::error_code ignored;
+    return first && second && std::filesystem::equivalent(*first, *second, ignored);
+}
+
+/// Titles and rows as lines of a comma separated file, numbers with a point in their shortest digits.
+std::string TableText(const ReadRows& rows)
+{
+    std::string text;
+    for (const std::string_view title : rows.titles)
+        (text += text.empty() ? "" : ",") += title;
+    text += '\n';
+    std::vector<double> values(rows.titles.size());
+    for (std::size_t i = 0; i < rows.count; ++i) {
+        rows.get(i, values);
+        for (const double& value : values)
+            (text += &value == values.data() ? "" : ",") += base::ShortestDigits(value);
+        text += '\n';
+    }
+    return text;
 }
 
 /// Equal but for the case of the letters A to Z.
@@ -191,7 +219,7 @@ void Session::UseMouse(UINT id, std::vector<CMouseEvent> events)
     const HWND handle = field->handle;
     const CRect size = PictureArea(*field);
     const CDPoint& start = events.front().position;
-    if (field->kind == Kind::field &&
+    if (framework::IsDrawn(field->kind) &&
         !(start.x >= 0 && start.y >= 0 && start.x < size.right && start.y < size.bottom)) {
         Fail(NameOf(*field) + " ist " + std::to_string(size.right) + " × " + std::to_string(size.bottom) +
              " Bildpunkte groß; der Punkt liegt nicht darin");
@@ -303,11 +331,15 @@ void Session::Do(const HostAction& action)
     }
 }
 
-// Charts answer this; a program part that shows them takes the action here.
 void Session::Do(const RangeAction& action)
 {
-    if (const Window* control = Control(action.id))
-        Fail("range: " + NameOf(*control) + " ist kein Diagramm, in dem ein Bereich gewählt werden kann");
+    std::string why;
+    Use(action.id, "ein Diagramm, in dem ein Bereich gewählt werden kann", [&](Window& chart) {
+        const InputResult result = framework::TakeRange(chart, action.from, action.to, why);
+        return why.empty() ? result : InputResult::done;
+    });
+    if (const Window* chart = why.empty() ? nullptr : Control(action.id))
+        Fail("range: " + NameOf(*chart) + ": " + why);
 }
 
 /// Answers the open request, or moves an object that a mask keeps in the scene.
@@ -392,6 +424,23 @@ void Session::Do(const ProtocolAction& action)
         odt ? report::ProtocolOdt(protocol) : report::ProtocolHtml(protocol, report::HtmlPictures::inlineSvg);
     if (const auto written = base::WriteFileAtomically(action.file, bytes); !written)
         FailToWrite("protocol: " + written.Text());
+}
+
+void Session::Do(const RowsAction& action)
+{
+    const Window* window = OpenDialog(action.id);
+    auto* mask = window == nullptr ? nullptr : dynamic_cast<CMDIRechDialog*>(window->object);
+    const auto rows = mask == nullptr ? std::nullopt : mask->RowsRead();
+    if (!rows) {
+        const std::string number = std::to_string(action.id);
+        Fail(mask == nullptr ? "rows: Maske " + number + " ist nicht geöffnet"
+                             : "rows: Maske " + number + " liest keine Zeilen aus einer Datei");
+        return;
+    }
+    if (SameFile(action.file, rows->file))
+        FailToWrite("rows: „" + action.file + "“ ist die Datei, aus der die Zeilen stammen");
+    else if (const auto written = base::WriteFileAtomically(action.file, TableText(*rows)); !written)
+        FailToWrite("rows: " + written.Text());
 }
 
 void Session::Do(const StateAction&)

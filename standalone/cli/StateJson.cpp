@@ -6,6 +6,7 @@
 #include "framework/UiThread.h"
 #include "host/Bindings.h"
 #include "host/CDialog.h"
+#include "host/Charts.h"
 #include "krn/ControlMeaning.h"
 
 #include <algorithm>
@@ -48,6 +49,27 @@ void WriteGrid(JsonText& json, const framework::Grid& grid)
     json.EndArray();
 }
 
+void WriteChart(JsonText& json, const CChartState& chart)
+{
+    json.Key("rows").Integer(static_cast<std::int64_t>(chart.rows));
+    json.Key("range").BeginArray();
+    if (chart.first && chart.last)
+        json.Integer(static_cast<std::int64_t>(*chart.first)).Integer(static_cast<std::int64_t>(*chart.last));
+    json.EndArray();
+    json.Key("rangeTimes").BeginArray();
+    if (chart.first && chart.last)
+        json.Number(chart.rangeTimes.first).Number(chart.rangeTimes.second);
+    json.EndArray();
+    json.Key("view").BeginArray().Number(chart.view.first).Number(chart.view.second).EndArray();
+    json.Key("series");
+    WriteTexts(json, chart.series);
+    json.Key("statistics").BeginObject();
+    for (const auto& [name, value] : chart.statistics)
+        json.Key(name).Text(value);
+    json.EndObject();
+    json.Key("note").Text(chart.note);
+}
+
 void WriteValue(JsonText& json, const Window& control, const CBinding* binding)
 {
     if (const auto* real = dynamic_cast<const CEditDouble*>(binding)) {
@@ -75,6 +97,10 @@ void WriteValue(JsonText& json, const Window& control, const CBinding* binding)
         break;
     case Kind::grid:
         WriteGrid(json, *control.grid);
+        break;
+    case Kind::chart:
+        if (const CChartClient* client = static_cast<const CChartCtrl*>(control.object)->Client())
+            WriteChart(json, client->State());
         break;
     case Kind::trackbar:
         json.Key("value").Integer(control.trackPosition);

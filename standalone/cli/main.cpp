@@ -53,6 +53,7 @@ Aktionen, der Reihe nach:
   place:ART=X,Y,WINKEL,B,H          Objekt setzen (cm, Grad)
   draw:ID=DATEI          Zeichenfeld ID, oder mit der Nummer der Maske den ganzen Dialog, als .svg, .png, .pdf
   protocol:DATEI         Protokoll der Maske als .html oder .odt
+  rows:NUMMER=DATEI      alle Zeilen, die Maske NUMMER aus einer Datei gelesen hat, als Text mit Kommas
   state                  Zustand an dieser Stelle ausgeben
 
 Ende mit 0 (fertig), 1 (die Maske hat eine Eingabe abgelehnt), 2 (falscher Aufruf), 3 (Datei nicht les- oder schreibbar).

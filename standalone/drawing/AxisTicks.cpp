@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
-#include "drawing/AxisTicks.h"
+#include "host/Charts.h"
 
 #include "base/NumberText.h"
 #include "host/Assert.h"
@@ -27,10 +27,7 @@ double AxisTicks::At(int index) const
 
 std::string AxisTicks::Label(int index) const
 {
-    std::string text = base::FormatNumber(At(index), decimals);
-    if (text.starts_with('-'))
-        text.replace(0, 1, "−");
-    return text;
+    return RuvNumberText(At(index), decimals);
 }
 
 AxisTicks TicksFor(double lowest, double highest, int intervals)
@@ -54,3 +51,11 @@ AxisTicks TicksFor(double lowest, double highest, int intervals)
 }
 
 } // namespace drawing
+
+std::string RuvNumberText(double value, int decimals)
+{
+    std::string text = base::FormatNumber(value, decimals);
+    if (text.starts_with('-'))
+        text.replace(0, 1, "−");
+    return text;
+}

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
-#include "host/Controls.h"
+#include "host/Charts.h"
 
 #include "framework/WndAccess.h"
 
@@ -36,7 +36,8 @@ void CStatic::SetPainter(std::function<void(CDC&, const CRect&)> paint)
 {
     if (Window* window = WindowOf(*this)) {
         window->painter = std::move(paint);
-        window->kind = framework::Kind::field;
+        if (window->kind != framework::Kind::chart)
+            window->kind = framework::Kind::field;
         Changed(*window);
     }
 }
@@ -230,4 +231,53 @@ void CGridCtrl::SetCellEdit(CellEdit edit)
 {
     if (framework::Grid* grid = GridOf(*this))
         grid->edit = std::move(edit);
+}
+
+CChartClient::~CChartClient()
+{
+    if (m_control != nullptr)
+        m_control->SetClient(nullptr);
+}
+
+CChartCtrl::~CChartCtrl()
+{
+    if (m_client != nullptr)
+        m_client->m_control = nullptr;
+}
+
+const CMessageMap* CChartCtrl::GetMessageMap() const
+{
+    static constexpr CMessageEntry kEntries[] = {OnMessage<&CChartCtrl::OnKeyDown>(WM_KEYDOWN),
+                                                 OnMessage<&CChartCtrl::OnCharacter>(WM_CHAR)};
+    static constexpr CMessageMap kMap{nullptr, kEntries};
+    return &kMap;
+}
+
+void CChartCtrl::SetClient(CChartClient* client, double heightToWidth)
+{
+    if (client != nullptr && client->m_control != nullptr && client->m_control != this)
+        client->m_control->SetClient(nullptr);
+    if (m_client != nullptr)
+        m_client->m_control = nullptr;
+    m_client = client;
+    if (client == nullptr) {
+        SetPainter({});
+        SetReportPainter({}, heightToWidth);
+        SetMouse({});
+        return;
+    }
+    client->m_control = this;
+    SetPainter([client](CDC& dc, const CRect&) { client->Paint(dc, false); });
+    SetReportPainter([client](CDC& dc, const CRect&) { client->Paint(dc, true); }, heightToWidth);
+    SetMouse([client](const CMouseEvent& event) { return client->OnMouse(event); });
+}
+
+LRESULT CChartCtrl::OnKeyDown(WPARAM key, LPARAM how)
+{
+    return m_client != nullptr && m_client->OnKey(static_cast<UINT>(key), 0, KeyModifiers(how)) ? 0 : 1;
+}
+
+LRESULT CChartCtrl::OnCharacter(WPARAM character, LPARAM how)
+{
+    return m_client != nullptr && m_client->OnKey(0, static_cast<char32_t>(character), KeyModifiers(how)) ? 0 : 1;
 }

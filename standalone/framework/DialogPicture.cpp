@@ -167,6 +167,7 @@ void Painter::Control(const Window& control, const Box& box)
     case Kind::trackbar:
         return Trackbar(control, box);
     case Kind::field:
+    case Kind::chart:
         return Field(control, box);
     case Kind::grid:
         return Grid(control, box);

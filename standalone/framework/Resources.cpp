@@ -152,6 +152,8 @@ Kind ControlKind(UINT classNumber, std::string className, DWORD style)
         return Kind::trackbar;
     else if (className == "ruvgrid")
         return Kind::grid;
+    else if (className == "ruvchart")
+        return Kind::chart;
 
     switch (classNumber) {
     case kClassButton:

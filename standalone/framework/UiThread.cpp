@@ -5,6 +5,7 @@
 #include "framework/WndAccess.h"
 #include "host/Assert.h"
 #include "host/CDialog.h"
+#include "host/Charts.h"
 
 #include <algorithm>
 
@@ -48,6 +49,8 @@ std::unique_ptr<CWnd> MakeControlObject(Kind kind)
         return std::make_unique<CSliderCtrl>();
     case Kind::grid:
         return std::make_unique<CGridCtrl>();
+    case Kind::chart:
+        return std::make_unique<CChartCtrl>();
     default:
         return std::make_unique<CStatic>();
     }

@@ -4,6 +4,7 @@
 
 #include "framework/UiThread.h"
 #include "framework/WndAccess.h"
+#include "host/Charts.h"
 
 #include <algorithm>
 #include <optional>
@@ -57,7 +58,7 @@ bool MoveFocusTo(Window& control)
     for (Window* edit : discards ? std::vector<Window*>{} : PendingEdits(DialogOf(control)))
         if (edit != &control && thread.Find(handle) != nullptr)
             taken = FinishEntry(*edit) != InputResult::refused && taken;
-    const bool takesFocus = control.kind != Kind::field || control.tabStop;
+    const bool takesFocus = !IsDrawn(control.kind) || control.tabStop;
     if (taken && takesFocus && thread.Find(handle) != nullptr)
         thread.SetFocus(control);
     return taken;
@@ -254,7 +255,7 @@ InputResult Mouse(Window& field, const CMouseEvent& event)
         held.button = field.held;
         return Tell(field, held); // also when the field was disabled meanwhile
     }
-    if (const auto obstacle = Obstacle(field, {Kind::field}))
+    if (const auto obstacle = Obstacle(field, {Kind::field, Kind::chart}))
         return *obstacle;
     if (!field.mouse)
         return InputResult::wrongKind;
@@ -284,7 +285,7 @@ InputResult Key(Window& target, const KeyPress& press)
     const HWND handle = target.handle;
     UINT control = 0;
     if (target.kind != Kind::dialog) {
-        if (const auto obstacle = Obstacle(target, {Kind::field}))
+        if (const auto obstacle = Obstacle(target, {Kind::field, Kind::chart}))
             return *obstacle;
         if (!target.tabStop)
             return InputResult::wrongKind;
@@ -299,6 +300,20 @@ InputResult Key(Window& target, const KeyPress& press)
     if (press.character != 0)
         used = SendUp(handle, WM_CHAR, press.character, lParam) || used;
     return used ? InputResult::done : InputResult::unused;
+}
+
+InputResult TakeRange(Window& chart, double from, double to, std::string& why)
+{
+    if (const auto obstacle = Obstacle(chart, {Kind::chart}))
+        return *obstacle;
+    const UiThread::Scope scope(*UiThread::Current());
+    if (!MoveFocusTo(chart))
+        return InputResult::refused;
+    CChartClient* client = static_cast<CChartCtrl*>(chart.object)->Client();
+    const auto refusal =
+        client == nullptr ? std::optional<std::string>("es ist kein Diagramm da") : client->TakeTimes(from, to);
+    why = refusal.value_or("");
+    return refusal ? InputResult::noSuchItem : InputResult::done;
 }
 
 void CloseDialog(Window& dialog)

@@ -56,6 +56,9 @@ InputResult Mouse(Window& field, const CMouseEvent& event);
 /// A key in a drawing field that has, or now gets, the focus, or in a dialog itself. It goes up from there until a
 /// message map takes it.
 InputResult Key(Window& target, const KeyPress& press);
+/// Picks the rows of a chart between two values of its bottom axis; noSuchItem with the reason in `why` when there is
+/// none to pick.
+InputResult TakeRange(Window& chart, double from, double to, std::string& why);
 /// Closes a dialog by its frame (WM_CLOSE).
 void CloseDialog(Window& dialog);
 

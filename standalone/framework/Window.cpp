@@ -61,8 +61,15 @@ const char* KindName(Kind kind)
         return "field";
     case Kind::grid:
         return "grid";
+    case Kind::chart:
+        return "chart";
     }
     return "";
+}
+
+bool IsDrawn(Kind kind)
+{
+    return kind == Kind::field || kind == Kind::chart;
 }
 
 bool Grid::Holds(int row, int column) const
@@ -123,8 +130,8 @@ std::string MnemonicOf(const std::string& text)
 
 bool NeedsLabel(Kind kind)
 {
-    return kind == Kind::edit || kind == Kind::combo || kind == Kind::list || kind == Kind::trackbar ||
-           kind == Kind::field || kind == Kind::grid;
+    return kind == Kind::edit || kind == Kind::combo || kind == Kind::list || kind == Kind::trackbar || IsDrawn(kind) ||
+           kind == Kind::grid;
 }
 
 std::string LabelOf(const Window& control)

@@ -29,8 +29,11 @@ enum class Kind {
     label, ///< static text
     field, ///< static that something is drawn in
     grid,  ///< table
+    chart, ///< field with curves: control of class "RuvChart"
 };
 
+/// Something is drawn in it.
+bool IsDrawn(Kind kind);
 /// Name of a kind as scripts see it: "edit", "button", ...
 const char* KindName(Kind kind);
 

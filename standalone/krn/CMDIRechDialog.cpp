@@ -320,6 +320,11 @@ void CMDIRechDialog::GlobalWZDatChanged(UINT_PTR)
 
 void CMDIRechDialog::GlobalUPaChanged(UINT_PTR) {}
 
+std::optional<ReadRows> CMDIRechDialog::RowsRead()
+{
+    return std::nullopt;
+}
+
 RecordFields CMDIRechDialog::DescribeRecord()
 {
     return {};

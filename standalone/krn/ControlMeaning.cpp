@@ -44,7 +44,7 @@ bool IsResult(const Window& control)
         const auto& columns = control.grid->columns;
         return std::none_of(columns.begin(), columns.end(), [](const auto& column) { return column.editable; });
     }
-    return control.kind == Kind::field || (control.kind == Kind::edit && (control.readOnly || !control.enabled));
+    return framework::IsDrawn(control.kind) || (control.kind == Kind::edit && (control.readOnly || !control.enabled));
 }
 
 bool BelongsToField(const Window& label)
@@ -53,7 +53,7 @@ bool BelongsToField(const Window& label)
     const auto at = std::find_if(siblings.begin(), siblings.end(), [&](const auto& s) { return s.get() == &label; });
     // What stands before a drawing says something of its own.
     const Window* next = at == siblings.end() || at + 1 == siblings.end() ? nullptr : (at + 1)->get();
-    const bool named = next != nullptr && framework::NeedsLabel(next->kind) && next->kind != Kind::field;
+    const bool named = next != nullptr && framework::NeedsLabel(next->kind) && !framework::IsDrawn(next->kind);
     return named || std::any_of(siblings.begin(), siblings.end(), [&](const auto& sibling) {
                return sibling->kind == Kind::edit && UnitLabelId(sibling->id) == label.id;
            });

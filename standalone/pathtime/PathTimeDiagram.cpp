@@ -3,10 +3,10 @@
 #include "pathtime/PathTimeDiagram.h"
 
 #include "base/NumberText.h"
-#include "drawing/AxisTicks.h"
 #include "drawing/DiagramColor.h"
 #include "drawing/DiagramLabels.h"
 #include "host/CRuvData.h"
+#include "host/Charts.h"
 #include "host/Physics.h"
 #include "host/Units.h"
 

@@ -129,6 +129,7 @@ class Collector
                 Radio(control);
             break;
         case Kind::field:
+        case Kind::chart:
             if (control.painter)
                 Picture(control);
             break;

@@ -48,6 +48,8 @@ TEST(CliActions, WordsWithValues)
     EXPECT_EQ(Parsed<HostAction>("host:upa=15").change, HostAction::Change::parameters);
     EXPECT_EQ(Parsed<HostAction>("host:wz=3").vehicle, 3U);
     EXPECT_EQ(Parsed<DrawAction>("draw:400=a=b.PNG").file, "a=b.PNG");
+    EXPECT_EQ(Parsed<RowsAction>("rows:474=a=b,c.csv").id, 474U);
+    EXPECT_EQ(Parsed<RowsAction>("rows:474=a=b,c.csv").file, "a=b,c.csv");
     EXPECT_NO_THROW(Parsed<StateAction>("state"));
 
     const auto range = Parsed<RangeAction>("range:7=-1.5,2e3");

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 #include "pathtime/PathTimeDiagram.h"
-#include "drawing/AxisTicks.h"
 #include "drawing/DiagramColor.h"
 #include "drawing/DiagramLabels.h"
+#include "host/Charts.h"
 
 #include <gtest/gtest.h>
 

@@ -317,6 +317,7 @@ ControlView* MakeControlView(Window& control, MaskWindow& mask)
     case Kind::trackbar:
         return new SliderControl(control, mask);
     case Kind::field:
+    case Kind::chart:
         return new FieldControl(control, mask);
     case Kind::grid:
         return new GridControl(control, mask);
