@@ -72,7 +72,7 @@ std::string Axis::UnitText() const
     case AxisFormat::minutes:
         return "min:s";
     case AxisFormat::clock:
-        return "Uhrzeit";
+        return {};
     case AxisFormat::number:
         break;
     }

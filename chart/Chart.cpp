@@ -516,6 +516,8 @@ Look Chart::MakeLook(bool report) const
     if (m_shortened)
         look.note = "Der Bereich ist verkürzt: er darf höchstens " + std::to_string(m_mostRows) +
                     (m_mostRows == 1 ? " Zeile" : " Zeilen") + " haben.";
+    else if (m_statistics && m_statistics->duration > 0.0 && !m_statistics->mean)
+        look.note = "Im Bereich fehlen Messwerte: was von ihnen abhängt, ist nicht bestimmbar.";
     else if (stride > 1)
         look.note = "Gesamtansicht: gezeichnet ist jeder " + std::to_string(stride) + ". Messwert.";
     if (!report) {

@@ -12,7 +12,7 @@ namespace chart
 namespace
 {
 
-constexpr std::size_t kBlock = 64;  // samples of an entry of the lowest level
+constexpr std::size_t kBlock = 16;  // samples of an entry of the lowest level
 constexpr std::size_t kFanOut = 16; // entries of a level that the next one joins
 constexpr std::size_t kDense = 4;   // samples of a column that are drawn one by one
 
@@ -67,10 +67,19 @@ bool Curve::IsMissing(std::size_t index) const
     return std::isnan(Y(index));
 }
 
-std::size_t Curve::FirstFrom(double x) const
+std::size_t Curve::FirstFrom(double x, std::size_t guess) const
 {
-    std::size_t low = 0;
-    std::size_t high = m_size;
+    // Steps that double lead away from the guess until the place lies between low and high.
+    std::size_t low = std::min(guess, m_size); // every sample before it is less than x
+    std::size_t high = low;                    // it and every sample behind it are not
+    for (std::size_t step = 1; low > 0 && !(X(low - 1) < x); step *= 2) {
+        high = low - 1;
+        low -= std::min(low, step);
+    }
+    for (std::size_t step = 1; high < m_size && X(high) < x; step *= 2) {
+        low = high + 1;
+        high = step < m_size - high ? high + step : m_size;
+    }
     while (low < high) {
         const std::size_t middle = low + (high - low) / 2;
         if (X(middle) < x)
@@ -190,9 +199,12 @@ std::vector<std::vector<CDPoint>> Curve::Lines(double from, double to, std::size
             AddColumn(lines, begin, begin + 1, X(begin));
     } else {
         const double width = (to - from) / static_cast<double>(columns);
+        std::size_t before = 0; // samples of the column before: most often the next one has as many
         for (std::size_t column = 0; column < columns && begin < beyond; ++column) {
             const double left = from + width * static_cast<double>(column);
-            const std::size_t end = column + 1 == columns ? beyond : std::clamp(FirstFrom(left + width), begin, beyond);
+            const std::size_t end =
+                column + 1 == columns ? beyond : std::clamp(FirstFrom(left + width, begin + before), begin, beyond);
+            before = end - begin;
             if (end > begin)
                 AddColumn(lines, begin, end, std::clamp(left + width / 2.0, X(begin), X(end - 1)));
             begin = end;

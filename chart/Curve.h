@@ -65,8 +65,8 @@ class Curve
     double Y(std::size_t index) const;
     bool IsMissing(std::size_t index) const;
 
-    /// The first sample with X >= x, Size() when there is none.
-    std::size_t FirstFrom(double x) const;
+    /// The first sample with X >= x, Size() when there is none. Faster the nearer it is to the guess.
+    std::size_t FirstFrom(double x, std::size_t guess = 0) const;
     /// Of the samples first..last-1 that are not missing.
     Extremes Between(std::size_t first, std::size_t last) const;
     Reading At(double x) const;
@@ -82,7 +82,7 @@ class Curve
     Values m_y;
     std::size_t m_stride = 1;
     std::size_t m_size = 0;
-    std::vector<std::vector<Extremes>> m_levels; ///< of 64 samples each, then of 16 of the level before
+    std::vector<std::vector<Extremes>> m_levels; ///< of 16 samples each, then of 16 of the level before
 };
 
 /// What is wrong with samples that a curve could not be made of.

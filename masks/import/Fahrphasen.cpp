@@ -31,7 +31,8 @@ Folgephase PhaseZwischen(const Fahrzeile& vor, const Fahrzeile& hier)
     phase.vEnd = hier.kmh;
     phase.vAnf = vor.kmh;
     phase.zeit = hier.zeitschritt;
-    if (phase.zeit < kOhneDauer) {
+    if (phase.zeit < kOhneDauer) { // or the clock was set back
+        phase.zeit = std::max(phase.zeit, 0.0);
         phase.art = PhasenArt::noTime;
         phase.unterArt = kUnterArtOhneZeit;
         return phase;

@@ -109,6 +109,7 @@ std::string EnvironmentVariable(const wchar_t* name)
 
 const int kErrorExists = ERROR_FILE_EXISTS;
 const int kErrorInvalidPath = ERROR_INVALID_NAME;
+const int kErrorTooLarge = ERROR_FILE_TOO_LARGE;
 const int kErrorInputOutput = ERROR_WRITE_FAULT;
 
 std::optional<std::filesystem::path> NativePath(const std::string& utf8)
@@ -124,7 +125,7 @@ std::string Utf8Of(const std::filesystem::path& path)
     return Utf8FromWide(path.native());
 }
 
-int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Source source)
+int ReadBlocks(const std::string& path, Source source, const BlockTaker& take)
 {
     const auto wide = WideFromUtf8(path);
     const HANDLE file = CreateFileW(wide ? wide->c_str() : L"", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
@@ -135,7 +136,6 @@ int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Sour
         CloseHandle(file);
         return kErrorInvalidPath;
     }
-    bytes.clear();
     std::vector<char> block(kReadBlock);
     DWORD count = 0;
     int error = 0;
@@ -145,8 +145,7 @@ int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Sour
             error = LastError() == ERROR_BROKEN_PIPE ? 0 : LastError();
             break;
         }
-        error = count > limit - bytes.size() ? ERROR_FILE_TOO_LARGE : 0;
-        bytes.append(block.data(), error == 0 ? count : 0);
+        error = count > 0 ? take({block.data(), count}) : 0;
     } while (count > 0 && error == 0);
     CloseHandle(file);
     return error;
@@ -289,6 +288,7 @@ std::string EnvironmentVariable(const char* name)
 
 const int kErrorExists = EEXIST;
 const int kErrorInvalidPath = EINVAL;
+const int kErrorTooLarge = EFBIG;
 const int kErrorInputOutput = EIO;
 
 std::optional<std::filesystem::path> NativePath(const std::string& utf8)
@@ -303,7 +303,7 @@ std::string Utf8Of(const std::filesystem::path& path)
     return path.native();
 }
 
-int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Source source)
+int ReadBlocks(const std::string& path, Source source, const BlockTaker& take)
 {
     // A pipe without a writer would hold up the open itself.
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | (source == Source::ordinaryFile ? O_NONBLOCK : 0));
@@ -314,18 +314,15 @@ int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Sour
         close(file);
         return S_ISDIR(status.st_mode) ? EISDIR : kErrorInvalidPath;
     }
-    bytes.clear();
     std::vector<char> block(kReadBlock);
     ssize_t count = 0;
     int error = 0;
     do {
         count = read(file, block.data(), block.size());
-        if (count < 0) {
+        if (count < 0)
             error = errno == EINTR ? 0 : errno;
-        } else {
-            error = static_cast<std::size_t>(count) > limit - bytes.size() ? EFBIG : 0;
-            bytes.append(block.data(), error == 0 ? static_cast<std::size_t>(count) : 0);
-        }
+        else
+            error = count > 0 ? take({block.data(), static_cast<std::size_t>(count)}) : 0;
     } while (count != 0 && error == 0);
     close(file);
     return error;
@@ -412,6 +409,17 @@ std::string UserStateFolder()
 }
 
 #endif
+
+int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Source source)
+{
+    bytes.clear();
+    return ReadBlocks(path, source, [&](std::string_view block) {
+        if (block.size() > limit - bytes.size())
+            return kErrorTooLarge;
+        bytes.append(block);
+        return 0;
+    });
+}
 
 void MakePrivateFolder(const std::filesystem::path& folder)
 {

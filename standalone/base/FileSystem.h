@@ -10,6 +10,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace base
 {
@@ -46,11 +47,15 @@ extern const int kErrorExists;
 extern const int kErrorInvalidPath;
 /// A call that claims success and did nothing.
 extern const int kErrorInputOutput;
+extern const int kErrorTooLarge;
 
 enum class Source {
     any,          ///< also a pipe or a device, to its end
     ordinaryFile, ///< links are followed; anything else is an error and never waited for
 };
+/// Gets a file block by block; anything but 0 ends the reading with this code.
+using BlockTaker = std::function<int(std::string_view block)>;
+int ReadBlocks(const std::string& path, Source source, const BlockTaker& take);
 /// Reads to the end; more than `limit` bytes are an error. Returns 0 or the error code.
 int ReadAll(const std::string& path, std::string& bytes, std::size_t limit, Source source);
 
