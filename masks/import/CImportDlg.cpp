@@ -125,10 +125,11 @@ void CImportDlg::ZeigeDatei()
     else
         m_diagramm.Clear();
     std::vector<CGridCtrl::Row> zeilen;
-    for (Berichtszeile& zeile : Bericht())
+    for (Berichtszeile& zeile : MacheBericht())
         zeilen.push_back({std::move(zeile.was), std::move(zeile.text)});
     static_cast<CGridCtrl*>(GetDlgItem(IDC_IMPORT_BERICHT))->SetRows(std::move(zeilen));
     ZeigeVorhanden();
+    ZeigeDaten();
     BereichGeaendert();
 }
 
