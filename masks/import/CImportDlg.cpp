@@ -124,13 +124,18 @@ void CImportDlg::ZeigeDatei()
                                .y = std::make_shared<const std::vector<double>>(std::move(kurve.geschwindigkeiten))}});
     else
         m_diagramm.Clear();
+    ZeigeBericht();
+    ZeigeVorhanden();
+    ZeigeDaten();
+    BereichGeaendert();
+}
+
+void CImportDlg::ZeigeBericht()
+{
     std::vector<CGridCtrl::Row> zeilen;
     for (Berichtszeile& zeile : MacheBericht())
         zeilen.push_back({std::move(zeile.was), std::move(zeile.text)});
     static_cast<CGridCtrl*>(GetDlgItem(IDC_IMPORT_BERICHT))->SetRows(std::move(zeilen));
-    ZeigeVorhanden();
-    ZeigeDaten();
-    BereichGeaendert();
 }
 
 /// The boxes only show what the file holds: a click on one changes nothing.

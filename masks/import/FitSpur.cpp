@@ -17,6 +17,15 @@ constexpr std::uint16_t kGpsMetadata = 160;
 /// 180 / 2^31 = 180 × this.
 constexpr double kHalbkreis = 4.656612873077393e-10;
 constexpr int kStellen = 30;
+/// The GPX text comes in pieces of about this size.
+constexpr std::size_t kStueck = std::size_t{1} << 20U;
+constexpr std::string_view kGpxKopf = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                      "<gpx creator = \"Tavelin\" version = \"1.0\">\n"
+                                      "  <trk>\n"
+                                      "    <name>Tavelin</name>\n"
+                                      "    <type>cycling</type>\n"
+                                      "    <trkseg>\n";
+constexpr std::string_view kGpxFuss = "    </trkseg>\n  </trk>\n</gpx>\n";
 
 /// Field numbers of a message; 255 is no field.
 constexpr std::uint8_t kKeins = 255;
@@ -228,25 +237,28 @@ GPXTrackPoint AlsTrackPoint(const FitPunkt& punkt, Ortsuhr& uhr)
     return ziel;
 }
 
-std::string GpxKopf()
+std::string_view GpxText::Naechstes()
 {
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-           "<gpx creator = \"Tavelin\" version = \"1.0\">\n"
-           "  <trk>\n"
-           "    <name>Tavelin</name>\n"
-           "    <type>cycling</type>\n"
-           "    <trkseg>\n";
+    m_text.clear();
+    if (!std::exchange(m_begonnen, true))
+        m_text += kGpxKopf;
+    for (; !m_punkte.empty() && m_text.size() < kStueck; m_punkte = m_punkte.subspan(1))
+        HaengeAn(m_punkte.front());
+    if (m_punkte.empty() && !std::exchange(m_beendet, true))
+        m_text += kGpxFuss;
+    return m_text;
 }
 
-void HaengeGpxPunktAn(std::string& text, const FitPunkt& punkt, Ortsuhr& uhr)
+void GpxText::HaengeAn(const FitPunkt& punkt)
 {
+    std::string& text = m_text;
     HaengeElementAn(text, "      <trkpt lat=\"", punkt.Breite(), "\" lon=\"");
     HaengeZahlAn(text, punkt.Laenge());
     text += "\">\n";
     if (punkt.Hat(FitPunkt::hoehe))
         HaengeElementAn(text, "        <ele>", punkt.Hoehe(), "</ele>\n");
     if (punkt.Hat(FitPunkt::zeit)) {
-        const Zivilzeit& zeit = uhr.Zeit(punkt.zeitstempel + kFitZeitVersatz).zeit;
+        const Zivilzeit& zeit = m_uhr.Zeit(punkt.zeitstempel + kFitZeitVersatz).zeit;
         text += "        <time>";
         HaengeZahlAn(text, zeit.jahr, 4);
         const auto stelle = [&](char davor, std::int32_t zahl, std::size_t breite) {
@@ -275,9 +287,4 @@ void HaengeGpxPunktAn(std::string& text, const FitPunkt& punkt, Ortsuhr& uhr)
         text += "          </ns3:TrackPointExtension>\n        </extensions>\n";
     }
     text += "      </trkpt>\n";
-}
-
-std::string GpxFuss()
-{
-    return "    </trkseg>\n  </trk>\n</gpx>\n";
 }

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -83,7 +84,21 @@ class Ortsuhr
 /// what they were.
 GPXTrackPoint AlsTrackPoint(const FitPunkt& punkt, Ortsuhr& uhr);
 
-/// The GPX text of a track, piece by piece: head, every point, foot. Numbers have 30 significant digits.
-std::string GpxKopf();
-void HaengeGpxPunktAn(std::string& text, const FitPunkt& punkt, Ortsuhr& uhr);
-std::string GpxFuss();
+/// The GPX text of a track, piece by piece. Numbers have 30 significant digits.
+class GpxText
+{
+  public:
+    /// The points must outlive the text.
+    explicit GpxText(std::span<const FitPunkt> punkte) : m_punkte(punkte) {}
+    /// About a megabyte; it lasts until the next one is asked for. Empty at the end.
+    std::string_view Naechstes();
+
+  private:
+    void HaengeAn(const FitPunkt& punkt);
+
+    std::span<const FitPunkt> m_punkte;
+    std::string m_text;
+    Ortsuhr m_uhr;
+    bool m_begonnen = false;
+    bool m_beendet = false;
+};

@@ -4,6 +4,7 @@
 
 #include "base/AtomicFile.h"
 #include "base/FileSystem.h"
+#include "base/Sha256.h"
 
 #include <filesystem>
 
@@ -37,4 +38,14 @@ CFileRead ReadFileBlocks(const std::string& utf8Path, const FileBlockTaker& take
         return Failed(FileOutcome::unreadable, utf8Path,
                       "lässt sich nicht lesen: " + base::SystemErrorText(error) + ".");
     return {};
+}
+
+std::string RuvSha256(std::string_view bytes)
+{
+    return base::Sha256(bytes);
+}
+
+std::string WriteFilePieces(const std::string& utf8Path, const FilePieces& next)
+{
+    return base::WritePiecesAtomically(utf8Path, next).Text();
 }

@@ -71,13 +71,13 @@ class Zeitzone
     std::string m_alt;
 };
 
-std::string GpxText(const FitSpur& spur)
+std::string Text(const FitSpur& spur)
 {
-    std::string text = GpxKopf();
-    Ortsuhr uhr;
-    for (const FitPunkt& p : spur.punkte)
-        HaengeGpxPunktAn(text, p, uhr);
-    return text + GpxFuss();
+    GpxText text(spur.punkte);
+    std::string ganz;
+    for (std::string_view stueck = text.Naechstes(); !stueck.empty(); stueck = text.Naechstes())
+        ganz += stueck;
+    return ganz;
 }
 
 } // namespace
@@ -373,7 +373,7 @@ TEST(FitSpurTest, TextOfTheTrack)
                                  "    </trkseg>\n"
                                  "  </trk>\n"
                                  "</gpx>\n";
-    EXPECT_EQ(GpxText(LiesFit(fit.Datei())), erwartet);
+    EXPECT_EQ(Text(LiesFit(fit.Datei())), erwartet);
 }
 
 // What is imported from memory is what the written file says. C's printf is the second method for the digits.
@@ -387,7 +387,7 @@ TEST(FitSpurTest, TextAndMemoryAgree)
         fit.Record(1000000000 + i, static_cast<std::int32_t>(zufall() >> 1U) - (1 << 30),
                    static_cast<std::int32_t>(zufall()), static_cast<int>(zufall() % 65535), 60 + i % 100, i % 50);
     const FitSpur spur = LiesFit(fit.Datei());
-    const std::string text = GpxText(spur);
+    const std::string text = Text(spur);
     const GpxInhalt gelesen = LiesGpx(text);
     ASSERT_EQ(gelesen.punkte.size(), spur.punkte.size());
     Ortsuhr uhr;
