@@ -100,6 +100,7 @@ class CGPXImportDat final : public CDlgData
         std::string geschrieben{};      ///< the GPX file that was written, or was there with the same content
         std::size_t ersteSchlechte = 0; ///< point that lacks position or time, from 1; 0 = none
         std::size_t gelesen = 0;        ///< points of the file, also when they were rejected
+        std::int64_t fitZeit = 0;       ///< the first point's time in a FIT file, s from 1970 UTC
     };
 
     void BildeZeitschritte();

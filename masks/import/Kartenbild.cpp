@@ -38,6 +38,15 @@ COLORREF Schriftfarbe()
     return drawing::Legible(kSchwarz, RuvCfg.diagramPlot, 7.0);
 }
 
+/// Ground for what must be read although the track runs there.
+void Unterlage(CDC& dc, double links, double oben, double rechts, double unten)
+{
+    dc.SelectPen({PenStyle::none});
+    dc.SelectBrush({true, RuvCfg.diagramPlot});
+    dc.Rectangle(links, oben, rechts, unten, 3.0, 3.0);
+    dc.SelectBrush({});
+}
+
 /// The smallest of 1, 2, 5 times a power of ten that is not below it.
 double RundeAuf(double wert)
 {
@@ -272,10 +281,11 @@ void Kartenbild::ZeichneSpur(CDC& dc, const Abbildung& sicht) const
 void Kartenbild::ZeichneLegende(CDC& dc, const Abbildung& sicht, double schritt) const
 {
     const COLORREF schrift = Schriftfarbe();
-    dc.SelectPen({PenStyle::solid, 1.5, schrift});
     // Scale bar: one width of the grid.
     const double laenge = schritt * sicht.massstab;
     const double unten = sicht.hoehe - 9.0;
+    Unterlage(dc, 4.0, unten - 17.0, 16.0 + laenge, sicht.hoehe - 4.0);
+    dc.SelectPen({PenStyle::solid, 1.5, schrift});
     dc.Polyline({{10.0, unten - 5.0}, {10.0, unten}, {10.0 + laenge, unten}, {10.0 + laenge, unten - 5.0}});
     dc.TextOut({10.0 + laenge / 2.0, unten - 4.0}, Laenge(schritt), TextAlign::center);
     // North is up.
@@ -290,7 +300,7 @@ void Kartenbild::ZeichneLegende(CDC& dc, const Abbildung& sicht, double schritt)
     const double breite = kKasten * static_cast<double>(kFarben.size());
     const double rechts = sicht.breite - 8.0;
     const double oben = sicht.hoehe - 14.0;
-    dc.SelectPen({PenStyle::none});
+    Unterlage(dc, rechts - breite - 5.0, oben - 13.0, rechts + 5.0, sicht.hoehe - 4.0);
     for (std::size_t i = 0; i < kFarben.size(); ++i) {
         const double links = rechts - breite + kKasten * static_cast<double>(i);
         dc.SelectBrush({true, kFarben[i]});
