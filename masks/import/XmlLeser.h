@@ -70,26 +70,28 @@ template <class Handler> class XmlLeser
     /// The same, eight bytes at a time; `und` says whether there may be a '&' before it.
     template <bool MitUnd> bool NaechstesZeichen(char gesucht, bool& und)
     {
+        const char* p = m_p;
         if constexpr (std::endian::native == std::endian::little) {
             const std::uint64_t muster = kEinsen * static_cast<unsigned char>(gesucht);
-            while (m_ende - m_p >= 8) {
+            while (m_ende - p >= 8) {
                 std::uint64_t acht;
-                std::memcpy(&acht, m_p, 8);
+                std::memcpy(&acht, p, 8);
                 if constexpr (MitUnd)
                     und = und || Nullbytes(acht ^ kEinsen * static_cast<unsigned char>('&')) != 0;
                 if (const std::uint64_t treffer = Nullbytes(acht ^ muster)) {
-                    m_p += std::countr_zero(treffer) / 8;
+                    m_p = p + std::countr_zero(treffer) / 8;
                     return true;
                 }
-                m_p += 8;
+                p += 8;
             }
         }
-        while (m_p != m_ende && *m_p != gesucht) {
+        while (p != m_ende && *p != gesucht) {
             if constexpr (MitUnd)
-                und = und || *m_p == '&';
-            ++m_p;
+                und = und || *p == '&';
+            ++p;
         }
-        return m_p != m_ende;
+        m_p = p;
+        return p != m_ende;
     }
 
     static constexpr std::uint64_t kEinsen = 0x0101010101010101U;
@@ -118,15 +120,17 @@ template <class Handler> class XmlLeser
     {
         const char* const von = m_p;
         const char* ort = m_p;
-        while (m_p != m_ende) {
-            const char c = *m_p;
+        const char* p = m_p;
+        while (p != m_ende) {
+            const char c = *p;
             if (c <= '>' && (IstLeer(c) || c == '>' || c == '/' || c == '='))
                 break;
-            ++m_p;
+            ++p;
             if (c == ':')
-                ort = m_p;
+                ort = p;
         }
-        return {{von, static_cast<std::size_t>(m_p - von)}, {ort, static_cast<std::size_t>(m_p - ort)}};
+        m_p = p;
+        return {{von, static_cast<std::size_t>(p - von)}, {ort, static_cast<std::size_t>(p - ort)}};
     }
 
     /// At a '<'.

@@ -238,7 +238,7 @@ TEST_F(GPXImportTest, APointWithoutPositionOrTimeRejectsTheTrack)
     const std::string gut = Trkpt(50.0, 8.0, "2024-05-01T10:00:00Z");
     framework::Window& maske = Importiere(Lege("gut.gpx", Gpx(gut + gut)));
     EXPECT_EQ(Zeilen(maske).count, 2U);
-    for (const std::string schlecht :
+    for (const char* schlecht :
          {"<trkpt lat='50' lon='8'/>", "<trkpt lat='50'><time>2024-05-01T10:00:00Z</time></trkpt>",
           "<trkpt lat='91' lon='8'><time>2024-05-01T10:00:00Z</time></trkpt>"}) {
         front.messages.clear();
@@ -293,7 +293,7 @@ TEST_F(GPXImportTest, AFitFileIsConvertedBesideItself)
     front.messages.clear();
     Noch(maske, fit);
     EXPECT_EQ(Meldungen(), "0 output file generated successfully.\n|");
-    for (const std::string anderes :
+    for (const std::string& anderes :
          {std::string("anderes"), text + " ", text.substr(0, text.size() - 1), std::string()}) {
         Lege("ride.gpx", anderes);
         front.messages.clear();
