@@ -11,6 +11,7 @@ namespace
 
 /// Entry of a choice for "none" or "as the file says"; the others follow.
 constexpr int kErsterEintrag = 0;
+constexpr int kVorschauzeilen = 3;
 
 } // namespace
 
@@ -38,7 +39,7 @@ void CFLIImportDlg::SetupWindow()
     std::vector<CGridCtrl::Column> spalten;
     for (UINT text = IDS_FLI_VORSCHAU; text < IDS_FLI_VORSCHAU + 4; ++text)
         spalten.push_back({LoadRuvString(text)});
-    for (int zeile = 1; zeile <= 5; ++zeile)
+    for (int zeile = 1; zeile <= kVorschauzeilen; ++zeile)
         spalten.push_back({LoadRuvString(IDS_FLI_VORSCHAU + 4) + " " + std::to_string(zeile), false, true});
     Vorschau().SetColumns(std::move(spalten));
     CComboBox& kanaele = Combo(IDC_FLI_KANAL);

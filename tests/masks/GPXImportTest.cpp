@@ -114,10 +114,9 @@ class GPXImportTest : public test::MaskTest
     }
     static std::string Bericht(framework::Window& maske)
     {
-        auto& gitter = *static_cast<CGridCtrl*>(Control(maske, IDC_IMPORT_BERICHT).object);
         std::string text;
-        for (int i = 0; i < gitter.GetRowCount(); ++i)
-            text += gitter.GetItemText(i, 0) + ": " + gitter.GetItemText(i, 1) + "\n";
+        for (const auto& zeile : Control(maske, IDC_IMPORT_BERICHT).grid->rows)
+            text += zeile[0].starts_with("      ") ? zeile[0].substr(6) : "\n" + zeile[0];
         return text;
     }
     std::string Meldungen() const
