@@ -35,6 +35,7 @@ std::string RuvSha256(std::string_view bytes);
 /// Gives a file piece by piece, an empty one at its end; a piece must last until the next is asked for.
 using FilePieces = std::function<std::string_view()>;
 
-/// Puts a file in place whole or not at all: it is written under another name beside it first. The German sentence that
-/// says why it was not written, empty when it was.
-std::string WriteFilePieces(const std::string& utf8Path, const FilePieces& next);
+/// Puts a file in place whole or not at all: it is written under another name beside it first. Never takes the place of
+/// `source`, the file that the content comes from, under whichever name. The German sentence that says why it was not
+/// written, empty when it was.
+std::string WriteFilePieces(const std::string& utf8Path, const std::string& source, const FilePieces& next);

@@ -166,7 +166,7 @@ std::string CGPXImportDat::SchreibeGpx(Ziel dort)
     GpxText text(m_fit.punkte);
     std::string fehler;
     if (dort != Ziel::gleich)
-        fehler = WriteFilePieces(ziel, [&text] { return text.Naechstes(); });
+        fehler = WriteFilePieces(ziel, m_herkunft.pfad, [&text] { return text.Naechstes(); });
     if (fehler.empty())
         auswahl.pfad = m_herkunft.geschrieben = ziel;
     return fehler;

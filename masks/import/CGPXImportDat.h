@@ -76,6 +76,8 @@ class CGPXImportDat final : public CDlgData
 
     /// Why there are no points, in German, after Ausgang::nichtLesbar and keineSpur.
     const std::string& Hindernis() const { return m_hindernis; }
+    /// The file that was read, whatever the path is after a conversion.
+    const std::string& Quelle() const { return m_herkunft.pfad; }
     bool HatAufgezeichnete() const { return !m_aufgezeichnet.empty(); }
 
     /// Times (s) since the first point; a clock that is set back stands still.

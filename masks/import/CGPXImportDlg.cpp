@@ -115,7 +115,7 @@ std::optional<ReadRows> CGPXImportDlg::RowsRead()
         static_assert(std::size(alle) == std::size(kTitel));
         std::copy(std::begin(alle), std::end(alle), werte.begin());
     };
-    rows.file = m_dat.auswahl.pfad;
+    rows.file = m_dat.Quelle();
     return rows;
 }
 

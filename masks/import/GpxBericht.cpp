@@ -98,7 +98,9 @@ Bericht CGPXImportDat::MacheBericht() const
             schreibe(IDS_GPX_BESCHAEDIGT, befund.fehler);
         if (m_herkunft.beschaedigt)
             schreibe(IDS_GPX_BESCHAEDIGT, Text(IDS_GPX_VOR_DEM_SCHADEN, {Zahl(m_herkunft.gelesen)}));
-        else if (befund.fehler.empty())
+        else if (!befund.fehler.empty())
+            schreibe(IDS_GPX_ABGELEHNT, Text(IDS_GPX_NICHT_VERWENDET));
+        else
             schreibe(IDS_GPX_UMWANDLUNG,
                      m_herkunft.geschrieben.empty() ? Text(IDS_GPX_AUS_SPEICHER) : m_herkunft.geschrieben);
     } else {

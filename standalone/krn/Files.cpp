@@ -45,7 +45,12 @@ std::string RuvSha256(std::string_view bytes)
     return base::Sha256(bytes);
 }
 
-std::string WriteFilePieces(const std::string& utf8Path, const FilePieces& next)
+std::string WriteFilePieces(const std::string& utf8Path, const std::string& source, const FilePieces& next)
 {
+    const auto target = base::NativePath(utf8Path);
+    const auto read = base::NativePath(source);
+    std::error_code ignored;
+    if (target && read && std::filesystem::equivalent(*target, *read, ignored))
+        return "Die Datei „" + utf8Path + "“ ist die gelesene Datei selbst; sie wird nicht überschrieben.";
     return base::WritePiecesAtomically(utf8Path, next).Text();
 }

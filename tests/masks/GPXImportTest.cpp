@@ -321,6 +321,20 @@ TEST_F(GPXImportTest, AFolderThatCannotBeWrittenLeavesTheImportInMemory)
     EXPECT_NE(Bericht(maske).find("aus dem Speicher"), std::string::npos);
 }
 
+// Evidence stays as it is, also where the name beside it leads back to it.
+TEST_F(GPXImportTest, TheFitFileItselfIsNeverOverwritten)
+{
+    const std::string bytes = Fitfahrt(5).Datei();
+    const std::string fit = Lege("ride.fit", bytes);
+    std::filesystem::create_symlink(fit, folder.File("ride.gpx"));
+    front.answers[1421] = IDYES;
+    framework::Window& maske = Importiere(fit);
+    EXPECT_NE(Meldungen().find("ist die gelesene Datei selbst"), std::string::npos) << Meldungen();
+    EXPECT_EQ(Inhalt(fit), bytes);
+    EXPECT_EQ(Zeilen(maske).count, 5U);
+    EXPECT_EQ(Zeilen(maske).file, fit);
+}
+
 TEST_F(GPXImportTest, ADamagedFitFileOffersThePointsBeforeTheDamage)
 {
     const std::string ganz = Fitfahrt(5).Datei();
@@ -333,6 +347,7 @@ TEST_F(GPXImportTest, ADamagedFitFileOffersThePointsBeforeTheDamage)
                   "|1420 Die Datei ist beschädigt. Vor dem Schaden sind 4 Punkte gelesen. Sollen sie "
                   "verwendet werden?|");
     EXPECT_EQ(Zeilen(maske).count, 0U);
+    EXPECT_NE(Bericht(maske).find("nichts verwendet"), std::string::npos) << Bericht(maske);
     EXPECT_FALSE(std::filesystem::exists(folder.File("ride.gpx")));
     front.answers[1420] = IDYES;
     Noch(maske, fit);
