@@ -20,6 +20,8 @@ namespace
 {
 
 constexpr double kKeineZahl = std::numeric_limits<double>::quiet_NaN();
+/// Larger files are no tracks; their points would take three times as much memory.
+constexpr std::size_t kMeisteBytes = std::size_t{1} << 30U;
 constexpr std::size_t kEndung = 3; // "fit", "gpx"
 
 constexpr UINT kTempoquellen[] = {IDC_GPX_BERECHNET, IDC_GPX_AUFGEZEICHNET};
@@ -94,6 +96,8 @@ CGPXImportDat::Ausgang CGPXImportDat::Lies()
 {
     std::string bytes;
     const CFileRead datei = ReadFileBlocks(auswahl.pfad, [&](std::string_view block, std::uint64_t groesse) {
+        if (groesse > kMeisteBytes || bytes.size() + block.size() > kMeisteBytes)
+            return false;
         if (bytes.empty())
             bytes.reserve(static_cast<std::size_t>(groesse));
         bytes += block;
@@ -116,7 +120,7 @@ CGPXImportDat::Ausgang CGPXImportDat::Lies()
     m_herkunft.pfad = auswahl.pfad;
     m_herkunft.fit = fit;
     if (!gelesen) {
-        m_hindernis = datei.error;
+        m_hindernis = datei.outcome == FileOutcome::stopped ? LoadRuvString(IDS_GPX_ZU_GROSS) : datei.error;
         return Ausgang::nichtLesbar;
     }
     m_herkunft.bytes = bytes.size();

@@ -444,3 +444,13 @@ TEST_F(GPXImportTest, TheMapPicksTheRange)
     klick(200.0, 150.0); // far from the track
     EXPECT_EQ(Diagramm(maske).Range(), (chart::Rows{4, 10}));
 }
+
+// A sparse file of 2 GB takes no room on the disk.
+TEST_F(GPXImportTest, AFileTooLargeForMemoryIsRefused)
+{
+    const std::string pfad = Lege("riese.gpx", "<gpx>");
+    std::filesystem::resize_file(pfad, std::uintmax_t{2} << 30U);
+    framework::Window& maske = Importiere(pfad);
+    EXPECT_NE(Meldungen().find("größer als 1 GB"), std::string::npos) << Meldungen();
+    EXPECT_EQ(Zeilen(maske).count, 0U);
+}
