@@ -432,11 +432,13 @@ TEST_F(GPXImportTest, TheMapPicksTheRange)
     };
     const std::vector<double> x = Spalte(maske, 13);
     const std::vector<double> y = Spalte(maske, 14);
-    const auto [xMin, xMax] = std::minmax_element(x.begin(), x.end());
-    const auto [yMin, yMax] = std::minmax_element(y.begin(), y.end());
-    const double massstab = std::min(372.0 / (*xMax - *xMin), 272.0 / (*yMax - *yMin));
+    const auto mitte = [](const std::vector<double>& werte) {
+        const auto [kleinster, groesster] = std::minmax_element(werte.begin(), werte.end());
+        return std::pair((*kleinster + *groesster) / 2.0, *groesster - *kleinster);
+    };
+    const double massstab = std::min(372.0 / mitte(x).second, 272.0 / mitte(y).second);
     const auto bild = [&](std::size_t i) {
-        klick(200.0 + (x[i] - (*xMin + *xMax) / 2.0) * massstab, 150.0 - (y[i] - (*yMin + *yMax) / 2.0) * massstab);
+        klick(200.0 + (x[i] - mitte(x).first) * massstab, 150.0 - (y[i] - mitte(y).first) * massstab);
     };
     bild(10);
     bild(4);
