@@ -15,6 +15,8 @@
 namespace
 {
 
+/// FIT time stamps below this one count from the start of the device, s.
+constexpr std::int64_t kErsteUhrzeit = 0x10000000;
 /// Of joints and steps back no more are named one by one.
 constexpr std::size_t kHoechstensGenannt = 10;
 
@@ -122,7 +124,10 @@ Bericht CGPXImportDat::MacheBericht() const
         return bericht;
 
     schreibe(IDS_GPX_ZEITRAUM, Text(IDS_GPX_VON_BIS, {Zeitpunkt(punkte.front()), Zeitpunkt(punkte.back())}));
-    if (m_herkunft.fit)
+    const bool systemzeit = m_herkunft.fit && m_herkunft.fitZeit < kFitEpoche + kErsteUhrzeit;
+    if (systemzeit)
+        hinweis(IDS_GPX_SYSTEMZEIT);
+    else if (m_herkunft.fit)
         schreibe(IDS_GPX_UHR,
                  Text(IDS_GPX_UHR_FIT, {Zone(punkte.front().zone), Zeitpunkt(ZivilzeitVon(m_herkunft.fitZeit))}));
     else

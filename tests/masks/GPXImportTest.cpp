@@ -447,6 +447,21 @@ TEST_F(GPXImportTest, TheMapPicksTheRange)
     EXPECT_EQ(Diagramm(maske).Range(), (chart::Rows{4, 10}));
 }
 
+// Small time stamps are no date: the report must not call them one.
+TEST_F(GPXImportTest, TimeSinceTheStartOfTheDeviceIsNoDate)
+{
+    FitSchreiber fit;
+    fit.DefiniereRecord().Record(0x0FFFFFFE, 1, 2).Record(0x0FFFFFFF, 3, 4);
+    framework::Window& maske = Importiere(Lege("start.fit", fit.Datei()));
+    EXPECT_NE(Bericht(maske).find("vom Einschalten des Geräts"), std::string::npos) << Bericht(maske);
+    EXPECT_EQ(Spalte(maske, kZeitschritt)[1], 1.0);
+    FitSchreiber uhr;
+    uhr.DefiniereRecord().Record(0x10000000, 1, 2).Record(0x10000001, 3, 4);
+    Noch(maske, Lege("uhr.fit", uhr.Datei()));
+    // 2^28 s from 1989-12-31: 3106 days, 21 h 24 min 16 s
+    EXPECT_NE(Bericht(maske).find("erste Punkt von 03.07.1998 21:24:16 UTC"), std::string::npos) << Bericht(maske);
+}
+
 // A sparse file of 2 GB takes no room on the disk.
 TEST_F(GPXImportTest, AFileTooLargeForMemoryIsRefused)
 {
