@@ -218,7 +218,10 @@ TEST(FitLeserTest, ChainedFilesFollowEachOther)
     EXPECT_EQ(spur.befund.dateien, 2U);
     EXPECT_EQ(Kurz(spur), "10 1 2 2600\n11 3 4 2600\n20 5 6 2600\n");
     EXPECT_EQ(spur.nahtstellen, std::vector<std::size_t>{2});
-    // Definitions end with their file.
+    // The time that compressed time stamps count from ends with its file, as definitions do.
+    FitSchreiber komprimiert;
+    komprimiert.Definiere(1, kRecord, {{0, 4, kS32}, {1, 4, kS32}}).Byte(0x80 | 1 << 5 | 3).Zahl(1, 4).Zahl(2, 4);
+    EXPECT_FALSE(LiesFit(erste.Datei() + komprimiert.Datei()).punkte.at(2).Hat(FitPunkt::zeit));
     FitSchreiber ohne;
     ohne.Record(20, 5, 6);
     const std::string lose = erste.Datei() + ohne.Datei();
@@ -275,6 +278,8 @@ TEST(FitLeserTest, SaysWhatIsWrongAndWhere)
                               "Error at byte: " +
                                   std::to_string(mitten.size() - 2));
     EXPECT_EQ(LiesFit(mitten).punkte.size(), 1U);
+    EXPECT_EQ(Fehler(mitten.substr(0, mitten.size() - 2)), // nothing follows the data
+              "Unexpected end of input stream at byte: " + std::to_string(mitten.size() - 2));
     EXPECT_EQ(Fehler(FitSchreiber().Byte(7).Datei()), "Missing FIT message definition for local message number 7");
     EXPECT_EQ(Fehler(FitSchreiber().Byte(0x40).Byte(0).Byte(2).Zahl(0, 3).Datei()), "Architecture 2");
     EXPECT_EQ(Fehler(FitSchreiber().Definiere(0, 20, {{0, 0, kS32}}).Datei()), "Invalid Field Size 0");

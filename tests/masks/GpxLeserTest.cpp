@@ -141,6 +141,10 @@ TEST(GpxLeserTest, DamageIsCounted)
     EXPECT_EQ(offen.punkte.size(), 1U);
     EXPECT_EQ(offen.punkte.at(0).latitude, 3.0);
     EXPECT_EQ(offen.unvollstaendig, 1U);
+    // What one point leaves open does not reach into the next.
+    EXPECT_EQ(
+        Lies("<trkpt lat='1' lon='2'><x></trkpt><trkpt lat='3' lon='4'><ele>5</ele></trkpt>").punkte.at(1).elevation,
+        5.0);
     const GpxInhalt weit = Lies("<trkpt lat='90.5' lon='2'/><trkpt lat='-90' lon='359'/><trkpt lat='9' lon='-361'/>");
     EXPECT_EQ(weit.unmoeglich, 2U);
     EXPECT_FALSE(weit.punkte.at(0).HatLage());
@@ -170,7 +174,8 @@ TEST(GpxZeitTest, FractionsAndZones)
           Fall{"2024-05-01T10:00:07.5Z", 500, 0, 0}, Fall{"2024-05-01T10:00:07.05Z", 50, 0, 0},
           Fall{"2024-05-01T10:00:07.1234Z", 123, 400, 0}, Fall{"2024-05-01T10:00:07.1234567891Z", 123, 456, 0},
           Fall{"2024-05-01T10:00:07+01:00", 0, 0, 60}, Fall{"2024-05-01T10:00:07.25-0330", 250, 0, -210},
-          Fall{"2024-05-01T10:00:07+02", 0, 0, 120}, Fall{" 2024-5-1T10:0:7Z", 0, 0, 0}}) {
+          Fall{"2024-05-01T10:00:07+02", 0, 0, 120}, Fall{"2024-05-01T10:00:07+01:305", 0, 0, 90},
+          Fall{" 2024-5-1T10:0:7Z", 0, 0, 0}}) {
         const GPXTrackPoint p = Zeit(fall.text);
         EXPECT_EQ(p.year, 2024) << fall.text;
         EXPECT_EQ(p.month, 5) << fall.text;
@@ -202,6 +207,8 @@ TEST(GpxZahlTest, IsTheNearestDouble)
     }
     EXPECT_EQ(GpxZahl(" +12.5 m"), 12.5);
     EXPECT_EQ(GpxZahl("-.5"), -0.5);
+    EXPECT_EQ(GpxZahl(std::string_view("12345").substr(0, 2)), 12.0); // and not beyond the text
+    EXPECT_EQ(GpxZahl(std::string_view("1.5e3").substr(0, 3)), 1.5);
     EXPECT_EQ(GpxZahl("1e3"), 1000.0);
     EXPECT_EQ(GpxZahl("9007199254740993"),
               9007199254740992.0); // 2^53 + 1 lies between two doubles, the even one counts
