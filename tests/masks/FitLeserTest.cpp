@@ -130,6 +130,9 @@ TEST(FitLeserTest, FieldsThatAreNotThere)
     fit.Definiere(0, kRecord, {{0, 4, kS32}, {1, 4, kS32}}).Byte(0).Zahl(0x7FFFFFFF, 4).Zahl(2, 4); // invalid
     fit.Definiere(0, kRecord, {{0, 6, kS32}, {1, 4, kS32}}).Byte(0).Zahl(1, 6).Zahl(2, 4); // a number and a half
     fit.Definiere(0, kRecord, {{0, 4, FitSchreiber::kString}, {1, 4, kS32}}).Byte(0).Zahl(1, 4).Zahl(2, 4);
+    // wider than profile and field, and beyond what they hold
+    fit.Definiere(0, kRecord, {{0, 8, 0x8E}, {1, 4, kS32}}).Byte(0).Zahl(std::int64_t{1} << 31, 8).Zahl(2, 4);
+    fit.Definiere(0, kRecord, {{0, 8, 0x8E}, {1, 4, kS32}}).Byte(0).Zahl(-(std::int64_t{1} << 31) - 1, 8).Zahl(2, 4);
     // Another message with the same fields is no point, an array gives its first element.
     fit.Definiere(0, 19, {{0, 4, kS32}, {1, 4, kS32}}).Byte(0).Zahl(1, 4).Zahl(2, 4);
     fit.Definiere(0, kRecord, {{0, 8, kS32}, {1, 4, kS32}, {3, 2, kU8}});
@@ -141,7 +144,7 @@ TEST(FitLeserTest, FieldsThatAreNotThere)
     EXPECT_EQ(spur.punkte[0].laenge, 13);
     EXPECT_EQ(spur.punkte[0].pulsRoh, 99);
     EXPECT_FALSE(spur.punkte[0].Hat(FitPunkt::zeit));
-    EXPECT_EQ(spur.ohneLage, 5U);
+    EXPECT_EQ(spur.ohneLage, 7U);
 }
 
 // "altitude" counts when there is no "enhanced_altitude", in whichever order they stand; speeds likewise.
