@@ -6,6 +6,7 @@
 #include "masks/import/FahrdatenLeser.h"
 
 #include "masks/import/Fahrdatentext.h"
+#include "masks/import/Fahrdatenzellen.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,124 +27,10 @@ constexpr double kGroessteLaenge = 180.0;
 
 constexpr std::string_view kMarke = "\xEF\xBB\xBF";
 constexpr std::string_view kGeschuetztesLeerzeichen = "\xC2\xA0";
-constexpr std::string_view kLeerzeichen = " \t\n\v\f\r";
-
 constexpr Feld kFeldDesKanals[kKanaele] = {
     Feld::zeitschritt,     Feld::geschwindigkeit, Feld::richtung,       Feld::x,     Feld::y,
     Feld::gierrate,        Feld::laenge,          Feld::breite,         Feld::hoehe, Feld::lenkwinkel,
     Feld::beschleunigungX, Feld::beschleunigungY, Feld::beschleunigungZ};
-
-std::string_view Beschnitten(std::string_view text)
-{
-    const std::size_t anfang = text.find_first_not_of(kLeerzeichen);
-    return anfang == std::string_view::npos ? std::string_view{}
-                                            : text.substr(anfang, text.find_last_not_of(kLeerzeichen) + 1 - anfang);
-}
-
-char Klein(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::size_t Folgebytes(unsigned char erstes)
-{
-    return erstes < 0x80 ? 0 : erstes >= 0xC2 && erstes < 0xE0 ? 1 : erstes < 0xF0 && erstes >= 0xE0 ? 2 : 3;
-}
-
-bool IstUtf8(std::string_view text)
-{
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto erstes = static_cast<unsigned char>(text[i]);
-        if ((erstes >= 0x80 && erstes < 0xC2) || erstes > 0xF4)
-            return false;
-        for (std::size_t folge = Folgebytes(erstes); folge > 0; --folge)
-            if (++i >= text.size() || (static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80U)
-                return false;
-    }
-    return true;
-}
-
-/// The text as UTF-8: what is not is one byte per character (Latin-1).
-std::string Utf8(std::string_view text)
-{
-    if (IstUtf8(text))
-        return std::string(text);
-    std::string utf8;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            utf8 += c;
-        } else {
-            utf8 += static_cast<char>(0xC0U | byte >> 6U);
-            utf8 += static_cast<char>(0x80U | (byte & 0x3FU));
-        }
-    }
-    return utf8;
-}
-
-/// A line cut into cells, trimmed and in lower case.
-class Zellen
-{
-  public:
-    void Schneide(std::string_view zeile, char trenner)
-    {
-        if (zeile.size() >= 3 && zeile.front() == '"' && zeile[zeile.size() - 2] == '"' &&
-            zeile[zeile.size() - 3] == '"') {
-            Entpacke(zeile.substr(1, zeile.size() - 2));
-            zeile = m_entpackt;
-        }
-        m_zellen.clear();
-        m_text.clear();
-        m_text.reserve(zeile.size()); // the cells point into it
-        bool gequotet = false;
-        std::size_t anfang = 0;
-        for (const char c : zeile) {
-            if (c == '"') {
-                gequotet = !gequotet;
-            } else if (!gequotet && (c == trenner || (trenner == ' ' && c == '\t'))) {
-                Beende(anfang, trenner);
-                anfang = m_text.size();
-            } else {
-                m_text += Klein(c);
-            }
-        }
-        Beende(anfang, trenner);
-    }
-    std::size_t Anzahl() const { return m_zellen.size(); }
-    std::string_view operator[](int spalte) const
-    {
-        const auto index = static_cast<std::size_t>(spalte);
-        return spalte >= 0 && index < m_zellen.size() ? m_zellen[index] : std::string_view{};
-    }
-    std::vector<std::string> Texte() const
-    {
-        std::vector<std::string> texte;
-        for (const std::string_view zelle : m_zellen)
-            texte.push_back(Utf8(zelle));
-        return texte;
-    }
-
-  private:
-    /// A whole row that was written as one quoted text.
-    void Entpacke(std::string_view inneres)
-    {
-        m_entpackt.clear();
-        for (std::size_t i = 0; i < inneres.size(); ++i) {
-            m_entpackt += inneres[i];
-            i += inneres[i] == '"' && i + 1 < inneres.size() && inneres[i + 1] == '"' ? 1 : 0;
-        }
-    }
-    void Beende(std::size_t anfang, char trenner)
-    {
-        const std::string_view zelle = Beschnitten(std::string_view(m_text).substr(anfang));
-        if (trenner != ' ' || !zelle.empty()) // any number of blanks separates once
-            m_zellen.push_back(zelle);
-    }
-
-    std::string m_text;
-    std::string m_entpackt;
-    std::vector<std::string_view> m_zellen;
-};
 
 std::string OhneKlammern(const std::string& einheit)
 {
@@ -356,7 +243,7 @@ class FahrdatenLeser::Maschine
             return true;
         }
         const auto rang = [](const Kopf& k) { return std::pair(k.plan.Erkannt(), k.namen.size()); };
-        if (kopf.namen.size() > 1 && (m_kopf.trenner == 0 || rang(kopf) > rang(m_kopf)))
+        if (kopf.namen.size() > 1 && rang(kopf) > rang(m_kopf))
             m_kopf = std::move(kopf);
         return false;
     }

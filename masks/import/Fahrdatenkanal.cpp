@@ -263,11 +263,12 @@ void Spaltenplan::Ordne(const Zuordnung& zuordnung)
         return;
     for (std::size_t i = 0; i < kKanaele; ++i) {
         const auto kanal = static_cast<Kanal>(i);
-        if (Spalte(kanal) == zuordnung.spalte ||
-            (kanal == Kanal::zeit && HatZweiZeitspalten() && ZweiteZeitspalte() == zuordnung.spalte)) {
+        if (Spalte(kanal) == zuordnung.spalte) {
             m_platz[i] = kLeer;
             m_gewaehlt[i] = nullptr;
         }
+        if (kanal == Kanal::zeit && HatZweiZeitspalten() && ZweiteZeitspalte() == zuordnung.spalte)
+            m_platz[i] = Spalte(kanal); // the first of them remains
     }
     if (zuordnung.kanal == Kanal::keiner)
         return;

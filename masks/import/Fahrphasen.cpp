@@ -159,7 +159,7 @@ Fahrtbefund UebertrageFahrphasen(CRuvData& data, std::int64_t fahrzeug, std::int
     const Uebertragungsbefund folge = VergleicheFolge(phasen, data.WZRechDat(vehicle), erste);
     Fahrtbefund befund =
         Befund(folge.ausgang == Uebertragung::abweichend ? Fahrtausgang::abweichend : Fahrtausgang::uebertragen);
-    befund.zahlen = {{static_cast<double>(phasen.size()), units::none, 0}, {Phasennummer(erste), units::none, 0}};
+    befund.zahlen = {{Phasennummer(erste), units::none, 0}, {Phasennummer(erste + phasen.size() - 1), units::none, 0}};
     const auto imFall = folge.Zahlen();
     befund.zahlen.insert(befund.zahlen.end(), imFall.begin(), imFall.end());
     befund.zahlen.push_back({phasen.front().vEnd, units::kmh});

@@ -104,8 +104,10 @@ TEST_F(FLIImportTest, ChoosesReadsAndTransfers)
     EXPECT_NEAR(fall.spalten[4].vAnf, 48.28032, 1e-9);
     EXPECT_EQ(fall.spalten[3].art, PhasenArt::braking);
     EXPECT_FALSE(fall.spalten[5].IsUsed());
-    EXPECT_EQ(Text(mask, IDC_IMPORT_HINWEIS),
-              "Übertragen: 2 Phasen ab Phase 1; von 48,28 km/h auf 16,09 km/h, Weg 17,88 m, Zeit 2,00 s.");
+    EXPECT_EQ(
+        Text(mask, IDC_IMPORT_HINWEIS),
+        "Übertragen: Phasen 1 bis 2, von 48,28 km/h auf 16,09 km/h, Weg 17,88 m, Zeit 2,00 s; spätere Phasen sind "
+        "gelöscht.");
     EXPECT_EQ(TransferNews(), std::vector<std::string>{"main 0"});
 
     // Another range is not the one that was transferred.
@@ -121,6 +123,7 @@ TEST_F(FLIImportTest, OfAFileWithPositionsOnlyTheSpeedFollowsFromTheDistances)
     // 0.0001° of latitude are 11.132 m; the third row repeats the second one's time.
     Oeffne("Time;lat;lon;height\n0;50;10;5\n1;50,0001;10;5\n1;50,0002;10;5\n3;50,0002;10;9\n");
     ErwarteSpalte(Feld::abstand, {0.0, 11.132, 11.132, 4.0});
+    EXPECT_NE(Bericht().find("Geschwindigkeit: aus den Abständen"), std::string::npos);
     ErwarteSpalte(Feld::geschwindigkeit, {0.0, 40.0752, 40.0752, 7.2});
     ErwarteSpalte(Feld::y, {0.0, 11.132, 22.264, 22.264});
     ErwarteSpalte(Feld::z, {0.0, 0.0, 0.0, 4.0});
@@ -144,7 +147,7 @@ TEST_F(FLIImportTest, CoordinatesComeFromTheFileOrHeadingAndSpeedOrPosition)
     ErwarteSpalte(Feld::x, {0, 10, 10});
     ErwarteSpalte(Feld::y, {0, 0, -5});
     ErwarteSpalte(Feld::richtung, {90, -1, 180});
-    EXPECT_NE(Bericht().find("In 1 Zeilen fehlt die Richtung"), std::string::npos);
+    EXPECT_NE(Bericht().find("Wo die Richtung fehlt, gilt die vorige. Anzahl der Zeilen: 1."), std::string::npos);
 
     Oeffne("t,heading,lat,lon\n0,90,50,10\n1,90,50.0001,10\n");
     ErwarteSpalte(Feld::geschwindigkeit, {0, 40.0752});
@@ -190,6 +193,9 @@ TEST_F(FLIImportTest, ARefusedFileLeavesNothingBehind)
     EXPECT_EQ(front.messages.size(), 2U);
     EXPECT_EQ(Spalte(Feld::zeitschritt).size(), 0U);
     EXPECT_NE(Bericht().find("gibt es nicht"), std::string::npos);
+    Oeffne("t,v\n5,1\n6,2\n");
+    EXPECT_EQ(Bericht().find("Abgelehnt"), std::string::npos);
+    EXPECT_EQ(Bericht().find("Abständen"), std::string::npos);
 }
 
 TEST_F(FLIImportTest, CancellingLeavesTheFormerFile)
@@ -206,6 +212,18 @@ TEST_F(FLIImportTest, CancellingLeavesTheFormerFile)
     EXPECT_EQ(Text(mask, IDC_IMPORT_PFAD), folder.File("fahrt.csv"));
     EXPECT_EQ(Spalte(Feld::geschwindigkeit), (std::vector<double>{1, 2}));
     EXPECT_TRUE(front.messages.empty());
+}
+
+TEST_F(FLIImportTest, AFileOfManyBlocksIsReadWhole)
+{
+    std::string inhalt = "t,v\r\n";
+    for (int i = 0; i < 50000; ++i) // rows of 5 to 11 bytes: blocks end anywhere in them
+        inhalt += std::to_string(i) + "," + std::to_string(i % 997) + "\r\n";
+    Oeffne(inhalt);
+    const std::vector<double> v = Spalte(Feld::geschwindigkeit);
+    ASSERT_EQ(v.size(), 50000U);
+    for (int i = 0; i < 50000; ++i)
+        ASSERT_EQ(v[static_cast<std::size_t>(i)], i % 997);
 }
 
 TEST_F(FLIImportTest, ARangeHoldsAsManyRowsAsThePhasesHaveRoom)
@@ -225,13 +243,13 @@ TEST_F(FLIImportTest, ARangeHoldsAsManyRowsAsThePhasesHaveRoom)
 TEST_F(FLIImportTest, AClockThatIsSetBackStandsStillInChartAndCase)
 {
     Oeffne("time (h),v (km/h)\n11:59:58,36\n11:59:59,36\n12:00:01,72\n12:00:02,72\n");
-    EXPECT_NE(Bericht().find("An 1 Stellen läuft die Zeit zurück"), std::string::npos);
+    EXPECT_NE(Bericht().find("Die Zeit läuft zurück, Anzahl der Stellen: 1."), std::string::npos);
     Zeitraum("0", "2");
     EXPECT_EQ(Text(mask, IDC_IMPORT_BIS), "2,000");
     Press(mask, IDC_UEBERTRAGEN);
     EXPECT_EQ(data.WZRechDat(0).spalten[4].art, PhasenArt::noTime);
     EXPECT_EQ(data.WZRechDat(0).spalten[5].sumZeit, 2.0);
-    EXPECT_EQ(Text(mask, IDC_IMPORT_HINWEIS).rfind("Übertragen: 3 Phasen", 0), 0U);
+    EXPECT_EQ(Text(mask, IDC_IMPORT_HINWEIS).rfind("Übertragen: Phasen 1 bis 3", 0), 0U);
     EXPECT_EQ(Text(mask, IDC_IMPORT_HINWEIS).find("anderes"), std::string::npos);
 }
 

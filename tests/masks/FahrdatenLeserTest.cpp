@@ -85,7 +85,8 @@ TEST(FahrdatenLeser, CellsBecomeTheValuesOfTheirColumn)
         {"lenkwinkel (\xb0)", "4", Feld::lenkwinkel, 4.0},
         {"g-x", "2", Feld::beschleunigungX, 19.62},
         {"g-y (m/s\xc2\xb2)", "2", Feld::beschleunigungY, 2.0},
-        {"g-z (g)", "0.5", Feld::beschleunigungZ, 4.905},
+        {"g-y", "2", Feld::beschleunigungY, 19.62},
+        {"g-z", "0.5", Feld::beschleunigungZ, 4.905},
         {"accy", "3", Feld::beschleunigungY, 3.0},
         {"accy", "3", Feld::beschleunigungZ, -1.0},
         {"linear accelerationy", "3", Feld::beschleunigungZ, 3.0},
@@ -97,16 +98,16 @@ TEST(FahrdatenLeser, CellsBecomeTheValuesOfTheirColumn)
         {"altitude", "", Feld::hoehe, -1.0},
     };
     for (const Zelle& zelle : zellen) {
-        const std::string datei =
-            std::string("Time,gps_speed,") + zelle.titel + ",rest\n0,0,,\n1,0," + zelle.text + ",0\n";
-        const Fahrdaten daten =
-            LiesFahrdaten(datei.find("gps_speed") != std::string::npos && zelle.feld == Feld::geschwindigkeit
-                              ? std::string("Time,") + zelle.titel + ",rest\n0,0,\n1," + zelle.text + ",0\n"
-                              : datei);
-        ASSERT_EQ(daten.zeilen.Anzahl(), 2U) << datei;
-        const double wert = daten.zeilen.Wert(1, zelle.feld);
-        EXPECT_NEAR(wert, zelle.wert, 1e-15 * std::abs(zelle.wert)) << datei;
-        EXPECT_EQ(daten.zeilen.Wert(1, Feld::zeitschritt), 1.0);
+        // The first rows are kept as they stand and take the long way; the last one may take the short one.
+        const bool tempo = zelle.feld == Feld::geschwindigkeit;
+        std::string datei = std::string(tempo ? "Time," : "Time,gps_speed,") + zelle.titel + ",rest\n";
+        for (int zeile = 0; zeile < 8; ++zeile)
+            datei += std::to_string(zeile) + (tempo ? "," : ",0,") + zelle.text + ",0\n";
+        const Fahrdaten daten = LiesFahrdaten(datei);
+        ASSERT_EQ(daten.zeilen.Anzahl(), 8U) << datei;
+        for (const std::size_t zeile : {0U, 7U})
+            EXPECT_NEAR(daten.zeilen.Wert(zeile, zelle.feld), zelle.wert, 1e-15 * std::abs(zelle.wert)) << datei;
+        EXPECT_EQ(daten.zeilen.Wert(7, Feld::zeitschritt), 1.0);
     }
 }
 
@@ -129,6 +130,7 @@ TEST(FahrdatenLeser, TimesByTheirHeader)
         {"zeit", "1,5", "2,25", 0.75},
         {"start zeit", "8.5", "9", 0.5},
         {"zeit (h)", "8.5", "9", kKeine},
+        {"zeit (h)", "8:00:", "9:00:--", kKeine},
         {"time", "10:00:00", "10:00:05", 0.0},
         {"timestamp", "2023-05-01 10:00:00.5", "2023-05-01 10:00:01.5", 0.0},
         {"gps time,ms", "1,0", "3,5", kKeine},
@@ -142,23 +144,30 @@ TEST(FahrdatenLeser, TimesByTheirHeader)
     for (const auto& fall : faelle) {
         const char trenner = std::string(fall.kopf).find(',') == std::string::npos ? ';' : ',';
         const std::string t(1, trenner);
-        const std::string datei = fall.kopf + t + "v\n#\n" + fall.erste + t + "36\n" + fall.zweite + t + "36\n";
+        std::string datei = fall.kopf + t + "v\n#\n";
+        for (const char* zeit : {fall.erste, fall.zweite, fall.erste, fall.erste, fall.erste, fall.erste, fall.zweite})
+            datei += zeit + t + "36\n";
         const Fahrdaten daten = LiesFahrdaten(datei);
         if (fall.schritt == kKeine) {
             EXPECT_FALSE(daten.brauchbar) << datei;
-            EXPECT_EQ(daten.bericht.ausgelassen, 2U) << datei;
+            EXPECT_EQ(daten.bericht.ausgelassen, 7U) << datei;
             continue;
         }
-        ASSERT_EQ(daten.zeilen.Anzahl(), 2U) << datei;
-        EXPECT_EQ(daten.zeilen.Wert(0, Feld::zeitschritt), 0.0);
-        EXPECT_NEAR(daten.zeilen.Wert(1, Feld::zeitschritt), fall.schritt, 1e-9) << datei;
-        EXPECT_EQ(daten.bericht.rueckwaerts, fall.schritt < 0.0 ? 1U : 0U);
-        EXPECT_EQ(daten.bericht.stehendeZeit, fall.schritt <= 0.0);
+        ASSERT_EQ(daten.zeilen.Anzahl(), 7U) << datei;
+        const double s = fall.schritt;
+        ErwarteGleich(Werte(daten, Feld::zeitschritt), {0, s, -s, 0, 0, 0, s}, 1e-9);
+        EXPECT_EQ(daten.bericht.rueckwaerts, s > 0.0 ? 1U : s < 0.0 ? 2U : 0U);
+        EXPECT_EQ(daten.bericht.stehendeZeit, s == 0.0);
     }
 }
 
 TEST(FahrdatenLeser, OneOfSeveralColumnsFeedsTheChannel)
 {
+    const Spaltenplan plan = LiesFahrdaten("time,local,v,rest\n0,10:00:00,1,2\n").bericht.plan;
+    EXPECT_EQ(plan.KanalDer(0), Kanal::zeit);
+    EXPECT_EQ(plan.KanalDer(1), Kanal::zeit);
+    EXPECT_EQ(plan.KanalDer(3), Kanal::keiner);
+
     const struct {
         const char* kopf;
         const char* zeile;
@@ -192,6 +201,7 @@ TEST(FahrdatenLeser, HeaderUnitsAndCommentsAreFoundWhereTheyStand)
         {"t,v\n# s,m/s\nnone\n[s],[m/s]\n0,1\n", {3.6}},
         {"t,v\n\"0\",\"1\"\n1,2\n", {1, 2}},
         {"t,v (km/h)\nx,y\n0,1\n1,2\n", {1, 2}},
+        {"t,v MPH\n-5,10\n0,20\n", {16.09344, 32.18688}},
         {"[column names]\nt v\n1 1\n[data]\n0  1\n1\t2\n[end]\n2 3\n", {1, 2}},
         {"[header]\nt\n[column names]\nt;v;a,b\n[data]\n0;1;0\n", {}},
         {"a;b, c;t;v\n0;0;0;1\n0;0;1;2\n", {1, 2}},
@@ -245,19 +255,25 @@ TEST(FahrdatenLeser, TheReportNamesWhatIsNotReadAsItStands)
     EXPECT_FALSE(Umgerechnet(Kanal::geschwindigkeit, bericht.spalten[1].einheit).bekannt);
     EXPECT_EQ(bericht.spalten[1].mitRest, 2U);
     EXPECT_EQ(bericht.spalten[1].beispiel, "1 km/h");
+    EXPECT_EQ(bericht.spalten[2].mitRest, 0U);
     EXPECT_EQ(bericht.spalten[2].vorzeichenlos, 3U); // two of them in rows that are read the long way
     EXPECT_EQ(bericht.keineGrad, 2U);
+    // What is shown of a cell is UTF-8: Latin-1 is taken for what it is, control characters are blanks.
+    EXPECT_EQ(LiesFahrdaten("t,v,br\xfc\x63ke\x01 \xed\xa0\x80\n").bericht.spalten[2].name,
+              "br\xc3\xbc\x63ke  \xc3\xad\xc2\xa0\xc2\x80");
     EXPECT_EQ(bericht.vorschau.size(), 3U);
     EXPECT_EQ(bericht.vorschau[1][2], "-0.25");
 
     EXPECT_EQ(LiesFahrdaten("t;v\nzeit;tempo\n10:00;1\n").bericht.einheitenzeile, 2U);
     EXPECT_TRUE(LiesFahrdaten("t,v\n-1,5\n0,6\n").bericht.einheitenSindZahlen);
     EXPECT_EQ(LiesFahrdaten("zeit;v (km/h)\n10:00;1\n---;2\n10:02;3\n").bericht.uhrOhneSekunden, 2U);
-    EXPECT_EQ(LiesFahrdaten("utc time;v (km/h)\n10:00:00;1\n--:--;2\n").bericht.keineUhr, 1U);
+    const Leserbericht uhr = LiesFahrdaten("utc time;v (km/h)\n10:00:00;1\n--:--;2\n").bericht;
+    EXPECT_EQ(uhr.keineUhr, 1U);
+    EXPECT_EQ(uhr.uhrOhneSekunden, 0U);
     EXPECT_TRUE(LiesFahrdaten(std::string("t\0,v\0", 6)).bericht.nullBytes);
 
     // Where no header is found, the line that comes nearest to one is shown for the user to assign.
-    const Fahrdaten fremd = LiesFahrdaten("Bericht, Teil 1\nMoment;Tempo;Ort\n0;1;2\n1;2;3\n");
+    const Fahrdaten fremd = LiesFahrdaten("Bericht, Teil 1\nMoment;Tempo;Ort\n0;1;2\n1;2;3\nEnde;0\n");
     EXPECT_FALSE(fremd.brauchbar);
     ASSERT_EQ(fremd.bericht.spalten.size(), 3U);
     EXPECT_EQ(fremd.bericht.spalten[1].name, "tempo");
@@ -275,6 +291,20 @@ TEST(FahrdatenLeser, TheUserAssignsColumnsAndUnits)
     ErwarteGleich(Werte(daten, Feld::geschwindigkeit), {7.2, 14.4}, 1e-12);
     EXPECT_EQ(daten.bericht.plan.KanalDer(2), Kanal::keiner);
 
+    // The file's own unit gives way, also to the one that needs no factor.
+    EXPECT_EQ(
+        Werte(LiesFahrdaten("t,v (m/s)\n0,5\n", {{Kopfschluessel("t,v (m/s)"), {{1, Kanal::geschwindigkeit, 0}}}}),
+              Feld::geschwindigkeit),
+        std::vector<double>{5});
+    // Of two columns of the time the first remains.
+    const std::string zwei = "time,local,v";
+    EXPECT_EQ(Werte(LiesFahrdaten(zwei + "\n5,10:00:00,1\n6,10:00:03,2\n",
+                                  {{Kopfschluessel(zwei), {{1, Kanal::keiner, -1}}}}),
+                    Feld::zeitschritt),
+              (std::vector<double>{0, 1}));
+    const Fahrdaten ziffern = LiesFahrdaten("t,v (km/h)\n100059,1\nxx,2\n-5,3\n100100,4\n",
+                                            {{Kopfschluessel("t,v (km/h)"), {{0, Kanal::zeit, 3}}}});
+    EXPECT_EQ(Werte(ziffern, Feld::zeitschritt), (std::vector<double>{0, 1}));
     // A column beyond the hundredth is one, not two.
     const std::string viele(150, ',');
     const std::string breit = "v" + viele + "Moment\n1" + viele + "5\n2" + viele + "7\n";
@@ -291,6 +321,38 @@ TEST(FahrdatenLeser, TheUserAssignsColumnsAndUnits)
                                     {{1, Kanal::geschwindigkeit, -1}, {77, Kanal::x, 0}, {2, Kanal::x, 99}}}}),
                     Feld::geschwindigkeit),
               std::vector<double>{1});
+}
+
+TEST(FahrdatenLeser, UnitsToChooseHaveTheirFactor)
+{
+    const std::map<std::string_view, double> soll{
+        {"s", 1},
+        {"ms", 0.001},
+        {"Uhrzeit", 1},
+        {"hhmmss", 1},
+        {"km/h", 1},
+        {"m/s", 3.6},
+        {"mph", 1.609344},
+        {"kn", 1.852},
+        {"°", 1},
+        {"rad", 57.2957795},
+        {"m", 1},
+        {"km", 1000},
+        {"cm", 0.01},
+        {"ft", 0.3048},
+        {"°/s", 1},
+        {"m/s²", 1},
+        {"g", 9.81},
+        {"rad/s", 57.2957795},
+        {"Bogenminuten", 1.0 / 60.0},
+    };
+    for (std::size_t i = 0; i < kKanaele; ++i) {
+        const auto wahl = Einheiten(static_cast<Kanal>(i));
+        ASSERT_FALSE(wahl.empty());
+        EXPECT_EQ(wahl[0]->text, Grundeinheit(static_cast<Kanal>(i)));
+        for (const Einheitenwahl* eine : wahl)
+            EXPECT_EQ(eine->faktor, soll.at(eine->text)) << eine->text;
+    }
 }
 
 TEST(FahrdatenLeser, ReadsTheStylesOfLoggers)
@@ -314,7 +376,9 @@ TEST(FahrdatenLeser, ReadsTheStylesOfLoggers)
 
     // Its time is a date in words: refused, and read when the user says which column the time is.
     EXPECT_FALSE(trackAddict.bericht.zifferzeit);
-    EXPECT_FALSE(LiesFahrdaten("t,v\n59,1\n100,1\n161,1\n").bericht.zifferzeit);
+    for (const char* zeiten : {"59,1\n100,1\n161,1\n", "0,1\n240000,1\n", "5,1\n59,1\n"})
+        EXPECT_FALSE(LiesFahrdaten(std::string("t,v\n") + zeiten).bericht.zifferzeit) << zeiten;
+    EXPECT_FALSE(LiesFahrdaten("t,v (km/h)\n-150,1\n-45,1\n").bericht.zifferzeit);
     EXPECT_FALSE(LiesFahrdaten(Beispiel("torque.csv")).brauchbar);
     const auto uhr = LiesFahrdaten(Beispiel("torque.csv")).bericht.schluessel;
     const Fahrdaten torque = LiesFahrdaten(Beispiel("torque.csv"), {{uhr, {{1, Kanal::zeit, 2}}}});
@@ -396,7 +460,9 @@ TEST(FahrdatenLeser, TheSameContentInOtherDressGivesTheSameRows)
                 at += block;
                 rest.erase(0, leser.Lies(rest, at == kleid.size()));
             }
-            EXPECT_EQ(Zeilen(leser.Fertig()), Zeilen(soll)) << kleid;
+            const Fahrdaten gestueckelt = leser.Fertig();
+            EXPECT_EQ(Zeilen(gestueckelt), Zeilen(soll)) << kleid;
+            EXPECT_EQ(gestueckelt.bericht.ausgelasseneZeilen, ist.bericht.ausgelasseneZeilen) << kleid;
         }
     }
 }

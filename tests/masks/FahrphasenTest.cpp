@@ -92,7 +92,8 @@ TEST_F(FahrphasenTest, TheCaseDrivesWhatWasRecorded)
             EXPECT_EQ(spalte.vAnf, vor.kmh);
             EXPECT_EQ(spalte.vEnd, hier.kmh);
         }
-        EXPECT_EQ(befund.zahlen[0].value, static_cast<double>(anzahl));
+        EXPECT_EQ(befund.zahlen[0].value, static_cast<double>(phase - 2));
+        EXPECT_EQ(befund.zahlen[1].value, static_cast<double>(phase - 3) + static_cast<double>(anzahl));
         EXPECT_NEAR(befund.zahlen[4].value, weg, 1e-6);
         EXPECT_NEAR(befund.zahlen[6].value, zeit, 1e-9);
     }
