@@ -12,6 +12,7 @@
 #include "masks/dynamics/CTeilanhDlg.h"
 #include "masks/dynamics/CVkonstDlg.h"
 #include "masks/import/CFLIImportDlg.h"
+#include "masks/import/CGPXImportDlg.h"
 #include "masks/manoeuvre/CAbVorDlg.h"
 #include "masks/manoeuvre/CHalbeSichtDlg.h"
 #include "masks/manoeuvre/CSpurVorDlg.h"
@@ -64,7 +65,7 @@ constexpr std::array kMasks{
     MaskEntry{487, "CSchrankenverfahrenDlg", "Schrankenverfahren", 4, &Create<CSchrankenverfahrenDlg>},
     MaskEntry{488, "CCDRImportDlg", "CDR Daten importieren", 5, nullptr},
     MaskEntry{491, "CGoProImportDlg", "GoPro Daten importieren", 5, nullptr},
-    MaskEntry{492, "CGPXImportDlg", "GPX Daten importieren", 5, nullptr},
+    MaskEntry{492, "CGPXImportDlg", "GPX Daten importieren", 5, &Create<CGPXImportDlg>},
     MaskEntry{493, "CFahrradDlg", "Anstreifspuren Fahrrad", 4, &Create<CFahrradDlg>},
     MaskEntry{494, "CVideoDlg", "Videoanalyse", 6, nullptr},
 };

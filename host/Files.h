@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// Files that masks read.
+// Files that masks read and write.
 #pragma once
 
 #include <cstdint>
@@ -28,3 +28,14 @@ using FileBlockTaker = std::function<bool(std::string_view block, std::uint64_t 
 
 /// Reads an ordinary file; links are followed.
 CFileRead ReadFileBlocks(const std::string& utf8Path, const FileBlockTaker& take);
+
+/// SHA-256 of the bytes, 64 lower-case hexadecimal digits: tells in a report which file was read.
+std::string RuvSha256(std::string_view bytes);
+
+/// Gives a file piece by piece, an empty one at its end; a piece must last until the next is asked for.
+using FilePieces = std::function<std::string_view()>;
+
+/// Puts a file in place whole or not at all: it is written under another name beside it first. Never takes the place of
+/// `source`, the file that the content comes from, under whichever name. The German sentence that says why it was not
+/// written, empty when it was.
+std::string WriteFilePieces(const std::string& utf8Path, const std::string& source, const FilePieces& next);

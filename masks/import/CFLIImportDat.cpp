@@ -58,8 +58,6 @@ std::vector<Zuordnung> AusZahlen(const std::vector<double>& zahlen)
 
 using Dat = CFLIImportDat;
 
-constexpr SpinnerRange kDrehknopf{0.0, 1e9, 0.1};
-
 constexpr NumberRow<Dat> kZahlen[] = {
     {"fahrzeug", At<&Dat::auswahl, &Importauswahl::fahrzeug>},
     {"phase", At<&Dat::auswahl, &Importauswahl::phase>},
@@ -70,7 +68,7 @@ constexpr NumberRow<Dat> kZahlen[] = {
      {0, 1e9},
      3,
      FieldRole::input,
-     {.spinner = kDrehknopf}},
+     {.spinner = kZeitraumDrehknopf}},
     {IDC_IMPORT_BIS,
      "bereichBis",
      At<&Dat::auswahl, &Importauswahl::bis>,
@@ -78,7 +76,7 @@ constexpr NumberRow<Dat> kZahlen[] = {
      {0, 1e9},
      3,
      FieldRole::input,
-     {.joint = Joint::upTo, .spinner = kDrehknopf}},
+     {.joint = Joint::upTo, .spinner = kZeitraumDrehknopf}},
     {"vorhanden", At<&Dat::vorhanden>},
     {"koordinatenVorhanden", At<&Dat::koordinatenVorhanden>},
     {"zeilen", At<&Dat::zeilen>},

@@ -151,14 +151,19 @@ void CImportDlg::ZeigeDatei()
                                .y = std::make_shared<const std::vector<double>>(std::move(kurve.geschwindigkeiten))}});
     else
         m_diagramm.Clear();
+    ZeigeBericht();
+    ZeigeVorhanden();
+    ZeigeDaten();
+    BereichGeaendert();
+}
+
+void CImportDlg::ZeigeBericht()
+{
     std::vector<CGridCtrl::Row> zeilen;
     for (Berichtszeile& zeile : MacheBericht())
         for (std::string& teil : Umgebrochen(zeile.was + ": " + zeile.text))
             zeilen.push_back({std::move(teil)});
     static_cast<CGridCtrl*>(GetDlgItem(IDC_IMPORT_BERICHT))->SetRows(std::move(zeilen));
-    ZeigeVorhanden();
-    ZeigeDaten();
-    BereichGeaendert();
 }
 
 /// The boxes only show what the file holds: a click on one changes nothing.

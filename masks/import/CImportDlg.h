@@ -64,6 +64,7 @@ class CImportDlg : public CMDIRechDialog
     /// The range, when it has the two rows a transfer takes.
     std::optional<chart::Rows> Bereich() const;
     chart::Chart& Diagramm() { return m_diagramm; }
+    void ZeigeBericht();
     /// Shows what became of a transfer, and tells the program.
     void ZeigeUebertragung(const Fahrtbefund& befund);
 

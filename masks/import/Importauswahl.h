@@ -2,9 +2,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "host/NumberTable.h"
+
 #include <cstdint>
 #include <limits>
 #include <string>
+
+/// Spinner of the times of a range, s.
+inline constexpr SpinnerRange kZeitraumDrehknopf{0.0, 1e9, 0.1};
 
 /// What the user chose in a mask that reads recorded data; part of its record.
 struct Importauswahl {

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <optional>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace base
@@ -109,6 +110,13 @@ std::string FileResult::Text() const
 
 FileResult WriteFileAtomically(const std::string& path, std::string_view bytes, const FileCalls& calls)
 {
+    return WritePiecesAtomically(
+        path, [&bytes] { return std::exchange(bytes, {}); }, calls);
+}
+
+FileResult WritePiecesAtomically(const std::string& path, const std::function<std::string_view()>& next,
+                                 const FileCalls& calls)
+{
     const auto native = NativePath(path);
     const auto target = native ? FollowLinks(*native) : std::nullopt;
     std::error_code ignored;
@@ -134,7 +142,8 @@ FileResult WriteFileAtomically(const std::string& path, std::string_view bytes, 
         return Failure(FileStep::open, error, path);
 
     FileStep step = FileStep::write;
-    error = WriteAll(handle, bytes, calls);
+    for (std::string_view piece = next(); error == 0 && !piece.empty(); piece = next())
+        error = WriteAll(handle, piece, calls);
     if (error == 0) {
         step = FileStep::sync;
         error = calls.sync(handle);

@@ -7,6 +7,7 @@
 #include "base/FileSystem.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -39,6 +40,10 @@ struct FileResult {
 /// same file; what a running one is writing is not.
 FileResult WriteFileAtomically(const std::string& path, std::string_view bytes,
                                const FileCalls& calls = SystemFileCalls());
+
+/// The same for a file too large to be held at once: `next` gives it piece by piece, an empty one at its end.
+FileResult WritePiecesAtomically(const std::string& path, const std::function<std::string_view()>& next,
+                                 const FileCalls& calls = SystemFileCalls());
 
 /// Reads a file into `bytes`. One of more than `limit` bytes is refused, and so is what is no file of the wanted kind.
 FileResult ReadWholeFile(const std::string& path, std::string& bytes, std::size_t limit,

@@ -4,6 +4,7 @@
 
 #include "base/AtomicFile.h"
 #include "base/FileSystem.h"
+#include "base/Sha256.h"
 
 #include <filesystem>
 
@@ -37,4 +38,19 @@ CFileRead ReadFileBlocks(const std::string& utf8Path, const FileBlockTaker& take
         return Failed(FileOutcome::unreadable, utf8Path,
                       "lässt sich nicht lesen: " + base::SystemErrorText(error) + ".");
     return {};
+}
+
+std::string RuvSha256(std::string_view bytes)
+{
+    return base::Sha256(bytes);
+}
+
+std::string WriteFilePieces(const std::string& utf8Path, const std::string& source, const FilePieces& next)
+{
+    const auto target = base::NativePath(utf8Path);
+    const auto read = base::NativePath(source);
+    std::error_code ignored;
+    if (target && read && std::filesystem::equivalent(*target, *read, ignored))
+        return "Die Datei „" + utf8Path + "“ ist die gelesene Datei selbst; sie wird nicht überschrieben.";
+    return base::WritePiecesAtomically(utf8Path, next).Text();
 }

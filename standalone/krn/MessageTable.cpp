@@ -152,6 +152,12 @@ constexpr std::array kMessages{
                 "Fahrzeug, Phase {0}, und Unfallgegner, Phase {1}: Mit der zulässigen Anfangsgeschwindigkeit erreicht "
                 "das Fahrzeug den Konfliktpunkt erst, wenn der Unfallgegner seine Fehlräumstrecke zurückgelegt hat. "
                 "Die Kollision ist damit zeitlich vermieden; als Endgeschwindigkeit steht 0."},
+    MessageText{1420, MessageKind::question,
+                "Die Datei ist beschädigt. Vor dem Schaden sind {0} Punkte gelesen. Sollen sie verwendet werden?"},
+    MessageText{
+        1421, MessageKind::question,
+        "Die Datei „{0}“ gibt es schon, mit anderem Inhalt. Soll sie durch die umgewandelte Spur ersetzt werden? "
+        "Ohne sie geht der Import aus dem Speicher weiter."},
     MessageText{
         1443, MessageKind::warning,
         "Mit diesen Werten gibt es kein lineares Modell, das denselben Weg in derselben Zeit fährt. Die Verzögerung "

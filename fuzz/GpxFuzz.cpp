@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// Any bytes as a GPX file: points with possible positions, joints between them, and an XML text's entities.
+#include "host/Assert.h"
+#include "masks/import/GpxLeser.h"
+#include "masks/import/XmlLeser.h"
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
+{
+    // A copy of its own, so that a read beyond its end is seen.
+    const std::string datei(reinterpret_cast<const char*>(bytes), size);
+    const GpxInhalt inhalt = LiesGpx(datei);
+    RUV_ASSERT(inhalt.punkte.size() * 7 <= size); // "<trkpt>"
+    for (const GPXTrackPoint& p : inhalt.punkte) {
+        RUV_ASSERT(std::abs(p.latitude) <= 90.0 && std::abs(p.longitude) <= 360.0);
+        for (const double wert : {p.elevation, p.heartRate, p.cadence, p.temperature})
+            RUV_ASSERT(std::isfinite(wert));
+        RUV_ASSERT(p.millisecond >= -1 && p.millisecond < 1000 && p.mikrosekunde < 1000);
+    }
+    std::size_t vorige = 0;
+    for (const std::size_t naht : inhalt.nahtstellen) {
+        RUV_ASSERT(naht > vorige && naht < inhalt.punkte.size());
+        vorige = naht;
+    }
+    RUV_ASSERT(XmlText(datei).size() <= size);
+    return 0;
+}
