@@ -241,6 +241,18 @@ std::optional<std::vector<ESOTreffer>> SucheMit(const ESOKurve& bezug, const std
     return treffer;
 }
 
+template <class Art> double EinzelnesR(std::span<const std::int64_t> werte, const ESOKurve& b, std::size_t d)
+{
+    const Bezug<Art> x(werte);
+    typename Art::Summe summe{};
+    typename Art::Summe quadrate{};
+    for (std::size_t k = d; k < std::min(b.size(), d + werte.size()); ++k) {
+        summe = summe + static_cast<typename Art::Summe>(b[k]);
+        quadrate = quadrate + Term<Art>(b[k], b[k]);
+    }
+    return GenauesR<Art>(x, b, summe, quadrate, d);
+}
+
 } // namespace
 
 double Korrelation(const ESOKurve& a, const ESOKurve& b, std::size_t s, std::size_t e, std::size_t d)
@@ -248,14 +260,9 @@ double Korrelation(const ESOKurve& a, const ESOKurve& b, std::size_t s, std::siz
     if (e < s || a.size() < e || b.size() < d)
         return 0.0;
     const std::span<const std::int64_t> werte(a);
-    const Bezug<Breit> x(werte.subspan(s, e - s));
-    Breitzahl summe;
-    Breitzahl quadrate;
-    for (std::size_t k = d; k < std::min(b.size(), d + e - s); ++k) {
-        summe += Breitzahl(b[k]);
-        quadrate += Term<Breit>(b[k], b[k]);
-    }
-    return GenauesR<Breit>(x, b, summe, quadrate, d);
+    return Quadratsumme(a) < kSchmal && Quadratsumme(b) < kSchmal
+               ? EinzelnesR<Schmal>(werte.subspan(s, e - s), b, d)
+               : EinzelnesR<Breit>(werte.subspan(s, e - s), b, d);
 }
 
 ESOFenster FensterVon(std::size_t laenge)
