@@ -11,6 +11,7 @@
 #include "masks/dynamics/CMRBremsDlg.h"
 #include "masks/dynamics/CTeilanhDlg.h"
 #include "masks/dynamics/CVkonstDlg.h"
+#include "masks/import/CFLIImportDlg.h"
 #include "masks/manoeuvre/CAbVorDlg.h"
 #include "masks/manoeuvre/CHalbeSichtDlg.h"
 #include "masks/manoeuvre/CSpurVorDlg.h"
@@ -57,7 +58,7 @@ constexpr std::array kMasks{
     MaskEntry{471, "CWurfWeiteDlg", "Wurfweitenberechnung", 4, &Create<CWurfWeiteDlg>},
     MaskEntry{472, "CHalbeSichtDlg", "Halbe Sicht", 3, &Create<CHalbeSichtDlg>},
     MaskEntry{473, "CVorrangDlg", "Vorrang geben Problematik", 3, nullptr},
-    MaskEntry{474, "CFLIImportDlg", "Allgemeine Fahrdaten / GPS Daten importieren", 5, nullptr},
+    MaskEntry{474, "CFLIImportDlg", "Allgemeine Fahrdaten / GPS Daten importieren", 5, &Create<CFLIImportDlg>},
     MaskEntry{484, "CDDDImportDlg", "DDD Daten importieren", 5, nullptr},
     MaskEntry{486, "CESOImportDlg", "ESO Datenanalyse", 5, nullptr},
     MaskEntry{487, "CSchrankenverfahrenDlg", "Schrankenverfahren", 4, &Create<CSchrankenverfahrenDlg>},

@@ -196,6 +196,8 @@ class CMDIRechDialog : public CMDIDialog
     bool ConfirmClear();
     /// Shows a string of the module in a static, nothing for 0. {0}, {1}, ... in it stand for the numbers.
     void ShowText(UINT controlId, UINT textId, std::span<const ShownNumber> numbers = {});
+    /// Shows a text that the mask has put together.
+    void ShowText(UINT controlId, const std::string& utf8);
     /// The same for what only asks the user to do something: reports leave it out.
     void ShowPrompt(UINT controlId, UINT textId);
     bool IsChecked(UINT controlId) const;

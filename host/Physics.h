@@ -9,4 +9,5 @@ inline constexpr double kErdbeschleunigung = 9.81;
 inline constexpr double kKmhProMs = 3.6;
 /// Places in the scene are in cm.
 inline constexpr double kCmProM = 100.0;
+inline constexpr double kMProCm = 0.01;
 inline constexpr double kRadProGrad = kPi / 180.0;

@@ -79,8 +79,7 @@ void CLadungDlg::ZeigeHinweis()
         nimm(IDS_LADUNG_FEHLT_QUER, *m_dat.fehltQuer);
     if (hinweis.empty() && !(std::isfinite(m_dat.normZurrungen) && std::isfinite(m_dat.kinZurrungen)))
         hinweis = LoadRuvString(IDS_LADUNG_OHNE_ANZAHL);
-    if (CWnd* control = GetDlgItem(IDC_LADUNG_HINWEIS))
-        control->SetWindowText(hinweis);
+    ShowText(IDC_LADUNG_HINWEIS, hinweis);
 }
 
 LRESULT CLadungDlg::OnEditChanged(WPARAM controlId, LPARAM)

@@ -151,7 +151,7 @@ class CSchrankenverfahrenDat final : public CDlgData
     /// What the case keeps of them: inputs, choices and places.
     RecordFields Behaltene();
     /// Keeps the record with the case, and reads it back; values that are missing or no numbers keep their default.
-    void Speichern();
+    void Merken();
     void Laden();
     /// The case holds other values than this record kept or read last: an undone step, or another case.
     bool FallHatAnderes() const;

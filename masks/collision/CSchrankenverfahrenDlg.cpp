@@ -180,7 +180,7 @@ void CSchrankenverfahrenDlg::GlobalGeoDatChanged(UINT_PTR)
         m_dat.Laden();
     Nachrechnen();
     if (!anderes && eingaben)
-        m_dat.Speichern(); // what was entered counts now
+        m_dat.Merken(); // what was entered counts now
     LadeEllipsen();
 }
 
@@ -206,7 +206,7 @@ void CSchrankenverfahrenDlg::OnRechnen()
     m_dat.Berechnen();
     m_veraltet = false;
     m_exportiert = false;
-    m_dat.Speichern();
+    m_dat.Merken();
     UpdateDialog();
     OnPaint();
 }
@@ -236,7 +236,7 @@ void CSchrankenverfahrenDlg::EingabeGeaendert(bool sofort)
 {
     if (sofort) {
         Nachrechnen();
-        m_dat.Speichern();
+        m_dat.Merken();
         return;
     }
     m_veraltet = m_dat.ergebnisSteht != 0;
@@ -247,7 +247,7 @@ void CSchrankenverfahrenDlg::KontrolleGeaendert()
 {
     m_dat.Kontrolle();
     m_exportiert = false;
-    m_dat.Speichern();
+    m_dat.Merken();
     UpdateDialog();
 }
 
@@ -347,7 +347,6 @@ void CSchrankenverfahrenDlg::Umschalten(std::size_t objekt)
 
 void CSchrankenverfahrenDlg::ObjectPlaced(const CPlacedObject& object)
 {
-    constexpr double kMProCm = 0.01;
     for (const double zahl : {object.position.x, object.position.y, object.angle, object.width, object.length})
         if (!std::isfinite(zahl))
             return;
@@ -367,7 +366,7 @@ void CSchrankenverfahrenDlg::ObjectPlaced(const CPlacedObject& object)
 void CSchrankenverfahrenDlg::LageGeaendert()
 {
     Nachrechnen();
-    m_dat.Speichern();
+    m_dat.Merken();
     LadeEllipsen();
 }
 
@@ -394,7 +393,7 @@ void CSchrankenverfahrenDlg::LadeEllipsen()
 void CSchrankenverfahrenDlg::TempoUebergeben()
 {
     m_exportiert = false;
-    m_dat.Speichern();
+    m_dat.Merken();
     if (BringeAufStand()) {
         m_dat.UebergibTempo();
         if (CWnd* main = MainWindow())
@@ -409,7 +408,7 @@ void CSchrankenverfahrenDlg::Exportieren()
         return;
     if (std::all_of(m_dat.theorien.begin(), m_dat.theorien.end(), [](std::uint8_t an) { return an == 0; }))
         AfxMessageBox(LoadRuvString(IDS_SCHRANKEN_KEINE_THEORIE)); // a hint: the braking barrier alone stands
-    m_dat.Speichern();
+    m_dat.Merken();
     m_dat.Exportieren();
     if (CWnd* main = MainWindow())
         main->PostMessage(WM_RUV_MASKTRANSFERRED, static_cast<WPARAM>(m_dat.fahrzeugNr));
@@ -462,6 +461,6 @@ void CSchrankenverfahrenDlg::OK()
 {
     for (const auto& seite : m_seiten)
         seite->ReadData();
-    m_dat.Speichern();
+    m_dat.Merken();
     OnOK();
 }

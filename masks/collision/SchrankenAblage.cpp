@@ -282,7 +282,7 @@ RecordFields CSchrankenverfahrenDat::Behaltene()
     return felder;
 }
 
-void CSchrankenverfahrenDat::Speichern()
+void CSchrankenverfahrenDat::Merken()
 {
     KeepWithCase(m_data, IDD_SCHRANKENVERFAHREN, Behaltene());
     m_abgelegt = WerteDesFalls();

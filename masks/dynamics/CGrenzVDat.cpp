@@ -183,7 +183,7 @@ RecordFields CGrenzVDat::Felder()
     return Describe(*this, kZahlen);
 }
 
-void CGrenzVDat::Lade()
+void CGrenzVDat::Laden()
 {
     const std::vector<double> werte = m_data.GemerkteWerte(IDD_KURVENGRENZGESCHWINDIGKEIT, kKurvenwerte);
     double* const felder[] = {&reibungsbeiwert, &quergefaelleGrad, &kurvenradius, &sehne, &hoehe, &schraeglage};
@@ -192,7 +192,7 @@ void CGrenzVDat::Lade()
     quergefaelleProzent = std::tan(quergefaelleGrad * kRadProGrad) * 100.0;
 }
 
-void CGrenzVDat::Merke()
+void CGrenzVDat::Merken()
 {
     m_data.MaskenWerte(IDD_KURVENGRENZGESCHWINDIGKEIT)[kKurvenwerte] = {
         reibungsbeiwert, quergefaelleGrad, kurvenradius, sehne, hoehe, schraeglage};

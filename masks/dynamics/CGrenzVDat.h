@@ -52,9 +52,9 @@ class CGrenzVDat final : public CDlgData
     RecordFields Felder();
 
     /// Takes friction, cross-fall in degrees, R, c, h and the lean angle that the case keeps; the percent follow.
-    void Lade();
+    void Laden();
     /// Lets the case keep these six values.
-    void Merke();
+    void Merken();
 
     /// Sets every value to zero; the two flags stay.
     void Loeschen();

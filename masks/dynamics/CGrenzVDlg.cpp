@@ -71,7 +71,7 @@ const CMessageMap* CGrenzVDlg::GetMessageMap() const
 void CGrenzVDlg::SetupWindow()
 {
     // The stored cross-fall is shown; the road counts as level until one of its fields is changed.
-    m_dat.Lade();
+    m_dat.Laden();
     m_dat.berechnet = 0;
     ZeigeQuergefaelle();
     CMDIRechDialog::SetupWindow();
@@ -144,7 +144,7 @@ void CGrenzVDlg::Rechnen()
 void CGrenzVDlg::OnButtonOk()
 {
     RechneUndZeige();
-    m_dat.Merke();
+    m_dat.Merken();
     OnOK();
 }
 

@@ -64,13 +64,13 @@ RecordFields CVkonstDat::Felder()
     return Describe(*this, kZahlen);
 }
 
-void CVkonstDat::Lade()
+void CVkonstDat::Laden()
 {
     Loeschen();
     TakeFromCase(m_data, IDD_KONSTANTE_GESCHWINDIGKEIT, Felder());
 }
 
-void CVkonstDat::Merke()
+void CVkonstDat::Merken()
 {
     KeepWithCase(m_data, IDD_KONSTANTE_GESCHWINDIGKEIT, Felder());
     m_data.NotifyMaskenWerte();

@@ -40,9 +40,9 @@ class CVkonstDat final : public CDlgData
     RecordFields Felder();
 
     /// Takes all rows from the case; what it does not keep is zero.
-    void Lade();
+    void Laden();
     /// Lets the case keep all rows.
-    void Merke();
+    void Merken();
 
     /// Sets every value and flag to zero.
     void Loeschen();

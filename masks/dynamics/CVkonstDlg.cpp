@@ -52,7 +52,7 @@ void CVkonstDlg::SetupWindow()
         if (CWnd* edit = GetDlgItem(id))
             edit->SetFocus();
     CMDIRechDialog::SetupWindow();
-    m_dat.Lade();
+    m_dat.Laden();
 }
 
 void CVkonstDlg::UpdateDialog()
@@ -66,8 +66,7 @@ void CVkonstDlg::UpdateDialog()
         if (at != std::string::npos)
             hinweis.replace(at, 1, std::to_string(*zeile + 1));
     }
-    if (CWnd* control = GetDlgItem(IDC_VKONST_HINWEIS))
-        control->SetWindowText(hinweis);
+    ShowText(IDC_VKONST_HINWEIS, hinweis);
 }
 
 void CVkonstDlg::UebernehmeEingabe(UINT controlId)
@@ -94,7 +93,7 @@ void CVkonstDlg::IncValue(int controlId)
 void CVkonstDlg::Rechnen()
 {
     m_dat.Rechnen();
-    m_dat.Merke();
+    m_dat.Merken();
     UpdateDialog();
 }
 

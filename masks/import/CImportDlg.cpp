@@ -18,6 +18,34 @@ namespace
 {
 
 constexpr UINT kAbgelehnt = 1093;
+/// Characters that a line of the report has room for.
+constexpr std::size_t kBerichtsbreite = 116;
+
+bool IstFolgebyte(char c)
+{
+    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+}
+
+/// Lines of a text, broken between words.
+std::vector<std::string> Umgebrochen(const std::string& text)
+{
+    std::vector<std::string> zeilen{""};
+    std::size_t breite = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t ende = std::min(text.find(' ', at), text.size() - 1) + 1;
+        const std::string wort = text.substr(at, ende - at);
+        const auto zeichen =
+            static_cast<std::size_t>(std::count_if(wort.begin(), wort.end(), [](char c) { return !IstFolgebyte(c); }));
+        if (breite > 0 && breite + zeichen > kBerichtsbreite) {
+            zeilen.emplace_back("      ");
+            breite = zeilen.back().size();
+        }
+        zeilen.back() += wort;
+        breite += zeichen;
+        at = ende;
+    }
+    return zeilen;
+}
 
 } // namespace
 
@@ -65,8 +93,7 @@ void CImportDlg::SetupWindow()
     m_diagramm.SetHint(LoadRuvString(IDS_IMPORT_KLICK));
     m_diagramm.SetMostRows(MeisteFahrzeilen(m_auswahl.phase));
     m_diagramm.OnRangeChanged([this] { BereichGeaendert(); });
-    static_cast<CGridCtrl*>(GetDlgItem(IDC_IMPORT_BERICHT))
-        ->SetColumns({{LoadRuvString(IDS_IMPORT_BERICHT_WAS)}, {LoadRuvString(IDS_IMPORT_BERICHT_TEXT)}});
+    static_cast<CGridCtrl*>(GetDlgItem(IDC_IMPORT_BERICHT))->SetColumns({{LoadRuvString(IDS_IMPORT_BEFUND)}});
     CMDIRechDialog::SetupWindow();
     ZeigeDatei();
 }
@@ -125,10 +152,12 @@ void CImportDlg::ZeigeDatei()
     else
         m_diagramm.Clear();
     std::vector<CGridCtrl::Row> zeilen;
-    for (Berichtszeile& zeile : Bericht())
-        zeilen.push_back({std::move(zeile.was), std::move(zeile.text)});
+    for (Berichtszeile& zeile : MacheBericht())
+        for (std::string& teil : Umgebrochen(zeile.was + ": " + zeile.text))
+            zeilen.push_back({std::move(teil)});
     static_cast<CGridCtrl*>(GetDlgItem(IDC_IMPORT_BERICHT))->SetRows(std::move(zeilen));
     ZeigeVorhanden();
+    ZeigeDaten();
     BereichGeaendert();
 }
 

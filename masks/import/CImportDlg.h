@@ -7,28 +7,14 @@
 
 #include "chart/Chart.h"
 #include "host/CDialog.h"
+#include "masks/import/Bericht.h"
 #include "masks/import/Fahrphasen.h"
+#include "masks/import/Importauswahl.h"
 
-#include <limits>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
-
-/// What the user chose; part of the mask's record.
-struct Importauswahl {
-    std::string pfad{};
-    std::int64_t fahrzeug = 0;
-    std::int64_t phase = 3;                                ///< column the phases begin at
-    double von = std::numeric_limits<double>::quiet_NaN(); ///< s, times of the first and last row of the range
-    double bis = std::numeric_limits<double>::quiet_NaN();
-};
-
-/// A line of the import report.
-struct Berichtszeile {
-    std::string was;
-    std::string text;
-};
 
 class CImportDlg : public CMDIRechDialog
 {
@@ -68,7 +54,9 @@ class CImportDlg : public CMDIRechDialog
     virtual Fahrtbefund Uebertrage(std::size_t erste, std::size_t letzte) = 0;
     /// The flags behind the boxes IDC_IMPORT_VORHANDEN and following.
     virtual std::span<const std::uint8_t> Vorhanden() const = 0;
-    virtual std::vector<Berichtszeile> Bericht() const = 0;
+    virtual Bericht MacheBericht() const = 0;
+    /// The rows are others now.
+    virtual void ZeigeDaten() {}
     /// The rows, or the range of them, are others now.
     virtual void ZeigeWeiteres() {}
 

@@ -16,7 +16,7 @@ using namespace fahrdaten;
 namespace
 {
 
-constexpr std::size_t kVorschauzeilen = 5;
+constexpr std::size_t kVorschauzeilen = 3;
 constexpr std::size_t kGenannteZeilen = 20;
 constexpr double kTag = 86400.0;
 constexpr double kGroessteBreite = 90.0;

@@ -325,9 +325,8 @@ bool CAbVorDlg::Uebertrage()
     m_uebertragen = true;
     const std::size_t phase =
         geschrieben.spalte - CWegZeitDat::kErsteSpalte + 1; // as the phases are counted for the user
-    if (CWnd* fall = GetDlgItem(IDC_ABVOR_FALL))
-        fall->SetWindowText(geschrieben.anzahl == 1 ? MitNummern(IDS_ABVOR_UEBERTRAGEN_EINE, {phase})
-                                                    : MitNummern(IDS_ABVOR_UEBERTRAGEN_ZWEI, {phase, phase + 1}));
+    ShowText(IDC_ABVOR_FALL, geschrieben.anzahl == 1 ? MitNummern(IDS_ABVOR_UEBERTRAGEN_EINE, {phase})
+                                                     : MitNummern(IDS_ABVOR_UEBERTRAGEN_ZWEI, {phase, phase + 1}));
     if (CWnd* main = MainWindow())
         main->PostMessage(WM_RUV_MASKTRANSFERRED, static_cast<WPARAM>(m_dat.fahrzeug));
     return true;

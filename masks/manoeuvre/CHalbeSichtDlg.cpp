@@ -159,7 +159,7 @@ void CHalbeSichtDlg::GlobalWZDatChanged(UINT_PTR vehicle)
     // Somebody else changed the phases, or a step was taken back: what was said of the case may no longer be true.
     const auto changed = static_cast<std::int64_t>(vehicle);
     if (changed == m_dat.a.fahrzeug || changed == m_dat.b.fahrzeug)
-        ZeigeText(IDC_HALBESICHT_FALL, {});
+        ShowText(IDC_HALBESICHT_FALL, 0);
     CMDIRechDialog::GlobalWZDatChanged(vehicle);
 }
 
@@ -171,8 +171,8 @@ bool CHalbeSichtDlg::RechneUndZeige(bool mitMeldungen)
         ResultsFailed();
     else
         ResultsComputed();
-    ZeigeText(IDC_HALBESICHT_HINWEIS, Hinweis(ausgang, m_dat.PruefeErgebnis()));
-    ZeigeText(IDC_HALBESICHT_FALL, {});
+    ShowText(IDC_HALBESICHT_HINWEIS, Hinweis(ausgang, m_dat.PruefeErgebnis()));
+    ShowText(IDC_HALBESICHT_FALL, 0);
     const bool gelungen = ausgang == Ausgang::berechnet && (!RuvCfg.transferData || Uebertrage(mitMeldungen));
     UpdateDialog();
     return gelungen;
@@ -187,31 +187,25 @@ bool CHalbeSichtDlg::Uebertrage(bool mitMeldungen)
             AfxMessageBox(LoadRuvString(IDS_HALBESICHT_KEIN_PLATZ));
         return false;
     case Uebertragung::keinFahrzeug:
-        ZeigeText(IDC_HALBESICHT_FALL, LoadRuvString(IDS_HALBESICHT_KEIN_FAHRZEUG));
+        ShowText(IDC_HALBESICHT_FALL, LoadRuvString(IDS_HALBESICHT_KEIN_FAHRZEUG));
         break;
     case Uebertragung::nichtBerechnet:
-        ZeigeText(IDC_HALBESICHT_FALL, LoadRuvString(IDS_HALBESICHT_NICHT_UEBERTRAGBAR));
+        ShowText(IDC_HALBESICHT_FALL, LoadRuvString(IDS_HALBESICHT_NICHT_UEBERTRAGBAR));
         break;
     case Uebertragung::geaendert:
-        ZeigeText(IDC_HALBESICHT_FALL, LoadRuvString(IDS_HALBESICHT_GEAENDERT));
+        ShowText(IDC_HALBESICHT_FALL, LoadRuvString(IDS_HALBESICHT_GEAENDERT));
         break;
     case Uebertragung::erfolgt: {
         const auto name = [&](const CHalbeSichtDat::Teilnehmer& seite) {
             return KfzDat(static_cast<std::size_t>(seite.fahrzeug)).name;
         };
-        ZeigeText(IDC_HALBESICHT_FALL,
-                  Eingesetzt(LoadRuvString(IDS_HALBESICHT_UEBERTRAGEN),
-                             {name(m_dat.a), Phasennummer(m_dat.a.phase), name(m_dat.b), Phasennummer(m_dat.b.phase)}));
+        ShowText(IDC_HALBESICHT_FALL,
+                 Eingesetzt(LoadRuvString(IDS_HALBESICHT_UEBERTRAGEN),
+                            {name(m_dat.a), Phasennummer(m_dat.a.phase), name(m_dat.b), Phasennummer(m_dat.b.phase)}));
         break;
     }
     }
     return true;
-}
-
-void CHalbeSichtDlg::ZeigeText(UINT controlId, const std::string& utf8)
-{
-    if (CWnd* control = GetDlgItem(controlId))
-        control->SetWindowText(utf8);
 }
 
 void CHalbeSichtDlg::Rechnen()
@@ -253,7 +247,7 @@ void CHalbeSichtDlg::Loeschen()
     m_dat.Loeschen();
     ResultsCleared();
     m_geaendert = true;
-    ZeigeText(IDC_HALBESICHT_HINWEIS, {});
-    ZeigeText(IDC_HALBESICHT_FALL, {});
+    ShowText(IDC_HALBESICHT_HINWEIS, {});
+    ShowText(IDC_HALBESICHT_FALL, 0);
     SendMessage(WM_RUV_UPDATEDIALOG);
 }

@@ -37,7 +37,6 @@ class CHalbeSichtDlg : public CMDIRechDialog
     bool RechneUndZeige(bool mitMeldungen);
     /// False when there is no room in the case.
     bool Uebertrage(bool mitMeldungen);
-    void ZeigeText(UINT controlId, const std::string& utf8);
     COLORREF Farbe(const CHalbeSichtDat::Teilnehmer& seite) const;
 
     CHalbeSichtDat m_dat;

@@ -198,14 +198,14 @@ void CSpurVorDlg::ZeigeHinweis(const Befund& befund)
         if (m_dat.zeitverzug > 0.0 && quer > kNennenswert * std::abs(m_dat.querbeschleunigung))
             add(Eingesetzt(LoadRuvString(IDS_SPURVOR_QUERBESCHL_GROESSER), {Dezimal(quer, 2)}));
     }
-    ZeigeText(IDC_SPURVOR_HINWEIS, text);
+    ShowText(IDC_SPURVOR_HINWEIS, text);
 }
 
 void CSpurVorDlg::GlobalWZDatChanged(UINT_PTR vehicle)
 {
     // Somebody else changed the phases, or a step was taken back: what was said of the case may no longer be true.
     if (static_cast<std::int64_t>(vehicle) == m_dat.fahrzeug)
-        ZeigeText(IDC_SPURVOR_FALL, {});
+        ShowText(IDC_SPURVOR_FALL, {});
     CMDIRechDialog::GlobalWZDatChanged(vehicle);
 }
 
@@ -219,7 +219,7 @@ bool CSpurVorDlg::RechneUndZeige(bool mitMeldungen)
     else
         ResultsComputed();
     ZeigeHinweis(befund);
-    ZeigeText(IDC_SPURVOR_FALL, {});
+    ShowText(IDC_SPURVOR_FALL, {});
     if (mitMeldungen)
         Melde(befund);
     const bool gelungen = befund.ausgang == Ausgang::berechnet && (!RuvCfg.transferData || Uebertrage(mitMeldungen));
@@ -236,7 +236,7 @@ bool CSpurVorDlg::Uebertrage(bool mitMeldungen)
             FehlerMeldung(this, 1343);
         return false;
     case CSpurVorDat::Uebertragung::keinFahrzeug:
-        ZeigeText(IDC_SPURVOR_FALL, LoadRuvString(IDS_SPURVOR_KEIN_FAHRZEUG));
+        ShowText(IDC_SPURVOR_FALL, LoadRuvString(IDS_SPURVOR_KEIN_FAHRZEUG));
         return true;
     case CSpurVorDat::Uebertragung::nichtBerechnet:
         return true;
@@ -249,18 +249,12 @@ bool CSpurVorDlg::Uebertrage(bool mitMeldungen)
     const auto& abschnitte = m_dat.LetztesErgebnis()->fahrt.abschnitte;
     const auto anzahl =
         std::count_if(abschnitte.begin(), abschnitte.end(), [](const Fahrabschnitt& part) { return part.zeit > 0.0; });
-    ZeigeText(IDC_SPURVOR_FALL,
-              Eingesetzt(LoadRuvString(geaendert ? IDS_SPURVOR_GEAENDERT : IDS_SPURVOR_UEBERTRAGEN),
-                         {KfzDat(fahrzeug).name, Phasennummer(m_dat.phase), Phasennummer(m_dat.phase + anzahl - 1)}));
+    ShowText(IDC_SPURVOR_FALL,
+             Eingesetzt(LoadRuvString(geaendert ? IDS_SPURVOR_GEAENDERT : IDS_SPURVOR_UEBERTRAGEN),
+                        {KfzDat(fahrzeug).name, Phasennummer(m_dat.phase), Phasennummer(m_dat.phase + anzahl - 1)}));
     if (CWnd* main = MainWindow())
         main->PostMessage(WM_RUV_MASKTRANSFERRED, fahrzeug);
     return true;
-}
-
-void CSpurVorDlg::ZeigeText(UINT controlId, const std::string& utf8)
-{
-    if (CWnd* control = GetDlgItem(controlId))
-        control->SetWindowText(utf8);
 }
 
 void CSpurVorDlg::Rechnen()
@@ -297,7 +291,7 @@ void CSpurVorDlg::Loeschen()
     m_dat.Loeschen();
     ResultsCleared();
     m_geaendert = true;
-    ZeigeText(IDC_SPURVOR_HINWEIS, {});
-    ZeigeText(IDC_SPURVOR_FALL, {});
+    ShowText(IDC_SPURVOR_HINWEIS, {});
+    ShowText(IDC_SPURVOR_FALL, {});
     SendMessage(WM_RUV_UPDATEDIALOG);
 }

@@ -42,7 +42,6 @@ class CSpurVorDlg : public CMDIRechDialog
     void Melde(const CSpurVorDat::Befund& befund);
     void ZeigeHinweis(const CSpurVorDat::Befund& befund);
     bool Uebertrage(bool mitMeldungen);
-    void ZeigeText(UINT controlId, const std::string& utf8);
 
     CSpurVorDat m_dat;
     CSpurVorGraphikDlg m_graphik;

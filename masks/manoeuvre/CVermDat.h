@@ -103,7 +103,7 @@ class CVermDat final : public CDlgData
     /// Another G or its columns.
     void LeseGegner();
     /// Keeps the four vehicles with the case.
-    void Merke();
+    void Merken();
     /// The number in this field was entered; it is no longer a computed one.
     void Eingegeben(const void* feld);
 

@@ -169,7 +169,7 @@ void CVermDlg::TauscheFahrzeug(UINT controlId)
     for (std::size_t i = 0; i < fahrzeuge.size(); ++i)
         m_gewaehlt[i] = *fahrzeuge[i];
     VerwirfErgebnis();
-    m_dat.Merke();
+    m_dat.Merken();
 }
 
 BOOL CVermDlg::OnCommand(WPARAM wParam, LPARAM lParam)
@@ -296,10 +296,8 @@ void CVermDlg::Uebertrage()
     const std::string gegner = ergebnis.ohneWegDesGegners
                                    ? LoadRuvString(IDS_VERM_GEGNER_STEHT)
                                    : Satz(ergebnis.gegner, m_dat.zielGegner, IDS_VERM_WEG_DES_GEGNERS);
-    if (CWnd* hinweis = GetDlgItem(IDC_VERM_UEBERTRAGUNG))
-        hinweis->SetWindowText(eigen);
-    if (CWnd* hinweis = GetDlgItem(IDC_VERM_UEBERTRAGUNG_GEGNER))
-        hinweis->SetWindowText(gegner);
+    ShowText(IDC_VERM_UEBERTRAGUNG, eigen);
+    ShowText(IDC_VERM_UEBERTRAGUNG_GEGNER, gegner);
     m_fallGilt = true;
     const auto melde = [this](Uebertragung ausgang, std::int64_t fahrzeug) {
         if (ausgang != Uebertragung::erfolgt)
@@ -340,8 +338,7 @@ void CVermDlg::ZeigeBefund()
         fehlt(m_dat.reaktBestimmt, IDS_VERM_GRENZE_PUNKT);
         fehlt(m_dat.grenzBestimmt, IDS_VERM_GRENZE_VERZ);
     }
-    if (CWnd* hinweis = GetDlgItem(IDC_VERM_HINWEIS))
-        hinweis->SetWindowText(fehlend.empty() ? fehlend : LoadRuvString(IDS_VERM_OHNE_GRENZE) + fehlend + ".");
+    ShowText(IDC_VERM_HINWEIS, fehlend.empty() ? fehlend : LoadRuvString(IDS_VERM_OHNE_GRENZE) + fehlend + ".");
     if (m_fallGilt)
         return;
     ShowText(IDC_VERM_UEBERTRAGUNG, m_uebertragen ? IDS_VERM_FALL_ANDERS : kKeinText);

@@ -113,7 +113,7 @@ void CVermDat::Oeffne()
     LeseGegner();
 }
 
-void CVermDat::Merke()
+void CVermDat::Merken()
 {
     CMaskenWerte& werte = m_data.MaskenWerte(kMaske);
     werte["fahrzeug"] = {static_cast<double>(fahrzeug)};

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "cli/Actions.h"
 
+#include "base/Utf.h"
 #include "drawing/DrawingExport.h"
 
 #include <algorithm>
@@ -200,18 +201,8 @@ MaybeAction ParseWheel(std::string_view rest)
 /// The code point of a text that is one character; 0 for any other.
 char32_t OneCharacter(std::string_view utf8)
 {
-    const auto first = utf8.empty() ? 0U : static_cast<unsigned char>(utf8[0]);
-    const std::size_t length = first < 0x80U ? 1 : first < 0xE0U ? 2 : first < 0xF0U ? 3 : 4;
-    if (utf8.size() != length || first < 0x20U || (first >= 0x80U && first < 0xC2U) || first > 0xF4U)
-        return 0;
-    char32_t point = length == 1 ? first : first & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        const auto next = static_cast<unsigned char>(utf8[i]);
-        if ((next & 0xC0U) != 0x80U)
-            return 0;
-        point = point << 6U | (next & 0x3FU);
-    }
-    return point;
+    const std::u32string points = base::IsUtf8(utf8) ? base::Codepoints(utf8) : std::u32string{};
+    return points.size() == 1 && points[0] >= U' ' ? points[0] : 0;
 }
 
 MaybeAction ParseKey(std::string_view rest)

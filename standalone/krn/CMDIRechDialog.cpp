@@ -261,7 +261,15 @@ void CMDIRechDialog::ShowText(UINT controlId, UINT textId, std::span<const Shown
         if (const auto at = text.find(place); at != std::string::npos)
             text.replace(at, place.size(), WithUnit(number));
     }
-    control->SetWindowText(text);
+    ShowText(controlId, text);
+}
+
+void CMDIRechDialog::ShowText(UINT controlId, const std::string& utf8)
+{
+    CWnd* control = GetDlgItem(controlId);
+    if (control == nullptr)
+        return;
+    control->SetWindowText(utf8);
     framework::WindowOf(*control)->prompt = false;
 }
 

@@ -462,7 +462,7 @@ TEST_F(SchrankenDatTest, RecordIsKeptWithTheCaseAndOddNumbersAreNotTaken)
     dat.dettingerToleranz = 3.25;
     dat.vonRechts = false;
     dat.exportWahl = 1;
-    dat.Speichern();
+    dat.Merken();
 
     Dat other(data);
     other.Laden();
