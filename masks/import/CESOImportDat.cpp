@@ -3,6 +3,7 @@
 #include "masks/import/CESOImportDat.h"
 
 #include "host/CRuvData.h"
+#include "host/CWnd.h"
 #include "host/Files.h"
 #include "host/Progress.h"
 #include "res/import.h"
@@ -17,7 +18,7 @@ namespace
 using Dat = CESOImportDat;
 
 constexpr double kKmhProMs = 3.6;
-constexpr double kAnteilLesen = 0.5;  // of the progress; the first search ends at 0.9
+constexpr double kAnteilLesen = 0.5; // of the progress; the first search ends at 0.9
 constexpr double kAnteilSuche = 0.4;
 constexpr std::uint64_t kMeldungen = 200; // while reading
 constexpr NumberRange kAbstand{0.001, 100};
@@ -68,7 +69,7 @@ RecordFields CESOImportDat::Felder()
     return Describe(*this, kZahlen);
 }
 
-void CESOImportDat::Lade()
+void CESOImportDat::Laden()
 {
     RecordFields felder = Felder();
     std::erase_if(felder, [](const RecordField& f) { return f.spec->role != FieldRole::input; });
@@ -85,7 +86,7 @@ void CESOImportDat::Lade()
     Auswerten();
 }
 
-void CESOImportDat::Merke()
+void CESOImportDat::Merken()
 {
     RecordFields felder = Felder();
     std::erase_if(felder, [](const RecordField& f) { return f.spec->role != FieldRole::input; });
@@ -113,6 +114,7 @@ CESOImportDat::Lesung CESOImportDat::Lies(const std::string& utf8Pfad)
     std::uint64_t gelesen = 0;
     std::uint64_t gemeldet = 0;
     bool abgebrochen = false;
+    const std::string liest = LoadRuvString(IDS_ESO_LIEST);
     const CFileRead datei = ReadFileBlocks(utf8Pfad, [&](std::string_view stueck, std::uint64_t groesse) {
         if (!leser)
             leser.emplace(groesse);
@@ -120,7 +122,7 @@ CESOImportDat::Lesung CESOImportDat::Lies(const std::string& utf8Pfad)
         if (gelesen - gemeldet > groesse / kMeldungen) {
             gemeldet = gelesen;
             const double anteil = groesse == 0 ? 1.0 : static_cast<double>(gelesen) / static_cast<double>(groesse);
-            abgebrochen = RuvProgress("Messkurven werden gelesen", kAnteilLesen * std::min(anteil, 1.0)) == Work::cancel;
+            abgebrochen = RuvProgress(liest, kAnteilLesen * std::min(anteil, 1.0)) == Work::cancel;
         }
         return !abgebrochen && leser->Nimm(stueck);
     });
@@ -138,20 +140,23 @@ CESOImportDat::Lesung CESOImportDat::Lies(const std::string& utf8Pfad)
         Leere();
         m_pfad = utf8Pfad;
         m_fehlerZeile = leser->Zeile();
-        m_trennzeichen = leser->Trennzeichen();
-        return befund == ESOBefund::ohneWerte ? Lesung::ohneWerte : Lesung::falschesFormat;
+        if (befund == ESOBefund::ohneWerte)
+            return Lesung::ohneWerte;
+        return befund == ESOBefund::zuLang ? Lesung::zuLang : Lesung::falschesFormat;
     }
 
     ESOKurven kurven = leser->NimmKurven();
-    const auto melde = [](double von, double bis) {
-        return [von, bis](double anteil) {
-            return RuvProgress("Messkurven werden verglichen", von + anteil * (bis - von)) == Work::goOn;
+    const std::string vergleicht = LoadRuvString(IDS_ESO_VERGLEICHT);
+    const auto melde = [&vergleicht](double von, double bis) {
+        return [&vergleicht, von, bis](double anteil) {
+            return RuvProgress(vergleicht, von + anteil * (bis - von)) == Work::goOn;
         };
     };
     const auto gegenEins = SucheVerschiebungen(kurven[0], {&kurven[1], &kurven[2], &kurven[3], &kurven[4]},
                                                melde(kAnteilLesen, kAnteilLesen + kAnteilSuche));
-    const auto zweiDrei = gegenEins ? SucheVerschiebungen(kurven[1], {&kurven[2]}, melde(kAnteilLesen + kAnteilSuche, 1.0))
-                                    : std::nullopt;
+    const auto zweiDrei = gegenEins
+                              ? SucheVerschiebungen(kurven[1], {&kurven[2]}, melde(kAnteilLesen + kAnteilSuche, 1.0))
+                              : std::nullopt;
     if (!zweiDrei)
         return Lesung::abgebrochen;
 
@@ -193,7 +198,8 @@ void CESOImportDat::Auswerten()
     abstand13 = abstand12 + abstand23;
     const std::array<double, kPaare> abstand{abstand12, abstand23, abstand13};
     for (std::size_t i = 0; i < kPaare; ++i) {
-        // v = distance / (shift · sample interval); none without a shift, and none where the curves are not alike at all
+        // v = distance / (shift · sample interval); none without a shift, and none where the curves are not alike at
+        // all
         const auto tempo = [&](double versatz) {
             const bool bekannt = versatz != 0.0 && r[i] > 0.0;
             return bekannt ? abstand[i] / (versatz * abtastzeit) * kKmhProMs : kKeine;

@@ -34,27 +34,28 @@ class CESOImportDat final : public CDlgData
     std::array<double, kPaare> v{kKeine, kKeine, kKeine};            ///< km/h, with the sign of the shift
     std::array<double, kPaare> vVon{kKeine, kKeine, kKeine};         ///< km/h, when the shift is half a sample off
     std::array<double, kPaare> vBis{kKeine, kKeine, kKeine};         ///< km/h
-    std::array<double, kPaare> vParabel{kKeine, kKeine, kKeine};     ///< km/h, of the peak of a parabola through three r
-    double abstand13 = 0.5;                                          ///< m, the sum of the others
+    std::array<double, kPaare> vParabel{kKeine, kKeine, kKeine}; ///< km/h, of the peak of a parabola through three r
+    double abstand13 = 0.5;                                      ///< m, the sum of the others
 
     // What is shown of the curves.
-    std::uint8_t korrelieren = 0; ///< aligned curves, otherwise raw ones
-    std::uint8_t residuen = 0;    ///< also the aligned curves 2 to 5 less the first
-    std::int64_t skalierung = 100; ///< of the picture, %
+    std::uint8_t korrelieren = 0;   ///< aligned curves, otherwise raw ones
+    std::uint8_t residuen = 0;      ///< also the aligned curves 2 to 5 less the first
+    std::int64_t skalierung = 100;  ///< of the picture, %
     std::int64_t linienstaerke = 2; ///< px
-    double bereichVon = kKeine; ///< s
+    double bereichVon = kKeine;     ///< s
     double bereichBis = kKeine;
     std::int64_t zeilen = 0; ///< samples of each curve
     std::int64_t aufbau = 0; ///< ESOAufbau of the file
 
     RecordFields Felder();
-    void Lade();
-    void Merke();
+    void Laden();
+    void Merken();
 
     enum class Lesung {
         gelesen,
         nichtGeoeffnet,
-        falschesFormat, ///< also too long
+        falschesFormat,
+        zuLang,
         ohneWerte,
         abgebrochen, ///< everything is as before
     };
@@ -65,11 +66,11 @@ class CESOImportDat final : public CDlgData
 
     bool IstLeer() const { return roh[0].empty(); }
     bool IstVerlaesslich(std::size_t paar) const { return r[paar] >= kVerlaesslich; }
-    std::size_t FehlerZeile() const { return m_fehlerZeile; } ///< of a wrong format, counted from 1
+    std::size_t FehlerZeile() const { return m_fehlerZeile; } ///< of a wrong format, counted from 1; 0: the whole
     char Trennzeichen() const { return m_trennzeichen; }
     const std::string& Pfad() const { return m_pfad; }
 
-    ESOKurven roh{};         ///< relative to their first sample
+    ESOKurven roh{}; ///< relative to their first sample
     ESOKurven ausgerichtet{};
     std::array<std::int64_t, kESOKurven> verschiebungen{}; ///< of the curves against the first one
 

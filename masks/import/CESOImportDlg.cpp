@@ -7,10 +7,12 @@
 #include "host/Charts.h"
 #include "host/Controls.h"
 #include "host/Pictures.h"
+#include "masks/manoeuvre/Texte.h"
 #include "res/import.h"
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <utility>
 #include <vector>
 
@@ -30,15 +32,16 @@ constexpr const char* kBildFilter = "*.bmp;*.gif;*.jpg;*.jpeg;*.emf;*wmf;*.png;*
 constexpr std::size_t kJederZehnte = 10; // samples of the whole view
 constexpr int kKleinsteSkalierung = 10;  // %
 constexpr int kGroessteSkalierung = 400;
-constexpr int kDickste = 10; // px
-constexpr double kFeinerStrich = 0.5; // of the width, for residuals
+constexpr int kDickste = 10;           // px
+constexpr double kFeinerStrich = 0.5;  // of the width, for residuals
 constexpr double kHoeheZuBreite = 0.5; // of the chart in reports
 
-constexpr UINT kVFelder[] = {IDC_ESO_V_12,     IDC_ESO_V_23,     IDC_ESO_V_13,         IDC_ESO_V_VON_12,
-                             IDC_ESO_V_VON_23, IDC_ESO_V_VON_13, IDC_ESO_V_BIS_12,     IDC_ESO_V_BIS_23,
+constexpr UINT kVFelder[] = {IDC_ESO_V_12,     IDC_ESO_V_23,         IDC_ESO_V_13,         IDC_ESO_V_VON_12,
+                             IDC_ESO_V_VON_23, IDC_ESO_V_VON_13,     IDC_ESO_V_BIS_12,     IDC_ESO_V_BIS_23,
                              IDC_ESO_V_BIS_13, IDC_ESO_V_PARABEL_12, IDC_ESO_V_PARABEL_23, IDC_ESO_V_PARABEL_13};
-constexpr UINT kSonstige[] = {IDC_ESO_R_12, IDC_ESO_R_23, IDC_ESO_R_13, IDC_ESO_VERSCHIEBUNG_12,
-                              IDC_ESO_VERSCHIEBUNG_23, IDC_ESO_VERSCHIEBUNG_13, IDC_ESO_VON, IDC_ESO_BIS};
+constexpr UINT kSonstige[] = {
+    IDC_ESO_R_12, IDC_ESO_R_23, IDC_ESO_R_13, IDC_ESO_VERSCHIEBUNG_12, IDC_ESO_VERSCHIEBUNG_23, IDC_ESO_VERSCHIEBUNG_13,
+    IDC_ESO_VON,  IDC_ESO_BIS};
 constexpr const char* kPaarNamen[Dat::kPaare] = {"1–2", "2–3", "1–3"};
 
 chart::Values AlsDouble(const ESOKurve& kurve)
@@ -46,11 +49,16 @@ chart::Values AlsDouble(const ESOKurve& kurve)
     return std::make_shared<const std::vector<double>>(kurve.begin(), kurve.end());
 }
 
+std::string Text(UINT id, std::initializer_list<std::string> args)
+{
+    return Eingesetzt(LoadRuvString(id), args);
+}
+
 std::string Menge(std::int64_t zahl)
 {
     std::string text = std::to_string(zahl);
     for (std::size_t at = text.size(); at > 3;)
-        text.insert(at -= 3, ".");
+        text.insert(at -= 3, 1, '.');
     return text;
 }
 
@@ -78,9 +86,9 @@ const CMessageMap* CESOImportDlg::GetMessageMap() const
 
 void CESOImportDlg::SetupWindow()
 {
-    m_dat.Lade();
+    m_dat.Laden();
     m_diagramm.Attach(GetDlgItem(IDC_ESO_DIAGRAMM), kHoeheZuBreite);
-    m_diagramm.SetLeftAxis({"Messwert", units::none, chart::AxisFormat::number, 1});
+    m_diagramm.SetLeftAxis({LoadRuvString(IDS_ESO_MESSWERT), units::none, chart::AxisFormat::number, 1});
     m_diagramm.SetStatistics(0, 0.0);
     m_diagramm.SetHint(LoadRuvString(IDS_ESO_KLICK));
     m_diagramm.OnRangeChanged([this] { BereichGeaendert(); });
@@ -116,45 +124,38 @@ void CESOImportDlg::UpdateDialog()
 
 void CESOImportDlg::ZeigeBefund()
 {
-    std::string text;
-    switch (m_lesung) {
-    case Dat::Lesung::gelesen:
-    case Dat::Lesung::abgebrochen:
-        if (!m_dat.IstLeer()) {
-            text = Menge(m_dat.zeilen) + " Messwerte je Kurve, Trennzeichen „" + std::string(1, m_dat.Trennzeichen()) +
-                   "“, ";
-            text += m_dat.aufbau == static_cast<std::int64_t>(ESOAufbau::ohneKopf)    ? "ohne Kopfzeile."
-                    : m_dat.aufbau == static_cast<std::int64_t>(ESOAufbau::vorspalte) ? "Kopfzeile und erste Spalte "
-                                                                                        "übergangen."
-                                                                                      : "erste Zeile als Kopfzeile "
-                                                                                        "übergangen.";
+    const auto text = [this]() -> std::string {
+        switch (m_lesung) {
+        case Dat::Lesung::gelesen:
+        case Dat::Lesung::abgebrochen:
+            return m_dat.IstLeer()
+                       ? ""
+                       : Text(IDS_ESO_GELESEN, {Menge(m_dat.zeilen), std::string(1, m_dat.Trennzeichen()),
+                                                LoadRuvString(IDS_ESO_AUFBAU + static_cast<UINT>(m_dat.aufbau))});
+        case Dat::Lesung::nichtGeoeffnet:
+            return LoadRuvString(IDS_ESO_NICHT_GEOEFFNET);
+        case Dat::Lesung::falschesFormat:
+            return m_dat.FehlerZeile() == 0
+                       ? LoadRuvString(IDS_ESO_FALSCHE_WERTE)
+                       : Text(IDS_ESO_FALSCHE_ZEILE, {Menge(static_cast<std::int64_t>(m_dat.FehlerZeile()))});
+        case Dat::Lesung::zuLang:
+            return LoadRuvString(IDS_ESO_ZU_LANG);
+        case Dat::Lesung::ohneWerte:
+            return LoadRuvString(IDS_ESO_OHNE_WERTE);
         }
-        break;
-    case Dat::Lesung::nichtGeoeffnet:
-        text = "Die Datei ließ sich nicht öffnen.";
-        break;
-    case Dat::Lesung::falschesFormat:
-        text = "Nicht gelesen: " + (m_dat.FehlerZeile() > 0 ? "Zeile " + Menge(static_cast<std::int64_t>(m_dat.FehlerZeile())) +
-                                                                  " hat keine fünf ganzen Zahlen, oder die Datei ist zu lang."
-                                                            : std::string("Die Werte sind zu groß."));
-        break;
-    case Dat::Lesung::ohneWerte:
-        text = "Die Datei enthält keine Messwerte.";
-        break;
-    }
-    const auto zeige = [this](UINT id, const std::string& was) {
-        if (CWnd* feld = GetDlgItem(id))
-            feld->SetWindowText(was);
+        return {};
     };
-    zeige(IDC_ESO_BEFUND, text);
+    ShowText(IDC_ESO_BEFUND, text());
     std::string unsicher;
     for (std::size_t i = 0; i < Dat::kPaare; ++i)
         if (!m_dat.IstLeer() && !m_dat.IstVerlaesslich(i))
-            unsicher += (unsicher.empty() ? "" : ", ") + std::string(kPaarNamen[i]);
-    zeige(IDC_ESO_URTEIL, unsicher.empty() ? "" : "Nicht verlässlich (r unter " + RuvNumberText(Dat::kVerlaesslich, 1) + "): " + unsicher);
-    zeige(IDC_ESO_SKALIEREN_WERT, std::to_string(m_dat.skalierung) + " %");
-    zeige(IDC_ESO_LINIENSTAERKE_WERT, std::to_string(m_dat.linienstaerke));
-    zeige(IDC_ESO_DATEI, m_dat.Pfad());
+            (unsicher += unsicher.empty() ? "" : ", ") += kPaarNamen[i];
+    ShowText(IDC_ESO_URTEIL,
+             unsicher.empty() ? "" : Text(IDS_ESO_UNSICHER, {RuvNumberText(Dat::kVerlaesslich, 1), unsicher}));
+    ShowText(IDC_ESO_SKALIEREN_WERT, std::to_string(m_dat.skalierung).append(" %"));
+    ShowText(IDC_ESO_LINIENSTAERKE_WERT, std::to_string(m_dat.linienstaerke));
+    if (CWnd* datei = GetDlgItem(IDC_ESO_DATEI))
+        datei->SetWindowText(m_dat.Pfad());
 }
 
 // --- curves -----------------------------------------------------------------------------------------------------
@@ -182,7 +183,7 @@ void CESOImportDlg::Lade(const std::string& pfad)
     ZeigeKurven();
     if (lesung == Dat::Lesung::nichtGeoeffnet)
         AfxMessageBox(kNichtGeoeffnet);
-    else if (lesung == Dat::Lesung::falschesFormat)
+    else if (lesung == Dat::Lesung::falschesFormat || lesung == Dat::Lesung::zuLang)
         AfxMessageBox(kFalschesFormat);
 }
 
@@ -197,7 +198,7 @@ void CESOImportDlg::ZeigeKurven()
         const ESOKurven& kurven = m_dat.korrelieren != 0 ? m_dat.ausgerichtet : m_dat.roh;
         const auto dicke = static_cast<double>(m_dat.linienstaerke);
         for (std::size_t q = 0; q < kESOKurven; ++q)
-            reihen.push_back({.name = "Messkurve " + std::to_string(q + 1),
+            reihen.push_back({.name = Text(IDS_ESO_KURVE, {std::to_string(q + 1)}),
                               .x = x,
                               .y = AlsDouble(kurven[q]),
                               .color = chart::kCurveColors[q],
@@ -207,7 +208,7 @@ void CESOImportDlg::ZeigeKurven()
             std::vector<double> rest(x->size());
             for (std::size_t k = 0; k < rest.size(); ++k)
                 rest[k] = static_cast<double>(m_dat.ausgerichtet[q][k]) - static_cast<double>(m_dat.ausgerichtet[0][k]);
-            reihen.push_back({.name = "Residuum " + std::to_string(q + 1) + " − 1",
+            reihen.push_back({.name = Text(IDS_ESO_RESIDUUM, {std::to_string(q + 1)}),
                               .x = x,
                               .y = std::make_shared<const std::vector<double>>(std::move(rest)),
                               .color = chart::kCurveColors[q],
@@ -245,6 +246,7 @@ LRESULT CESOImportDlg::OnEditChanged(WPARAM controlId, LPARAM)
 
 void CESOImportDlg::IncValue(int controlId)
 {
+    bool genommen = true;
     switch (controlId) {
     case IDC_ESO_KORRELIEREN:
         OnKorrelieren();
@@ -254,14 +256,16 @@ void CESOImportDlg::IncValue(int controlId)
         return;
     case IDC_ESO_VON:
     case IDC_ESO_BIS:
-        m_diagramm.TakeTyped(m_dat.bereichVon, m_dat.bereichBis);
+        genommen = m_diagramm.TakeTyped(m_dat.bereichVon, m_dat.bereichBis);
         BereichGeaendert();
+        if (!genommen)
+            ShowText(IDC_ESO_BEFUND, LoadRuvString(IDS_ESO_KEINE_ZEILE));
         return;
     default:
         break;
     }
     m_dat.Auswerten();
-    m_dat.Merke();
+    m_dat.Merken();
     if (controlId == IDC_ESO_ABTASTZEIT)
         ZeigeKurven();
     UpdateDialog();
@@ -332,7 +336,8 @@ void CESOImportDlg::ZeichneBild(CDC& dc)
         return;
     const double breite = m_bild->width;
     const double hoehe = m_bild->height;
-    const double mass = std::min(dc.Width() / breite, dc.Height() / hoehe) * static_cast<double>(m_dat.skalierung) / 100.0;
+    const double mass =
+        std::min(dc.Width() / breite, dc.Height() / hoehe) * static_cast<double>(m_dat.skalierung) / 100.0;
     const int sichtbarX = std::clamp(static_cast<int>(std::lround(dc.Width() / mass)), 1, m_bild->width);
     const int sichtbarY = std::clamp(static_cast<int>(std::lround(dc.Height() / mass)), 1, m_bild->height);
     if (m_ausschnitt == nullptr || m_ausschnitt->width != sichtbarX || m_ausschnitt->height != sichtbarY) {
@@ -345,7 +350,8 @@ void CESOImportDlg::ZeichneBild(CDC& dc)
             const int links = (m_bild->width - sichtbarX) / 2;
             const int oben = (m_bild->height - sichtbarY) / 2;
             for (int y = 0; y < sichtbarY; ++y) {
-                const auto zeile = m_bild->pixels.begin() + static_cast<std::ptrdiff_t>(oben + y) * m_bild->width + links;
+                const auto zeile =
+                    m_bild->pixels.begin() + static_cast<std::ptrdiff_t>(oben + y) * m_bild->width + links;
                 teil->pixels.insert(teil->pixels.end(), zeile, zeile + sichtbarX);
             }
             m_ausschnitt = std::move(teil);

@@ -260,9 +260,8 @@ double Korrelation(const ESOKurve& a, const ESOKurve& b, std::size_t s, std::siz
     if (e < s || a.size() < e || b.size() < d)
         return 0.0;
     const std::span<const std::int64_t> werte(a);
-    return Quadratsumme(a) < kSchmal && Quadratsumme(b) < kSchmal
-               ? EinzelnesR<Schmal>(werte.subspan(s, e - s), b, d)
-               : EinzelnesR<Breit>(werte.subspan(s, e - s), b, d);
+    return Quadratsumme(a) < kSchmal && Quadratsumme(b) < kSchmal ? EinzelnesR<Schmal>(werte.subspan(s, e - s), b, d)
+                                                                  : EinzelnesR<Breit>(werte.subspan(s, e - s), b, d);
 }
 
 ESOFenster FensterVon(std::size_t laenge)
