@@ -123,7 +123,7 @@ void DragAnObject(benchmark::State& state)
         Dat dat(data);
         AllBarriers(data, dat);
         dat.ergebnisSteht = 1;
-        dat.Speichern();
+        dat.Merken();
     }
     auto* mask = new CSchrankenverfahrenDlg(data, nullptr);
     mask->DoModeless(nullptr);

@@ -120,9 +120,9 @@ void CImportDlg::Importiere()
         Importiere(m_auswahl.pfad);
 }
 
-void CImportDlg::Importiere(const std::string& pfad)
+void CImportDlg::Importiere(std::string pfad)
 {
-    const std::string vorher = std::exchange(m_auswahl.pfad, pfad);
+    const std::string vorher = std::exchange(m_auswahl.pfad, std::move(pfad));
     m_data.BroadcastMessage(WM_RUV_BEFOREIMPORT, 0, 0, this);
     ReadData();
     Lesung lesung;

@@ -69,7 +69,7 @@ class CImportDlg : public CMDIRechDialog
 
   private:
     LRESULT OnEditChanged(WPARAM controlId, LPARAM);
-    void Importiere(const std::string& pfad);
+    void Importiere(std::string pfad);
     void OnUebertragen();
     void BereichGeaendert();
     void ZeigeVorhanden();

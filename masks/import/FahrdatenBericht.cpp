@@ -13,6 +13,9 @@
 namespace
 {
 
+/// Columns without use that are named.
+constexpr std::size_t kGenannteSpalten = 40;
+
 std::string Zahl(std::size_t zahl)
 {
     return std::to_string(zahl);
@@ -68,7 +71,7 @@ class Schreiber
         for (std::size_t i = 0; i < kKanaele; ++i) {
             const auto kanal = static_cast<Kanal>(i);
             const int spalte = plan.Spalte(kanal);
-            if (!plan.Hat(kanal) || (spalte < 0 && !plan.HatZweiZeitspalten()))
+            if (!plan.Hat(kanal) || (spalte < 0 && !plan.HatZweiZeitspalten()) || IstUnbekannt(kanal))
                 continue;
             std::string text = spalte < 0 ? std::string() : Spalte(spalte) + Einheit(kanal, spalte);
             if (kanal == Kanal::zeit && plan.HatZweiZeitspalten() && plan.ZweiteZeitspalte() >= 0)
@@ -76,9 +79,12 @@ class Schreiber
             Schreibe(IDS_FLI_KANAL + static_cast<UINT>(i), text);
         }
         std::string unbenutzt;
+        std::size_t anzahl = 0;
         for (std::size_t i = 0; i < m_gelesen.spalten.size(); ++i)
-            if (plan.KanalDer(static_cast<int>(i)) == Kanal::keiner)
+            if (plan.KanalDer(static_cast<int>(i)) == Kanal::keiner && ++anzahl <= kGenannteSpalten)
                 unbenutzt += (unbenutzt.empty() ? "" : ", ") + Name(static_cast<int>(i));
+        if (anzahl > kGenannteSpalten)
+            unbenutzt += ", …";
         if (!unbenutzt.empty())
             Schreibe(IDS_FLI_UNBENUTZT, unbenutzt);
     }
@@ -107,6 +113,10 @@ class Schreiber
             Hinweis(IDS_FLI_NULLBYTES);
         if (m_gelesen.einheitenSindZahlen)
             Hinweis(IDS_FLI_EINHEITEN_SIND_ZAHLEN, {Zahl(m_gelesen.einheitenzeile)});
+        for (std::size_t i = 0; i < kKanaele; ++i)
+            if (const auto kanal = static_cast<Kanal>(i); IstUnbekannt(kanal))
+                Schreibe(IDS_FLI_HINWEIS, LoadRuvString(IDS_FLI_KANAL + static_cast<UINT>(i)) + ", " +
+                                              Spalte(plan.Spalte(kanal)) + Einheit(kanal, plan.Spalte(kanal)));
         for (std::size_t i = 0; i < m_gelesen.spalten.size(); ++i) {
             const Spaltenbefund& spalte = m_gelesen.spalten[i];
             const std::string name = Name(static_cast<int>(i));
@@ -142,6 +152,13 @@ class Schreiber
         return "„" + befund.name + "“";
     }
     std::string Spalte(int spalte) const { return Text(IDS_FLI_SPALTE, {std::to_string(spalte + 1), Name(spalte)}); }
+    /// The numbers of the channel are taken as they are, whatever their unit is.
+    bool IstUnbekannt(Kanal kanal) const
+    {
+        const Spaltenplan& plan = m_gelesen.plan;
+        const int spalte = plan.Spalte(kanal);
+        return spalte >= 0 && plan.Gewaehlt(kanal) == nullptr && !Umgerechnet(kanal, plan.Einheit(spalte)).bekannt;
+    }
     std::string Einheit(Kanal kanal, int spalte) const
     {
         const std::string grund(Grundeinheit(kanal));
@@ -184,18 +201,18 @@ Bericht CFLIImportDat::MacheBericht() const
     else if (!m_bericht.plan.Reicht())
         schreiber.Schreibe(IDS_FLI_ABGELEHNT,
                            LoadRuvString(m_bericht.plan.Hat(Kanal::zeit) ? IDS_FLI_ORT_FEHLT : IDS_FLI_ZEIT_FEHLT));
-    schreiber.Kopf();
-    schreiber.Spalten();
     schreiber.Zeilen();
-    if (m_koordinaten != Koordinaten::keine)
-        schreiber.Schreibe(IDS_FLI_KOORDINATEN, LoadRuvString(IDS_FLI_KOORDINATEN + static_cast<UINT>(m_koordinaten)));
-    if (m_abgeleitet)
-        schreiber.Schreibe(IDS_FLI_KANAL + static_cast<UINT>(Kanal::geschwindigkeit),
-                           LoadRuvString(IDS_FLI_ABGELEITET));
     schreiber.Hinweise();
     if (m_ohneRichtung > 0)
         schreiber.Hinweis(IDS_FLI_OHNE_RICHTUNG, {Zahl(m_ohneRichtung)});
     if (m_ohnePosition > 0)
         schreiber.Hinweis(IDS_FLI_OHNE_POSITION, {Zahl(m_ohnePosition)});
+    schreiber.Kopf();
+    schreiber.Spalten();
+    if (m_abgeleitet)
+        schreiber.Schreibe(IDS_FLI_KANAL + static_cast<UINT>(Kanal::geschwindigkeit),
+                           LoadRuvString(IDS_FLI_ABGELEITET));
+    if (m_koordinaten != Koordinaten::keine)
+        schreiber.Schreibe(IDS_FLI_KOORDINATEN, LoadRuvString(IDS_FLI_KOORDINATEN + static_cast<UINT>(m_koordinaten)));
     return schreiber.Nimm();
 }

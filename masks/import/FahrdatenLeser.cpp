@@ -18,6 +18,8 @@ namespace
 
 constexpr std::size_t kVorschauzeilen = 3;
 constexpr std::size_t kGenannteZeilen = 20;
+/// A line with more columns heads no file.
+constexpr std::size_t kMeisteSpalten = 4096;
 constexpr double kTag = 86400.0;
 constexpr double kGroessteBreite = 90.0;
 constexpr double kGroessteLaenge = 180.0;
@@ -323,6 +325,8 @@ class FahrdatenLeser::Maschine
         kopf.nummer = m_nummer;
         kopf.trenner = trenner;
         m_zellen.Schneide(zeile, trenner);
+        if (m_zellen.Anzahl() > kMeisteSpalten)
+            return false;
         for (const std::string& titel : m_zellen.Texte())
             kopf.Nimm(titel);
         kopf.plan = Spaltenplan(kopf.namen, kopf.einheiten, ZuordnungFuer(zeile));
@@ -374,7 +378,6 @@ class FahrdatenLeser::Maschine
     void BeginneDaten();
     void LiesDaten(std::string_view zeile);
     bool LiesSchnell(std::string_view roh);
-    double Zahlenwert(Kanal kanal, int spalte, std::string_view zelle, bool& gelesen);
     void LiesZeit(Reihe& reihe, std::string_view erste, std::string_view zweite);
     std::optional<double> Genommen(const Uhrzeit& uhr, std::string_view zelle);
     std::optional<double> UhrzeitDer(std::string_view zelle, bool auchSekunden);
@@ -511,6 +514,8 @@ bool FahrdatenLeser::Maschine::LiesSchnell(std::string_view roh)
     }
     if (m_zeitAusText)
         LiesZeit(reihe, zeiten[0], zeiten[1]);
+    if ((reihe.hat & Bit(Kanal::zeit)) == 0)
+        vorzeichenlos = 0;
     for (std::size_t i = 0; vorzeichenlos != 0; ++i, vorzeichenlos >>= 1U)
         if ((vorzeichenlos & 1U) != 0)
             ++m_bericht.spalten[static_cast<std::size_t>(m_kopf.plan.Spalte(static_cast<Kanal>(i)))].vorzeichenlos;
@@ -532,34 +537,26 @@ void FahrdatenLeser::Maschine::LiesDaten(std::string_view zeile)
     const Spaltenplan& plan = m_kopf.plan;
     Reihe reihe;
     reihe.hat = 0;
-    for (const Kanal kanal : m_kanaele) {
-        if (kanal == Kanal::zeit && m_zeitAusText)
-            continue;
-        const int spalte = plan.Spalte(kanal);
-        bool gelesen = false;
-        const double wert = Zahlenwert(kanal, spalte, m_zellen[spalte], gelesen);
-        if (gelesen) {
-            reihe.wert[Platz(kanal)] = wert;
-            reihe.hat |= Bit(kanal);
-        }
-    }
     if (m_zeitAusText)
         LiesZeit(reihe, m_zellen[plan.Spalte(Kanal::zeit)],
                  plan.HatZweiZeitspalten() ? m_zellen[plan.ZweiteZeitspalte()] : std::string_view{});
+    for (const Kanal kanal : m_kanaele) { // the time first
+        if (kanal == Kanal::zeit && m_zeitAusText)
+            continue;
+        const int spalte = plan.Spalte(kanal);
+        const Zahl zahl = LiesZahl(m_zellen[spalte]);
+        if (!zahl.gelesen)
+            continue;
+        reihe.wert[Platz(kanal)] = zahl.wert * plan.Faktor(kanal);
+        reihe.hat |= Bit(kanal);
+        if ((reihe.hat & Bit(Kanal::zeit)) == 0)
+            continue; // none of the rows: nothing of it matters
+        Spaltenbefund& befund = m_bericht.spalten[static_cast<std::size_t>(spalte)];
+        befund.vorzeichenlos += zahl.vorzeichenlos;
+        if (zahl.mitRest && befund.mitRest++ == 0)
+            befund.beispiel = Utf8(m_zellen[spalte]);
+    }
     Nimm(reihe);
-}
-
-double FahrdatenLeser::Maschine::Zahlenwert(Kanal kanal, int spalte, std::string_view zelle, bool& gelesen)
-{
-    const Zahl zahl = LiesZahl(zelle);
-    gelesen = zahl.gelesen;
-    if (!gelesen)
-        return kNichtVorhanden;
-    Spaltenbefund& befund = m_bericht.spalten[static_cast<std::size_t>(spalte)];
-    befund.vorzeichenlos += zahl.vorzeichenlos;
-    if (zahl.mitRest && befund.mitRest++ == 0)
-        befund.beispiel = Utf8(zelle);
-    return zahl.wert * m_kopf.plan.Faktor(kanal);
 }
 
 void FahrdatenLeser::Maschine::LiesZeit(Reihe& reihe, std::string_view erste, std::string_view zweite)

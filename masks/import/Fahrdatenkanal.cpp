@@ -272,6 +272,7 @@ void Spaltenplan::Ordne(const Zuordnung& zuordnung)
     if (zuordnung.kanal == Kanal::keiner)
         return;
     const std::size_t platz = Platz(zuordnung.kanal);
+    m_zeitZugeordnet = m_zeitZugeordnet || zuordnung.kanal == Kanal::zeit;
     m_platz[platz] = zuordnung.spalte;
     const auto wahl = Einheiten(zuordnung.kanal);
     const auto einheit = static_cast<std::size_t>(zuordnung.einheit);
@@ -290,7 +291,7 @@ void Spaltenplan::BestimmeZeitform()
 int Spaltenplan::Spalte(Kanal kanal) const
 {
     const std::int64_t platz = m_platz[Platz(kanal)];
-    const std::int64_t spalte = kanal == Kanal::zeit && platz > kZweiSpalten ? platz % kZweiSpalten : platz;
+    const std::int64_t spalte = kanal == Kanal::zeit && HatZweiZeitspalten() ? platz % kZweiSpalten : platz;
     return spalte < static_cast<std::int64_t>(m_einheit.size()) ? static_cast<int>(spalte) : -1;
 }
 

@@ -96,7 +96,7 @@ class Spaltenplan
 
     // The time. One that is made of two columns has a place above 100: place % 100 is the first of them, place / 100 -
     // 1 the second.
-    bool HatZweiZeitspalten() const { return m_platz[0] > kZweiSpalten; }
+    bool HatZweiZeitspalten() const { return !m_zeitZugeordnet && m_platz[0] > kZweiSpalten; }
     int ZweiteZeitspalte() const;
     Zeitform Form() const { return m_form; }
     /// Of two columns the first holds clock time and the second what it lacks, in ms; otherwise the second holds it.
@@ -122,6 +122,7 @@ class Spaltenplan
     std::array<const Einheitenwahl*, kKanaele> m_gewaehlt{};
     std::vector<std::string> m_einheit;
     std::vector<bool> m_uhrOhneEinheit; ///< columns whose name alone says clock time
+    bool m_zeitZugeordnet = false;      ///< the user named the one column of the time
     Zeitform m_form = Zeitform::zahl;
 };
 

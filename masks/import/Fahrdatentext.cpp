@@ -12,6 +12,8 @@ namespace fahrdaten
 namespace
 {
 
+/// What is larger, infinite or not-a-number measures nothing.
+constexpr double kGroessteZahl = 1e100;
 constexpr double kMinute = 60.0;
 constexpr double kStunde = 3600.0;
 constexpr double kHalberTag = 12.0;
@@ -30,7 +32,7 @@ std::optional<double> Gleitkomma(std::string_view text, std::size_t& used)
     const std::size_t plus = text.size() > 1 && text[0] == '+' && text[1] != '-' ? 1 : 0;
     double value = 0.0;
     const auto [end, failure] = std::from_chars(text.data() + plus, text.data() + text.size(), value);
-    if (failure != std::errc{} || !std::isfinite(value))
+    if (failure != std::errc{} || !(std::abs(value) <= kGroessteZahl))
         return std::nullopt;
     used = static_cast<std::size_t>(end - text.data());
     return value;
@@ -117,8 +119,8 @@ Uhrzeit LiesUhrzeit(std::string_view zelle)
         if (!gelesen)
             return uhr;
         sekunden = *gelesen;
-    } else if (ende < zelle.size() && zelle[ende] == zelle[h]) {
-        return uhr; // the seconds are announced and are none
+    } else if (zelle[h] != ':' || (ende < zelle.size() && zelle[ende] == ':')) {
+        return uhr; // a number with decimals, or the seconds are announced and are none
     } else {
         uhr.ohneSekunden = true;
     }

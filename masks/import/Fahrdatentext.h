@@ -29,8 +29,8 @@ struct Uhrzeit {
     bool ohneSekunden = false;
 };
 
-/// Hours, minutes and seconds with one character between them. Hours below 12 count 12 more and the hour 12 counts as
-/// 0: only differences of times are used.
+/// Hours, minutes and seconds with one character between them; the seconds may be missing behind a colon. Hours below
+/// 12 count 12 more and the hour 12 counts as 0: only differences of times are used.
 Uhrzeit LiesUhrzeit(std::string_view zelle);
 /// Whether a cell is clock time and not a number of seconds: it holds a colon, or two separators between digits.
 bool IstUhrzeit(std::string_view zelle);

@@ -86,8 +86,16 @@ TEST_P(AllMasksTest, EveryFieldBelongsToTheRecord)
 {
     std::set<const void*> fields;
     std::set<std::string> names;
+    std::set<UINT> controls;
+    for (const Window* control : Controls())
+        controls.insert(control->id);
     for (const RecordField& field : Record()) {
         EXPECT_TRUE(names.insert(std::string(field.name)).second) << field.name << " twice";
+        if (field.spec != nullptr) {
+            for (const UINT control : field.spec->Controls()) {
+                EXPECT_TRUE(controls.contains(control)) << field.name << " has no control " << control;
+            }
+        }
         std::visit(
             [&](const auto* values) {
                 for (std::size_t i = 0; i < field.count; ++i)
@@ -112,6 +120,12 @@ TEST_P(AllMasksTest, EveryFieldBelongsToTheRecord)
         // A unit that the unit system converts stands in a static of its own, or not at all.
         if (const Window* unit = control->parent->Child(krn::UnitLabelId(control->id))) {
             EXPECT_EQ(unit->text, binding->Spec()->unit.text) << control->id;
+        } else if (real->Unit()) {
+            const auto& all = control->parent->children;
+            const auto self =
+                std::find_if(all.begin(), all.end(), [&](const auto& one) { return one.get() == control; });
+            EXPECT_FALSE(std::next(self) != all.end() && (*std::next(self))->text == binding->Spec()->unit.text)
+                << control->id << ": its unit is converted and its label is not";
         }
     }
 }
@@ -169,7 +183,7 @@ TEST_P(AllMasksTest, NumbersHaveTheirRangePrecisionAndUnit)
         }
         shown[control->id] = field;
     }
-    EXPECT_EQ(shown, NumberFields(GetParam()));
+    EXPECT_EQ(shown, NumberFields(GetParam())) << "tests/masks/Zahlenfelder.txt";
 }
 
 TEST_P(AllMasksTest, IsInReportAndPicture)

@@ -73,7 +73,8 @@ TEST(FahrdatenLeser, CellsBecomeTheValuesOfTheirColumn)
         {"v", "\"1.234,5\"", Feld::geschwindigkeit, 1.234},
         {"v", "\"1,234,5\"", Feld::geschwindigkeit, 1.234},
         {"v", "12.5 km/h", Feld::geschwindigkeit, 12.5},
-        {"v", "1234567890123456789012345678901234567890", Feld::geschwindigkeit, 1234567890123456789012345678901234567890.0},
+        {"v", "1234567890123456789012345678901234567890", Feld::geschwindigkeit,
+         1234567890123456789012345678901234567890.0},
         {"v", "1234567890123456789012.5", Feld::geschwindigkeit, 1234567890123456789012.0},
         {"v", "0.1234567890123456789012345", Feld::geschwindigkeit, 0.123456789012345678},
         {"heading (rad)", "2", Feld::richtung, 114.591559},
@@ -96,11 +97,12 @@ TEST(FahrdatenLeser, CellsBecomeTheValuesOfTheirColumn)
         {"altitude", "", Feld::hoehe, -1.0},
     };
     for (const Zelle& zelle : zellen) {
-        const std::string datei = std::string("Time,gps_speed,") + zelle.titel + ",rest\n0,0,,\n1,0," + zelle.text + ",0\n";
-        const Fahrdaten daten = LiesFahrdaten(datei.find("gps_speed") != std::string::npos &&
-                                                      zelle.feld == Feld::geschwindigkeit
-                                                  ? std::string("Time,") + zelle.titel + ",rest\n0,0,\n1," + zelle.text + ",0\n"
-                                                  : datei);
+        const std::string datei =
+            std::string("Time,gps_speed,") + zelle.titel + ",rest\n0,0,,\n1,0," + zelle.text + ",0\n";
+        const Fahrdaten daten =
+            LiesFahrdaten(datei.find("gps_speed") != std::string::npos && zelle.feld == Feld::geschwindigkeit
+                              ? std::string("Time,") + zelle.titel + ",rest\n0,0,\n1," + zelle.text + ",0\n"
+                              : datei);
         ASSERT_EQ(daten.zeilen.Anzahl(), 2U) << datei;
         const double wert = daten.zeilen.Wert(1, zelle.feld);
         EXPECT_NEAR(wert, zelle.wert, 1e-15 * std::abs(zelle.wert)) << datei;
@@ -140,8 +142,7 @@ TEST(FahrdatenLeser, TimesByTheirHeader)
     for (const auto& fall : faelle) {
         const char trenner = std::string(fall.kopf).find(',') == std::string::npos ? ';' : ',';
         const std::string t(1, trenner);
-        const std::string datei =
-            fall.kopf + t + "v\n#\n" + fall.erste + t + "36\n" + fall.zweite + t + "36\n";
+        const std::string datei = fall.kopf + t + "v\n#\n" + fall.erste + t + "36\n" + fall.zweite + t + "36\n";
         const Fahrdaten daten = LiesFahrdaten(datei);
         if (fall.schritt == kKeine) {
             EXPECT_FALSE(daten.brauchbar) << datei;
@@ -274,12 +275,20 @@ TEST(FahrdatenLeser, TheUserAssignsColumnsAndUnits)
     ErwarteGleich(Werte(daten, Feld::geschwindigkeit), {7.2, 14.4}, 1e-12);
     EXPECT_EQ(daten.bericht.plan.KanalDer(2), Kanal::keiner);
 
+    // A column beyond the hundredth is one, not two.
+    const std::string viele(150, ',');
+    const std::string breit = "v" + viele + "Moment\n1" + viele + "5\n2" + viele + "7\n";
+    const Fahrdaten weit = LiesFahrdaten(breit, {{Kopfschluessel("v" + viele + "Moment"), {{150, Kanal::zeit, 0}}}});
+    EXPECT_EQ(Werte(weit, Feld::zeitschritt), (std::vector<double>{0, 2}));
+
     // Another header is another file; a column that is taken away feeds nothing.
     EXPECT_FALSE(LiesFahrdaten("Moment;Tempo;w\n10;2;3\n", {{schluessel, {{0, Kanal::zeit, ms}}}}).brauchbar);
     const std::string kopf = "t,v,speed (km/h)\n";
-    EXPECT_FALSE(LiesFahrdaten(kopf + "0,1,2\n", {{Kopfschluessel("t,v,speed (km/h)"), {{2, Kanal::keiner, -1}}}}).brauchbar);
-    EXPECT_EQ(Werte(LiesFahrdaten(kopf + "0,1,2\n", {{Kopfschluessel("t,v,speed (km/h)"),
-                                                      {{1, Kanal::geschwindigkeit, -1}, {77, Kanal::x, 0}, {2, Kanal::x, 99}}}}),
+    EXPECT_FALSE(
+        LiesFahrdaten(kopf + "0,1,2\n", {{Kopfschluessel("t,v,speed (km/h)"), {{2, Kanal::keiner, -1}}}}).brauchbar);
+    EXPECT_EQ(Werte(LiesFahrdaten(kopf + "0,1,2\n",
+                                  {{Kopfschluessel("t,v,speed (km/h)"),
+                                    {{1, Kanal::geschwindigkeit, -1}, {77, Kanal::x, 0}, {2, Kanal::x, 99}}}}),
                     Feld::geschwindigkeit),
               std::vector<double>{1});
 }
@@ -314,9 +323,9 @@ TEST(FahrdatenLeser, ReadsTheStylesOfLoggers)
     const Fahrdaten vbox = LiesFahrdaten(Beispiel("vbox.vbo"));
     ErwarteGleich(Werte(vbox, Feld::geschwindigkeit), {50.4, 49.9, 48.75}, 1e-12);
     EXPECT_EQ(vbox.bericht.keineGrad, 3U);
-    const Fahrdaten minuten = LiesFahrdaten(
-        Beispiel("vbox.vbo"),
-        {{vbox.bericht.schluessel, {{1, Kanal::zeit, 3}, {2, Kanal::breite, 1}, {3, Kanal::laenge, 1}}}});
+    const Fahrdaten minuten =
+        LiesFahrdaten(Beispiel("vbox.vbo"),
+                      {{vbox.bericht.schluessel, {{1, Kanal::zeit, 3}, {2, Kanal::breite, 1}, {3, Kanal::laenge, 1}}}});
     ErwarteGleich(Werte(minuten, Feld::zeitschritt), {0.0, 0.05, 0.05}, 1e-9);
     ErwarteGleich(Werte(minuten, Feld::breite), {52.516, 52.516, 52.516}, 1e-9);
 
@@ -359,11 +368,16 @@ TEST(FahrdatenLeser, TheSameContentInOtherDressGivesTheSameRows)
         const std::string schlicht = datei(",", ".", "\n", "", "", false);
         const Fahrdaten soll = LiesFahrdaten(schlicht);
         const std::string kleider[] = {
-            datei(",", ".", "\r\n", "", "", false),    datei(",", ".", "\r", "", "", false),
-            datei(",", ".", "\n\n", " \t", " ", false), datei(",", ".", "\n", "\xEF\xBB\xBF", "", false),
-            datei(",", ".", "\n", "\xC2\xA0", "\xC2\xA0", false), datei(";", ",", "\n", "", "", false),
-            datei(";", ".", "\r\n", "", "", false),   datei(",", ".", "\n", "", "", true),
-            datei(";", ",", "\n", "", "", true),      schlicht.substr(0, schlicht.size() - 1),
+            datei(",", ".", "\r\n", "", "", false),
+            datei(",", ".", "\r", "", "", false),
+            datei(",", ".", "\n\n", " \t", " ", false),
+            datei(",", ".", "\n", "\xEF\xBB\xBF", "", false),
+            datei(",", ".", "\n", "\xC2\xA0", "\xC2\xA0", false),
+            datei(";", ",", "\n", "", "", false),
+            datei(";", ".", "\r\n", "", "", false),
+            datei(",", ".", "\n", "", "", true),
+            datei(";", ",", "\n", "", "", true),
+            schlicht.substr(0, schlicht.size() - 1),
         };
         for (const std::string& kleid : kleider) {
             const Fahrdaten ist = LiesFahrdaten(kleid);
