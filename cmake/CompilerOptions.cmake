@@ -48,6 +48,11 @@ if(NOT WIN32 AND NOT RUV_SANITIZE)
     add_link_options(-Wl,-z,relro,-z,now)
 endif()
 
+# A library calls its own instances of templates, not those of a program that is compiled with other options.
+if(NOT WIN32)
+    add_link_options("$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-Bsymbolic-functions>")
+endif()
+
 if(WIN32)
     set(CMAKE_SHARED_LIBRARY_PREFIX "")
     add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
