@@ -25,7 +25,8 @@ constexpr NumberRange kAbstand{0.001, 100};
 constexpr NumberRange kAbtastzeit{1e-6, 1};
 constexpr NumberRange kTempo{-1e6, 1e6};
 constexpr NumberRange kMesswerte{-1e7, 1e7};
-constexpr NumberRange kZeit{-1e7, 1e7};
+constexpr NumberRange kZeit{0, 1e6};
+constexpr NumberExtra kSchritte{.spinner = {0, 1e6, 0.1}};
 constexpr auto kErgebnis = FieldRole::result;
 
 constexpr NumberRow<Dat> kZahlen[] = {
@@ -53,8 +54,8 @@ constexpr NumberRow<Dat> kZahlen[] = {
     {IDC_ESO_ABTASTZEIT, "abtastzeit", At<&Dat::abtastzeit>, units::s, kAbtastzeit, 6, FieldRole::input},
     {IDC_ESO_KORRELIEREN, "korrelieren", At<&Dat::korrelieren>},
     {IDC_ESO_RESIDUEN, "residuen", At<&Dat::residuen>},
-    {IDC_ESO_VON, "bereichVon", At<&Dat::bereichVon>, units::s, kZeit, 3, FieldRole::state},
-    {IDC_ESO_BIS, "bereichBis", At<&Dat::bereichBis>, units::s, kZeit, 3, FieldRole::state},
+    {IDC_ESO_VON, "bereichVon", At<&Dat::bereichVon>, units::s, kZeit, 3, FieldRole::state, kSchritte},
+    {IDC_ESO_BIS, "bereichBis", At<&Dat::bereichBis>, units::s, kZeit, 3, FieldRole::state, kSchritte},
     {"skalierung", At<&Dat::skalierung>, units::percent},
     {"linienstaerke", At<&Dat::linienstaerke>},
     {"zeilen", At<&Dat::zeilen>},

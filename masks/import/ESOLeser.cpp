@@ -172,6 +172,8 @@ ESOBefund ESOLeser::Ende()
 /// The text ends with the end of a line.
 void ESOLeser::NimmZeilen(const char* p, const char* ende)
 {
+    if (m_befund != ESOBefund::gelesen)
+        return;
     while (p != ende && m_befund == ESOBefund::gelesen) {
         if (IstZeilenende(*p)) {
             m_zeile += *p == '\n' || (p + 1 != ende && p[1] != '\n') ? 1U : 0U;
