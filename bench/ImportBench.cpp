@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// Five measured curves: reading a million rows, and the search of four shifts beside the plain search.
+// Five measured curves: reading a million rows (processor time), and the search of four shifts, on two threads, beside
+// the plain search (both by the clock: it wants a machine that does nothing else).
 #include "masks/import/ESOKorrelation.h"
 #include "masks/import/ESOLeser.h"
 
@@ -9,6 +10,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <ctime>
 #include <random>
 #include <string>
 
@@ -50,13 +52,13 @@ void ReadCurves(benchmark::State& state)
     double best = 1e9;
     for (auto unused : state) {
         static_cast<void>(unused);
-        const auto start = std::chrono::steady_clock::now();
+        const std::clock_t start = std::clock();
         ESOLeser reader(text.size());
         for (std::size_t at = 0; at < text.size(); at += 16384)
             reader.Nimm(std::string_view(text).substr(at, 16384));
         if (reader.Ende() != ESOBefund::gelesen)
             state.SkipWithError("not read");
-        best = std::min(best, Milliseconds(start));
+        best = std::min(best, 1e3 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
     }
     state.counters["best_ms"] = best;
     state.counters["MB/s"] = static_cast<double>(text.size()) / best / 1e3;

@@ -6,8 +6,10 @@
 #include "masks/import/Kreuzsummen.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <exception>
+#include <limits>
 #include <span>
 #include <thread>
 
@@ -58,18 +60,6 @@ double Quotient(double zaehler, double streuungY, double streuungX)
     return wurzel == 0.0 ? 0.0 : zaehler / wurzel;
 }
 
-/// Curve b as the search uses it: exact sums from the first number on.
-template <class Art> struct Teilsummen {
-    explicit Teilsummen(const ESOKurve& b) : summe(b.size() + 1), quadrate(b.size() + 1)
-    {
-        for (std::size_t k = 0; k < b.size(); ++k) {
-            summe[k + 1] = summe[k] + static_cast<typename Art::Summe>(b[k]);
-            quadrate[k + 1] = quadrate[k] + Term<Art>(b[k], b[k]);
-        }
-    }
-    std::vector<typename Art::Summe> summe, quadrate;
-};
-
 /// Curve a over its window.
 template <class Art> struct Bezug {
     explicit Bezug(std::span<const std::int64_t> x) : werte(x)
@@ -86,23 +76,27 @@ template <class Art> struct Bezug {
     double streuung = 0.0;
 };
 
-template <class Art>
-double GenauesR(const Bezug<Art>& x, const ESOKurve& b, const typename Art::Summe& summeY,
-                const typename Art::Summe& quadrateY, std::size_t d)
+template <class Art> double GenauesR(const Bezug<Art>& x, const ESOKurve& b, std::size_t d)
 {
     const std::size_t n = x.werte.size();
+    typename Art::Summe summe{};
+    typename Art::Summe quadrate{};
     typename Art::Summe produkte{};
-    for (std::size_t j = 0, ende = d < b.size() ? std::min(n, b.size() - d) : 0; j < ende; ++j)
-        produkte = produkte + Term<Art>(x.werte[j], b[d + j]);
-    const auto zaehler = Mal<Art>(static_cast<std::int64_t>(n), produkte) - Mal<Art>(x.summe, summeY);
-    return Quotient(static_cast<double>(zaehler), static_cast<double>(Streuung<Art>(n, quadrateY, summeY)), x.streuung);
+    for (std::size_t j = 0, ende = d < b.size() ? std::min(n, b.size() - d) : 0; j < ende; ++j) {
+        const std::int64_t y = b[d + j];
+        summe = summe + static_cast<typename Art::Summe>(y);
+        quadrate = quadrate + Term<Art>(y, y);
+        produkte = produkte + Term<Art>(x.werte[j], y);
+    }
+    const auto zaehler = Mal<Art>(static_cast<std::int64_t>(n), produkte) - Mal<Art>(x.summe, summe);
+    return Quotient(static_cast<double>(zaehler), static_cast<double>(Streuung<Art>(n, quadrate, summe)), x.streuung);
 }
 
 template <class Art> class Suche
 {
   public:
     Suche(const Bezug<Art>& x, const ESOKurve& b, const Kreuzsummen& kreuzsummen, std::size_t m)
-        : m_x(x), m_b(b), m_teilsummen(b), m_kreuz(kreuzsummen.Mit(b)), m_m(m)
+        : m_x(x), m_b(b), m_kreuz(kreuzsummen.Mit(b)), m_m(m)
     {
         // Numerator of r and scatter of y as doubles. By Cauchy and Schwarz no sum of products is above |x|·|y|, and
         // n times a sum of squares is not below the square of the sum.
@@ -113,16 +107,36 @@ template <class Art> class Suche
         m_streuungFehler = 2.0 * kRundung * n * quadrate;
         m_streuungen.resize(m);
         double bestes = 0.0; // r² · streuungX
+        // Exact sums over the window of y, which moves on by one number each time.
+        using Summe = typename Art::Summe;
+        Summe summe{};
+        Summe quadratsumme{};
+        const auto nimm = [&](std::size_t k) {
+            if (k < b.size()) {
+                summe = summe + static_cast<Summe>(b[k]);
+                quadratsumme = quadratsumme + Term<Art>(b[k], b[k]);
+            }
+        };
+        for (std::size_t k = 0; k < x.werte.size(); ++k)
+            nimm(k);
         for (std::size_t d = 0; d < m; ++d) {
-            const auto summeY = static_cast<double>(SummeY(d));
-            const double streuung = n * static_cast<double>(QuadrateY(d)) - summeY * summeY;
-            const double zaehler = n * m_kreuz.summen[d] - summeX * summeY;
+            const auto summeY = static_cast<double>(summe);
+            const double streuung = n * static_cast<double>(quadratsumme) - summeY * summeY;
+            double zaehler = n * m_kreuz.summen[d] - summeX * summeY;
+            if (streuung <= 2.0 * m_streuungFehler &&
+                static_cast<double>(Streuung<Art>(x.werte.size(), quadratsumme, summe)) == 0.0)
+                zaehler = -std::numeric_limits<double>::infinity(); // r is 0
             m_streuungen[d] = streuung;
             m_kreuz.summen[d] = zaehler;
             if (zaehler > 0.0 && streuung > m_streuungFehler && zaehler * zaehler > bestes * streuung) {
                 bestes = zaehler * zaehler / streuung;
                 m_vermutet = d;
             }
+            if (d < b.size()) {
+                summe = summe - static_cast<Summe>(b[d]);
+                quadratsumme = quadratsumme - Term<Art>(b[d], b[d]);
+            }
+            nimm(d + x.werte.size());
         }
     }
 
@@ -153,26 +167,10 @@ template <class Art> class Suche
     }
 
   private:
-    std::size_t Ende(std::size_t d) const { return std::min(m_b.size(), d + m_x.werte.size()); }
-    typename Art::Summe SummeY(std::size_t d) const
-    {
-        return d < m_b.size() ? m_teilsummen.summe[Ende(d)] - m_teilsummen.summe[d] : typename Art::Summe{};
-    }
-    typename Art::Summe QuadrateY(std::size_t d) const
-    {
-        return d < m_b.size() ? m_teilsummen.quadrate[Ende(d)] - m_teilsummen.quadrate[d] : typename Art::Summe{};
-    }
-    double R(std::size_t d) const
-    {
-        // r is 0 where y does not vary, whatever the products are.
-        if (static_cast<double>(Streuung<Art>(m_x.werte.size(), QuadrateY(d), SummeY(d))) == 0.0 || d > m_b.size())
-            return 0.0;
-        return GenauesR<Art>(m_x, m_b, SummeY(d), QuadrateY(d), d);
-    }
+    double R(std::size_t d) const { return GenauesR(m_x, m_b, d); }
 
     const Bezug<Art>& m_x;
     const ESOKurve& m_b;
-    Teilsummen<Art> m_teilsummen;
     Kreuzsummen::Ergebnis m_kreuz; // its sums become the numerators
     std::vector<double> m_streuungen;
     double m_zaehlerFehler = 0.0;
@@ -199,58 +197,52 @@ std::optional<std::vector<ESOTreffer>> SucheMit(const ESOKurve& bezug, const std
     const auto frage = [&](std::size_t fertig) {
         return !fortschritt || fortschritt(static_cast<double>(fertig) / static_cast<double>(kurven.size()));
     };
-    // Two curves at a time, the second on a thread of its own while this one works; only this one asks.
-    for (std::size_t i = 0; i < kurven.size(); i += 2) {
-        if (!frage(i))
-            return std::nullopt;
-        std::optional<Suche<Art>> zweite;
-        std::exception_ptr fehler;
-        std::thread helfer;
-        const auto baueZweite = [&] {
-            try {
-                zweite.emplace(x, *kurven[i + 1], kreuzsummen, fenster.m);
-            } catch (...) {
-                fehler = std::current_exception();
-            }
-        };
-        const bool paar = i + 1 < kurven.size();
-        if (paar) {
-            try {
-                helfer = std::thread(baueZweite);
-            } catch (const std::exception&) {
-                baueZweite(); // no thread to be had
-            }
-        }
-        std::optional<Suche<Art>> erste;
+    // Every second curve on a thread of its own while this one works on the others; only this one asks.
+    std::vector<std::optional<Suche<Art>>> suchen(kurven.size());
+    std::atomic<bool> abgebrochen = false;
+    std::exception_ptr fehler;
+    const auto baue = [&](std::size_t i) { suchen[i].emplace(x, *kurven[i], kreuzsummen, fenster.m); };
+    const auto baueUngerade = [&] {
         try {
-            erste.emplace(x, *kurven[i], kreuzsummen, fenster.m);
+            for (std::size_t i = 1; i < kurven.size() && !abgebrochen; i += 2)
+                baue(i);
         } catch (...) {
             fehler = std::current_exception();
         }
-        if (helfer.joinable())
-            helfer.join();
-        if (fehler)
-            std::rethrow_exception(fehler);
-        for (std::size_t k = i; k < std::min(i + 2, kurven.size()); ++k) {
-            const auto gefunden = (k == i ? *erste : *zweite).Finde([&] { return frage(k); });
-            if (!gefunden)
-                return std::nullopt;
-            treffer[k] = *gefunden;
+    };
+    std::thread helfer;
+    if (kurven.size() > 1) {
+        try {
+            helfer = std::thread(baueUngerade);
+        } catch (const std::exception&) {
+            baueUngerade(); // no thread to be had
         }
     }
-    return treffer;
-}
-
-template <class Art> double EinzelnesR(std::span<const std::int64_t> werte, const ESOKurve& b, std::size_t d)
-{
-    const Bezug<Art> x(werte);
-    typename Art::Summe summe{};
-    typename Art::Summe quadrate{};
-    for (std::size_t k = d; k < std::min(b.size(), d + werte.size()); ++k) {
-        summe = summe + static_cast<typename Art::Summe>(b[k]);
-        quadrate = quadrate + Term<Art>(b[k], b[k]);
+    std::exception_ptr eigener;
+    try {
+        for (std::size_t i = 0; i < kurven.size() && !abgebrochen; i += 2) {
+            abgebrochen = !frage(i / 2);
+            if (!abgebrochen)
+                baue(i);
+        }
+    } catch (...) {
+        eigener = std::current_exception();
+        abgebrochen = true;
     }
-    return GenauesR<Art>(x, b, summe, quadrate, d);
+    if (helfer.joinable())
+        helfer.join();
+    for (const std::exception_ptr& einer : {eigener, fehler})
+        if (einer)
+            std::rethrow_exception(einer);
+    for (std::size_t i = 0; i < kurven.size(); ++i) {
+        if (abgebrochen || !frage((kurven.size() + i) / 2))
+            return std::nullopt;
+        const auto gefunden = suchen[i]->Finde([&] { return frage((kurven.size() + i) / 2); });
+        if (!gefunden)
+            return std::nullopt;
+        treffer[i] = *gefunden;
+    }
+    return treffer;
 }
 
 } // namespace
@@ -260,8 +252,9 @@ double Korrelation(const ESOKurve& a, const ESOKurve& b, std::size_t s, std::siz
     if (e < s || a.size() < e || b.size() < d)
         return 0.0;
     const std::span<const std::int64_t> werte(a);
-    return Quadratsumme(a) < kSchmal && Quadratsumme(b) < kSchmal ? EinzelnesR<Schmal>(werte.subspan(s, e - s), b, d)
-                                                                  : EinzelnesR<Breit>(werte.subspan(s, e - s), b, d);
+    const std::span<const std::int64_t> fenster = werte.subspan(s, e - s);
+    return Quadratsumme(a) < kSchmal && Quadratsumme(b) < kSchmal ? GenauesR(Bezug<Schmal>(fenster), b, d)
+                                                                  : GenauesR(Bezug<Breit>(fenster), b, d);
 }
 
 ESOFenster FensterVon(std::size_t laenge)

@@ -15,8 +15,9 @@ namespace
 
 /// Of the error bound |z' − z| ≤ kFehler · u · |x| · |y| with u = 2^-53: Brent, Percival and Zimmermann (Error bounds
 /// on complex floating-point multiplication, 2007, theorem 5.1) give (3n + √5 (3n + 1) + 3n β/u) for transforms of 2^n
-/// points. β is the error of a root, here at most 5u (product of two entries of tables): 21 n + 3, less than 600 up to
-/// n = 28; turning forth and back adds 30, reading the numbers as doubles 2. The rest is reserve.
+/// points; stages of radix 4 and 3 multiply less often. β is the error of a root, here at most 5u (product of two
+/// entries of tables): 21 n + 3, less than 600 up to n = 28; turning forth and back adds 30, reading the numbers as
+/// doubles 2. The rest is reserve.
 constexpr double kFehler = 1500.0;
 constexpr double kU = 0x1p-53;
 
@@ -131,6 +132,54 @@ void Fuege(double* re, double* im, std::size_t viertel, const double* wr, const 
     }
 }
 
+constexpr double kSinus60 = 0.86602540378443864676;
+
+/// The first stage of three times a power of two: three thirds (radix 3).
+void TeileDrei(double* re, double* im, std::size_t drittel, const double* wr, const double* wi)
+{
+    double* r1 = re + drittel;
+    double* r2 = r1 + drittel;
+    double* i1 = im + drittel;
+    double* i2 = i1 + drittel;
+    for (std::size_t j = 0; j < drittel; ++j) {
+        const double tr = r1[j] + r2[j], ti = i1[j] + i2[j];
+        const double nr = kSinus60 * (i1[j] - i2[j]), ni = kSinus60 * (r2[j] - r1[j]);
+        const double mr = re[j] - 0.5 * tr, mi = im[j] - 0.5 * ti;
+        re[j] += tr;
+        im[j] += ti;
+        const double xr = mr + nr, xi = mi + ni;
+        const double yr = mr - nr, yi = mi - ni;
+        r1[j] = xr * wr[j] - xi * wi[j];
+        i1[j] = xr * wi[j] + xi * wr[j];
+        r2[j] = yr * wr[drittel + j] - yi * wi[drittel + j];
+        i2[j] = yr * wi[drittel + j] + yi * wr[drittel + j];
+    }
+}
+
+/// Undoes TeileDrei, three times as large.
+void FuegeDrei(double* re, double* im, std::size_t drittel, const double* wr, const double* wi)
+{
+    double* r1 = re + drittel;
+    double* r2 = r1 + drittel;
+    double* i1 = im + drittel;
+    double* i2 = i1 + drittel;
+    for (std::size_t j = 0; j < drittel; ++j) {
+        const double xr = r1[j] * wr[j] + i1[j] * wi[j];
+        const double xi = i1[j] * wr[j] - r1[j] * wi[j];
+        const double yr = r2[j] * wr[drittel + j] + i2[j] * wi[drittel + j];
+        const double yi = i2[j] * wr[drittel + j] - r2[j] * wi[drittel + j];
+        const double tr = xr + yr, ti = xi + yi;
+        const double nr = kSinus60 * (yi - xi), ni = kSinus60 * (xr - yr);
+        const double mr = re[j] - 0.5 * tr, mi = im[j] - 0.5 * ti;
+        re[j] += tr;
+        im[j] += ti;
+        r1[j] = mr + nr;
+        i1[j] = mi + ni;
+        r2[j] = mr - nr;
+        i2[j] = mi - ni;
+    }
+}
+
 /// Teile and Fuege of four points, of which no root is needed.
 void TeileVier(double* re, double* im)
 {
@@ -195,29 +244,63 @@ Kreuzsummen::Kreuzsummen(std::span<const std::int64_t> x, std::size_t shifts, st
     const std::size_t noetig = std::max(x.size() + shifts - 1, longestY);
     while (2 * m_laenge < noetig)
         m_laenge *= 2;
+    // Three quarters of that often suffice.
+    m_drei = m_laenge >= 16 && 2 * (m_laenge / 4 * 3) >= noetig;
+    if (m_drei)
+        m_laenge = m_laenge / 4 * 3;
     const Wurzeln wurzeln(4 * m_laenge);
     m_dreher.re.resize(m_laenge);
     m_dreher.im.resize(m_laenge);
     for (std::size_t k = 0; k < m_laenge; ++k)
         std::tie(m_dreher.re[k], m_dreher.im[k]) = wurzeln(k);
-    for (std::size_t laenge = m_laenge; laenge > 4; laenge /= 4) {
-        const std::size_t viertel = laenge / 4;
-        Stufe stufe{std::vector<double>(3 * viertel), std::vector<double>(3 * viertel)};
+    for (std::size_t laenge = m_laenge; laenge > 4;) {
+        const std::size_t teile = m_drei && laenge == m_laenge ? 3 : 4;
+        const std::size_t teil = laenge / teile;
+        Stufe stufe{std::vector<double>((teile - 1) * teil), std::vector<double>((teile - 1) * teil)};
         // exp(−2πi/laenge)^(potenz · j), from the table of exp(iπk/2L).
         const std::size_t schritt = 4 * m_laenge / laenge;
-        for (std::size_t potenz = 1; potenz <= 3; ++potenz)
-            for (std::size_t j = 0; j < viertel; ++j) {
+        for (std::size_t potenz = 1; potenz < teile; ++potenz)
+            for (std::size_t j = 0; j < teil; ++j) {
                 const std::size_t k = potenz * j * schritt; // below 3L
                 const double re = m_dreher.re[k % m_laenge];
                 const double im = m_dreher.im[k % m_laenge];
                 const bool quer = k >= m_laenge && k < 2 * m_laenge; // a quarter of the circle farther
                 const double vorzeichen = k < 2 * m_laenge ? 1.0 : -1.0;
-                stufe.re[(potenz - 1) * viertel + j] = quer ? -im : vorzeichen * re;
-                stufe.im[(potenz - 1) * viertel + j] = quer ? -re : -vorzeichen * im;
+                stufe.re[(potenz - 1) * teil + j] = quer ? -im : vorzeichen * re;
+                stufe.im[(potenz - 1) * teil + j] = quer ? -re : -vorzeichen * im;
             }
         m_stufen.push_back(std::move(stufe));
+        laenge = teil;
     }
     m_x = Vorwaerts(x, true);
+}
+
+void Kreuzsummen::Transformiere(Signal& signal) const
+{
+    double* const re = signal.re.data();
+    double* const im = signal.im.data();
+    if (!m_drei) {
+        Transformiere(re, im, m_laenge, 0);
+        return;
+    }
+    const std::size_t drittel = m_laenge / 3;
+    TeileDrei(re, im, drittel, m_stufen[0].re.data(), m_stufen[0].im.data());
+    for (std::size_t at = 0; at < m_laenge; at += drittel)
+        Transformiere(re + at, im + at, drittel, 1);
+}
+
+void Kreuzsummen::Ruecktransformiere(Signal& signal) const
+{
+    double* const re = signal.re.data();
+    double* const im = signal.im.data();
+    if (!m_drei) {
+        Ruecktransformiere(re, im, m_laenge, 0);
+        return;
+    }
+    const std::size_t drittel = m_laenge / 3;
+    for (std::size_t at = 0; at < m_laenge; at += drittel)
+        Ruecktransformiere(re + at, im + at, drittel, 1);
+    FuegeDrei(re, im, drittel, m_stufen[0].re.data(), m_stufen[0].im.data());
 }
 
 /// One quarter after the other down to the last stage: what is worked on stays in the cache.
@@ -263,7 +346,7 @@ Kreuzsummen::Signal Kreuzsummen::Vorwaerts(std::span<const std::int64_t> werte, 
         signal.re[k] = re * m_dreher.re[k] - im * m_dreher.im[k];
         signal.im[k] = re * m_dreher.im[k] + im * m_dreher.re[k];
     }
-    Transformiere(signal.re.data(), signal.im.data(), m_laenge, 0);
+    Transformiere(signal);
     return signal;
 }
 
@@ -276,7 +359,7 @@ Kreuzsummen::Ergebnis Kreuzsummen::Mit(std::span<const std::int64_t> y) const
         signal.im[k] = signal.re[k] * m_x.im[k] + signal.im[k] * m_x.re[k];
         signal.re[k] = re;
     }
-    Ruecktransformiere(signal.re.data(), signal.im.data(), m_laenge, 0);
+    Ruecktransformiere(signal);
     Ergebnis ergebnis{std::vector<double>(m_shifts), kFehler * kU * m_norm * std::sqrt(Quadratsumme(y))};
     const double anteil = 1.0 / static_cast<double>(m_laenge);
     for (std::size_t d = 0; d < m_shifts; ++d) {

@@ -36,13 +36,16 @@ class Kreuzsummen
     };
 
     Signal Vorwaerts(std::span<const std::int64_t> werte, bool umgekehrt) const;
+    void Transformiere(Signal& signal) const;
+    void Ruecktransformiere(Signal& signal) const;
     void Transformiere(double* re, double* im, std::size_t laenge, std::size_t stufe) const;
     void Ruecktransformiere(double* re, double* im, std::size_t laenge, std::size_t stufe) const;
 
     std::size_t m_laenge = 1; // of the complex transforms; sums up to twice as long are told apart
     std::size_t m_werte = 0;  // of x
     std::size_t m_shifts = 0;
-    std::vector<Stufe> m_stufen; // of transforms of L points, L / 4, L / 16, …
+    bool m_drei = false;         // L is three times a power of two, otherwise one itself
+    std::vector<Stufe> m_stufen; // of transforms of L points, then of a quarter (at first of a third) of them, …
     Signal m_dreher;             // exp(iπk / 2L)
     Signal m_x;
     double m_norm = 0.0; // of x
