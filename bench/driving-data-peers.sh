@@ -12,11 +12,11 @@ trap 'rm -rf "$folder"' EXIT
 cmake --build --preset release --target ruvmod-bench >/dev/null
 RUV_DRIVING_DATA_FILES=$folder build/release/bin/ruvmod-bench --benchmark_filter='DrivingDataReader' \
     --benchmark_repetitions=5 --benchmark_format=json 2>/dev/null >"$folder/reader.json"
-reader=$(python3 -c "
+reader=$(/usr/bin/python3 -c "
 import json
 runs = json.load(open('$folder/reader.json'))['benchmarks']
 print(min(r['cpu_time'] for r in runs if r['run_type'] == 'iteration') / 1000)")
-pandas=$(python3 -c "
+pandas=$(/usr/bin/python3 -c "
 import time, pandas
 def once():
     start = time.process_time()

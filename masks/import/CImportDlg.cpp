@@ -19,7 +19,7 @@ namespace
 
 constexpr UINT kAbgelehnt = 1093;
 /// Characters that a line of the report has room for.
-constexpr std::size_t kBerichtsbreite = 116;
+constexpr std::size_t kBerichtsbreite = 140;
 
 bool IstFolgebyte(char c)
 {

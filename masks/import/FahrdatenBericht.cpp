@@ -135,6 +135,8 @@ class Schreiber
             Hinweis(IDS_FLI_KEINE_UHR, {Zahl(m_gelesen.keineUhr)});
         if (m_gelesen.uhrOhneSekunden > 0)
             Hinweis(IDS_FLI_UHR_OHNE_SEKUNDEN, {Zahl(m_gelesen.uhrOhneSekunden)});
+        if (m_gelesen.zifferzeit)
+            Hinweis(IDS_FLI_ZIFFERZEIT);
         if (m_gelesen.stehendeZeit)
             Hinweis(IDS_FLI_STEHENDE_ZEIT);
         else if (m_gelesen.rueckwaerts > 0)

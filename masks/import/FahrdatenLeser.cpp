@@ -8,7 +8,7 @@
 #include "masks/import/Fahrdatentext.h"
 
 #include <algorithm>
-#include <cstring>
+#include <cmath>
 #include <optional>
 
 using namespace fahrdaten;
@@ -185,6 +185,21 @@ struct Kopf {
         einheiten.push_back(std::move(einheit));
     }
 };
+
+/// Whether numbers look like clock times in digits, HHMMSS: they leave out what ends in 60 to 99, and pass over it.
+bool SiehtNachZiffernAus(const std::vector<double>& zeiten)
+{
+    constexpr double kMinutenstelle = 100.0;
+    constexpr double kLetzteZiffern = 240000.0;
+    bool ueberMinute = false;
+    for (std::size_t i = 0; i < zeiten.size(); ++i) {
+        const double minute = std::floor(zeiten[i] / kMinutenstelle);
+        if (zeiten[i] < 0.0 || zeiten[i] >= kLetzteZiffern || zeiten[i] - minute * kMinutenstelle >= 60.0)
+            return false;
+        ueberMinute = ueberMinute || (i > 0 && minute != std::floor(zeiten[i - 1] / kMinutenstelle));
+    }
+    return ueberMinute;
+}
 
 /// One row as it is read.
 struct Reihe {
@@ -649,6 +664,7 @@ bool FahrdatenLeser::Maschine::WaehleSatz(FLIZeilen& zeilen)
             werte.resize(nach);
         }
         if (kanal == Kanal::zeit) {
+            m_bericht.zifferzeit = m_kopf.plan.Form() == Zeitform::zahl && SiehtNachZiffernAus(werte);
             for (std::size_t i = werte.size(); i-- > 1;)
                 werte[i] -= werte[i - 1];
             if (!werte.empty())

@@ -51,6 +51,7 @@ struct Leserbericht {
     std::size_t uhrOhneSekunden = 0;
     std::size_t keineUhr = 0;    ///< cells that should hold clock time and do not
     std::size_t rueckwaerts = 0; ///< negative time steps
+    bool zifferzeit = false;     ///< the times look like HHMMSS, and are read as seconds
     bool stehendeZeit = false;   ///< no time step is positive
     std::size_t keineGrad = 0;   ///< rows whose position is outside ±90°, ±180°
 

@@ -67,7 +67,7 @@ TEST(ResourcesTest, EveryDialogOfTheSourceIsThereWithEveryControlAndText)
     std::istringstream lines(source);
     const std::regex dialogLine(R"(^(\w+)\s+DIALOG(EX)?\s+.*)");
     const std::regex captionLine(R"rx(^\s*CAPTION\s+"((?:[^"]|"")*)".*)rx");
-    const std::regex textControl(R"rx(^\s+\w+\s+"((?:[^"]|"")*)",\s*(EINHEIT\()?(\w+).*)rx");
+    const std::regex textControl(R"rx(^\s+\w+\s+"((?:[^"]|"")*)",\s*(EINHEIT\()?(\w+)(?: \+ (\d+))?.*)rx");
     const std::regex plainControl(R"(^\s+(?:EDITTEXT|COMBOBOX|LISTBOX)\s+(\w+).*)");
     const std::regex numberLine(R"rx(^\s+ZAHL(_FEST)?(?:_ERSTE)?\("([^"]*)", (\w+), "([^"]*)", .*)rx");
     const DialogTemplate* dialog = nullptr;
@@ -108,7 +108,8 @@ TEST(ResourcesTest, EveryDialogOfTheSourceIsThereWithEveryControlAndText)
         } else if (std::regex_match(line, match, captionLine)) {
             EXPECT_EQ(dialog->title, Unquoted(match[1])) << name;
         } else if (std::regex_match(line, match, textControl)) {
-            const UINT id = number(match[3]) + (match[2].matched ? 10000U : 0U);
+            const UINT id = number(match[3]) + (match[2].matched ? 10000U : 0U) +
+                            (match[4].matched ? static_cast<UINT>(std::stoul(match[4])) : 0U);
             const auto same = [&](const TemplateControl& c) { return c.id == id && c.text == Unquoted(match[1]); };
             EXPECT_TRUE(std::any_of(dialog->controls.begin(), dialog->controls.end(), same)) << name << ": " << line;
             EXPECT_TRUE(id == 0xFFFF || seen.insert({name, id}).second) << name << ": twice " << line;

@@ -313,6 +313,8 @@ TEST(FahrdatenLeser, ReadsTheStylesOfLoggers)
     ErwarteGleich(Werte(trackAddict, Feld::laenge), {13.3777, 13.37779, 13.37784}, 1e-12);
 
     // Its time is a date in words: refused, and read when the user says which column the time is.
+    EXPECT_FALSE(trackAddict.bericht.zifferzeit);
+    EXPECT_FALSE(LiesFahrdaten("t,v\n59,1\n100,1\n161,1\n").bericht.zifferzeit);
     EXPECT_FALSE(LiesFahrdaten(Beispiel("torque.csv")).brauchbar);
     const auto uhr = LiesFahrdaten(Beispiel("torque.csv")).bericht.schluessel;
     const Fahrdaten torque = LiesFahrdaten(Beispiel("torque.csv"), {{uhr, {{1, Kanal::zeit, 2}}}});
@@ -323,6 +325,7 @@ TEST(FahrdatenLeser, ReadsTheStylesOfLoggers)
     const Fahrdaten vbox = LiesFahrdaten(Beispiel("vbox.vbo"));
     ErwarteGleich(Werte(vbox, Feld::geschwindigkeit), {50.4, 49.9, 48.75}, 1e-12);
     EXPECT_EQ(vbox.bericht.keineGrad, 3U);
+    EXPECT_TRUE(vbox.bericht.zifferzeit);
     const Fahrdaten minuten =
         LiesFahrdaten(Beispiel("vbox.vbo"),
                       {{vbox.bericht.schluessel, {{1, Kanal::zeit, 3}, {2, Kanal::breite, 1}, {3, Kanal::laenge, 1}}}});
