@@ -152,8 +152,9 @@ void CESOImportDlg::ZeigeBefund()
             (unsicher += unsicher.empty() ? "" : ", ") += kPaarNamen[i];
     ShowText(IDC_ESO_URTEIL,
              unsicher.empty() ? "" : Text(IDS_ESO_UNSICHER, {RuvNumberText(Dat::kVerlaesslich, 1), unsicher}));
-    ShowText(IDC_ESO_SKALIEREN_WERT, std::to_string(m_dat.skalierung).append(" %"));
-    ShowText(IDC_ESO_LINIENSTAERKE_WERT, std::to_string(m_dat.linienstaerke));
+    // In the report the picture shows both.
+    ShowPrompt(IDC_ESO_SKALIEREN_WERT, std::to_string(m_dat.skalierung).append(" %"));
+    ShowPrompt(IDC_ESO_LINIENSTAERKE_WERT, std::to_string(m_dat.linienstaerke));
     if (CWnd* datei = GetDlgItem(IDC_ESO_DATEI))
         datei->SetWindowText(m_dat.Pfad());
 }
