@@ -26,9 +26,9 @@ constexpr double kClosest = 2e-9;
 constexpr double kSameTime = 1e-9;
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
-constexpr Axis kSeconds{"", units::s, AxisFormat::number, 3};
-constexpr Axis kMetres{"", units::m, AxisFormat::number, 2};
-constexpr Axis kAcceleration{"", units::ms2, AxisFormat::number, 2};
+const Axis kSeconds{"", units::s, AxisFormat::number, 3};
+const Axis kMetres{"", units::m, AxisFormat::number, 2};
+const Axis kAcceleration{"", units::ms2, AxisFormat::number, 2};
 
 double Slack(double time)
 {

@@ -11,6 +11,7 @@
 #include "masks/dynamics/CMRBremsDlg.h"
 #include "masks/dynamics/CTeilanhDlg.h"
 #include "masks/dynamics/CVkonstDlg.h"
+#include "masks/import/CESOImportDlg.h"
 #include "masks/import/CFLIImportDlg.h"
 #include "masks/import/CGPXImportDlg.h"
 #include "masks/manoeuvre/CAbVorDlg.h"
@@ -61,7 +62,7 @@ constexpr std::array kMasks{
     MaskEntry{473, "CVorrangDlg", "Vorrang geben Problematik", 3, nullptr},
     MaskEntry{474, "CFLIImportDlg", "Allgemeine Fahrdaten / GPS Daten importieren", 5, &Create<CFLIImportDlg>},
     MaskEntry{484, "CDDDImportDlg", "DDD Daten importieren", 5, nullptr},
-    MaskEntry{486, "CESOImportDlg", "ESO Datenanalyse", 5, nullptr},
+    MaskEntry{486, "CESOImportDlg", "ESO Datenanalyse", 5, &Create<CESOImportDlg>},
     MaskEntry{487, "CSchrankenverfahrenDlg", "Schrankenverfahren", 4, &Create<CSchrankenverfahrenDlg>},
     MaskEntry{488, "CCDRImportDlg", "CDR Daten importieren", 5, nullptr},
     MaskEntry{491, "CGoProImportDlg", "GoPro Daten importieren", 5, nullptr},

@@ -200,6 +200,7 @@ class CMDIRechDialog : public CMDIDialog
     void ShowText(UINT controlId, const std::string& utf8);
     /// The same for what only asks the user to do something: reports leave it out.
     void ShowPrompt(UINT controlId, UINT textId);
+    void ShowPrompt(UINT controlId, const std::string& utf8);
     bool IsChecked(UINT controlId) const;
     void Check(UINT controlId, bool checked);
     /// The program's main window, or null.

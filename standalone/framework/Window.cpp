@@ -138,6 +138,8 @@ std::string LabelOf(const Window& control)
 {
     if (control.parent == nullptr || !NeedsLabel(control.kind))
         return WithoutMnemonic(control.text);
+    if ((control.kind == Kind::chart || control.kind == Kind::grid) && !control.text.empty())
+        return WithoutMnemonic(control.text); // it shows none, so that the template may name it there
     const std::size_t place = IndexInParent(control);
     if (place == 0 || control.parent->children[place - 1]->kind != Kind::label)
         return {};

@@ -275,7 +275,12 @@ void CMDIRechDialog::ShowText(UINT controlId, const std::string& utf8)
 
 void CMDIRechDialog::ShowPrompt(UINT controlId, UINT textId)
 {
-    ShowText(controlId, textId);
+    ShowPrompt(controlId, textId == 0 ? std::string() : LoadRuvString(textId));
+}
+
+void CMDIRechDialog::ShowPrompt(UINT controlId, const std::string& utf8)
+{
+    ShowText(controlId, utf8);
     if (CWnd* control = GetDlgItem(controlId))
         framework::WindowOf(*control)->prompt = true;
 }
