@@ -38,8 +38,8 @@ struct Color {
     COLORREF& (*field)(CRuvCfg&);
 };
 constexpr Color kFieldColors[] = {
-    {"&Eingabefelder:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.editColors.background; }},
-    {"E&rgebnisfelder:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.resultColors.background; }},
+    {"Ein&gabefelder:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.editColors.background; }},
+    {"Erge&bnisfelder:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.resultColors.background; }},
     {"Diagra&mme:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.diagramBackground; }},
     {"Diagrammf&läche:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.diagramPlot; }},
 };

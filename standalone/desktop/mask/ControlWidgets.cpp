@@ -81,8 +81,11 @@ template <class Button> class ButtonControl : public Button, public ControlView
         }
         if constexpr (std::is_same_v<Button, QPushButton>) {
             this->setDefault(m_control->defaultButton);
-            this->setCheckable(m_control->check != 0); // pressed in
+            if (m_control->check != 0)
+                this->setCheckable(true); // pressed in
             this->setChecked(m_control->check != 0);
+            if (m_control->check == 0)
+                this->setCheckable(false); // afterwards: this alone would not be painted
         } else {
             if constexpr (std::is_same_v<Button, QCheckBox>)
                 this->setTristate(m_control->check == 2);

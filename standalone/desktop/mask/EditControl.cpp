@@ -145,7 +145,7 @@ class SpinButtons : public QWidget
 };
 
 EditControl::EditControl(Window& control, MaskWindow& mask)
-    : QLineEdit(&mask), ControlView(control, mask),
+    : TextField(&mask), ControlView(control, mask),
       m_spin(new SpinButtons(this, [this](int direction) { return Step(direction); })),
       m_ownedByCheck(FollowsCheckBox(control))
 {
@@ -261,12 +261,8 @@ void EditControl::Sync()
         if (hasFocus() && !m_control->modified)
             selectAll();
     }
-}
-
-void EditControl::SetRefused(bool refused)
-{
-    setProperty(kRefusedProperty, refused);
-    update();
+    if (!m_control->modified)
+        setModified(false); // also when it reads as it was typed
 }
 
 bool EditControl::Step(int direction)
@@ -297,7 +293,7 @@ void EditControl::keyPressEvent(QKeyEvent* event)
         }
         return;
     default:
-        QLineEdit::keyPressEvent(event);
+        TextField::keyPressEvent(event);
     }
 }
 

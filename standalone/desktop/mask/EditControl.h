@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "desktop/look/TextField.h"
 #include "desktop/mask/ControlWidgets.h"
-
-#include <QLineEdit>
 
 class QToolButton;
 
@@ -14,7 +13,7 @@ namespace desktop
 class SpinButtons;
 
 /// An edit with its spinner. Leaving it by mouse or Tab finishes the entry; Enter is the mask window's.
-class EditControl : public QLineEdit, public ControlView
+class EditControl : public TextField, public ControlView
 {
   public:
     EditControl(framework::Window& control, MaskWindow& mask);
@@ -22,7 +21,6 @@ class EditControl : public QLineEdit, public ControlView
     QWidget* Widget() override { return this; }
     void Sync() override;
     void SyncColors() override;
-    void SetRefused(bool refused) override;
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
