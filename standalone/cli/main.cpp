@@ -17,6 +17,7 @@ constexpr const char* kUsage =
   tavelin-cli describe NUMMER [--json]             Felder einer Maske
   tavelin-cli eval [NAME WERT…] [--json]           eine Funktion berechnen; ohne NAME: alle Funktionen
   tavelin-cli case new|show|check DATEI [--json]   Falldatei anlegen, zeigen, prüfen
+  tavelin-cli case set DATEI NAME=TEXT …           Angaben des Falls: title, date, place, author
   tavelin-cli mask NUMMER [OPTION…] [AKTION…]      eine Maske bedienen; gibt ihren Zustand als JSON aus
   tavelin-cli batch [OPTION…]                      JSON-Zeilen von der Standardeingabe rechnen
 
