@@ -3,6 +3,7 @@
 //
 // The menus and the tool bar of the main window.
 #include "desktop/MainWindow.h"
+#include "desktop/case/CaseDetails.h"
 #include "desktop/case/CaseDocument.h"
 #include "desktop/case/CaseFileDialogs.h"
 #include "desktop/look/Icons.h"
@@ -80,12 +81,23 @@ void MainWindow::BuildFileMenu()
     connect(examples, &QMenu::aboutToShow, this, [this, examples] { FillExamples(*examples); });
     Menu(menu)->addSeparator();
     m_save = Command(menu, QStringLiteral("&Speichern"), "save", QKeySequence::Save);
-    connect(m_save, &QAction::triggered, this, [this] { SaveCase(m_document, this); });
+    const auto saying = [this](bool (*save)(CaseDocument&, QWidget*)) {
+        return [this, save] {
+            if (save(m_document, this))
+                Say(QStringLiteral("Gespeichert: ") + m_document.Path());
+        };
+    };
+    connect(m_save, &QAction::triggered, this, saying(&SaveCase));
     auto* saveAs =
         Command(menu, QStringLiteral("Speichern &unter…"), nullptr, QKeySequence(QStringLiteral("Ctrl+Shift+S")));
-    connect(saveAs, &QAction::triggered, this, [this] { SaveCaseAs(m_document, this); });
+    connect(saveAs, &QAction::triggered, this, saying(&SaveCaseAs));
     Menu(menu)->addSeparator();
-    auto* quit = Command(menu, QStringLiteral("&Beenden"), nullptr, QKeySequence(QStringLiteral("Ctrl+Q")));
+    auto* details = Command(menu, QStringLiteral("&Angaben zum Fall…"), nullptr, {});
+    connect(details, &QAction::triggered, this, [this] { CaseDetailsDialog(m_document, this).exec(); });
+    m_export = Menu(menu)->addMenu(QStringLiteral("E&xportieren"));
+    m_print = Command(menu, QStringLiteral("&Drucken…"), "print", QKeySequence::Print);
+    Menu(menu)->addSeparator();
+    auto* quit = Command(menu, QStringLiteral("B&eenden"), nullptr, QKeySequence(QStringLiteral("Ctrl+Q")));
     connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 
@@ -194,9 +206,9 @@ void MainWindow::BuildWindowMenu()
         {"&Überlappend", "cascade", "", &MaskArea::Cascade},
         {"Alle &minimieren", nullptr, "", &MaskArea::MinimiseAll},
         {"Alle &wiederherstellen", nullptr, "", &MaskArea::RestoreAll},
-        {"Nächste &Maske", nullptr, "Ctrl+F6", &MaskArea::GoToNext},
+        {"Nächs&te Maske", nullptr, "Ctrl+F6", &MaskArea::GoToNext},
         {"&Vorige Maske", nullptr, "Ctrl+Shift+F6", &MaskArea::GoToPrevious},
-        {"Maske minimieren", nullptr, "Ctrl+M", &MaskArea::MinimiseActive},
+        {"Mas&ke minimieren", nullptr, "Ctrl+M", &MaskArea::MinimiseActive},
         {"Maske s&chließen", nullptr, "Ctrl+W", &MaskArea::CloseActive},
     };
     for (const auto& entry : commands) {
@@ -215,7 +227,7 @@ void MainWindow::FillWindowMenu()
             delete action;
     int count = 0;
     for (MaskFrame* frame : m_masks->Frames()) {
-        QString text = QStringLiteral("%1  %2").arg(frame->Mask()->Number()).arg(Literal(frame->windowTitle()));
+        QString text = QStringLiteral("%1  %2").arg(frame->Mask()->Number()).arg(Literal(frame->Mask()->windowTitle()));
         if (++count < 10)
             text = QStringLiteral("&%1  ").arg(count) + text;
         QAction* action = menu->addAction(text);

@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/MainWindow.h"
 
+#include "base/ProgramVersion.h"
 #include "casefile/Settings.h"
 #include "desktop/SettingsDialog.h"
 #include "desktop/case/CaseDocument.h"
 #include "desktop/case/CaseFileDialogs.h"
+#include "desktop/look/Icons.h"
+#include "desktop/look/Theme.h"
 #include "desktop/mask/HelpPane.h"
 #include "desktop/mask/MaskArea.h"
 #include "desktop/mask/MaskWindow.h"
@@ -26,6 +29,7 @@
 #include <QProgressBar>
 #include <QScreen>
 #include <QStatusBar>
+#include <QStatusTipEvent>
 
 #include <algorithm>
 #include <utility>
@@ -38,7 +42,13 @@ using framework::UiThread;
 namespace
 {
 
+#ifdef __clang__
+constexpr const char* kCompiler = "Clang " __clang_version__;
+#else
+constexpr const char* kCompiler = "GCC " __VERSION__;
+#endif
 constexpr QSize kFirstSize(1760, 1000);
+constexpr QSize kSmallestSize(1000, 680);
 constexpr int kRoomForAll = 1600;  // beside narrower masks there is no room for a panel
 constexpr int kMessageTime = 6000; // ms
 
@@ -54,6 +64,8 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
     setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+    setMinimumSize(kSmallestSize);
+    setWindowIcon(Icon("program"));
     resize(kFirstSize);
     frontEnd.SetMaskArea(m_masks);
 
@@ -99,8 +111,21 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
     connect(&document, &CaseDocument::journalFailed, this, [this](const QString& why) {
         statusBar()->showMessage(QStringLiteral("Die Sicherung im Hintergrund ist gestört: ") + why, kMessageTime);
     });
+    connect(&document, &CaseDocument::protectionChanged, this, &MainWindow::ShowProtection);
+    connect(&frontEnd, &QtFrontEnd::transferred, this, [this](int vehicle) {
+        if (vehicle >= 0 && vehicle < static_cast<int>(CRuvData::kFahrzeuge))
+            ShowTransfer(static_cast<std::size_t>(vehicle));
+    });
+    const auto keepPhases = [this] {
+        m_phasesBefore.clear();
+        for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i)
+            m_phasesBefore.push_back(std::as_const(m_document).Data().WZRechDat(i));
+    };
+    connect(&document, &CaseDocument::changed, this, keepPhases);
+    keepPhases();
     ShowCaseState();
     ShowHistory();
+    ShowProtection();
     ShowSettingsState();
 }
 
@@ -245,6 +270,47 @@ void MainWindow::ShowFileState()
             kMessageTime);
 }
 
+void MainWindow::Say(const QString& what)
+{
+    statusBar()->showMessage(what, kMessageTime);
+}
+
+void MainWindow::ShowProtection()
+{
+    const QString why = m_document.Unprotected();
+    m_unprotected->setVisible(!why.isEmpty());
+    m_unprotected->setToolTip(why);
+    QPalette colors = palette();
+    colors.setColor(QPalette::WindowText, Colors().danger);
+    m_unprotected->setPalette(colors);
+}
+
+void MainWindow::ShowTransfer(std::size_t vehicle)
+{
+    const CRuvData& content = std::as_const(m_document).Data();
+    const auto& now = content.WZRechDat(vehicle).spalten;
+    const auto& before = m_phasesBefore[vehicle].spalten;
+    const auto same = [](const CWegZeitSpalte& a, const CWegZeitSpalte& b) {
+        return a.art == b.art && a.vEnd == b.vEnd && a.vAnf == b.vAnf && a.verz == b.verz && a.zeit == b.zeit &&
+               a.weg == b.weg && a.bahn == b.bahn;
+    };
+    // Numbered as in the table, from the collision.
+    int first = 0;
+    int last = 0;
+    for (std::size_t i = CWegZeitDat::kErsteSpalte; i < now.size(); ++i) {
+        if (same(now[i], before[i]))
+            continue;
+        last = static_cast<int>(i - CWegZeitDat::kErsteSpalte) + 1;
+        first = first == 0 ? last : first;
+    }
+    const std::string& name = content.KfzDat(vehicle).name;
+    const QString to = name.empty() ? QStringLiteral("Fahrzeug %1").arg(vehicle + 1) : QString::fromStdString(name);
+    Say(QStringLiteral("Übertragen an %1, ").arg(to) + (first == 0 ? QStringLiteral("Phasen unverändert")
+                                                        : first == last
+                                                            ? QStringLiteral("Phase %1").arg(first)
+                                                            : QStringLiteral("Phasen %1–%2").arg(first).arg(last)));
+}
+
 void MainWindow::ShowHistory()
 {
     const auto show = [](QAction* action, const QString& verb, bool possible, const QString& label) {
@@ -280,8 +346,11 @@ void MainWindow::BuildStatusBar()
     m_fileNotice = new QLabel(QStringLiteral("Falldatei von außen geändert"));
     m_fileNotice->setObjectName(QStringLiteral("fileNotice"));
     m_fileNotice->hide();
+    m_unprotected = new QLabel(QStringLiteral("Nicht gesichert"));
+    m_unprotected->setObjectName(QStringLiteral("unprotected"));
+    statusBar()->addPermanentWidget(m_unprotected);
     statusBar()->addPermanentWidget(m_fileNotice);
-    for (QLabel* label : {m_transferLabel, m_unitLabel, m_fileNotice})
+    for (QLabel* label : {m_transferLabel, m_unitLabel, m_fileNotice, m_unprotected})
         label->setContentsMargins(Spacing(), 0, Spacing(), 0);
     statusBar()->addPermanentWidget(m_busyMark);
     statusBar()->addPermanentWidget(m_transferLabel);
@@ -300,9 +369,15 @@ void MainWindow::BuildHelpDock()
 
 void MainWindow::ShowAbout()
 {
-    QMessageBox::about(this, QStringLiteral("Über Tavelin"),
-                       QStringLiteral("<b>Tavelin</b><p>Arbeitsplatz für die Unfallrekonstruktion mit den "
-                                      "Rechnungsmasken von RuvMod.</p><p>Apache-Lizenz 2.0</p>"));
+    QMessageBox::about(
+        this, QStringLiteral("Über Tavelin"),
+        QStringLiteral("<b>Tavelin %1</b><p>Arbeitsplatz für die Unfallrekonstruktion mit den Rechnungsmasken von "
+                       "RuvMod. Apache-Lizenz 2.0.</p>"
+                       "<p>Übersetzt mit %2, läuft mit Qt %3.</p>"
+                       "<p>Enthält oder benutzt:<br>Qt 6 (LGPL 3)<br>Noto Sans und Noto Sans Mono (SIL Open Font "
+                       "License 1.1)<br>nlohmann/json (MIT)<br>stb (gemeinfrei oder MIT)<br>UTF8-CPP (Boost 1.0)<br>"
+                       "zlib (zlib-Lizenz)</p>")
+            .arg(QLatin1String(base::kProgramVersion), QLatin1String(kCompiler), QLatin1String(qVersion())));
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
@@ -316,11 +391,24 @@ void MainWindow::closeEvent(QCloseEvent* event)
     event->accept();
 }
 
+bool MainWindow::event(QEvent* event)
+{
+    if (event->type() != QEvent::StatusTip)
+        return QMainWindow::event(event);
+    // Entries of menus and tools have none: passing over them must not wipe off what was said.
+    if (const QString tip = static_cast<QStatusTipEvent*>(event)->tip(); !tip.isEmpty())
+        Say(tip);
+    return true;
+}
+
 void MainWindow::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
         m_document.CheckFile();
+    // Qt gives the window the mark of the active mask, which has none.
+    if (event->type() == QEvent::ModifiedChange && isWindowModified() != m_document.IsModified())
+        setWindowModified(m_document.IsModified());
 }
 
 void MainWindow::resizeEvent(QResizeEvent* event)

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "desktop/look/Preferences.h"
+#include "host/CWegZeitDat.h"
 #include "host/HostTypes.h"
 
 #include <QMainWindow>
@@ -47,6 +48,12 @@ class MainWindow : public QMainWindow
     /// Shows the help page of a mask; 0 shows the list of pages.
     void ShowHelp(UINT number);
 
+    /// Says for a moment at the foot of the window what was done.
+    void Say(const QString& what);
+    /// "Drucken" and the menu "Exportieren" of "Datei"; DeskOutput fills them.
+    QAction& PrintCommand() const { return *m_print; }
+    QMenu& ExportMenu() const { return *m_export; }
+
     /// Closes every mask of the case, without questions.
     void CloseMasks();
 
@@ -67,6 +74,7 @@ class MainWindow : public QMainWindow
     void sceneChanged();
 
   protected:
+    bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -90,6 +98,8 @@ class MainWindow : public QMainWindow
     void ShowCaseState();
     void ShowFileState();
     void ShowHistory();
+    void ShowProtection();
+    void ShowTransfer(std::size_t vehicle);
     void ShowSettingsState();
     void EditSettings();
     void SetTransfer(bool on);
@@ -114,6 +124,8 @@ class MainWindow : public QMainWindow
     QAction* m_new = nullptr;
     QAction* m_open = nullptr;
     QAction* m_save = nullptr;
+    QAction* m_print = nullptr;
+    QMenu* m_export = nullptr;
     QAction* m_undo = nullptr;
     QAction* m_redo = nullptr;
     QAction* m_quickOpen = nullptr;
@@ -122,8 +134,10 @@ class MainWindow : public QMainWindow
     QAction* m_maskHelp = nullptr;
     QLabel* m_unitLabel = nullptr;
     QLabel* m_transferLabel = nullptr;
+    QLabel* m_unprotected = nullptr;
     QLabel* m_fileNotice = nullptr; ///< somebody else changed the case's file
     QProgressBar* m_busyMark = nullptr;
+    std::vector<CWegZeitRechDat> m_phasesBefore; ///< of each vehicle, as the last step left them
 };
 
 } // namespace desktop

@@ -5,6 +5,7 @@
 #include "casefile/Settings.h"
 #include "desktop/CasePanels.h"
 #include "desktop/CommandLine.h"
+#include "desktop/DeskOutput.h"
 #include "desktop/MainWindow.h"
 #include "desktop/MaskReport.h"
 #include "desktop/case/CaseDocument.h"
@@ -110,11 +111,15 @@ int main(int argc, char** argv)
     thread.m_pMainWnd = &mainWindow;
     desktop::CaseDocument document(!line.DrawsOnly());
     desktop::MainWindow window(document, frontEnd);
-    desktop::AddCasePanels(window, document);
-    new desktop::MaskReport(window, document, frontEnd); // belongs to the window
+    const desktop::CasePanels panels = desktop::AddCasePanels(window, document);
+    // Both belong to the window.
+    auto* report = new desktop::MaskReport(window, document, frontEnd);
+    new desktop::DeskOutput(window, panels, *report);
     window.UsePreferences(preferences, preferencesPath);
 
     if (line.DrawsOnly()) {
+        if (!line.size.isEmpty())
+            window.resize(line.size);
         if (!OpenGiven(document, line, &window))
             return 3;
         if (line.bench)

@@ -67,6 +67,8 @@ class CaseDocument : public QObject
     bool FileIsForeign() const { return m_foreign; }
     /// Looks at the file; fileChanged tells when somebody has changed it since the last look.
     void CheckFile();
+    /// Why a crash would lose what is not in the file, in German; empty while the case is protected.
+    QString Unprotected() const;
     /// What differs between the file and the case, as text for the user.
     QString Differences();
     /// What the file opened last contained that could not be taken over, in German.
@@ -123,6 +125,8 @@ class CaseDocument : public QObject
     void fileChanged();
     /// The journal cannot be written, or the case is in a state that no file can hold; said once until it works again.
     void journalFailed(const QString& why);
+    /// Unprotected() says something else.
+    void protectionChanged();
 
   private:
     struct Parts;
@@ -141,6 +145,7 @@ class CaseDocument : public QObject
     std::unique_ptr<Parts> m_parts;
     QString m_path;
     QString m_error;
+    QString m_journalProblem;
     QString m_problem; ///< why the case cannot be written, as last announced
     QStringList m_warnings;
     bool m_modified = false;

@@ -45,9 +45,14 @@ class VehicleEditor : public QWidget
     QLineEdit& NameField() const { return *m_name; }
     NumberField& Field(double CKfzDaten::*value) const;
 
+  signals:
+    /// The user chose another vehicle.
+    void vehicleChosen(int vehicle);
+
   private:
     struct Row {
         double CKfzDaten::*value;
+        QLabel* label;
         NumberField* field;
         QLabel* unit;
     };
@@ -71,6 +76,7 @@ class VehicleEditor : public QWidget
     QLabel* m_contradiction = nullptr;
     VehicleSketch* m_sketch = nullptr;
     bool m_showing = false;
+    int m_shown = -1; ///< index of the vehicle whose numbers the fields show
 };
 
 } // namespace desktop

@@ -37,7 +37,7 @@ MaskFrame::MaskFrame(MaskWindow& mask) : m_mask(&mask)
     setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
     setWidget(&mask);
-    setWindowTitle(mask.windowTitle());
+    ShowTitle();
     setSystemMenu(nullptr); // title bar and keys do all it offers
     // A click beside the controls, or on a button, leaves the focus where it is: the framework moves it.
     setFocusPolicy(Qt::NoFocus);
@@ -45,12 +45,17 @@ MaskFrame::MaskFrame(MaskWindow& mask) : m_mask(&mask)
     connect(&mask, &MaskWindow::dialogChanged, this, &MaskFrame::Follow);
 }
 
+void MaskFrame::ShowTitle()
+{
+    setWindowTitle(QStringLiteral("%1  %2").arg(m_mask->Number()).arg(m_mask->windowTitle()));
+}
+
 void MaskFrame::Follow()
 {
     const framework::Window* dialog = m_mask->Dialog();
     if (dialog == nullptr)
         return;
-    setWindowTitle(m_mask->windowTitle());
+    ShowTitle();
     const QScopedValueRollback following(m_following, true);
     if (!dialog->visible) {
         hide();

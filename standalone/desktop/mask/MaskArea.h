@@ -32,6 +32,8 @@ class MaskFrame : public QMdiSubWindow
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    void ShowTitle();
+
     MaskWindow* m_mask;
     bool m_following = false;
 };
