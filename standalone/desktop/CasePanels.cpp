@@ -8,6 +8,7 @@
 #include "desktop/case/PathTimeTable.h"
 #include "desktop/case/VehicleEditor.h"
 #include "desktop/look/DiagramView.h"
+#include "desktop/look/VehicleIcon.h"
 #include "desktop/scene/SceneCanvas.h"
 #include "desktop/scene/SceneView.h"
 #include "host/Physics.h"
@@ -20,6 +21,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace desktop
@@ -33,6 +35,7 @@ struct DiagramContent {
     QAction* path = nullptr;
     QAction* speed = nullptr;
     QAction* phases = nullptr;
+    std::vector<VehicleMark> marks;
     std::optional<std::vector<pathtime::DiagramVehicle>> vehicles; ///< nothing after a change of the case
     pathtime::DiagramArea area;                                    ///< of what the screen shows
 
@@ -115,9 +118,16 @@ DiagramView* MakeDiagram(CaseDocument& document, const VehicleEditor& editor)
         return pathtime::LeastDiagramHeight(width, content->Vehicles(document.Data()),
                                             content->Options(document.Data(), Ground::paper, -1));
     });
-    QObject::connect(&document, &CaseDocument::changed, view, [view, content] {
+    const auto refresh = [view, content] {
         content->vehicles.reset();
         view->Refresh();
+    };
+    QObject::connect(&document, &CaseDocument::phasesChanged, view, refresh);
+    QObject::connect(&document, &CaseDocument::changed, view, [&document, content, refresh] {
+        if (auto marks = VehicleMarks(document.Data()); marks != content->marks) {
+            content->marks = std::move(marks);
+            refresh();
+        }
     });
     return view;
 }

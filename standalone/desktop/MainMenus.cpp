@@ -170,6 +170,8 @@ void MainWindow::BuildViewMenu()
         ApplyTheme(m_preferences.scheme, m_preferences.fontScale);
         SaveSettings();
     });
+    auto* reset = Command(menu, QStringLiteral("Anordnung &zurücksetzen"), nullptr, {});
+    connect(reset, &QAction::triggered, this, &MainWindow::ResetLayout);
     auto* larger = Command(menu, QStringLiteral("Schrift &größer"), nullptr, QKeySequence::ZoomIn);
     auto* smaller = Command(menu, QStringLiteral("Schrift &kleiner"), nullptr, QKeySequence::ZoomOut);
     auto* normal = Command(menu, QStringLiteral("Schrift &normal"), nullptr, QKeySequence(QStringLiteral("Ctrl+0")));

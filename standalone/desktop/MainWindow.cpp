@@ -23,6 +23,7 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QLabel>
+#include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -80,6 +81,11 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
     BuildToolBar();
     BuildStatusBar();
 
+    connect(m_masks, &MaskArea::roomWanted, this, &MainWindow::MakeRoom);
+    connect(m_masks, &MaskArea::masksChanged, this, [this] {
+        if (m_masks->Frames().empty())
+            ShowYielded();
+    });
     connect(m_opener, &QuickOpener::chosen, this, &MainWindow::OpenMask);
     connect(&frontEnd, &QtFrontEnd::helpWanted, this, &MainWindow::ShowHelp);
     connect(&frontEnd, &QtFrontEnd::caseChanged, this, [this] {
@@ -116,13 +122,6 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
         if (vehicle >= 0 && vehicle < static_cast<int>(CRuvData::kFahrzeuge))
             ShowTransfer(static_cast<std::size_t>(vehicle));
     });
-    const auto keepPhases = [this] {
-        m_phasesBefore.clear();
-        for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i)
-            m_phasesBefore.push_back(std::as_const(m_document).Data().WZRechDat(i));
-    };
-    connect(&document, &CaseDocument::changed, this, keepPhases);
-    keepPhases();
     ShowCaseState();
     ShowHistory();
     ShowProtection();
@@ -194,17 +193,94 @@ void MainWindow::UsePreferences(const Preferences& preferences, const QString& p
     m_preferencesPath = path;
     if (!sameLook)
         ApplyTheme(preferences.scheme, preferences.fontScale);
-    if (!preferences.geometry.isEmpty())
-        restoreGeometry(preferences.geometry);
+    m_firstDocks = saveState();
+    const Preferences::Layout layout = preferences.ofScreen.value(ScreenSize(), preferences.layout);
+    if (!layout.geometry.isEmpty())
+        restoreGeometry(layout.geometry);
     else if (!path.isEmpty())
         resize(kFirstSize.boundedTo(screen()->availableSize() - QSize(0, 3 * Spacing()))); // room for the title
-    if (!preferences.docks.isEmpty())
-        m_helpSized = restoreState(preferences.docks);
-    else if (width() < kRoomForAll)
-        for (QDockWidget* panel : m_panels)
-            panel->setVisible(dockWidgetArea(panel) != Qt::RightDockWidgetArea);
+    if (!layout.docks.isEmpty())
+        m_helpSized = restoreState(layout.docks);
+    else
+        ShowPanelsByWidth();
     m_helpDock->setVisible(m_helpDock->isVisible() && m_help->Page() != 0);
     m_dark->setChecked(preferences.scheme == Scheme::dark);
+}
+
+QString MainWindow::ScreenSize() const
+{
+    const QSize size = screen()->size();
+    return QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
+}
+
+void MainWindow::ShowPanelsByWidth()
+{
+    for (QDockWidget* panel : m_panels)
+        panel->setVisible(width() >= kRoomForAll || dockWidgetArea(panel) != Qt::RightDockWidgetArea);
+}
+
+void MainWindow::ResetLayout()
+{
+    m_yielded.clear();
+    restoreState(m_firstDocks);
+    ShowPanelsByWidth();
+    m_masks->Tile();
+    SaveSettings();
+}
+
+void MainWindow::MakeRoom(const QSize& wanted)
+{
+    const auto settle = [this] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        layout()->activate();
+    };
+    const auto docked = [this](Qt::DockWidgetArea area) {
+        QList<QDockWidget*> docks;
+        for (QDockWidget* panel : m_panels)
+            if (!panel->isHidden() && !panel->isFloating() && dockWidgetArea(panel) == area)
+                docks.append(panel);
+        return docks;
+    };
+    const struct {
+        Qt::DockWidgetArea area;
+        Qt::Orientation across;
+    } sides[] = {{Qt::BottomDockWidgetArea, Qt::Vertical},
+                 {Qt::RightDockWidgetArea, Qt::Horizontal},
+                 {Qt::LeftDockWidgetArea, Qt::Horizontal}};
+    QStringList hidden;
+    for (const auto& side : sides) {
+        const auto lack = [&] {
+            const QSize lacks = wanted - m_masks->viewport()->size();
+            return side.across == Qt::Vertical ? lacks.height() : lacks.width();
+        };
+        const QList<QDockWidget*> docks = docked(side.area);
+        if (docks.isEmpty() || lack() <= 0)
+            continue;
+        int shown = 0; // length of the panel in front of its tabs
+        for (const QDockWidget* dock : docks)
+            if (!dock->visibleRegion().isEmpty() || shown == 0)
+                shown = side.across == Qt::Vertical ? dock->height() : dock->width();
+        QList<int> lengths(docks.size(), std::max(shown - lack(), 1));
+        resizeDocks(docks, lengths, side.across);
+        settle();
+        if (lack() <= 0)
+            continue;
+        for (QDockWidget* dock : docks) {
+            dock->hide();
+            m_yielded.push_back(dock);
+            hidden.append(dock->windowTitle());
+        }
+        settle();
+    }
+    if (!hidden.isEmpty())
+        Say(QStringLiteral("Ausgeblendet, damit die Maske Platz hat: %1. Das Menü „Ansicht“ zeigt es wieder.")
+                .arg(hidden.join(QStringLiteral(", "))));
+}
+
+void MainWindow::ShowYielded()
+{
+    for (QDockWidget* panel : std::exchange(m_yielded, {}))
+        panel->show();
 }
 
 void MainWindow::SaveSettings()
@@ -212,8 +288,8 @@ void MainWindow::SaveSettings()
     if (m_preferencesPath.isEmpty())
         return;
     const base::FileResult saved = casefile::SaveSettings(casefile::DefaultSettingsPath());
-    m_preferences.geometry = saveGeometry();
-    m_preferences.docks = saveState();
+    m_preferences.layout = {saveGeometry(), saveState()};
+    m_preferences.ofScreen[ScreenSize()] = m_preferences.layout;
     if (!saved)
         statusBar()->showMessage(QString::fromStdString(saved.Text()), kMessageTime);
     else if (!m_preferences.Save(m_preferencesPath))
@@ -289,7 +365,7 @@ void MainWindow::ShowTransfer(std::size_t vehicle)
 {
     const CRuvData& content = std::as_const(m_document).Data();
     const auto& now = content.WZRechDat(vehicle).spalten;
-    const auto& before = m_phasesBefore[vehicle].spalten;
+    const auto& before = m_document.LastPhases(vehicle).spalten;
     const auto same = [](const CWegZeitSpalte& a, const CWegZeitSpalte& b) {
         return a.art == b.art && a.vEnd == b.vEnd && a.vAnf == b.vAnf && a.verz == b.verz && a.zeit == b.zeit &&
                a.weg == b.weg && a.bahn == b.bahn;
@@ -386,8 +462,9 @@ void MainWindow::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
-    SaveSettings();
     CloseMasks();
+    ShowYielded();
+    SaveSettings();
     event->accept();
 }
 

@@ -5,7 +5,6 @@
 #pragma once
 
 #include "desktop/look/Preferences.h"
-#include "host/CWegZeitDat.h"
 #include "host/HostTypes.h"
 
 #include <QMainWindow>
@@ -99,6 +98,13 @@ class MainWindow : public QMainWindow
     void ShowFileState();
     void ShowHistory();
     void ShowProtection();
+    /// Shrinks panels, or hides them for as long as masks are open, until the area of the masks has the size.
+    void MakeRoom(const QSize& wanted);
+    void ShowYielded();
+    void ResetLayout();
+    /// Beside narrow masks there is no room for the panels to the right.
+    void ShowPanelsByWidth();
+    QString ScreenSize() const;
     void ShowTransfer(std::size_t vehicle);
     void ShowSettingsState();
     void EditSettings();
@@ -117,6 +123,8 @@ class MainWindow : public QMainWindow
     QDockWidget* m_helpDock = nullptr;
     bool m_helpSized = false; ///< has the width it or the user chose
     std::vector<QDockWidget*> m_panels;
+    std::vector<QDockWidget*> m_yielded; ///< panels hidden for want of room
+    QByteArray m_firstDocks;             ///< as the program comes
 
     std::map<QString, QMenu*> m_menus; ///< by title without mark
     QMenu* m_recentMenu = nullptr;
@@ -137,7 +145,6 @@ class MainWindow : public QMainWindow
     QLabel* m_unprotected = nullptr;
     QLabel* m_fileNotice = nullptr; ///< somebody else changed the case's file
     QProgressBar* m_busyMark = nullptr;
-    std::vector<CWegZeitRechDat> m_phasesBefore; ///< of each vehicle, as the last step left them
 };
 
 } // namespace desktop

@@ -36,7 +36,7 @@ constexpr double kDot = 3.0;   // radius
 constexpr double kCurve = 2.2; // width
 constexpr double kChosenCurve = 3.8;
 constexpr double kSampleDistance = 1.5;
-constexpr double kSmallestPlot = 90.0; // high enough to be read
+constexpr double kSmallestPlot = 60.0; // high enough to be read
 constexpr double kNarrowestPlot = 20.0;
 constexpr double kLeastBarPitch = 9.0;
 constexpr double kPathShare = 0.56; // of the plots' height: several vehicles cross each other there
@@ -285,15 +285,16 @@ class DiagramPainter
     bool LayOut(double top)
     {
         const auto tracks = static_cast<double>(m_tracks.size());
-        const double pitch = std::clamp(kBarsPart * m_dc.Height() / tracks, kLeastBarPitch, kBarPitch);
-        m_barPitch = m_options.phases ? pitch : 0.0;
+        double least = 0.0; // of the plots together
+        for (std::size_t i = 0; i < m_panels.size(); ++i)
+            least = std::max(least, kSmallestPlot / ShareOf(i));
+        const double room = m_dc.Height() - top - Overhead();
+        const double wanted = std::min(kBarsPart * m_dc.Height(), room - least) / tracks;
+        m_barPitch = m_options.phases ? std::clamp(wanted, kLeastBarPitch, kBarPitch) : 0.0;
         const double bars = tracks * m_barPitch;
         const double heading = Heading();
-        const double plots = m_dc.Height() - top - bars - Overhead();
-        for (std::size_t i = 0; i < m_panels.size(); ++i)
-            if (plots * ShareOf(i) < kSmallestPlot)
-                return false;
-        if (m_panels.empty() && !m_options.phases)
+        const double plots = room - bars;
+        if (plots < least - 0.01 || (m_panels.empty() && !m_options.phases))
             return false;
 
         double earliest = 0.0;

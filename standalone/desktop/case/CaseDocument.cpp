@@ -159,6 +159,16 @@ void CaseDocument::AfterChange()
         else
             m_parts->journal->Clear();
     }
+    bool others = false;
+    for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
+        const CWegZeitDat& now = std::as_const(*m_data).WZRechDat(i);
+        if (now == m_lastPhases[i])
+            continue;
+        m_lastPhases[i] = now;
+        others = true;
+    }
+    if (others)
+        emit phasesChanged();
     emit changed();
     emit historyChanged();
     SetModified(modified);

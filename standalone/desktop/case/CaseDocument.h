@@ -48,6 +48,9 @@ class CaseDocument : public QObject
     /// True when the case differs from its file.
     bool IsModified() const { return m_modified; }
 
+    /// The phases of a vehicle as the last step left them.
+    const CWegZeitDat& LastPhases(std::size_t vehicle) const { return m_lastPhases[vehicle]; }
+
     // The following return false when they failed; Error() says why, in German. Unsaved changes are not asked about.
     bool New();
     /// A new case with the content of a case file, for example one that comes with the program.
@@ -115,6 +118,8 @@ class CaseDocument : public QObject
   signals:
     /// The content of the case changed: redraw what shows it.
     void changed();
+    /// The phases of a vehicle are others; before changed.
+    void phasesChanged();
     void modifiedChanged(bool modified);
     /// Path, name or title of the case changed.
     void titleChanged();
@@ -142,6 +147,7 @@ class CaseDocument : public QObject
     void Claim();
 
     std::unique_ptr<CRuvData> m_data;
+    std::vector<CWegZeitDat> m_lastPhases = std::vector<CWegZeitDat>(CRuvData::kFahrzeuge);
     std::unique_ptr<Parts> m_parts;
     QString m_path;
     QString m_error;

@@ -6,7 +6,6 @@
 #include "desktop/case/PathTimeModel.h"
 #include "desktop/case/PhaseView.h"
 #include "desktop/look/Theme.h"
-#include "desktop/look/VehicleIcon.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -16,6 +15,8 @@
 #include <QSignalBlocker>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace desktop
 {
@@ -68,7 +69,6 @@ PathTimeTable::PathTimeTable(CaseDocument& document, QWidget* parent)
     m_view->setModel(m_model);
     m_view->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_view->horizontalHeader()->setMinimumSectionSize(10 * fontMetrics().averageCharWidth());
-    m_view->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_view->verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_view->horizontalHeader()->setToolTip(QStringLiteral("Spalten: von der Kollision rückwärts in der Zeit"));
     m_view->setCornerButtonEnabled(false);
@@ -104,7 +104,7 @@ PathTimeTable::PathTimeTable(CaseDocument& document, QWidget* parent)
         delete m_bubble;
         ShowButtons();
     });
-    connect(&document, &CaseDocument::changed, this, &PathTimeTable::Show);
+    connect(&document, &CaseDocument::changed, this, &PathTimeTable::Follow);
     Show();
 }
 
@@ -125,25 +125,28 @@ void PathTimeTable::ChooseVehicle(int vehicle)
 
 void PathTimeTable::Show()
 {
+    m_shown.clear();
+    Follow();
+    m_model->Refresh();
+}
+
+void PathTimeTable::Follow()
+{
     const int chosen = Vehicle();
-    {
+    if (auto now = VehicleMarks(m_document.Data()); now != m_shown) {
+        m_shown = std::move(now);
         const QSignalBlocker quiet(m_vehicles);
         m_vehicles->clear();
-        for (int i = 0; i < static_cast<int>(CRuvData::kFahrzeuge); ++i) {
-            const CKfzDaten& vehicle = m_document.Data().KfzDat(static_cast<std::size_t>(i));
-            if (vehicle.IsValid())
-                m_vehicles->addItem(VehicleIcon(vehicle),
-                                    vehicle.name.empty() ? QStringLiteral("Fahrzeug %1").arg(i + 1)
-                                                         : QString::fromStdString(vehicle.name),
-                                    i);
-        }
-        const int now = m_vehicles->findData(chosen);
-        m_vehicles->setCurrentIndex(now >= 0 ? now : m_vehicles->count() > 0 ? 0 : -1);
+        for (const VehicleMark& mark : m_shown)
+            m_vehicles->addItem(VehicleIcon(m_document.Data().KfzDat(static_cast<std::size_t>(mark.index))), mark.name,
+                                mark.index);
+        const int row = m_vehicles->findData(chosen);
+        m_vehicles->setCurrentIndex(row >= 0 ? row : m_vehicles->count() > 0 ? 0 : -1);
     }
     if (Vehicle() != m_model->Vehicle())
         m_model->SetVehicle(Vehicle());
     else
-        m_model->Refresh();
+        m_model->Follow();
     ShowButtons();
 }
 

@@ -3,9 +3,12 @@
 #pragma once
 
 #include "desktop/look/RefusalBubble.h"
+#include "desktop/look/VehicleIcon.h"
 
 #include <QPointer>
 #include <QWidget>
+
+#include <vector>
 
 class QComboBox;
 class QLabel;
@@ -40,6 +43,8 @@ class PathTimeTable : public QWidget
     void RemovePhase();
     /// Shows everything afresh, in the units in force.
     void Show();
+    /// Shows what the case has changed of it.
+    void Follow();
 
   signals:
     void vehicleChosen(int vehicle);
@@ -59,7 +64,8 @@ class PathTimeTable : public QWidget
     QWidget* m_begin = nullptr; ///< says how to begin while there is no phase
     QLabel* m_beginHint = nullptr;
     QPushButton* m_beginButton = nullptr;
-    int m_row = -1; ///< of the current cell while the model is reset
+    std::vector<VehicleMark> m_shown; ///< the vehicles offered
+    int m_row = -1;                   ///< of the current cell while the model is reset
     int m_column = -1;
     QWidget* m_cell; ///< lies over the cell that a refusal points to
     QPointer<RefusalBubble> m_bubble;

@@ -7,6 +7,7 @@
 #include "desktop/look/Theme.h"
 #include "pathtime/PhaseTable.h"
 
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QPointer>
@@ -45,6 +46,22 @@ class PhaseDelegate : public QStyledItemDelegate
     }
 };
 
+/// A list over the window that Esc gives up.
+class KindList : public QListWidget
+{
+  public:
+    using QListWidget::QListWidget;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->key() == Qt::Key_Escape)
+            close();
+        else
+            QListWidget::keyPressEvent(event);
+    }
+};
+
 bool IsKind(const QModelIndex& index)
 {
     return index.row() == PathTimeModel::kKindRow;
@@ -59,12 +76,38 @@ PhaseView::PhaseView(QWidget* parent) : QTableView(parent)
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                     QAbstractItemView::AnyKeyPressed);
     setTabKeyNavigation(true);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    FitRows();
+}
+
+void PhaseView::FitRows()
+{
+    verticalHeader()->setDefaultSectionSize(QFontMetrics(TextFont()).height() + Spacing() / 2);
+}
+
+void PhaseView::changeEvent(QEvent* event)
+{
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange)
+        FitRows();
+}
+
+int PhaseView::sizeHintForColumn(int column) const
+{
+    const QFontMetrics bold(TextFont(1.0, true));
+    const QAbstractItemModel& phases = *model();
+    int width = bold.horizontalAdvance(phases.index(PathTimeModel::kKindRow, column).data().toString());
+    qsizetype digits = 0;
+    for (int row = PathTimeModel::kKindRow + 1; row < phases.rowCount(); ++row)
+        digits = std::max(digits, phases.index(row, column).data().toString().size());
+    width = std::max(width, static_cast<int>(digits) * fontMetrics().horizontalAdvance(QLatin1Char('0')));
+    return width + 3 * Spacing();
 }
 
 void PhaseView::OpenKinds(const QModelIndex& cell, const QString& beginning)
 {
     const QPersistentModelIndex chosenFor(cell);
-    auto* list = new QListWidget(this);
+    auto* list = new KindList(this);
     list->setWindowFlags(Qt::Popup);
     list->setAttribute(Qt::WA_DeleteOnClose);
     list->setAccessibleName(QStringLiteral("Art der Phase"));

@@ -25,6 +25,9 @@ class PhaseView : public QTableView
   protected:
     bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    /// By the number of digits: a case may have many numbers.
+    int sizeHintForColumn(int column) const override;
+    void changeEvent(QEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
   protected slots:
@@ -34,6 +37,7 @@ class PhaseView : public QTableView
     /// The next or the previous cell that takes an entry; the same when there is none.
     QModelIndex Neighbour(bool next) const;
     void Go(bool next);
+    void FitRows();
 
     bool m_stay = false;
 };

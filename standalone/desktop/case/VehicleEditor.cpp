@@ -9,7 +9,6 @@
 #include "desktop/look/Style.h"
 #include "desktop/look/TextField.h"
 #include "desktop/look/Theme.h"
-#include "desktop/look/VehicleIcon.h"
 #include "host/Assert.h"
 #include "krn/VehicleFields.h"
 #include "scene/VehicleDrawing.h"
@@ -41,11 +40,6 @@ constexpr std::array kColors{RGB(200, 30, 30),  RGB(30, 60, 200), RGB(0, 130, 70
 constexpr int kIndexRole = Qt::UserRole;
 constexpr int kVisibleVehicles = 4;
 constexpr int kSketchHeight = 210;
-
-QString ShownName(const CKfzDaten& vehicle, int index)
-{
-    return vehicle.name.empty() ? QStringLiteral("Fahrzeug %1").arg(index + 1) : QString::fromStdString(vehicle.name);
-}
 
 } // namespace
 
@@ -102,7 +96,7 @@ VehicleEditor::VehicleEditor(CaseDocument& document, QWidget* parent) : QWidget(
     column->addWidget(scroll, 1);
     m_sketch = new VehicleSketch(this);
     column->addWidget(m_sketch);
-    connect(&document, &CaseDocument::changed, this, &VehicleEditor::Show);
+    connect(&document, &CaseDocument::changed, this, &VehicleEditor::Follow);
     connect(&document, &CaseDocument::titleChanged, this, [this] {
         for (const Row& row : m_rows)
             row.field->DropRefusal(); // perhaps another case
@@ -248,23 +242,34 @@ NumberField& VehicleEditor::Field(double CKfzDaten::*value) const
 
 void VehicleEditor::Show()
 {
-    const int chosen = Vehicle();
-    m_showing = true;
-    m_list->clear();
-    for (int i = 0; i < static_cast<int>(CRuvData::kFahrzeuge); ++i) {
-        const CKfzDaten& vehicle = m_document.Data().KfzDat(static_cast<std::size_t>(i));
-        if (!vehicle.IsValid())
-            continue;
-        auto* item = new QListWidgetItem(VehicleIcon(vehicle), ShownName(vehicle, i), m_list);
-        item->setData(kIndexRole, i);
+    m_marks.clear();
+    m_shownVehicle.reset();
+    Follow();
+}
+
+void VehicleEditor::Follow()
+{
+    if (const auto now = VehicleMarks(m_document.Data()); now != m_marks || now.empty()) {
+        m_marks = now;
+        const int chosen = Vehicle();
+        m_showing = true;
+        m_list->clear();
+        for (const VehicleMark& mark : m_marks) {
+            const CKfzDaten& vehicle = m_document.Data().KfzDat(static_cast<std::size_t>(mark.index));
+            auto* item = new QListWidgetItem(VehicleIcon(vehicle), mark.name, m_list);
+            item->setData(kIndexRole, mark.index);
+        }
+        const int rows = std::clamp(m_list->count(), 2, kVisibleVehicles);
+        m_list->setFixedHeight(rows * std::max(m_list->sizeHintForRow(0), fontMetrics().height()) + 2 * Spacing());
+        ChooseVehicle(chosen);
+        if (m_list->currentRow() < 0 && m_list->count() > 0)
+            m_list->setCurrentRow(0);
+        m_showing = false;
+        m_shownVehicle.reset();
     }
-    const int rows = std::clamp(m_list->count(), 2, kVisibleVehicles);
-    m_list->setFixedHeight(rows * std::max(m_list->sizeHintForRow(0), fontMetrics().height()) + 2 * Spacing());
-    ChooseVehicle(chosen);
-    if (m_list->currentRow() < 0 && m_list->count() > 0)
-        m_list->setCurrentRow(0);
-    m_showing = false;
-    ShowFields();
+    const int index = Vehicle();
+    if (index < 0 || !m_shownVehicle || !(*m_shownVehicle == m_document.Data().KfzDat(static_cast<std::size_t>(index))))
+        ShowFields();
 }
 
 void VehicleEditor::ShowFields()
@@ -299,6 +304,7 @@ void VehicleEditor::ShowFields()
     m_contradiction->setText(QString::fromStdString(contradiction));
     m_contradiction->setVisible(!contradiction.empty());
     m_sketch->Show(vehicle);
+    m_shownVehicle = vehicle;
 }
 
 void VehicleEditor::Store(const CKfzDaten& vehicle, const QString& what)

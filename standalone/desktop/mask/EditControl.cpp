@@ -213,7 +213,10 @@ void EditControl::SyncLook()
 {
     const bool usable = m_control->enabled && !m_control->readOnly;
     m_wasInput = m_wasInput || usable;
-    const bool isResult = m_control->readOnly || (!m_wasInput && !m_ownedByCheck);
+    const CBinding* binding = BindingOf(*m_control);
+    const bool isResult = binding != nullptr && binding->Spec() != nullptr
+                              ? binding->Role() == FieldRole::result
+                              : m_control->readOnly || (!m_wasInput && !m_ownedByCheck);
     const FieldLook look = usable ? FieldLook::input : isResult ? FieldLook::result : FieldLook::disabled;
 
     // A result stays enabled for Qt, so that its text can be selected and copied.
