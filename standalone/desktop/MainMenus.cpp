@@ -15,12 +15,14 @@
 #include "frame/MaskTable.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDockWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
 #include <QToolButton>
 
+#include <algorithm>
 #include <map>
 
 namespace desktop
@@ -48,6 +50,13 @@ QMenu* MainWindow::Menu(const QString& title)
     return menu;
 }
 
+void MainWindow::ShowTip(QAction& action, const QString& text)
+{
+    const QString plain = QString(text).remove(QLatin1Char('&')).remove(QStringLiteral("…"));
+    const QString keys = action.shortcut().toString(QKeySequence::NativeText);
+    action.setToolTip(keys.isEmpty() ? plain : QStringLiteral("%1 (%2)").arg(plain, keys));
+}
+
 QAction* MainWindow::Command(const QString& menu, const QString& text, const char* icon, const QKeySequence& keys)
 {
     auto* action = new QAction(text, this);
@@ -55,6 +64,7 @@ QAction* MainWindow::Command(const QString& menu, const QString& text, const cha
         action->setIcon(Icon(icon));
     action->setIconVisibleInMenu(false);
     action->setShortcut(keys);
+    ShowTip(*action, text);
     Menu(menu)->addAction(action);
     return action;
 }
@@ -246,7 +256,11 @@ void MainWindow::BuildHelpMenu()
     m_maskHelp = Command(menu, QStringLiteral("Hilfe zur &Maske"), "help", QKeySequence(Qt::Key_F1));
     connect(m_maskHelp, &QAction::triggered, this, [this] {
         const MaskWindow* active = m_masks->Active();
-        ShowHelp(active == nullptr ? 0 : active->Number());
+        const QWidget* focus = QApplication::focusWidget();
+        const bool inScene = std::any_of(m_panels.begin(), m_panels.end(), [focus](const QDockWidget* panel) {
+            return panel->windowTitle() == QStringLiteral("Szene") && panel->isAncestorOf(focus);
+        });
+        ShowHelp(inScene ? HelpPane::kScene : active == nullptr ? 0 : active->Number());
     });
     auto* pages = Command(menu, QStringLiteral("&Alle Hilfeseiten"), nullptr, {});
     connect(pages, &QAction::triggered, this, [this] { ShowHelp(0); });

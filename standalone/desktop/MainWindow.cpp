@@ -31,6 +31,10 @@
 #include <QScreen>
 #include <QStatusBar>
 #include <QStatusTipEvent>
+#include <QTextBrowser>
+#include <QTimer>
+#include <QToolBar>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <utility>
@@ -260,14 +264,21 @@ void MainWindow::MakeRoom(const QSize& wanted)
         for (const QDockWidget* dock : docks)
             if (!dock->visibleRegion().isEmpty() || shown == 0)
                 shown = side.across == Qt::Vertical ? dock->height() : dock->width();
-        QList<int> lengths(docks.size(), std::max(shown - lack(), 1));
-        resizeDocks(docks, lengths, side.across);
+        const auto isNew = [this](const QDockWidget* dock) {
+            return std::none_of(m_yielded.begin(), m_yielded.end(),
+                                [dock](const Yielded& yielded) { return yielded.panel == dock; });
+        };
+        for (QDockWidget* dock : docks)
+            if (isNew(dock))
+                m_yielded.push_back({dock, shown, side.across, false});
+        resizeDocks(docks, QList<int>(docks.size(), std::max(shown - lack(), 1)), side.across);
         settle();
         if (lack() <= 0)
             continue;
         for (QDockWidget* dock : docks) {
             dock->hide();
-            m_yielded.push_back(dock);
+            for (Yielded& yielded : m_yielded)
+                yielded.hidden = yielded.hidden || yielded.panel == dock;
             hidden.append(dock->windowTitle());
         }
         settle();
@@ -279,8 +290,23 @@ void MainWindow::MakeRoom(const QSize& wanted)
 
 void MainWindow::ShowYielded()
 {
-    for (QDockWidget* panel : std::exchange(m_yielded, {}))
-        panel->show();
+    const std::vector<Yielded> yielded = std::exchange(m_yielded, {});
+    for (const Yielded& one : yielded)
+        if (one.hidden)
+            one.panel->show();
+    // The area of the masks is still laid out for the last one.
+    QTimer::singleShot(0, this, [this, yielded] {
+        for (const Qt::Orientation across : {Qt::Vertical, Qt::Horizontal}) {
+            QList<QDockWidget*> panels;
+            QList<int> lengths;
+            for (const Yielded& one : yielded)
+                if (one.across == across && !one.panel->isHidden()) {
+                    panels.append(one.panel);
+                    lengths.append(one.length);
+                }
+            resizeDocks(panels, lengths, across);
+        }
+    });
 }
 
 void MainWindow::SaveSettings()
@@ -394,7 +420,7 @@ void MainWindow::ShowHistory()
         // A label may hold the name of a vehicle: neither a mnemonic nor, in the tool tip, a format.
         const QString literal = QString(label).replace(QLatin1Char('&'), QStringLiteral("&&"));
         action->setText(label.isEmpty() ? verb : verb + QStringLiteral(": ") + literal);
-        action->setToolTip(QString(verb).remove(QLatin1Char('&')));
+        ShowTip(*action, verb);
     };
     show(m_undo, QStringLiteral("&Rückgängig"), m_document.CanUndo(), m_document.UndoLabel());
     show(m_redo, QStringLiteral("&Wiederholen"), m_document.CanRedo(), m_document.RedoLabel());
@@ -438,7 +464,28 @@ void MainWindow::BuildHelpDock()
 {
     m_helpDock = new QDockWidget(QStringLiteral("Hilfe"), this);
     m_helpDock->setObjectName(QStringLiteral("help"));
-    m_helpDock->setWidget(m_help);
+    auto* holder = new QWidget;
+    auto* column = new QVBoxLayout(holder);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    auto* tools = new QToolBar;
+    const auto add = [&](const char* icon, const QString& text, auto act) {
+        QAction* action = tools->addAction(Icon(icon), text, m_help, act);
+        action->setToolTip(text);
+        return action;
+    };
+    QAction* back = add(
+        "back", QStringLiteral("Zurück (Alt+Links)"), [this] { m_help->backward(); });
+    QAction* forward = add(
+        "forward", QStringLiteral("Vorwärts (Alt+Rechts)"), [this] { m_help->forward(); });
+    add("report", QStringLiteral("Alle Hilfeseiten"), [this] { m_help->ShowPage(0); });
+    for (QAction* action : {back, forward})
+        action->setEnabled(false);
+    connect(m_help, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
+    connect(m_help, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
+    column->addWidget(tools);
+    column->addWidget(m_help, 1);
+    m_helpDock->setWidget(holder);
     addDockWidget(Qt::RightDockWidgetArea, m_helpDock);
     m_helpDock->hide();
 }

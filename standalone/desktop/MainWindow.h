@@ -91,6 +91,8 @@ class MainWindow : public QMainWindow
     void BuildHelpDock();
     QMenu* Menu(const QString& title);
     QAction* Command(const QString& menu, const QString& text, const char* icon, const QKeySequence& keys);
+    /// The tool tip: what the command does and its keys.
+    static void ShowTip(QAction& action, const QString& text);
     void FillRecentFiles();
     void FillExamples(QMenu& menu);
     void FillWindowMenu();
@@ -123,8 +125,15 @@ class MainWindow : public QMainWindow
     QDockWidget* m_helpDock = nullptr;
     bool m_helpSized = false; ///< has the width it or the user chose
     std::vector<QDockWidget*> m_panels;
-    std::vector<QDockWidget*> m_yielded; ///< panels hidden for want of room
-    QByteArray m_firstDocks;             ///< as the program comes
+    /// A panel that was shrunk or hidden for want of room, and how long it was.
+    struct Yielded {
+        QDockWidget* panel;
+        int length;
+        Qt::Orientation across;
+        bool hidden;
+    };
+    std::vector<Yielded> m_yielded;
+    QByteArray m_firstDocks; ///< as the program comes
 
     std::map<QString, QMenu*> m_menus; ///< by title without mark
     QMenu* m_recentMenu = nullptr;

@@ -58,13 +58,13 @@ TEST_P(DeskSizeTest, EveryMaskOpensWholeAndGivesThePanelsTheirRoomBack)
 {
     window.resize(GetParam());
     QApplication::processEvents();
-    const auto hidden = [&] {
-        std::vector<bool> all;
+    const auto sizes = [&] {
+        std::vector<QSize> all;
         for (const QDockWidget* panel : window.CasePanels())
-            all.push_back(panel->isHidden());
+            all.push_back(panel->isHidden() || panel->visibleRegion().isEmpty() ? QSize() : panel->size());
         return all;
     };
-    const auto before = hidden();
+    const auto before = sizes();
     for (const MaskEntry& entry : MaskTable()) {
         if (entry.create == nullptr)
             continue;
@@ -80,8 +80,8 @@ TEST_P(DeskSizeTest, EveryMaskOpensWholeAndGivesThePanelsTheirRoomBack)
             EXPECT_EQ(mask.visibleRegion().boundingRect().size(), mask.size()) << entry.number;
         }
         window.CloseMasks();
-        QApplication::processEvents();
-        EXPECT_EQ(hidden(), before) << entry.number;
+        QTest::qWait(20);
+        EXPECT_EQ(sizes(), before) << entry.number;
     }
     EXPECT_EQ(window.size(), GetParam());
 }

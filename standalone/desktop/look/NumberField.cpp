@@ -6,6 +6,7 @@
 #include "desktop/look/Tell.h"
 
 #include <QApplication>
+#include <QDockWidget>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QTimer>
@@ -65,13 +66,17 @@ void NumberField::Refuse(const QString& why)
 
 void NumberField::ComeBack()
 {
-    const QString why = std::exchange(m_leftWith, {});
+    const QWidget* panel = this;
+    while (panel->parentWidget() != nullptr && qobject_cast<const QDockWidget*>(panel) == nullptr)
+        panel = panel->parentWidget();
     const QWidget* now = QApplication::focusWidget();
-    if (why.isEmpty() || !isVisible() || (now != nullptr && now->window() != window()))
+    if (m_leftWith.isEmpty() || !isVisible() || (now != nullptr && !panel->isAncestorOf(now))) {
+        DropRefusal(); // the user went elsewhere
         return;
+    }
     setFocus(Qt::OtherFocusReason);
     selectAll();
-    m_bubble = new RefusalBubble(*this, why);
+    m_bubble = new RefusalBubble(*this, std::exchange(m_leftWith, {}));
 }
 
 void NumberField::DropRefusal()

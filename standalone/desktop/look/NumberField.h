@@ -13,7 +13,7 @@ namespace desktop
 
 /// A number outside of masks that behaves like one in a mask: shown rounded in the user's unit; Enter, Tab and leaving
 /// finish the entry, Esc gives it up; a refused one is taken back, and the reason shown at the field as long as it
-/// keeps the focus. Leaving with a refused entry brings the focus back.
+/// keeps the focus. Leaving with a refused entry brings the focus back, unless it went to another panel.
 class NumberField : public TextField
 {
     Q_OBJECT

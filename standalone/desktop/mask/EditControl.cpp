@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/mask/EditControl.h"
 
+#include "base/NumberText.h"
 #include "desktop/look/Icons.h"
 #include "desktop/look/Style.h"
 #include "desktop/look/Theme.h"
@@ -275,6 +276,29 @@ bool EditControl::Step(int direction)
     InputResult result = InputResult::disabled;
     m_mask.Act([&] { result = framework::Step(*m_control, direction); });
     return result == InputResult::done && m_control != nullptr;
+}
+
+QString EditControl::Tip() const
+{
+    QString tip = QString::fromStdString(krn::LabelOf(*m_control));
+    const QString unit = QString::fromStdString(krn::UnitOf(*m_control));
+    const auto* number = dynamic_cast<const CEditDouble*>(BindingOf(*m_control));
+    if (number != nullptr && !isReadOnly()) {
+        const auto shown = [number](double bound) {
+            const auto& units = UnitsSystemConfiguration::GetInstance();
+            return QString::fromStdString(
+                base::FormatNumber(number->Unit() ? units.ToShown(bound, *number->Unit()) : bound, number->Decimals()));
+        };
+        tip += QStringLiteral(": %1 bis %2").arg(shown(number->Minimum()), shown(number->Maximum()));
+    }
+    return unit.isEmpty() ? tip : tip + QLatin1Char(' ') + unit;
+}
+
+bool EditControl::event(QEvent* event)
+{
+    if (event->type() == QEvent::ToolTip && m_control != nullptr)
+        setToolTip(Tip());
+    return TextField::event(event);
 }
 
 void EditControl::keyPressEvent(QKeyEvent* event)

@@ -23,6 +23,7 @@ class EditControl : public TextField, public ControlView
     void SyncColors() override;
 
   protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -37,6 +38,8 @@ class EditControl : public TextField, public ControlView
     void TakeFromSource();
     void FinishOnLeaving();
     void SyncLook();
+    /// What the field takes, in the units in force.
+    QString Tip() const;
 
     SpinButtons* m_spin;
     QAction* m_source = nullptr; // runs the mask that can find the value
