@@ -32,7 +32,6 @@
 #include <QStatusBar>
 #include <QStatusTipEvent>
 #include <QTextBrowser>
-#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -226,6 +225,7 @@ void MainWindow::ShowPanelsByWidth()
 void MainWindow::ResetLayout()
 {
     m_yielded.clear();
+    m_docksBefore.clear();
     restoreState(m_firstDocks);
     ShowPanelsByWidth();
     m_masks->Tile();
@@ -264,25 +264,21 @@ void MainWindow::MakeRoom(const QSize& wanted)
         for (const QDockWidget* dock : docks)
             if (!dock->visibleRegion().isEmpty() || shown == 0)
                 shown = side.across == Qt::Vertical ? dock->height() : dock->width();
-        const auto isNew = [this](const QDockWidget* dock) {
-            return std::none_of(m_yielded.begin(), m_yielded.end(),
-                                [dock](const Yielded& yielded) { return yielded.panel == dock; });
-        };
-        for (QDockWidget* dock : docks)
-            if (isNew(dock))
-                m_yielded.push_back({dock, shown, side.across, false});
+        if (m_docksBefore.isEmpty())
+            m_docksBefore = saveState();
         resizeDocks(docks, QList<int>(docks.size(), std::max(shown - lack(), 1)), side.across);
         settle();
         if (lack() <= 0)
             continue;
         for (QDockWidget* dock : docks) {
             dock->hide();
-            for (Yielded& yielded : m_yielded)
-                yielded.hidden = yielded.hidden || yielded.panel == dock;
+            m_yielded.push_back(dock);
             hidden.append(dock->windowTitle());
         }
         settle();
     }
+    if (!m_docksBefore.isEmpty())
+        m_docksAfter = saveState();
     if (!hidden.isEmpty())
         Say(QStringLiteral("Ausgeblendet, damit die Maske Platz hat: %1. Das Menü „Ansicht“ zeigt es wieder.")
                 .arg(hidden.join(QStringLiteral(", "))));
@@ -290,23 +286,16 @@ void MainWindow::MakeRoom(const QSize& wanted)
 
 void MainWindow::ShowYielded()
 {
-    const std::vector<Yielded> yielded = std::exchange(m_yielded, {});
-    for (const Yielded& one : yielded)
-        if (one.hidden)
-            one.panel->show();
-    // The area of the masks is still laid out for the last one.
-    QTimer::singleShot(0, this, [this, yielded] {
-        for (const Qt::Orientation across : {Qt::Vertical, Qt::Horizontal}) {
-            QList<QDockWidget*> panels;
-            QList<int> lengths;
-            for (const Yielded& one : yielded)
-                if (one.across == across && !one.panel->isHidden()) {
-                    panels.append(one.panel);
-                    lengths.append(one.length);
-                }
-            resizeDocks(panels, lengths, across);
-        }
-    });
+    const QByteArray before = std::exchange(m_docksBefore, {});
+    const std::vector<QDockWidget*> yielded = std::exchange(m_yielded, {});
+    if (before.isEmpty())
+        return;
+    if (saveState() == m_docksAfter) {
+        restoreState(before);
+        return;
+    }
+    for (QDockWidget* panel : yielded) // the user has arranged the others
+        panel->show();
 }
 
 void MainWindow::SaveSettings()

@@ -125,15 +125,10 @@ class MainWindow : public QMainWindow
     QDockWidget* m_helpDock = nullptr;
     bool m_helpSized = false; ///< has the width it or the user chose
     std::vector<QDockWidget*> m_panels;
-    /// A panel that was shrunk or hidden for want of room, and how long it was.
-    struct Yielded {
-        QDockWidget* panel;
-        int length;
-        Qt::Orientation across;
-        bool hidden;
-    };
-    std::vector<Yielded> m_yielded;
-    QByteArray m_firstDocks; ///< as the program comes
+    std::vector<QDockWidget*> m_yielded; ///< panels hidden for want of room
+    QByteArray m_docksBefore;            ///< before the first panel was shrunk or hidden, empty while none is
+    QByteArray m_docksAfter;             ///< as MakeRoom left them
+    QByteArray m_firstDocks;             ///< as the program comes
 
     std::map<QString, QMenu*> m_menus; ///< by title without mark
     QMenu* m_recentMenu = nullptr;
