@@ -23,6 +23,7 @@ target_link_libraries(tavelin-parts
     PRIVATE ruv_standalone_includes ruv_third_party)
 file(GLOB help_pages CONFIGURE_DEPENDS docs/masks/*.md docs/masks/*.png docs/masks/*.svg)
 qt_add_resources(tavelin-parts help PREFIX "/masks" BASE docs/masks FILES ${help_pages})
+qt_add_resources(tavelin-parts help-desk PREFIX "/desk" BASE docs FILES docs/szene.md)
 file(GLOB example_cases CONFIGURE_DEPENDS examples/*.json)
 qt_add_resources(tavelin-parts examples PREFIX "/examples" BASE examples FILES ${example_cases})
 add_executable(tavelin standalone/desktop/main.cpp)

@@ -171,6 +171,9 @@ class CMDIRechDialog : public CMDIDialog
     /// The same of one control: a result that is older than the others, or all of them.
     bool IsOutdated(UINT controlId);
 
+    /// Grows whenever results are computed or cleared: what was told before no longer speaks of those shown.
+    int Calculations() const { return m_calculations; }
+
     CRuvData& RuvData() const { return m_data; }
     CKfzDaten& KfzDat(std::size_t index) const;
     CWegZeitDat& WZDat(std::size_t index) const;
@@ -218,6 +221,7 @@ class CMDIRechDialog : public CMDIDialog
   private:
     enum class Results { none, ofInputs, ofOthers };
     Results m_results = Results::none;
+    int m_calculations = 0;
     std::vector<double> m_resultInputs; // that the results belong to
     std::vector<UINT> m_olderResults;   // controls
     bool m_marked = false;              // some control is marked as outdated

@@ -27,6 +27,15 @@ struct CFallParameter {
     friend bool operator==(const CFallParameter&, const CFallParameter&) = default;
 };
 
+/// What the case is about, as its reports say it.
+struct CFallAngaben {
+    std::string datum; ///< of the accident, as the user writes it
+    std::string ort;
+    std::string bearbeiter;
+
+    friend bool operator==(const CFallAngaben&, const CFallAngaben&) = default;
+};
+
 /// The open case: 16 vehicles with their path-time data and parameters, and what masks keep.
 class CRuvData
 {
@@ -71,8 +80,11 @@ class CRuvData
     CFallParameter& FallParameter() { return m_fallParameter; }
     const CFallParameter& FallParameter() const { return m_fallParameter; }
 
+    /// The case's reference number or name.
     std::string& Title() { return m_title; }
     const std::string& Title() const { return m_title; }
+    CFallAngaben& Angaben() { return m_angaben; }
+    const CFallAngaben& Angaben() const { return m_angaben; }
 
     /// Sends a message to all open masks of the case and to the main window, except `except`.
     void BroadcastMessage(UINT message, WPARAM wParam, LPARAM lParam, const CWnd* except);
@@ -96,6 +108,7 @@ class CRuvData
     std::vector<CSzenenBild> m_bilder;
     CFallParameter m_fallParameter;
     std::string m_title;
+    CFallAngaben m_angaben;
     /// What was given out to be changed since the case was empty, by vehicle.
     struct Touched {
         std::bitset<kFahrzeuge> kfz, wegZeit, parameter;

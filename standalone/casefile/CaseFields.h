@@ -20,10 +20,18 @@ namespace casefile::case_file
 inline constexpr std::string_view kFormat = "tavelin-case";
 inline constexpr int kMajor = 1;
 inline constexpr int kMinor = kCaseMinorVersion;
-/// The first versions that know the scene; parameters of the case, payload, marker and driving line. A case without
-/// them is written as the version before.
+/// The first versions that know the scene; parameters of the case, payload, marker and driving line; details. A case
+/// without them is written as the version before.
 inline constexpr int kSceneMinor = 1;
 inline constexpr int kParametersMinor = 2;
+inline constexpr int kDetailsMinor = 3;
+
+inline constexpr std::pair<std::string_view, std::string CFallAngaben::*> kDetails[] = {
+    {"date", &CFallAngaben::datum},
+    {"place", &CFallAngaben::ort},
+    {"author", &CFallAngaben::bearbeiter},
+};
+inline constexpr std::string_view kDetailNames[] = {"date", "place", "author"};
 
 /// A number that belongs to the case, a vehicle or a phase. One that is not `always` written is left out at its
 /// default.
@@ -91,8 +99,8 @@ inline constexpr std::int64_t kLargestMode = 99;
 inline constexpr std::int64_t kLargestFlag = 63;
 inline constexpr std::int64_t kLargestMask = 65535;
 
-inline constexpr std::string_view kRootNames[] = {"format",   "version", "title", "parameters",
-                                                  "vehicles", "masks",   "scene"};
+inline constexpr std::string_view kRootNames[] = {"format",     "version",  "title", "details",
+                                                  "parameters", "vehicles", "masks", "scene"};
 inline constexpr std::string_view kParameterNames[] = {"modified", "updateFlags"};
 inline constexpr std::string_view kPathTimeNames[] = {"selected", "mode", "marker",    "phases",
                                                       "lineMode", "line", "restPoint", "restHeading"};

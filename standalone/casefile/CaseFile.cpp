@@ -133,6 +133,7 @@ void ReplaceCase(CRuvData& data, CRuvData&& content)
     data.Bilder() = std::move(content.Bilder());
     data.FallParameter() = content.FallParameter();
     data.Title() = std::move(content.Title());
+    data.Angaben() = std::move(content.Angaben());
     data.unknown = std::move(content.unknown);
 }
 

@@ -68,6 +68,15 @@ class Reader
         m_data.unknown->root = OtherMembers(root, kRootNames);
         if (!ReadText(root, "", "title", m_data.Title()))
             return false;
+        if (const base::JsonValue* value = Find(root, "details")) {
+            const auto* details = value->As<Object>();
+            if (!details)
+                return Refuse("/details", "ist kein Objekt");
+            for (const auto& [name, text] : kDetails)
+                if (!ReadText(*details, "/details", name, m_data.Angaben().*text))
+                    return false;
+            m_data.unknown->details = OtherMembers(*details, kDetailNames);
+        }
         if (const base::JsonValue* value = Find(root, "parameters")) {
             const auto* parameters = value->As<Object>();
             if (!parameters)

@@ -37,6 +37,8 @@ bool IsWritten(const CRuvData& data, std::size_t vehicle)
 /// The lowest version that has all that the case holds.
 int NeededMinor(const CRuvData& data)
 {
+    if (!(data.Angaben() == CFallAngaben{}))
+        return kDetailsMinor;
     if (!(data.FallParameter() == CFallParameter{}))
         return kParametersMinor;
     for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
@@ -64,6 +66,14 @@ class Writer
         Put(root, "format", std::string(kFormat));
         Put(root, "version", std::to_string(kMajor) + "." + std::to_string(minor));
         Put(root, "title", Text(m_data.Title(), "/title"));
+        Object details;
+        for (const auto& [name, text] : kDetails)
+            if (const std::string& value = m_data.Angaben().*text; !value.empty())
+                Put(details, name, Text(value, Below("/details", name)));
+        if (m_data.unknown)
+            Append(details, m_data.unknown->details);
+        if (!details.empty())
+            Put(root, "details", std::move(details));
         Object parameters;
         PutNumbers(parameters, kCaseNumbers, m_data.FallParameter(), "/parameters");
         if (m_data.unknown)

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// case new, show and check.
+// case new, set, show and check.
 #include "cli/Verbs.h"
 
 #include "base/AtomicFile.h"
+#include "base/Utf.h"
 #include "casefile/CaseFile.h"
 #include "cli/CaseInput.h"
 #include "cli/ExitCode.h"
@@ -12,6 +13,11 @@
 #include "cli/Options.h"
 #include "host/CRuvData.h"
 #include "krn/VehicleFields.h"
+
+#include <algorithm>
+#include <iterator>
+#include <span>
+#include <string_view>
 
 namespace cli
 {
@@ -31,9 +37,53 @@ int New(const std::string& path, bool asJson)
     return exitDone;
 }
 
+/// What stands at the head of the case's reports.
+struct Detail {
+    std::string_view name;
+    const char* label;
+    std::string CFallAngaben::*member; ///< null: the title
+    const std::string& Of(const CRuvData& data) const
+    {
+        return member == nullptr ? data.Title() : data.Angaben().*member;
+    }
+};
+constexpr Detail kDetails[] = {
+    {"title", "Fall", nullptr},
+    {"date", "Unfalldatum", &CFallAngaben::datum},
+    {"place", "Unfallort", &CFallAngaben::ort},
+    {"author", "Bearbeiter", &CFallAngaben::bearbeiter},
+};
+
+/// NAME=TEXT for each detail that is to be another; no text takes it away.
+int Set(const std::string& path, std::span<const std::string> words)
+{
+    CaseInput loaded = CaseFromFile(path);
+    if (!loaded.data)
+        return Complain(exitFile, loaded.error);
+    for (const std::string& word : words) {
+        const std::size_t equals = word.find('=');
+        const std::string name = word.substr(0, equals);
+        const auto known = std::find_if(std::begin(kDetails), std::end(kDetails),
+                                        [&](const Detail& detail) { return detail.name == name; });
+        if (known == std::end(kDetails) || equals == std::string::npos)
+            return Complain(exitUsage, "„" + word + "“: erwartet wird title=, date=, place= oder author= und ein Text");
+        const std::string text = word.substr(equals + 1);
+        if (!base::IsUtf8(text))
+            return Complain(exitUsage, name + ": der Text ist kein UTF-8");
+        (known->member == nullptr ? loaded.data->Title() : loaded.data->Angaben().*known->member) = text;
+    }
+    const auto saved =
+        casefile::SaveCase(path, *loaded.data, casefile::Overwrite::onlyCases, base::SystemFileCalls(), loaded.digest);
+    return saved ? exitDone : Complain(exitFile, saved.Text());
+}
+
 std::string ShowText(const CRuvData& data)
 {
-    std::string text = data.Title().empty() ? "" : data.Title() + "\n\n";
+    std::string text;
+    for (const Detail& detail : kDetails)
+        if (const std::string value = detail.Of(data); !value.empty())
+            text += std::string(detail.label) + ": " + value + "\n";
+    text += text.empty() ? "" : "\n";
     std::vector<std::vector<std::string>> vehicles{
         {"Fahrzeug", "Name", "Art", "Länge [m]", "Breite [m]", "Radstand [m]", "Masse [kg]"}};
     std::vector<std::vector<std::string>> phases{
@@ -96,6 +146,8 @@ int CaseVerb(const std::vector<std::string>& arguments)
     const Options options = ParseOptions(arguments, {"--json"});
     if (!options.error.empty())
         return Complain(exitUsage, options.error);
+    if (options.rest.size() > 2 && options.rest[0] == "set" && !options.json)
+        return Set(options.rest[1], std::span(options.rest).subspan(2));
     if (options.rest.size() == 2) {
         const std::string& path = options.rest[1];
         if (options.rest[0] == "new")
@@ -105,7 +157,7 @@ int CaseVerb(const std::vector<std::string>& arguments)
         if (options.rest[0] == "check")
             return Check(path, options.json);
     }
-    return Complain(exitUsage, "case erwartet new, show oder check und eine Datei");
+    return Complain(exitUsage, "case erwartet new, show oder check und eine Datei, oder set, eine Datei und NAME=TEXT");
 }
 
 } // namespace cli

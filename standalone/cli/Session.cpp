@@ -5,6 +5,7 @@
 #include "frame/MaskTable.h"
 #include "frame/RuvMod.h"
 #include "krn/ControlMeaning.h"
+#include "report/Protocol.h"
 
 #include <algorithm>
 
@@ -112,6 +113,19 @@ void Session::Continue(const std::function<bool()>& running)
         const Action& action = m_actions[m_next++];
         std::visit([this](const auto& a) { Do(a); }, action);
         m_thread.DispatchPending();
+        NoteMessages();
+        m_log.EndAction();
+    }
+}
+
+void Session::NoteMessages()
+{
+    const Window* mask = Mask();
+    for (; m_logged < m_front.Messages().size(); ++m_logged) {
+        const RecordedMessage& message = m_front.Messages()[m_logged];
+        std::string text = report::MessageWithAnswer(message.shown, message.answer);
+        if (mask != nullptr && !text.empty())
+            m_log.Note(mask->handle, std::move(text));
     }
 }
 

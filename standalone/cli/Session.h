@@ -10,6 +10,7 @@
 #include "cli/StateJson.h"
 #include "framework/UiThread.h"
 #include "host/CRuvData.h"
+#include "report/MessageLog.h"
 
 #include <functional>
 #include <memory>
@@ -62,6 +63,7 @@ class Session
 
   private:
     void Continue(const std::function<bool()>& running);
+    void NoteMessages();
     void Open();
     void Fail(std::string text);
     void FailToWrite(std::string text);
@@ -115,6 +117,8 @@ class Session
     std::function<void(const std::string&)> m_onState;
     std::optional<Failure> m_failure;
     std::optional<Failure> m_fileFailure;
+    report::MessageLog m_log;
+    std::size_t m_logged = 0; ///< so many of the messages shown are in it
 };
 
 } // namespace cli

@@ -410,10 +410,10 @@ void Session::Do(const ProtocolAction& action)
     report::ProtocolContext context;
     context.number = m_number;
     context.helpPage = report::HelpPage(m_number);
-    for (const RecordedMessage& message : m_front.Messages())
-        if (std::string text = report::MessageWithAnswer(message.shown, message.answer); !text.empty())
-            context.messages.push_back(std::move(text));
+    NoteMessages();
+    context.messages = m_log.Of(mask->handle);
     context.caseTitle = m_data->Title();
+    context.caseDetails = m_data->Angaben();
     std::string text;
     if (casefile::CaseToJson(*m_data, text))
         context.caseSha256 = base::Sha256(text);

@@ -19,6 +19,7 @@ constexpr const char* kUsage =
   tavelin-cli eval VideoIndex VIDEO | VideoSpeeds JSON [--json]
                                                    Bilder eines Videos; Geschwindigkeiten aus Kästen oder Klicks
   tavelin-cli case new|show|check DATEI [--json]   Falldatei anlegen, zeigen, prüfen
+  tavelin-cli case set DATEI NAME=TEXT …           Angaben des Falls: title, date, place, author
   tavelin-cli mask NUMMER [OPTION…] [AKTION…]      eine Maske bedienen; gibt ihren Zustand als JSON aus
   tavelin-cli batch [OPTION…]                      JSON-Zeilen von der Standardeingabe rechnen
 

@@ -13,6 +13,8 @@ namespace
 
 constexpr double kSmallestScale = 0.5;
 constexpr double kLargestScale = 4.0;
+constexpr int kSmallestSide = 100; // pixels
+constexpr int kLargestSide = 10000;
 
 /// Qt knows the reason in English; its German texts come with the application object.
 QString ReasonFor(const QCommandLineParser& parser, const QStringList& arguments)
@@ -52,10 +54,11 @@ CommandLine ReadCommandLine(std::span<char* const> arguments)
     const QCommandLineOption scale(QStringLiteral("scale"), {}, QStringLiteral("FAKTOR"));
     const QCommandLineOption scheme(QStringLiteral("scheme"), {}, QStringLiteral("NAME"));
     const QCommandLineOption example(QStringLiteral("example"), {}, QStringLiteral("NAME"));
+    const QCommandLineOption size(QStringLiteral("size"), {}, QStringLiteral("BREITExHÖHE"));
     const QCommandLineOption bench(QStringLiteral("bench"));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     QCommandLineParser parser;
-    parser.addOptions({shot, casePath, scale, scheme, example, bench, help});
+    parser.addOptions({shot, casePath, scale, scheme, size, example, bench, help});
 
     CommandLine line;
     if (!parser.parse(words)) {
@@ -78,6 +81,13 @@ CommandLine ReadCommandLine(std::span<char* const> arguments)
         line.dark = name == QLatin1String("dunkel") || name == QLatin1String("dark");
         if (!line.dark && name != QLatin1String("hell") && name != QLatin1String("light"))
             line.error = QStringLiteral("--scheme: gefragt ist „hell“ oder „dunkel“, nicht „%1“").arg(name);
+    }
+    if (parser.isSet(size)) {
+        const QStringList sides = parser.value(size).split(QLatin1Char('x'));
+        line.size = sides.size() == 2 ? QSize(sides[0].toInt(), sides[1].toInt()) : QSize();
+        if (line.size.width() < kSmallestSide || line.size.width() > kLargestSide ||
+            line.size.height() < kSmallestSide || line.size.height() > kLargestSide)
+            line.error = QStringLiteral("--size: gefragt sind Breite und Höhe, zum Beispiel 1366x768");
     }
     TakeWords(line, parser.positionalArguments());
     if (line.error.isEmpty() && !line.example.isEmpty() && !line.casePath.isEmpty())

@@ -4,6 +4,7 @@
 
 #include "host/HostTypes.h"
 
+#include <QSize>
 #include <QString>
 
 #include <span>
@@ -17,6 +18,7 @@ struct CommandLine {
     QString example;           ///< name of a case that comes with the program
     QString shotFolder;        ///< not empty: write pictures and end
     std::vector<UINT> numbers; ///< of the masks to be drawn
+    QSize size;                ///< of the window in pictures, logical pixels; empty: as it is
     double scale = 0.0;        ///< logical to real pixels, 0: as the screen has it
     bool dark = false;
     bool bench = false; ///< measure and end
@@ -36,6 +38,7 @@ inline constexpr const char* kUsage =
     "    --case FALLDATEI                mit diesem Fall\n"
     "    --scale FAKTOR                  Bildpunkte je Punkt der Oberfläche, 0,5 bis 4\n"
     "    --scheme hell|dunkel            in diesem Farbschema\n"
+    "    --size BREITExHÖHE              Größe des Hauptfensters, zum Beispiel 1366x768\n"
     "tavelin --bench                     misst, wie schnell Fenster und Masken da sind\n"
     "tavelin --help                      zeigt diesen Text\n";
 

@@ -3,6 +3,7 @@
 //
 // The menus and the tool bar of the main window.
 #include "desktop/MainWindow.h"
+#include "desktop/case/CaseDetails.h"
 #include "desktop/case/CaseDocument.h"
 #include "desktop/case/CaseFileDialogs.h"
 #include "desktop/look/Icons.h"
@@ -14,12 +15,14 @@
 #include "frame/MaskTable.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDockWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
 #include <QToolButton>
 
+#include <algorithm>
 #include <map>
 
 namespace desktop
@@ -47,6 +50,13 @@ QMenu* MainWindow::Menu(const QString& title)
     return menu;
 }
 
+void MainWindow::ShowTip(QAction& action, const QString& text)
+{
+    const QString plain = QString(text).remove(QLatin1Char('&')).remove(QStringLiteral("…"));
+    const QString keys = action.shortcut().toString(QKeySequence::NativeText);
+    action.setToolTip(keys.isEmpty() ? plain : QStringLiteral("%1 (%2)").arg(plain, keys));
+}
+
 QAction* MainWindow::Command(const QString& menu, const QString& text, const char* icon, const QKeySequence& keys)
 {
     auto* action = new QAction(text, this);
@@ -54,6 +64,7 @@ QAction* MainWindow::Command(const QString& menu, const QString& text, const cha
         action->setIcon(Icon(icon));
     action->setIconVisibleInMenu(false);
     action->setShortcut(keys);
+    ShowTip(*action, text);
     Menu(menu)->addAction(action);
     return action;
 }
@@ -80,12 +91,23 @@ void MainWindow::BuildFileMenu()
     connect(examples, &QMenu::aboutToShow, this, [this, examples] { FillExamples(*examples); });
     Menu(menu)->addSeparator();
     m_save = Command(menu, QStringLiteral("&Speichern"), "save", QKeySequence::Save);
-    connect(m_save, &QAction::triggered, this, [this] { SaveCase(m_document, this); });
+    const auto saying = [this](bool (*save)(CaseDocument&, QWidget*)) {
+        return [this, save] {
+            if (save(m_document, this))
+                Say(QStringLiteral("Gespeichert: ") + m_document.Path());
+        };
+    };
+    connect(m_save, &QAction::triggered, this, saying(&SaveCase));
     auto* saveAs =
         Command(menu, QStringLiteral("Speichern &unter…"), nullptr, QKeySequence(QStringLiteral("Ctrl+Shift+S")));
-    connect(saveAs, &QAction::triggered, this, [this] { SaveCaseAs(m_document, this); });
+    connect(saveAs, &QAction::triggered, this, saying(&SaveCaseAs));
     Menu(menu)->addSeparator();
-    auto* quit = Command(menu, QStringLiteral("&Beenden"), nullptr, QKeySequence(QStringLiteral("Ctrl+Q")));
+    auto* details = Command(menu, QStringLiteral("&Angaben zum Fall…"), nullptr, {});
+    connect(details, &QAction::triggered, this, [this] { CaseDetailsDialog(m_document, this).exec(); });
+    m_export = Menu(menu)->addMenu(QStringLiteral("E&xportieren"));
+    m_print = Command(menu, QStringLiteral("&Drucken…"), "print", QKeySequence::Print);
+    Menu(menu)->addSeparator();
+    auto* quit = Command(menu, QStringLiteral("B&eenden"), nullptr, QKeySequence(QStringLiteral("Ctrl+Q")));
     connect(quit, &QAction::triggered, this, &QWidget::close);
 }
 
@@ -158,6 +180,8 @@ void MainWindow::BuildViewMenu()
         ApplyTheme(m_preferences.scheme, m_preferences.fontScale);
         SaveSettings();
     });
+    auto* reset = Command(menu, QStringLiteral("Anordnung &zurücksetzen"), nullptr, {});
+    connect(reset, &QAction::triggered, this, &MainWindow::ResetLayout);
     auto* larger = Command(menu, QStringLiteral("Schrift &größer"), nullptr, QKeySequence::ZoomIn);
     auto* smaller = Command(menu, QStringLiteral("Schrift &kleiner"), nullptr, QKeySequence::ZoomOut);
     auto* normal = Command(menu, QStringLiteral("Schrift &normal"), nullptr, QKeySequence(QStringLiteral("Ctrl+0")));
@@ -194,9 +218,9 @@ void MainWindow::BuildWindowMenu()
         {"&Überlappend", "cascade", "", &MaskArea::Cascade},
         {"Alle &minimieren", nullptr, "", &MaskArea::MinimiseAll},
         {"Alle &wiederherstellen", nullptr, "", &MaskArea::RestoreAll},
-        {"Nächste &Maske", nullptr, "Ctrl+F6", &MaskArea::GoToNext},
+        {"Nächs&te Maske", nullptr, "Ctrl+F6", &MaskArea::GoToNext},
         {"&Vorige Maske", nullptr, "Ctrl+Shift+F6", &MaskArea::GoToPrevious},
-        {"Maske minimieren", nullptr, "Ctrl+M", &MaskArea::MinimiseActive},
+        {"Mas&ke minimieren", nullptr, "Ctrl+M", &MaskArea::MinimiseActive},
         {"Maske s&chließen", nullptr, "Ctrl+W", &MaskArea::CloseActive},
     };
     for (const auto& entry : commands) {
@@ -215,7 +239,7 @@ void MainWindow::FillWindowMenu()
             delete action;
     int count = 0;
     for (MaskFrame* frame : m_masks->Frames()) {
-        QString text = QStringLiteral("%1  %2").arg(frame->Mask()->Number()).arg(Literal(frame->windowTitle()));
+        QString text = QStringLiteral("%1  %2").arg(frame->Mask()->Number()).arg(Literal(frame->Mask()->windowTitle()));
         if (++count < 10)
             text = QStringLiteral("&%1  ").arg(count) + text;
         QAction* action = menu->addAction(text);
@@ -232,7 +256,11 @@ void MainWindow::BuildHelpMenu()
     m_maskHelp = Command(menu, QStringLiteral("Hilfe zur &Maske"), "help", QKeySequence(Qt::Key_F1));
     connect(m_maskHelp, &QAction::triggered, this, [this] {
         const MaskWindow* active = m_masks->Active();
-        ShowHelp(active == nullptr ? 0 : active->Number());
+        const QWidget* focus = QApplication::focusWidget();
+        const bool inScene = std::any_of(m_panels.begin(), m_panels.end(), [focus](const QDockWidget* panel) {
+            return panel->windowTitle() == QStringLiteral("Szene") && panel->isAncestorOf(focus);
+        });
+        ShowHelp(inScene ? HelpPane::kScene : active == nullptr ? 0 : active->Number());
     });
     auto* pages = Command(menu, QStringLiteral("&Alle Hilfeseiten"), nullptr, {});
     connect(pages, &QAction::triggered, this, [this] { ShowHelp(0); });

@@ -47,6 +47,12 @@ class MainWindow : public QMainWindow
     /// Shows the help page of a mask; 0 shows the list of pages.
     void ShowHelp(UINT number);
 
+    /// Says for a moment at the foot of the window what was done.
+    void Say(const QString& what);
+    /// "Drucken" and the menu "Exportieren" of "Datei"; DeskOutput fills them.
+    QAction& PrintCommand() const { return *m_print; }
+    QMenu& ExportMenu() const { return *m_export; }
+
     /// Closes every mask of the case, without questions.
     void CloseMasks();
 
@@ -67,6 +73,7 @@ class MainWindow : public QMainWindow
     void sceneChanged();
 
   protected:
+    bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -84,12 +91,23 @@ class MainWindow : public QMainWindow
     void BuildHelpDock();
     QMenu* Menu(const QString& title);
     QAction* Command(const QString& menu, const QString& text, const char* icon, const QKeySequence& keys);
+    /// The tool tip: what the command does and its keys.
+    static void ShowTip(QAction& action, const QString& text);
     void FillRecentFiles();
     void FillExamples(QMenu& menu);
     void FillWindowMenu();
     void ShowCaseState();
     void ShowFileState();
     void ShowHistory();
+    void ShowProtection();
+    /// Shrinks panels, or hides them for as long as masks are open, until the area of the masks has the size.
+    void MakeRoom(const QSize& wanted);
+    void ShowYielded();
+    void ResetLayout();
+    /// Beside narrow masks there is no room for the panels to the right.
+    void ShowPanelsByWidth();
+    QString ScreenSize() const;
+    void ShowTransfer(std::size_t vehicle);
     void ShowSettingsState();
     void EditSettings();
     void SetTransfer(bool on);
@@ -107,6 +125,10 @@ class MainWindow : public QMainWindow
     QDockWidget* m_helpDock = nullptr;
     bool m_helpSized = false; ///< has the width it or the user chose
     std::vector<QDockWidget*> m_panels;
+    std::vector<QDockWidget*> m_yielded; ///< panels hidden for want of room
+    QByteArray m_docksBefore;            ///< before the first panel was shrunk or hidden, empty while none is
+    QByteArray m_docksAfter;             ///< as MakeRoom left them
+    QByteArray m_firstDocks;             ///< as the program comes
 
     std::map<QString, QMenu*> m_menus; ///< by title without mark
     QMenu* m_recentMenu = nullptr;
@@ -114,6 +136,8 @@ class MainWindow : public QMainWindow
     QAction* m_new = nullptr;
     QAction* m_open = nullptr;
     QAction* m_save = nullptr;
+    QAction* m_print = nullptr;
+    QMenu* m_export = nullptr;
     QAction* m_undo = nullptr;
     QAction* m_redo = nullptr;
     QAction* m_quickOpen = nullptr;
@@ -122,6 +146,7 @@ class MainWindow : public QMainWindow
     QAction* m_maskHelp = nullptr;
     QLabel* m_unitLabel = nullptr;
     QLabel* m_transferLabel = nullptr;
+    QLabel* m_unprotected = nullptr;
     QLabel* m_fileNotice = nullptr; ///< somebody else changed the case's file
     QProgressBar* m_busyMark = nullptr;
 };

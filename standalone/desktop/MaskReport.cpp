@@ -46,8 +46,10 @@ MaskReport::MaskReport(MainWindow& window, CaseDocument& document, QtFrontEnd& f
     : QObject(&window), m_window(window), m_document(document)
 {
     AddCommands();
-    connect(&frontEnd, &QtFrontEnd::messageShown, this,
-            [this](quintptr dialog, const QString& text) { Note(reinterpret_cast<HWND>(dialog), text); });
+    connect(
+        &frontEnd, &QtFrontEnd::messageShown, this,
+        [this](quintptr dialog, const QString& text) { Note(reinterpret_cast<HWND>(dialog), text); });
+    connect(&frontEnd, &QtFrontEnd::acted, this, [this] { m_messages.EndAction(); });
 }
 
 void MaskReport::AddCommands()
@@ -65,17 +67,16 @@ void MaskReport::AddCommands()
     separator->setSeparator(true);
     m_window.AddCommand(QStringLiteral("Masken"), separator);
     add(QStringLiteral("&Werte kopieren"), "copy", QStringLiteral("Ctrl+Shift+C"), &MaskReport::Copy);
-    add(QStringLiteral("&Protokoll speichern…"), "report", QStringLiteral("Ctrl+P"), &MaskReport::AskAndSave);
+    add(QStringLiteral("&Protokoll speichern…"), "report", QStringLiteral("Ctrl+Shift+E"), &MaskReport::AskAndSave);
     add(QStringLiteral("Protokoll &drucken…"), "print", QStringLiteral("Ctrl+Shift+P"), &MaskReport::AskAndPrint);
 }
 
 void MaskReport::Note(HWND dialog, const QString& message)
 {
-    std::erase_if(m_messages, [](const auto& entry) { return IsWindow(entry.first) == FALSE; });
     if (dialog == nullptr && m_window.Masks().Active() != nullptr)
         dialog = m_window.Masks().Active()->Handle();
-    if (dialog != nullptr && !m_messages[dialog].contains(message))
-        m_messages[dialog].append(message);
+    if (dialog != nullptr)
+        m_messages.Note(dialog, message.toStdString());
 }
 
 report::Protocol MaskReport::ProtocolOf(MaskWindow& mask)
@@ -83,9 +84,9 @@ report::Protocol MaskReport::ProtocolOf(MaskWindow& mask)
     report::ProtocolContext context;
     context.number = mask.Number();
     context.helpPage = report::HelpPage(mask.Number());
-    for (const QString& message : m_messages[mask.Handle()])
-        context.messages.push_back(message.toStdString());
+    context.messages = m_messages.Of(mask.Handle());
     context.caseTitle = m_document.Data().Title();
+    context.caseDetails = m_document.Data().Angaben();
     context.caseFile = m_document.Path().isEmpty() ? std::string() : m_document.DisplayName().toStdString();
     context.caseSha256 = base::Sha256(m_document.CaseText());
     context.date = report::ProtocolDate();
@@ -126,8 +127,11 @@ QMimeData* MaskReport::ForClipboard(MaskWindow& mask)
 
 void MaskReport::Copy()
 {
-    if (MaskWindow* mask = m_window.Masks().Active())
-        QApplication::clipboard()->setMimeData(ForClipboard(*mask));
+    MaskWindow* mask = m_window.Masks().Active();
+    if (mask == nullptr)
+        return;
+    QApplication::clipboard()->setMimeData(ForClipboard(*mask));
+    m_window.Say(QStringLiteral("Werte der Maske %1 in die Zwischenablage kopiert").arg(mask->Number()));
 }
 
 void MaskReport::AskAndSave()
@@ -148,10 +152,13 @@ void MaskReport::AskAndSave()
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty() || !still || mask->Dialog() == nullptr)
         return;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    const QString why = Save(*mask, dialog.selectedFiles().front());
+    const QString path = dialog.selectedFiles().front();
+    const QString why = Save(*mask, path);
     QApplication::restoreOverrideCursor();
     if (!why.isEmpty())
         Warn(&m_window, title, why);
+    else
+        m_window.Say(QStringLiteral("Protokoll der Maske %1 gespeichert: %2").arg(mask->Number()).arg(path));
 }
 
 void MaskReport::AskAndPrint()
@@ -170,6 +177,8 @@ void MaskReport::AskAndPrint()
     QApplication::restoreOverrideCursor();
     if (!why.isEmpty())
         Warn(&m_window, QStringLiteral("Protokoll drucken"), why);
+    else
+        m_window.Say(QStringLiteral("Protokoll der Maske %1 gedruckt").arg(mask->Number()));
 }
 
 } // namespace desktop

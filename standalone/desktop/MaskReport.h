@@ -4,12 +4,10 @@
 // What of a mask goes into an expert's report.
 #pragma once
 
+#include "report/MessageLog.h"
 #include "report/Protocol.h"
 
 #include <QObject>
-#include <QStringList>
-
-#include <map>
 
 class QAction;
 class QMimeData;
@@ -40,16 +38,18 @@ class MaskReport : public QObject
     /// Text, HTML table and picture of the mask at once. The caller owns it.
     QMimeData* ForClipboard(MaskWindow& mask);
 
+    /// Ask for the file or the printer first; nothing without an active mask.
+    void AskAndSave();
+    void AskAndPrint();
+
   private:
     void AddCommands();
     void Note(HWND dialog, const QString& message);
     void Copy();
-    void AskAndSave();
-    void AskAndPrint();
 
     MainWindow& m_window;
     CaseDocument& m_document;
-    std::map<HWND, QStringList> m_messages;
+    report::MessageLog m_messages;
 };
 
 } // namespace desktop

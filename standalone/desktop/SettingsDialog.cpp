@@ -38,8 +38,8 @@ struct Color {
     COLORREF& (*field)(CRuvCfg&);
 };
 constexpr Color kFieldColors[] = {
-    {"&Eingabefelder:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.editColors.background; }},
-    {"E&rgebnisfelder:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.resultColors.background; }},
+    {"Ein&gabefelder:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.editColors.background; }},
+    {"Erge&bnisfelder:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.resultColors.background; }},
     {"Diagra&mme:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.diagramBackground; }},
     {"Diagrammf&läche:", [](CRuvCfg& cfg) -> COLORREF& { return cfg.diagramPlot; }},
 };
@@ -190,9 +190,10 @@ QWidget* SettingsDialog::MakeColors()
     m_vehicleColors->setChecked(RuvCfg.useVehicleColors);
     form->addRow(m_vehicleColors);
     const auto add = [&](const Color& color) {
-        auto* button = ColorButton(color.field(RuvCfg));
+        auto* button = ColorButton();
         form->addRow(QString::fromUtf8(color.label), button);
         m_colors.push_back(button);
+        SetColor(*button, FromColorRef(color.field(RuvCfg)));
     };
     for (const Color& color : kFieldColors)
         add(color);
@@ -217,11 +218,10 @@ void SettingsDialog::ShowColors(const CRuvCfg& cfg)
         SetColor(*m_colors[i], FromColorRef(colors[i].field(shown)));
 }
 
-QPushButton* SettingsDialog::ColorButton(COLORREF color)
+QPushButton* SettingsDialog::ColorButton()
 {
     auto* button = new QPushButton;
     button->setAutoDefault(false);
-    SetColor(*button, FromColorRef(color));
     connect(button, &QPushButton::clicked, this, [this, button] {
         const QColor chosen = QColorDialog::getColor(ColorOf(*button), this, QStringLiteral("Farbe wählen"));
         if (chosen.isValid())
@@ -235,12 +235,22 @@ QColor SettingsDialog::ColorOf(const QPushButton& button)
     return button.property(kColorProperty).value<QColor>();
 }
 
+/// The colour that the screen has for it in the scheme in force; a ground of fields left as it comes is the scheme's.
+QColor SettingsDialog::Used(const QPushButton& button, const QColor& color) const
+{
+    CRuvCfg standard;
+    for (std::size_t i = 0; i < m_colors.size() && i < std::size(kFieldColors); ++i)
+        if (m_colors[i] == &button && i < 2 && ToColorRef(color) == kFieldColors[i].field(standard))
+            return i == 0 ? Colors().field : Colors().result;
+    return OnScreen(ToColorRef(color));
+}
+
 void SettingsDialog::SetColor(QPushButton& button, const QColor& color)
 {
     button.setProperty(kColorProperty, color);
     QPixmap swatch(32, 16);
     swatch.fill(Colors().border);
-    QPainter(&swatch).fillRect(swatch.rect().adjusted(1, 1, -1, -1), color);
+    QPainter(&swatch).fillRect(swatch.rect().adjusted(1, 1, -1, -1), Used(button, color));
     button.setIcon(QIcon(swatch));
     button.setIconSize(swatch.size());
     button.setText(QStringLiteral(" ") + color.name());

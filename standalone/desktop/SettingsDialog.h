@@ -37,10 +37,11 @@ class SettingsDialog : public QDialog
     QWidget* MakeCalculation();
     QWidget* MakeLook(bool unitsLocked);
     QWidget* MakeColors();
-    QPushButton* ColorButton(COLORREF color);
+    QPushButton* ColorButton();
     void ShowColors(const CRuvCfg& cfg);
     static QColor ColorOf(const QPushButton& button);
-    static void SetColor(QPushButton& button, const QColor& color);
+    QColor Used(const QPushButton& button, const QColor& color) const;
+    void SetColor(QPushButton& button, const QColor& color);
     bool Check(QLineEdit& field, QLabel& reason);
 
     Preferences m_before;

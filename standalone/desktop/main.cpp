@@ -5,6 +5,7 @@
 #include "casefile/Settings.h"
 #include "desktop/CasePanels.h"
 #include "desktop/CommandLine.h"
+#include "desktop/DeskOutput.h"
 #include "desktop/MainWindow.h"
 #include "desktop/MaskReport.h"
 #include "desktop/case/CaseDocument.h"
@@ -22,8 +23,12 @@
 #include <QTimer>
 #include <QTranslator>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+
+#include <unistd.h>
 
 namespace
 {
@@ -35,6 +40,39 @@ bool HasDisplay()
     return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
 }
+
+constexpr int kNoDisplay = 2; // exit code
+constexpr char kNoDisplayText[] =
+    "Es gibt keine Anzeige, oder sie ist nicht erreichbar. „tavelin --shot ORDNER“ schreibt Bilder der Masken, "
+    "„tavelin-cli“ rechnet im Terminal.\n";
+
+/// While it lives, Qt giving up for want of a display ends the program with a German line instead of a crash: the only
+/// other way to know would be to connect twice.
+class DisplayGuard
+{
+  public:
+    DisplayGuard() : m_before(std::signal(SIGABRT, &DisplayGuard::GiveUp))
+    {
+        m_messages = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    }
+    ~DisplayGuard()
+    {
+        qInstallMessageHandler(m_messages);
+        std::signal(SIGABRT, m_before);
+    }
+    DisplayGuard(const DisplayGuard&) = delete;
+    DisplayGuard& operator=(const DisplayGuard&) = delete;
+
+  private:
+    static void GiveUp(int)
+    {
+        const auto written = write(STDERR_FILENO, kNoDisplayText, sizeof kNoDisplayText - 1);
+        _exit(written < 0 ? 1 : kNoDisplay);
+    }
+
+    void (*m_before)(int);
+    QtMessageHandler m_messages = nullptr;
+};
 
 /// What Qt wants to know before the application object is made.
 void PrepareQt(const CommandLine& line)
@@ -82,14 +120,13 @@ int main(int argc, char** argv)
         return 0;
     }
     if (!line.DrawsOnly() && !HasDisplay()) {
-        std::fputs(
-            "Es gibt keine Anzeige. „tavelin --shot ORDNER“ schreibt Bilder der Masken, „tavelin-cli“ rechnet im "
-            "Terminal.\n",
-            stderr);
-        return 1;
+        std::fputs(kNoDisplayText, stderr);
+        return kNoDisplay;
     }
     PrepareQt(line);
+    std::optional<DisplayGuard> guard(std::in_place);
     QApplication application(argc, argv);
+    guard.reset();
     QTranslator german;
     if (german.load(QStringLiteral("qtbase_de"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&german);
@@ -110,11 +147,15 @@ int main(int argc, char** argv)
     thread.m_pMainWnd = &mainWindow;
     desktop::CaseDocument document(!line.DrawsOnly());
     desktop::MainWindow window(document, frontEnd);
-    desktop::AddCasePanels(window, document);
-    new desktop::MaskReport(window, document, frontEnd); // belongs to the window
+    const desktop::CasePanels panels = desktop::AddCasePanels(window, document);
+    // Both belong to the window.
+    auto* report = new desktop::MaskReport(window, document, frontEnd);
+    new desktop::DeskOutput(window, panels, *report);
     window.UsePreferences(preferences, preferencesPath);
 
     if (line.DrawsOnly()) {
+        if (!line.size.isEmpty())
+            window.resize(line.size);
         if (!OpenGiven(document, line, &window))
             return 3;
         if (line.bench)

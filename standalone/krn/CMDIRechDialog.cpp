@@ -173,6 +173,7 @@ void CMDIRechDialog::ResultsComputed(std::initializer_list<UINT> exceptOf)
     m_results = HasResult(fields) ? Results::ofInputs : Results::none;
     m_resultInputs = InputsOf(fields);
     m_olderResults = exceptOf;
+    ++m_calculations;
 }
 
 void CMDIRechDialog::ResultsFailed()
@@ -184,6 +185,7 @@ void CMDIRechDialog::ResultsCleared()
 {
     m_results = Results::none;
     m_olderResults.clear();
+    ++m_calculations;
 }
 
 bool CMDIRechDialog::ResultsAreOutdated()

@@ -75,6 +75,7 @@ void CRuvData::Clear()
     m_bilder.clear();
     m_fallParameter = {};
     m_title.clear();
+    m_angaben = {};
     unknown.reset();
 }
 

@@ -12,6 +12,7 @@
 struct CRuvData::Unknown {
     int minorVersion = 0; ///< of the file, when newer than this program's
     base::JsonValue::Object root;
+    base::JsonValue::Object details;    ///< of the case
     base::JsonValue::Object parameters; ///< of the case
     base::JsonValue::Object scene;
     struct Vehicle {

@@ -76,6 +76,25 @@ const VehicleField& FieldOf(double CKfzDaten::*value)
     return *found;
 }
 
+bool HasField(CKfzDaten::Type type, double CKfzDaten::*value)
+{
+    using Values = std::vector<double CKfzDaten::*>;
+    static const Values ofBodies{&CKfzDaten::mass, &CKfzDaten::length, &CKfzDaten::width, &CKfzDaten::height};
+    static const Values ofTwoTracks{&CKfzDaten::track, &CKfzDaten::turningCircleExtra, &CKfzDaten::steeringRatio};
+    const auto in = [value](const Values& values) {
+        return std::find(values.begin(), values.end(), value) != values.end();
+    };
+    switch (type) {
+    case CKfzDaten::Type::pedestrian:
+        return in(ofBodies);
+    case CKfzDaten::Type::motorcycle:
+    case CKfzDaten::Type::bicycle:
+        return !in(ofTwoTracks);
+    default:
+        return true;
+    }
+}
+
 std::string TypeName(CKfzDaten::Type type)
 {
     switch (type) {
@@ -128,10 +147,11 @@ std::string Contradiction(const CKfzDaten& vehicle)
         return ShowNumber(value, format) + " " + UnitOf(format);
     };
     const double sum = vehicle.frontOverhang + vehicle.wheelbase + vehicle.rearOverhang;
-    if (vehicle.wheelbase > 0.0 && std::abs(sum - vehicle.length) > kRounding)
+    if (HasField(vehicle.type, &CKfzDaten::wheelbase) && vehicle.wheelbase > 0.0 &&
+        std::abs(sum - vehicle.length) > kRounding)
         return "Radstand und Überhänge ergeben " + shown(&CKfzDaten::length, sum) + ", die Länge ist " +
                shown(&CKfzDaten::length, vehicle.length) + ".";
-    if (vehicle.track > vehicle.width + kRounding)
+    if (HasField(vehicle.type, &CKfzDaten::track) && vehicle.track > vehicle.width + kRounding)
         return "Die Spurweite " + shown(&CKfzDaten::track, vehicle.track) + " ist größer als die Breite " +
                shown(&CKfzDaten::width, vehicle.width) + ".";
     return {};

@@ -23,6 +23,9 @@ struct VehicleField {
 std::span<const VehicleField> VehicleFields();
 const VehicleField& FieldOf(double CKfzDaten::*value);
 
+/// Whether vehicles of the type have the quantity: a pedestrian has no wheelbase.
+bool HasField(CKfzDaten::Type type, double CKfzDaten::*value);
+
 /// German name of a vehicle type; "(kein Fahrzeug)" for none.
 std::string TypeName(CKfzDaten::Type type);
 

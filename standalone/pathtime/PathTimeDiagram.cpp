@@ -32,9 +32,14 @@ constexpr double kBarPart = 0.82;  // of the pitch that the bar fills
 constexpr double kBarsPart = 0.3;  // of the drawing that the bars of many vehicles may fill
 constexpr double kLegendLine = 34.0;
 constexpr double kLegendSpace = 22.0;
-constexpr double kDot = 3.0; // radius
+constexpr double kDot = 3.0;   // radius
+constexpr double kCurve = 2.2; // width
+constexpr double kChosenCurve = 3.8;
 constexpr double kSampleDistance = 1.5;
-constexpr double kSmallestPlot = 20.0;
+constexpr double kSmallestPlot = 60.0; // high enough to be read
+constexpr double kNarrowestPlot = 20.0;
+constexpr double kLeastBarPitch = 9.0;
+constexpr double kPathShare = 0.56; // of the plots' height: several vehicles cross each other there
 
 constexpr CFont kTitleFont{16.0, true};
 constexpr CFont kLabelFont{12.5, false};
@@ -137,18 +142,41 @@ class DiagramPainter
             m_panels.push_back({"Geschwindigkeit v in " + units.UnitString(speed), &SpeedKmh, speed});
     }
 
-    void Draw()
+    double LeastHeight()
+    {
+        if (m_tracks.empty())
+            return 0.0;
+        const double top = DrawHead(); // into a drawing that nobody looks at
+        double least = 0.0;
+        for (std::size_t i = 0; i < m_panels.size(); ++i) {
+            const bool labelled = m_panels[i].quantity == &SpeedKmh;
+            const double labels = labelled ? static_cast<double>(m_tracks.size()) * LineHeight(kNameFont) : 0.0;
+            least = std::max(least, std::max(kSmallestPlot, labels) / ShareOf(i));
+        }
+        const double bars = m_options.phases ? static_cast<double>(m_tracks.size()) * kLeastBarPitch : 0.0;
+        return std::ceil(top + least + bars + Overhead());
+    }
+
+    DiagramArea Draw()
     {
         m_dc.SelectPen({PenStyle::none});
         m_dc.SelectBrush({true, m_palette.background});
         m_dc.Rectangle(0.0, 0.0, m_dc.Width(), m_dc.Height());
         const double y = DrawHead();
         if (m_tracks.empty()) {
-            DrawNothing(y);
-            return;
+            DrawNothing(y, "Keine Phasen vor der Kollision");
+            return {};
         }
-        if (!LayOut(y))
-            return;
+        const bool lasts = std::any_of(m_tracks.begin(), m_tracks.end(),
+                                       [](const Track& track) { return track.vehicle->curve.StartTime() < 0.0; });
+        if (!lasts) {
+            DrawNothing(y, "Die Phasen haben noch keine Zeit");
+            return {};
+        }
+        if (!LayOut(y)) {
+            DrawNothing(y, "Zu wenig Platz für das Diagramm");
+            return {};
+        }
         for (const Panel& panel : m_panels)
             DrawGrid(panel);
         if (m_options.phases)
@@ -156,9 +184,28 @@ class DiagramPainter
         for (const Panel& panel : m_panels)
             DrawCurves(panel);
         DrawTimeAxis();
+        return {m_bars.left, m_bars.right, (m_panels.empty() ? m_bars : m_panels.front().frame).top, m_axisTop,
+                m_start};
     }
 
   private:
+    /// Of the plots' height.
+    double ShareOf(std::size_t panel) const
+    {
+        return m_panels.size() == 1 ? 1.0 : panel == 0 ? kPathShare : 1.0 - kPathShare;
+    }
+
+    double Heading() { return LineHeight(kLabelFont) + kTickLabelGap; }
+
+    /// Height of what stands below the head and is neither plot nor bar.
+    double Overhead()
+    {
+        const double axis = LineHeight(kTickFont) + LineHeight(kLabelFont) + 2.0 * kTickLabelGap;
+        const auto panels = static_cast<double>(m_panels.size());
+        const double blocks = panels + (m_options.phases ? 1.0 : 0.0);
+        return kPad + axis + panels * Heading() + std::max(blocks - 1.0, 0.0) * kPanelGap;
+    }
+
     void Text(CDPoint at, const std::string& text, const CFont& font, COLORREF color, TextAlign align)
     {
         m_dc.SelectFont(font);
@@ -205,9 +252,9 @@ class DiagramPainter
         return width;
     }
 
-    void DrawNothing(double top)
+    void DrawNothing(double top, const char* why)
     {
-        Text({m_dc.Width() / 2.0, (top + m_dc.Height()) / 2.0}, "Keine Phasen vor der Kollision", kLabelFont,
+        Text({m_dc.Width() / 2.0, std::min((top + m_dc.Height()) / 2.0, m_dc.Height() - 4.0)}, why, kLabelFont,
              m_palette.quietText, TextAlign::center);
     }
 
@@ -238,21 +285,22 @@ class DiagramPainter
     bool LayOut(double top)
     {
         const auto tracks = static_cast<double>(m_tracks.size());
-        m_barPitch = m_options.phases ? std::min(kBarPitch, kBarsPart * m_dc.Height() / tracks) : 0.0;
+        double least = 0.0; // of the plots together
+        for (std::size_t i = 0; i < m_panels.size(); ++i)
+            least = std::max(least, kSmallestPlot / ShareOf(i));
+        const double room = m_dc.Height() - top - Overhead();
+        const double wanted = std::min(kBarsPart * m_dc.Height(), room - least) / tracks;
+        m_barPitch = m_options.phases ? std::clamp(wanted, kLeastBarPitch, kBarPitch) : 0.0;
         const double bars = tracks * m_barPitch;
-        const double heading = LineHeight(kLabelFont) + kTickLabelGap;
-        const double axis = LineHeight(kTickFont) + LineHeight(kLabelFont) + 2.0 * kTickLabelGap;
-        const auto panels = static_cast<double>(m_panels.size());
-        const double blocks = panels + (m_options.phases ? 1.0 : 0.0);
-        const double plots =
-            m_dc.Height() - kPad - axis - bars - top - panels * heading - std::max(blocks - 1.0, 0.0) * kPanelGap;
-        if (blocks == 0.0 || plots < panels * kSmallestPlot)
+        const double heading = Heading();
+        const double plots = room - bars;
+        if (plots < least - 0.01 || (m_panels.empty() && !m_options.phases))
             return false;
 
         double earliest = 0.0;
         for (const Track& track : m_tracks)
             earliest = std::min(earliest, track.vehicle->curve.StartTime());
-        const double duration = std::max(-earliest, 1e-3);
+        const double duration = -earliest;
         for (Track& track : m_tracks)
             track.samples = track.vehicle->curve.Sample(kSampleDistance * duration / std::max(m_dc.Width(), 1.0));
 
@@ -260,10 +308,8 @@ class DiagramPainter
         double labels = 0.0;
         for (std::size_t i = 0; i < m_panels.size(); ++i) {
             Panel& panel = m_panels[i];
-            // The path gets the larger share: several vehicles cross each other there.
-            const double share = m_panels.size() == 1 ? 1.0 : i == 0 ? 0.56 : 0.44;
             panel.frame.top = y + heading;
-            panel.frame.bottom = panel.frame.top + plots * share;
+            panel.frame.bottom = panel.frame.top + plots * ShareOf(i);
             y = panel.frame.bottom + kPanelGap;
             FitTicks(panel);
             m_dc.SelectFont(kTickFont);
@@ -273,7 +319,7 @@ class DiagramPainter
         m_bars = {0.0, 0.0, y, y + bars};
         const double left = std::ceil(kPad + labels + kTickLabelGap);
         const double right = m_dc.Width() - kPad - EndLabelWidth();
-        if (right - left < kSmallestPlot)
+        if (right - left < kNarrowestPlot)
             return false;
         for (Panel& panel : m_panels) {
             panel.frame.left = left;
@@ -353,7 +399,8 @@ class DiagramPainter
             points.reserve(track.samples.size());
             for (const MotionState& state : track.samples)
                 points.push_back({X(state.time), Y(panel, panel.Shown(state))});
-            m_dc.SelectPen({track.style, 2.2, track.color});
+            const bool chosen = m_options.chosen == track.vehicle->index;
+            m_dc.SelectPen({track.style, chosen ? kChosenCurve : kCurve, track.color});
             m_dc.Polyline(std::move(points));
         }
         for (const Track& track : m_tracks) {
@@ -471,17 +518,36 @@ std::vector<DiagramVehicle> DiagramVehicles(const CRuvData& data)
         if (curve.IsEmpty())
             continue;
         std::string name = vehicle.name.empty() ? "Fahrzeug " + std::to_string(i + 1) : vehicle.name;
-        vehicles.push_back({std::move(name), vehicle.color, std::move(curve)});
+        vehicles.push_back({std::move(name), vehicle.color, std::move(curve), i});
     }
     return vehicles;
 }
 
-void DrawPathTimeDiagram(CDC& dc, std::span<const DiagramVehicle> vehicles, const PathTimeDiagramOptions& options)
+namespace
+{
+
+std::vector<DiagramVehicle> Moving(std::span<const DiagramVehicle> vehicles)
 {
     std::vector<DiagramVehicle> moving;
     std::copy_if(vehicles.begin(), vehicles.end(), std::back_inserter(moving),
                  [](const DiagramVehicle& vehicle) { return !vehicle.curve.IsEmpty(); });
-    DiagramPainter(dc, moving, options).Draw();
+    return moving;
+}
+
+} // namespace
+
+double LeastDiagramHeight(double width, std::span<const DiagramVehicle> vehicles, const PathTimeDiagramOptions& options)
+{
+    const std::vector<DiagramVehicle> moving = Moving(vehicles);
+    CDC measure(width, 1.0);
+    return DiagramPainter(measure, moving, options).LeastHeight();
+}
+
+DiagramArea DrawPathTimeDiagram(CDC& dc, std::span<const DiagramVehicle> vehicles,
+                                const PathTimeDiagramOptions& options)
+{
+    const std::vector<DiagramVehicle> moving = Moving(vehicles);
+    return DiagramPainter(dc, moving, options).Draw();
 }
 
 } // namespace pathtime

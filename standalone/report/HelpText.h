@@ -28,6 +28,9 @@ struct TextBlock {
     std::string marker{};                      ///< item: "•" or "1."
     std::vector<std::string> lines{};          ///< formula, as written
     std::vector<std::vector<TextLine>> rows{}; ///< table, the first row being its head
+    std::vector<bool> rightAligned{};          ///< its columns that hold numbers; none when it does not say
+
+    bool IsRightAligned(std::size_t column) const { return column < rightAligned.size() && rightAligned[column]; }
 };
 
 std::vector<TextBlock> ReadHelpText(std::string_view markdown);

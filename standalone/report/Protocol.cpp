@@ -105,9 +105,6 @@ class Collector
             Notes(*page);
     }
 
-    /// The edits that are listed, in their order.
-    const std::vector<const Window*>& Listed() const { return m_listed; }
-
   private:
     void Control(const Window& control)
     {
@@ -190,6 +187,8 @@ class Collector
             return;
         }
         TextBlock table{.kind = TextBlock::Kind::table};
+        for (const CGridCtrl::Column& column : grid.columns)
+            table.rightAligned.push_back(column.rightAligned);
         const auto add = [&table](const auto& cells, const auto& textOf) {
             auto& row = table.rows.emplace_back();
             for (const auto& cell : cells)
@@ -210,8 +209,6 @@ class Collector
         ProtocolEntry entry{krn::LabelOf(control), Trimmed(value), krn::UnitOf(control)};
         if (entry.label.empty())
             entry.label = "(ohne Bezeichnung)";
-        if (control.kind == Kind::edit)
-            m_listed.push_back(&control);
         auto& groups = krn::IsResult(control) ? m_protocol.results : m_protocol.inputs;
         auto& entries = GroupFor(groups, FrameTitle(control)).entries;
         if (const std::string joint = JointOf(control, entries, entry.label); !joint.empty()) {
@@ -270,7 +267,6 @@ class Collector
     }
 
     Protocol& m_protocol;
-    std::vector<const Window*> m_listed;
     const Window* m_last = nullptr; // control of the last entry
 };
 
@@ -280,49 +276,6 @@ void DropTitle(std::vector<ProtocolGroup>& groups, std::string_view title)
     for (ProtocolGroup& group : groups)
         if (group.title == title)
             group.title.clear();
-}
-
-std::string NumberAt(const RecordField& field, std::size_t index)
-{
-    return std::visit([index](const auto* values) { return base::FormatNumber(static_cast<double>(values[index])); },
-                      field.value);
-}
-
-/// Which number of the field lies at the address.
-std::optional<std::size_t> IndexOf(const RecordField& field, const void* address)
-{
-    return std::visit(
-        [&](const auto* values) -> std::optional<std::size_t> {
-            for (std::size_t i = 0; i < field.count; ++i)
-                if (values + i == address)
-                    return i;
-            return std::nullopt;
-        },
-        field.value);
-}
-
-/// The record's numbers behind the listed controls.
-std::vector<ProtocolEntry> ExactValues(const Window& dialog, const std::vector<const Window*>& listed)
-{
-    std::vector<ProtocolEntry> exact;
-    auto* mask = dynamic_cast<CMDIRechDialog*>(dialog.object);
-    if (mask == nullptr)
-        return exact;
-    const RecordFields fields = mask->DescribeRecord();
-    for (const Window* control : listed) {
-        const CBinding* binding = krn::BindingOf(*control);
-        if (binding == nullptr)
-            continue;
-        for (const RecordField& field : fields) {
-            const auto index = IndexOf(field, binding->Field());
-            if (!index)
-                continue;
-            const std::string place = field.count > 1 ? "[" + std::to_string(*index) + "]" : "";
-            exact.push_back({std::string(field.name) + place, NumberAt(field, *index), std::string(field.unit)});
-            break;
-        }
-    }
-    return exact;
 }
 
 /// Where the mask's objects lie: position and size in m, angle in degrees.
@@ -340,10 +293,8 @@ void AddScene(Protocol& protocol, const CPlacingClient& client)
                              {"Breite", object.width / kCmProM, "m"},
                              {"Länge", object.length / kCmProM, "m"}};
         std::string text;
-        for (const auto& [name, number, unit] : numbers) {
+        for (const auto& [name, number, unit] : numbers)
             text += (text.empty() ? "" : ", ") + std::string(name) + " " + base::FormatNumber(number, 2) + " " + unit;
-            protocol.exact.push_back({object.name + "." + name, base::FormatNumber(number), unit});
-        }
         group.entries.push_back({object.name + (object.centred ? " (Mitte)" : " (Ecke)"), text, {}});
     }
     if (!group.entries.empty())
@@ -374,8 +325,11 @@ Protocol MakeProtocol(const Window& dialog, const ProtocolContext& context)
     const std::string name = Trimmed(framework::WithoutMnemonic(dialog.text));
     protocol.title = context.number == 0 ? name : std::to_string(context.number) + " " + name;
     AddOrigin(protocol, "Fall", context.caseTitle);
+    AddOrigin(protocol, "Unfalldatum", context.caseDetails.datum);
+    AddOrigin(protocol, "Unfallort", context.caseDetails.ort);
+    AddOrigin(protocol, "Bearbeiter", context.caseDetails.bearbeiter);
     AddOrigin(protocol, "Falldatei", context.caseFile);
-    AddOrigin(protocol, "Datum", context.date);
+    AddOrigin(protocol, "Datum des Protokolls", context.date);
     AddOrigin(protocol, "Programm", std::string(base::kProgramName) + " " + base::kProgramVersion);
     AddOrigin(protocol, kSha256Label, context.caseSha256);
 
@@ -390,7 +344,6 @@ Protocol MakeProtocol(const Window& dialog, const ProtocolContext& context)
         protocol.notes.insert(protocol.notes.begin(), kOutdatedText);
     protocol.messages = context.messages;
     protocol.formulas = ReadHelpText(HelpSection(context.helpPage, "Formeln"));
-    protocol.exact = ExactValues(dialog, collector.Listed());
     if (const auto* client = dynamic_cast<const CPlacingClient*>(dialog.object))
         AddScene(protocol, *client);
     return protocol;

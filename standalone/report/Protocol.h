@@ -5,6 +5,7 @@
 #pragma once
 
 #include "host/CDC.h"
+#include "host/CRuvData.h"
 #include "report/HelpText.h"
 
 #include <ctime>
@@ -43,6 +44,7 @@ struct ProtocolContext {
     std::string helpPage; ///< Markdown; its section "Formeln" is quoted
     std::vector<std::string> messages;
     std::string caseTitle;
+    CFallAngaben caseDetails;
     std::string caseFile; ///< name or path; empty for a case that was never saved
     std::string caseSha256;
     std::string date; ///< German
@@ -66,7 +68,6 @@ struct Protocol {
     std::vector<std::string> messages; ///< what it told in messages
     std::vector<ProtocolPicture> pictures;
     std::vector<TextBlock> formulas;
-    std::vector<ProtocolEntry> exact; ///< the numbers behind the fields, by their names in the record, every digit
 };
 
 /// Reads what the dialog and all its pages show. Fields that cannot be edited are results; inputs that do not

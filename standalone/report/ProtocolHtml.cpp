@@ -33,7 +33,8 @@ constexpr const char* kStyle =
 
 /// For browsers alone.
 constexpr const char* kScreenStyle =
-    "@media screen{body{max-width:18cm;margin:1cm auto;padding:0 0.5cm}pre{padding:6pt}}";
+    "@media screen{body{max-width:18cm;margin:1cm auto;padding:0 0.5cm}pre{padding:6pt}}"
+    "@media print{h1,h2,h3,td.group{break-after:avoid}tr,svg{break-inside:avoid}}";
 
 class Page
 {
@@ -146,9 +147,10 @@ class Page
             for (const auto& row : block.rows) {
                 const char* cell = &row == &block.rows.front() ? "th" : "td";
                 m_html += "<tr>";
-                for (const TextLine& text : row) {
-                    m_html += "<" + std::string(cell) + ">";
-                    Inline(text);
+                for (std::size_t i = 0; i < row.size(); ++i) {
+                    m_html +=
+                        "<" + std::string(cell) + (block.IsRightAligned(i) ? " class=\"value\" align=\"right\">" : ">");
+                    Inline(row[i]);
                     m_html += "</" + std::string(cell) + ">";
                 }
                 m_html += "</tr>\n";
@@ -220,10 +222,6 @@ std::string ProtocolHtml(const Protocol& protocol, HtmlPictures pictures)
     if (!protocol.formulas.empty()) {
         page.Heading("Formeln");
         page.Help(protocol.formulas);
-    }
-    if (!protocol.exact.empty()) {
-        page.Heading("Werte mit allen Stellen");
-        page.Pairs(protocol.exact, "small");
     }
     page.Raw("</body>\n</html>\n");
     return page.Take();

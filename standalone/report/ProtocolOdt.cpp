@@ -74,7 +74,8 @@ constexpr ParagraphStyle kParagraphStyles[] = {
     {"Subheading", "Standard", "fo:margin-top=\"0.25cm\" fo:keep-with-next=\"always\"", "fo:font-weight=\"bold\""},
     {"Cell", "Standard", "fo:margin-bottom=\"0cm\"", ""},
     {"CellValue", "Cell", "fo:text-align=\"end\"", ""},
-    {"CellHead", "Cell", "", "fo:font-weight=\"bold\""},
+    {"CellHead", "Cell", "fo:keep-with-next=\"always\"", "fo:font-weight=\"bold\""},
+    {"CellHeadValue", "CellHead", "fo:text-align=\"end\"", ""},
     {"CellSmall", "Cell", "", "fo:font-size=\"8pt\" fo:color=\"#586070\""},
     {"Formula", "Standard", "fo:margin-bottom=\"0cm\" fo:background-color=\"#f3f6fa\" fo:padding=\"0.05cm\"",
      "style:font-name=\"Noto Sans Mono\" fo:font-size=\"9pt\""},
@@ -139,12 +140,12 @@ class Document
     void Groups(const std::vector<ProtocolGroup>& groups)
     {
         BeginTable({{0.6, "Cell"}, {0.25, "CellValue"}, {0.15, "Cell"}});
-        Row({"Größe", "Wert", "Einheit"}, "CellHead");
+        Row({"Größe", "Wert", "Einheit"}, true);
         for (const ProtocolGroup& group : groups) {
             if (!group.title.empty())
-                Row({group.title, "", ""}, "CellHead");
+                Row({group.title, "", ""}, true);
             for (const ProtocolEntry& entry : group.entries)
-                Row({entry.label, entry.value, entry.unit}, nullptr);
+                Row({entry.label, entry.value, entry.unit}, false);
         }
         EndTable();
     }
@@ -153,7 +154,7 @@ class Document
     {
         BeginTable({{0.3, "CellSmall"}, {0.7, "CellSmall"}});
         for (const ProtocolEntry& entry : entries)
-            Row({entry.label, entry.unit.empty() ? entry.value : entry.value + " " + entry.unit}, nullptr);
+            Row({entry.label, entry.unit.empty() ? entry.value : entry.value + " " + entry.unit}, false);
         EndTable();
     }
 
@@ -192,7 +193,7 @@ class Document
                     Paragraph("Formula", Preserved(line));
                 break;
             case TextBlock::Kind::table:
-                HelpTable(block.rows);
+                HelpTable(block);
                 break;
             }
         }
@@ -233,6 +234,8 @@ class Document
                "fo:font-style=\"italic\"/></style:style>"
                "<style:style style:name=\"Code\" style:family=\"text\"><style:text-properties "
                "style:font-name=\"Noto Sans Mono\"/></style:style>"
+               "<style:style style:name=\"Row\" style:family=\"table-row\"><style:table-row-properties "
+               "fo:keep-together=\"always\"/></style:style>"
                "<style:style style:name=\"Line\" style:family=\"table-cell\"><style:table-cell-properties "
                "fo:padding=\"0.08cm\" fo:border=\"none\" fo:border-bottom=\"0.5pt solid #d5dae2\"/></style:style>";
     }
@@ -266,37 +269,44 @@ class Document
         }
     }
 
-    void CellRow(const std::vector<std::string>& cells, const char* style)
+    void CellRow(const std::vector<std::string>& cells, bool head)
     {
-        m_body += "<table:table-row>";
+        m_body += "<table:table-row table:style-name=\"Row\">";
         for (std::size_t i = 0; i < m_columns.size(); ++i) {
             m_body += "<table:table-cell table:style-name=\"Line\" office:value-type=\"string\">";
-            Paragraph(style == nullptr ? m_columns[i].style : style, i < cells.size() ? cells[i] : std::string());
+            const std::string_view style = m_columns[i].style;
+            Paragraph(!head                  ? style.data()
+                      : style == "CellValue" ? "CellHeadValue"
+                                             : "CellHead",
+                      i < cells.size() ? cells[i] : std::string());
             m_body += "</table:table-cell>";
         }
         m_body += "</table:table-row>";
     }
 
-    void Row(std::vector<std::string> cells, const char* style)
+    void Row(std::vector<std::string> cells, bool head)
     {
         for (std::string& cell : cells)
             cell = EscapeXml(cell);
-        CellRow(cells, style);
+        CellRow(cells, head);
     }
 
     void EndTable() { m_body += "</table:table>"; }
 
-    void HelpTable(const std::vector<std::vector<TextLine>>& rows)
+    void HelpTable(const TextBlock& table)
     {
         std::size_t columns = 1;
-        for (const auto& row : rows)
+        for (const auto& row : table.rows)
             columns = std::max(columns, row.size());
-        BeginTable(std::vector<Column>(columns, {1.0 / static_cast<double>(columns), "Cell"}));
-        for (const auto& row : rows) {
+        std::vector<Column> widths;
+        for (std::size_t i = 0; i < columns; ++i)
+            widths.push_back({1.0 / static_cast<double>(columns), table.IsRightAligned(i) ? "CellValue" : "Cell"});
+        BeginTable(std::move(widths));
+        for (const auto& row : table.rows) {
             std::vector<std::string> cells;
             for (const TextLine& cell : row)
                 cells.push_back(Inline(cell));
-            CellRow(cells, &row == &rows.front() ? "CellHead" : nullptr);
+            CellRow(cells, &row == &table.rows.front());
         }
         EndTable();
     }
@@ -349,10 +359,6 @@ std::string ProtocolOdt(const Protocol& protocol)
     if (!protocol.formulas.empty()) {
         document.Heading("Formeln");
         document.Help(protocol.formulas);
-    }
-    if (!protocol.exact.empty()) {
-        document.Heading("Werte mit allen Stellen");
-        document.Pairs(protocol.exact);
     }
     std::string foot;
     for (const ProtocolEntry& entry : protocol.origin)

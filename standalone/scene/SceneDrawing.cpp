@@ -27,9 +27,12 @@ constexpr CFont kPlaceFont{12.0, false};
 constexpr CFont kMarkFont{11.0, false};
 constexpr CFont kTitleFont{16.0, true};
 constexpr double kPad = 14.0;
-constexpr double kHandle = 4.0; // half a side
-constexpr double kPoint = 4.0;  // radius
-constexpr double kMark = 6.0;   // half a length
+constexpr double kHandle = 4.0;  // half a side
+constexpr double kPoint = 4.0;   // radius
+constexpr double kMark = 6.0;    // half a length
+constexpr double kHalo = 1.6;    // beside a line over a picture
+constexpr double kEndMark = 9.0; // of a measured line, half its length
+constexpr double kEndDot = 3.0;  // radius
 constexpr double kLabelGap = 6.0;
 constexpr double kFarAway = 1e5;
 
@@ -102,8 +105,19 @@ class ScenePainter
     {
         if (points.size() < 2)
             return;
+        const std::vector<CDPoint> pixels = Pixels(points);
+        Stroke(pen, [&] { m_dc.Polyline(pixels); });
+    }
+
+    /// Draws a line; over a picture on a lighter or darker band, so that it is seen on any ground.
+    template <class Draw> void Stroke(const CPen& pen, const Draw& draw)
+    {
+        if (!m_options.layers.empty()) {
+            m_dc.SelectPen({PenStyle::solid, pen.width + 2.0 * kHalo, m_palette.plot});
+            draw();
+        }
         m_dc.SelectPen(pen);
-        m_dc.Polyline(Pixels(points));
+        draw();
     }
 
     void DrawLayer(const SceneLayer& layer)
@@ -148,8 +162,7 @@ class ScenePainter
         if (!IsNear(at))
             return;
         const CDPoint across{-std::sin(mark.direction), -std::cos(mark.direction)};
-        m_dc.SelectPen({PenStyle::solid, 2.0, color});
-        m_dc.Line(at - across * kMark, at + across * kMark);
+        Stroke({PenStyle::solid, 2.0, color}, [&] { m_dc.Line(at - across * kMark, at + across * kMark); });
         m_labels.push_back({{}, mark.text, color, {at.x - kMark, at.y - kMark, at.x + kMark, at.y + kMark}, false});
     }
 
@@ -328,13 +341,17 @@ class ScenePainter
         const CDPoint a = m_camera.ToPixel(from);
         const CDPoint b = m_camera.ToPixel(to);
         const double length = std::hypot(b.x - a.x, b.y - a.y);
-        m_dc.SelectPen({PenStyle::solid, 1.8, m_accent});
-        m_dc.Line(a, b);
+        const CPen pen{PenStyle::solid, 1.8, m_accent};
+        Stroke(pen, [&] { m_dc.Line(a, b); });
         if (length > 0.0) {
-            const CDPoint across = CDPoint{-(b.y - a.y), b.x - a.x} * (kMark / length);
-            m_dc.Line(a - across, a + across);
-            m_dc.Line(b - across, b + across);
+            const CDPoint across = CDPoint{-(b.y - a.y), b.x - a.x} * (kEndMark / length);
+            Stroke(
+                pen, [&] { m_dc.Line(a - across, a + across); });
+            Stroke(pen, [&] { m_dc.Line(b - across, b + across); });
         }
+        m_dc.SelectBrush({true, m_palette.plot});
+        for (const CDPoint& end : {a, b})
+            Stroke(pen, [&] { m_dc.Ellipse(end, kEndDot, kEndDot); });
         const Label label{LengthText(std::hypot(to.x - from.x, to.y - from.y)), {}, m_options.accent, {}};
         const auto [width, height] = SizeOf(label);
         DrawLabel(label, (a + b) * 0.5 - CDPoint{width / 2.0, height + kLabelGap}, width, height);

@@ -37,6 +37,12 @@ struct SceneId {
     friend bool operator==(const SceneId&, const SceneId&) = default;
 };
 
+/// Of a vehicle of the case, not of a mask or a picture.
+inline bool BelongsToVehicle(const SceneId& id)
+{
+    return id.kind == SceneKind::restPose || id.kind == SceneKind::collision || id.kind == SceneKind::waypoint;
+}
+
 /// A point that stands for a new one at the beginning of a driving line.
 inline constexpr std::size_t kNewPoint = static_cast<std::size_t>(-1);
 

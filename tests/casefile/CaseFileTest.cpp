@@ -248,6 +248,18 @@ TEST(CaseFile, IsWrittenAsTheLowestVersionThatHasAllItHolds)
         add(more);
         EXPECT_EQ(version(more), "1.2");
     }
+    for (std::string CFallAngaben::*text : {&CFallAngaben::datum, &CFallAngaben::ort, &CFallAngaben::bearbeiter}) {
+        CRuvData more;
+        ASSERT_TRUE(CaseFromJson(Written(data), more));
+        more.unknown.reset();
+        more.Angaben().*text = "Ö";
+        EXPECT_EQ(version(more), "1.3");
+        CRuvData read;
+        ASSERT_TRUE(CaseFromJson(Written(more), read));
+        EXPECT_EQ(read.Angaben(), more.Angaben());
+        casefile::NewExampleCase(read);
+        EXPECT_EQ(read.Angaben(), CFallAngaben{});
+    }
     // A driving line is kept though the vehicle is not described; what belongs to no vehicle is not.
     data.WZDat(7).fahrlinie = {{1.0, 2.0}};
     data.WZDat(8).marke = CWegZeitDat::kMarkeHalbeSicht;

@@ -40,6 +40,26 @@ TEST(CliSafety, ACaseThatChangedMeanwhileIsNotOverwritten)
     EXPECT_EQ(RunCli({"mask", "400", "--case", fresh, "--save", fresh, "4662=0,8"}).exit, 0) << "nobody changed it";
 }
 
+TEST(CliSafety, ACaseIsToldWhatStandsAtTheHeadOfItsReports)
+{
+    const test::TemporaryFolder folder;
+    const std::string path = folder.File("fall.json");
+    ASSERT_EQ(RunCli({"case", "new", path}).exit, 0);
+    EXPECT_EQ(RunCli({"case", "set", path, "title=12 C 34/26", "date=3. Mai 2026", "place=Ulm", "author=Dr. Ä"}).exit,
+              0);
+    EXPECT_EQ(RunCli({"case", "set", path, "date="}).exit, 0);
+    const std::string shown = RunCli({"case", "show", path}).out;
+    EXPECT_TRUE(shown.starts_with("Fall: 12 C 34/26\nUnfallort: Ulm\nBearbeiter: Dr. Ä\n\n")) << shown;
+    const std::string page = folder.File("p.html");
+    EXPECT_EQ(RunCli({"mask", "400", "--case", path, "protocol:" + page}).exit, 0);
+    EXPECT_NE(test::Content(page).find("Dr. Ä"), std::string::npos);
+    const std::string before = test::Content(path);
+    EXPECT_EQ(RunCli({"case", "set", path, "color=rot"}).exit, 2);
+    EXPECT_EQ(RunCli({"case", "set", path, "title"}).exit, 2);
+    EXPECT_EQ(RunCli({"case", "set", folder.File("keiner.json"), "title=x"}).exit, 3);
+    EXPECT_EQ(test::Content(path), before);
+}
+
 TEST(CliSafety, ProtocolsAreReproducible)
 {
     const test::TemporaryFolder folder;

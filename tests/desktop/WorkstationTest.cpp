@@ -99,7 +99,7 @@ TEST_F(WorkstationTest, ALargeDiagramFitsAndCanBeResized)
     ASSERT_NE(diagram, &mask);
     ASSERT_TRUE(diagram->IsDrawing());
     EXPECT_FALSE(mask.IsDrawing());
-    QWidget* shell = diagram->parentWidget();
+    QWidget* shell = window.Masks().FrameOf(*diagram);
     EXPECT_TRUE(window.Masks().viewport()->rect().contains(shell->geometry()));
     QWidget& field = *diagram->Views().front()->Widget();
     const QSize before = field.size();

@@ -149,12 +149,12 @@ TEST_F(GridTest, TheProtocolShowsAShortTableAndNamesALongOne)
         return report::ProtocolHtml(report::MakeProtocol(*thread.Find(dialog.m_hWnd), {}),
                                     report::HtmlPictures::inlineSvg);
     };
-    EXPECT_NE(html().find("<th>Zeit [s]</th>"), std::string::npos);
+    EXPECT_NE(html().find(">Zeit [s]</th>"), std::string::npos);
     EXPECT_NE(html().find("<td>verwackelt</td>"), std::string::npos);
     dialog.Grid().SetRows(std::vector<CGridCtrl::Row>(50, CGridCtrl::Row{"fünfzig"}));
-    EXPECT_NE(html().find("<td>fünfzig</td>"), std::string::npos);
+    EXPECT_NE(html().find(">fünfzig</td>"), std::string::npos);
     dialog.Grid().SetRows(std::vector<CGridCtrl::Row>(51, CGridCtrl::Row{"mehr"}));
-    EXPECT_EQ(html().find("<td>mehr</td>"), std::string::npos);
+    EXPECT_EQ(html().find(">mehr</td>"), std::string::npos);
     EXPECT_NE(html().find("51 Zeilen"), std::string::npos);
     grid.outdated = true;
     EXPECT_EQ(html().find("51 Zeilen"), std::string::npos) << "results of other inputs are left out";

@@ -134,6 +134,59 @@ TEST(PathTimeDiagram, PanelsShareTheTimeAxisAndShowTheMotion)
     EXPECT_NEAR(slope / metre * second, drive.spalten[5].vAnf / 3.6, 1e-6);
 }
 
+std::size_t CurvesIn(const CDC& dc)
+{
+    const auto& all = dc.Primitives();
+    return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), [](const auto& primitive) {
+        const auto* line = std::get_if<drawing::Polyline>(&primitive);
+        return line != nullptr && line->points.size() > 2;
+    }));
+}
+
+class LeastHeightTest : public ::testing::TestWithParam<int>
+{
+};
+
+TEST_P(LeastHeightTest, LetsEveryCurveBeSeenAndNoLabelCoverAnother)
+{
+    std::vector<DiagramVehicle> vehicles;
+    const auto count = static_cast<std::size_t>(GetParam());
+    for (int i = 0; i < GetParam(); ++i)
+        vehicles.push_back({"Fahrzeug " + std::to_string(i + 1), RGB(200, 10U * static_cast<unsigned>(i), 0),
+                            PathTimeCurve(Drive(30.0 + i % 3, 7.0, 1.0, 2.0))});
+    for (const double width : {420.0, 900.0, 1600.0}) {
+        const double least = LeastDiagramHeight(width, vehicles, {});
+        CDC dc(width, least);
+        const DiagramArea area = DrawPathTimeDiagram(dc, vehicles, {});
+        EXPECT_EQ(CurvesIn(dc), 2 * count) << width << " x " << least;
+        EXPECT_NEAR(area.start, -3.2 * 1.02, 1e-9);
+        EXPECT_NEAR(area.TimeAt(area.right), 0.0, 1e-12);
+        std::vector<double> speeds;
+        for (const ShownText& shown : Texts(dc))
+            if (shown.text->utf8.ends_with(" km/h") && shown.left > area.right)
+                speeds.push_back(shown.text->position.y);
+        ASSERT_EQ(speeds.size(), count);
+        std::sort(speeds.begin(), speeds.end());
+        for (std::size_t i = 1; i < speeds.size(); ++i)
+            EXPECT_GE(speeds[i] - speeds[i - 1], 12.0);
+        CDC low(width, 150.0);
+        EXPECT_TRUE(DrawPathTimeDiagram(low, vehicles, {}).IsEmpty());
+        EXPECT_EQ(CurvesIn(low), 0U);
+        EXPECT_EQ(Texts(low).back().text->utf8, "Zu wenig Platz für das Diagramm");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Vehicles, LeastHeightTest, ::testing::Values(1, 2, 5, 6, 16));
+
+TEST(PathTimeDiagram, WithoutTimeThereIsNoAxis)
+{
+    CWegZeitRechDat still;
+    still.spalten[3].art = PhasenArt::braking;
+    CDC dc(600.0, 400.0);
+    EXPECT_TRUE(DrawPathTimeDiagram(dc, std::vector<DiagramVehicle>{{"Pkw", 0, PathTimeCurve(still)}}, {}).IsEmpty());
+    EXPECT_EQ(Texts(dc).back().text->utf8, "Die Phasen haben noch keine Zeit");
+}
+
 TEST(PathTimeDiagram, WithoutPhasesItSaysSo)
 {
     CDC dc(400.0, 300.0);

@@ -7,6 +7,7 @@
 #include "base/ZipWriter.h"
 #include "casefile/CaseFile.h"
 #include "frame/RuvMod.h"
+#include "report/MessageLog.h"
 #include "report/ProtocolHtml.h"
 #include "report/ProtocolOdt.h"
 #include "res/resource.h"
@@ -148,6 +149,46 @@ TEST_F(ProtocolTest, ShowsWhatTheMaskShows)
     EXPECT_EQ(protocol.formulas[0].lines, std::vector<std::string>{"a = µ · g   <b>"});
     EXPECT_EQ(ProtocolText(protocol).find("Fall"), std::string::npos);
     EXPECT_NE(ProtocolText(protocol).find("Reibungsbeiwert\t0,80\t\n"), std::string::npos);
+}
+
+TEST_F(ProtocolTest, AMessageHoldsUntilALaterCalculation)
+{
+    framework::Window& mask = Open(400);
+    MessageLog log;
+    const auto said = [&] { return log.Of(mask.handle); };
+    log.Note(mask.handle, "Es fehlt etwas.");
+    log.EndAction();
+    Enter(mask, IDC_BESCHL_REIBUNG, "0,8");
+    log.EndAction();
+    EXPECT_EQ(said(), std::vector<std::string>{"Es fehlt etwas."});
+    Press(mask, IDC_RECHNEN);
+    EXPECT_TRUE(said().empty());
+    // What is said while it calculates belongs to its results, each sentence once.
+    log.Note(mask.handle, "Nur bis 5°.");
+    log.Note(mask.handle, "Nur bis 5°.");
+    Press(mask, IDC_RECHNEN);
+    log.EndAction();
+    EXPECT_EQ(said(), std::vector<std::string>{"Nur bis 5°."});
+    EXPECT_TRUE(log.Of(Open(401).handle).empty());
+    Press(mask, IDC_RECHNEN);
+    log.EndAction();
+    EXPECT_TRUE(said().empty());
+}
+
+TEST_F(ProtocolTest, NamesTheCaseAtItsHead)
+{
+    ProtocolContext context = Context();
+    context.caseDetails = {"3. Mai 2026", "Ulm", "Dr. Ä"};
+    const Protocol protocol = MakeProtocol(Open(400), context);
+    const std::string html = ProtocolHtml(protocol, HtmlPictures::inlineSvg);
+    const std::string odt = Unzip(ProtocolOdt(protocol)).at("content.xml");
+    std::size_t inHtml = 0;
+    std::size_t inOdt = 0;
+    for (const char* text : {"Fall &lt;A&gt;", "Unfalldatum", "3. Mai 2026", "Unfallort", "Ulm", "Bearbeiter", "Dr. Ä",
+                             "Datum des Protokolls", "12. Mai 2026", ">Eingaben<"}) {
+        EXPECT_NE(inHtml = html.find(text, inHtml), std::string::npos) << text;
+        EXPECT_NE(inOdt = odt.find(text, inOdt), std::string::npos) << text;
+    }
 }
 
 TEST_F(ProtocolTest, JoinsFieldsOfALineAndTellsTheScene)

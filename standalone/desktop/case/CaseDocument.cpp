@@ -48,7 +48,6 @@ struct CaseDocument::Parts {
     bool stepOpen = false;
     QTimer commit;
     QTimer poll;
-    bool journalHasFailed = false;
     std::string title; ///< as last announced
     std::string stateFolder;
     std::unique_ptr<casefile::FileClaim> claim;
@@ -63,6 +62,8 @@ CaseDocument::CaseDocument(bool journal, QObject* parent) : QObject(parent), m_d
     m_parts = std::make_unique<Parts>(*m_data);
     m_parts->savedState = m_parts->history.State();
     const std::string folder = base::UserStateFolder();
+    if (journal && folder.empty())
+        m_journalProblem = QStringLiteral("Es gibt keinen Ordner für die Sicherung im Hintergrund.");
     if (journal && !folder.empty()) {
         m_parts->stateFolder = folder;
         m_parts->journal = std::make_unique<casefile::Journal>(folder);
@@ -108,11 +109,16 @@ void CaseDocument::Poll()
 
     if (!m_parts->journal)
         return;
-    const std::string error = m_parts->journal->Error();
-    const bool failed = !error.empty();
-    if (failed && !m_parts->journalHasFailed)
-        emit journalFailed(QString::fromStdString(error));
-    m_parts->journalHasFailed = failed;
+    const QString error = QString::fromStdString(m_parts->journal->Error());
+    if (!error.isEmpty() && m_journalProblem.isEmpty())
+        emit journalFailed(error);
+    if (std::exchange(m_journalProblem, error) != error)
+        emit protectionChanged();
+}
+
+QString CaseDocument::Unprotected() const
+{
+    return m_problem.isEmpty() ? m_journalProblem : m_problem;
 }
 
 void CaseDocument::Commit(const QString& label)
@@ -129,6 +135,7 @@ void CaseDocument::Commit(const QString& label)
         m_problem = problem;
         if (!problem.isEmpty())
             emit journalFailed(problem);
+        emit protectionChanged();
     }
 }
 
@@ -152,6 +159,16 @@ void CaseDocument::AfterChange()
         else
             m_parts->journal->Clear();
     }
+    bool others = false;
+    for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
+        const CWegZeitDat& now = std::as_const(*m_data).WZRechDat(i);
+        if (now == m_lastPhases[i])
+            continue;
+        m_lastPhases[i] = now;
+        others = true;
+    }
+    if (others)
+        emit phasesChanged();
     emit changed();
     emit historyChanged();
     SetModified(modified);

@@ -48,6 +48,9 @@ class CaseDocument : public QObject
     /// True when the case differs from its file.
     bool IsModified() const { return m_modified; }
 
+    /// The phases of a vehicle as the last step left them.
+    const CWegZeitDat& LastPhases(std::size_t vehicle) const { return m_lastPhases[vehicle]; }
+
     // The following return false when they failed; Error() says why, in German. Unsaved changes are not asked about.
     bool New();
     /// A new case with the content of a case file, for example one that comes with the program.
@@ -67,6 +70,8 @@ class CaseDocument : public QObject
     bool FileIsForeign() const { return m_foreign; }
     /// Looks at the file; fileChanged tells when somebody has changed it since the last look.
     void CheckFile();
+    /// Why a crash would lose what is not in the file, in German; empty while the case is protected.
+    QString Unprotected() const;
     /// What differs between the file and the case, as text for the user.
     QString Differences();
     /// What the file opened last contained that could not be taken over, in German.
@@ -113,6 +118,8 @@ class CaseDocument : public QObject
   signals:
     /// The content of the case changed: redraw what shows it.
     void changed();
+    /// The phases of a vehicle are others; before changed.
+    void phasesChanged();
     void modifiedChanged(bool modified);
     /// Path, name or title of the case changed.
     void titleChanged();
@@ -123,6 +130,8 @@ class CaseDocument : public QObject
     void fileChanged();
     /// The journal cannot be written, or the case is in a state that no file can hold; said once until it works again.
     void journalFailed(const QString& why);
+    /// Unprotected() says something else.
+    void protectionChanged();
 
   private:
     struct Parts;
@@ -138,9 +147,11 @@ class CaseDocument : public QObject
     void Claim();
 
     std::unique_ptr<CRuvData> m_data;
+    std::vector<CWegZeitDat> m_lastPhases = std::vector<CWegZeitDat>(CRuvData::kFahrzeuge);
     std::unique_ptr<Parts> m_parts;
     QString m_path;
     QString m_error;
+    QString m_journalProblem;
     QString m_problem; ///< why the case cannot be written, as last announced
     QStringList m_warnings;
     bool m_modified = false;

@@ -68,6 +68,7 @@ void PathTimeModel::Reread()
 {
     m_rows.clear();
     m_columns = 0;
+    m_shown.reset();
     const auto table = Table();
     if (!table)
         return;
@@ -76,6 +77,14 @@ void PathTimeModel::Reread()
         if (turns || !row.ofTurning)
             m_rows.push_back(&row);
     m_columns = ViewColumn(table->EndColumn());
+    m_shown = table->Phases();
+}
+
+void PathTimeModel::Follow()
+{
+    const auto table = Table();
+    if (!table || !m_shown || !(*m_shown == table->Phases()))
+        Refresh();
 }
 
 void PathTimeModel::Refresh()

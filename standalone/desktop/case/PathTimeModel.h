@@ -29,6 +29,8 @@ class PathTimeModel : public QAbstractTableModel
     std::optional<pathtime::PhaseTable> Table() const;
     /// Reads the case afresh.
     void Refresh();
+    /// The same, where the phases of the vehicle are no longer those shown.
+    void Follow();
 
     static std::size_t PhaseColumn(int column);
     static int ViewColumn(std::size_t phaseColumn);
@@ -56,6 +58,7 @@ class PathTimeModel : public QAbstractTableModel
     int m_vehicle = -1;
     std::vector<const pathtime::PhaseRow*> m_rows;
     int m_columns = 0;
+    std::optional<CWegZeitDat> m_shown;
 };
 
 } // namespace desktop

@@ -4,70 +4,24 @@
 
 #include "desktop/case/CaseDocument.h"
 #include "desktop/case/PathTimeModel.h"
+#include "desktop/case/PhaseView.h"
 #include "desktop/look/Theme.h"
-#include "desktop/look/VehicleIcon.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLineEdit>
+#include <QPushButton>
 #include <QSignalBlocker>
-#include <QStyledItemDelegate>
-#include <QTableView>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace desktop
 {
 namespace
 {
-
-/// Edits the kind by a list and numbers as text.
-class PhaseDelegate : public QStyledItemDelegate
-{
-  public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override
-    {
-        if (index.row() != PathTimeModel::kKindRow) {
-            QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
-            if (auto* line = qobject_cast<QLineEdit*>(editor))
-                line->setAlignment(Qt::AlignRight);
-            return editor;
-        }
-        auto* box = new QComboBox(parent);
-        for (const PhasenArt kind : pathtime::OfferedKinds())
-            box->addItem(QString::fromUtf8(PhasenArtName(kind)), static_cast<int>(kind));
-        connect(box, &QComboBox::activated, this, [this, box] {
-            auto* self = const_cast<PhaseDelegate*>(this); // signals of a delegate are not const
-            emit self->commitData(box);
-            emit self->closeEditor(box);
-        });
-        return box;
-    }
-    void setEditorData(QWidget* editor, const QModelIndex& index) const override
-    {
-        if (auto* box = qobject_cast<QComboBox*>(editor)) {
-            box->setCurrentIndex(box->findData(index.data(Qt::EditRole)));
-            box->showPopup();
-            return;
-        }
-        QStyledItemDelegate::setEditorData(editor, index);
-    }
-    void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override
-    {
-        if (const auto* box = qobject_cast<const QComboBox*>(editor))
-            model->setData(index, box->currentData(), Qt::EditRole);
-        else if (const auto* line = qobject_cast<const QLineEdit*>(editor); line != nullptr && line->isModified())
-            model->setData(index, line->text(), Qt::EditRole);
-    }
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
-    {
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(2 * Spacing(), Spacing() / 2);
-    }
-};
 
 QToolButton* Button(const QString& text, const QString& tip)
 {
@@ -80,10 +34,10 @@ QToolButton* Button(const QString& text, const QString& tip)
 } // namespace
 
 PathTimeTable::PathTimeTable(CaseDocument& document, QWidget* parent)
-    : QWidget(parent), m_document(document), m_model(new PathTimeModel(document, this)), m_view(new QTableView),
+    : QWidget(parent), m_document(document), m_model(new PathTimeModel(document, this)), m_view(new PhaseView),
       m_vehicles(new QComboBox),
       m_insert(Button(QStringLiteral("Phase e&infügen"), QStringLiteral("Freie Spalte vor der gewählten"))),
-      m_remove(Button(QStringLiteral("Phase ent&fernen"), QStringLiteral("Gewählte Spalte entfernen"))),
+      m_remove(Button(QStringLiteral("&Phase entfernen"), QStringLiteral("Gewählte Spalte entfernen"))),
       m_cell(new QWidget(m_view->viewport()))
 {
     auto* bar = new QHBoxLayout;
@@ -101,17 +55,20 @@ PathTimeTable::PathTimeTable(CaseDocument& document, QWidget* parent)
     column->setContentsMargins(Spacing(), Spacing(), Spacing(), Spacing());
     column->setSpacing(Spacing());
     column->addLayout(bar);
+    m_begin = new QWidget;
+    auto* beginRow = new QHBoxLayout(m_begin);
+    beginRow->setContentsMargins(0, 0, 0, 0);
+    m_beginHint = new QLabel;
+    m_beginHint->setWordWrap(true);
+    m_beginButton = new QPushButton(QStringLiteral("Erste Phase anlegen…"));
+    beginRow->addWidget(m_beginHint, 1);
+    beginRow->addWidget(m_beginButton);
+    column->addWidget(m_begin);
     column->addWidget(m_view, 1);
 
     m_view->setModel(m_model);
-    m_view->setItemDelegate(new PhaseDelegate(m_view));
-    m_view->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_view->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
-                            QAbstractItemView::EditKeyPressed | QAbstractItemView::AnyKeyPressed);
-    m_view->setTabKeyNavigation(true);
     m_view->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_view->horizontalHeader()->setMinimumSectionSize(10 * fontMetrics().averageCharWidth());
-    m_view->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_view->verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_view->horizontalHeader()->setToolTip(QStringLiteral("Spalten: von der Kollision rückwärts in der Zeit"));
     m_view->setCornerButtonEnabled(false);
@@ -123,17 +80,37 @@ PathTimeTable::PathTimeTable(CaseDocument& document, QWidget* parent)
         delete m_bubble;
         m_model->SetVehicle(Vehicle());
         ShowButtons();
+        emit vehicleChosen(Vehicle());
     });
+    connect(m_beginButton, &QPushButton::clicked, this, &PathTimeTable::BeginPhases);
     connect(m_insert, &QToolButton::clicked, this, &PathTimeTable::InsertPhase);
     connect(m_remove, &QToolButton::clicked, this, &PathTimeTable::RemovePhase);
-    connect(m_model, &PathTimeModel::refused, this, &PathTimeTable::ShowRefusal);
-    connect(m_model, &QAbstractItemModel::modelReset, this, &PathTimeTable::ShowButtons);
+    connect(m_model, &PathTimeModel::refused, this, [this](const QModelIndex& cell, const QString& why) {
+        m_view->Stay();
+        ShowRefusal(cell, why);
+    });
+    // The cell stays when there are more phases or fewer.
+    connect(m_model, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+        const QModelIndex current = m_view->currentIndex();
+        m_row = current.row();
+        m_column = current.column();
+    });
+    connect(m_model, &QAbstractItemModel::modelReset, this, [this] {
+        if (const QModelIndex cell = m_model->index(m_row, m_column); cell.isValid())
+            m_view->setCurrentIndex(cell);
+        ShowButtons();
+    });
     connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
         delete m_bubble;
         ShowButtons();
     });
-    connect(&document, &CaseDocument::changed, this, &PathTimeTable::Show);
+    connect(&document, &CaseDocument::changed, this, &PathTimeTable::Follow);
     Show();
+}
+
+QTableView& PathTimeTable::View() const
+{
+    return *m_view;
 }
 
 int PathTimeTable::Vehicle() const
@@ -148,25 +125,28 @@ void PathTimeTable::ChooseVehicle(int vehicle)
 
 void PathTimeTable::Show()
 {
+    m_shown.clear();
+    Follow();
+    m_model->Refresh();
+}
+
+void PathTimeTable::Follow()
+{
     const int chosen = Vehicle();
-    {
+    if (auto now = VehicleMarks(m_document.Data()); now != m_shown) {
+        m_shown = std::move(now);
         const QSignalBlocker quiet(m_vehicles);
         m_vehicles->clear();
-        for (int i = 0; i < static_cast<int>(CRuvData::kFahrzeuge); ++i) {
-            const CKfzDaten& vehicle = m_document.Data().KfzDat(static_cast<std::size_t>(i));
-            if (vehicle.IsValid())
-                m_vehicles->addItem(VehicleIcon(vehicle),
-                                    vehicle.name.empty() ? QStringLiteral("Fahrzeug %1").arg(i + 1)
-                                                         : QString::fromStdString(vehicle.name),
-                                    i);
-        }
-        const int now = m_vehicles->findData(chosen);
-        m_vehicles->setCurrentIndex(now >= 0 ? now : m_vehicles->count() > 0 ? 0 : -1);
+        for (const VehicleMark& mark : m_shown)
+            m_vehicles->addItem(VehicleIcon(m_document.Data().KfzDat(static_cast<std::size_t>(mark.index))), mark.name,
+                                mark.index);
+        const int row = m_vehicles->findData(chosen);
+        m_vehicles->setCurrentIndex(row >= 0 ? row : m_vehicles->count() > 0 ? 0 : -1);
     }
     if (Vehicle() != m_model->Vehicle())
         m_model->SetVehicle(Vehicle());
     else
-        m_model->Refresh();
+        m_model->Follow();
     ShowButtons();
 }
 
@@ -178,6 +158,22 @@ void PathTimeTable::ShowButtons()
         table && current.isValid() && PathTimeModel::PhaseColumn(current.column()) + 1 < table->EndColumn();
     m_insert->setEnabled(onPhase);
     m_remove->setEnabled(onPhase);
+    const bool empty = !table || m_model->columnCount() <= 1;
+    m_begin->setVisible(empty);
+    m_beginButton->setVisible(table.has_value());
+    if (empty)
+        m_beginHint->setText(
+            table ? QStringLiteral("Noch keine Phase. Die erste ist die letzte vor der Kollision; ihre Art wird in der "
+                                   "Zeile „Phase“ gewählt (Eingabetaste oder Anfangsbuchstabe).")
+                  : QStringLiteral("Der Fall hat keine Fahrzeuge. Unter „Fahrzeuge“ kommt eines mit „Neu“ hinzu."));
+}
+
+void PathTimeTable::BeginPhases()
+{
+    const QModelIndex kind = m_model->index(PathTimeModel::kKindRow, 0);
+    m_view->setFocus();
+    m_view->setCurrentIndex(kind);
+    m_view->OpenKinds(kind);
 }
 
 void PathTimeTable::InsertPhase()

@@ -3,12 +3,16 @@
 #pragma once
 
 #include "desktop/look/RefusalBubble.h"
+#include "desktop/look/VehicleIcon.h"
 
 #include <QPointer>
 #include <QWidget>
 
+#include <vector>
+
 class QComboBox;
 class QLabel;
+class QPushButton;
 class QTableView;
 class QToolButton;
 
@@ -17,6 +21,7 @@ namespace desktop
 
 class CaseDocument;
 class PathTimeModel;
+class PhaseView;
 
 /// The phases of one vehicle: columns are phases from the collision backwards, rows their kind and quantities. An entry
 /// recomputes all phases.
@@ -30,7 +35,7 @@ class PathTimeTable : public QWidget
     /// Index of the vehicle shown, -1 when the case has none.
     int Vehicle() const;
     void ChooseVehicle(int vehicle);
-    QTableView& View() const { return *m_view; }
+    QTableView& View() const;
     const RefusalBubble* Refusal() const { return m_bubble; }
 
     /// Inserts a free column before the current one, or removes the current one.
@@ -38,17 +43,30 @@ class PathTimeTable : public QWidget
     void RemovePhase();
     /// Shows everything afresh, in the units in force.
     void Show();
+    /// Shows what the case has changed of it.
+    void Follow();
+
+  signals:
+    void vehicleChosen(int vehicle);
 
   private:
     void ShowButtons();
+    /// Opens the list of kinds for the first phase.
+    void BeginPhases();
     void ShowRefusal(const QModelIndex& cell, const QString& why);
 
     CaseDocument& m_document;
     PathTimeModel* m_model;
-    QTableView* m_view;
+    PhaseView* m_view;
     QComboBox* m_vehicles;
     QToolButton* m_insert;
     QToolButton* m_remove;
+    QWidget* m_begin = nullptr; ///< says how to begin while there is no phase
+    QLabel* m_beginHint = nullptr;
+    QPushButton* m_beginButton = nullptr;
+    std::vector<VehicleMark> m_shown; ///< the vehicles offered
+    int m_row = -1;                   ///< of the current cell while the model is reset
+    int m_column = -1;
     QWidget* m_cell; ///< lies over the cell that a refusal points to
     QPointer<RefusalBubble> m_bubble;
 };

@@ -7,8 +7,8 @@
 #include "desktop/look/DiagramView.h"
 #include "desktop/look/NumberField.h"
 #include "desktop/look/Style.h"
+#include "desktop/look/TextField.h"
 #include "desktop/look/Theme.h"
-#include "desktop/look/VehicleIcon.h"
 #include "host/Assert.h"
 #include "krn/VehicleFields.h"
 #include "scene/VehicleDrawing.h"
@@ -25,6 +25,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace desktop
 {
@@ -39,11 +40,6 @@ constexpr std::array kColors{RGB(200, 30, 30),  RGB(30, 60, 200), RGB(0, 130, 70
 constexpr int kIndexRole = Qt::UserRole;
 constexpr int kVisibleVehicles = 4;
 constexpr int kSketchHeight = 210;
-
-QString ShownName(const CKfzDaten& vehicle, int index)
-{
-    return vehicle.name.empty() ? QStringLiteral("Fahrzeug %1").arg(index + 1) : QString::fromStdString(vehicle.name);
-}
 
 } // namespace
 
@@ -100,7 +96,11 @@ VehicleEditor::VehicleEditor(CaseDocument& document, QWidget* parent) : QWidget(
     column->addWidget(scroll, 1);
     m_sketch = new VehicleSketch(this);
     column->addWidget(m_sketch);
-    connect(&document, &CaseDocument::changed, this, &VehicleEditor::Show);
+    connect(&document, &CaseDocument::changed, this, &VehicleEditor::Follow);
+    connect(&document, &CaseDocument::titleChanged, this, [this] {
+        for (const Row& row : m_rows)
+            row.field->DropRefusal(); // perhaps another case
+    });
     Show();
     if (m_list->count() > 0)
         m_list->setCurrentRow(0);
@@ -123,18 +123,20 @@ QWidget* VehicleEditor::BuildList()
     m_list->setAccessibleName(QStringLiteral("Fahrzeuge"));
     m_list->setUniformItemSizes(true);
     connect(m_list, &QListWidget::currentRowChanged, this, [this] {
-        if (!m_showing)
-            ShowFields();
+        if (m_showing)
+            return;
+        ShowFields();
+        emit vehicleChosen(Vehicle());
     });
     column->addWidget(m_list);
 
     auto* buttons = new QHBoxLayout;
-    m_add = new QPushButton(QStringLiteral("&Neu"));
+    m_add = new QPushButton(QStringLiteral("Ne&u"));
     auto* types = new QMenu(m_add);
     for (const CKfzDaten::Type type : kTypes)
         types->addAction(QString::fromStdString(krn::TypeName(type)), this, [this, type] { AddVehicle(type); });
     m_add->setMenu(types);
-    m_remove = new QPushButton(QStringLiteral("&Entfernen"));
+    m_remove = new QPushButton(QStringLiteral("Entfernen"));
     connect(m_remove, &QPushButton::clicked, this, [this] { RemoveVehicle(Vehicle()); });
     buttons->addWidget(m_add);
     buttons->addWidget(m_remove);
@@ -158,7 +160,7 @@ QWidget* VehicleEditor::BuildForm()
         form->addWidget(label, row, 0);
         form->addWidget(field, row, 1, 1, 2);
     };
-    m_name = new QLineEdit;
+    m_name = new TextField;
     m_name->setProperty(kLookProperty, static_cast<int>(FieldLook::input));
     m_name->setMaxLength(60);
     connect(m_name, &QLineEdit::editingFinished, this, [this] {
@@ -168,7 +170,7 @@ QWidget* VehicleEditor::BuildForm()
         vehicle.name = m_name->text().trimmed().toStdString();
         Store(vehicle, QStringLiteral("Name"));
     });
-    add(QStringLiteral("Na&me"), m_name);
+    add(QStringLiteral("&Name"), m_name);
 
     m_type = new QComboBox;
     for (const CKfzDaten::Type type : kTypes)
@@ -180,11 +182,11 @@ QWidget* VehicleEditor::BuildForm()
         vehicle.type = static_cast<CKfzDaten::Type>(m_type->currentData().toInt());
         Store(vehicle, QStringLiteral("Art"));
     });
-    add(QStringLiteral("A&rt"), m_type);
+    add(QStringLiteral("Ar&t"), m_type);
 
     m_color = new QPushButton;
     connect(m_color, &QPushButton::clicked, this, &VehicleEditor::ChooseColor);
-    add(QStringLiteral("&Farbe"), m_color);
+    add(QStringLiteral("Fa&rbe"), m_color);
 
     for (const krn::VehicleField& field : krn::VehicleFields())
         AddRow(*form, form->rowCount(), field.value);
@@ -215,7 +217,7 @@ void VehicleEditor::AddRow(QGridLayout& form, int row, double CKfzDaten::*value)
         vehicle.*value = number;
         Store(vehicle, QString::fromStdString(krn::FieldOf(value).format.label));
     });
-    m_rows.push_back({value, field, unit});
+    m_rows.push_back({value, label, field, unit});
 }
 
 int VehicleEditor::Vehicle() const
@@ -240,23 +242,34 @@ NumberField& VehicleEditor::Field(double CKfzDaten::*value) const
 
 void VehicleEditor::Show()
 {
-    const int chosen = Vehicle();
-    m_showing = true;
-    m_list->clear();
-    for (int i = 0; i < static_cast<int>(CRuvData::kFahrzeuge); ++i) {
-        const CKfzDaten& vehicle = m_document.Data().KfzDat(static_cast<std::size_t>(i));
-        if (!vehicle.IsValid())
-            continue;
-        auto* item = new QListWidgetItem(VehicleIcon(vehicle), ShownName(vehicle, i), m_list);
-        item->setData(kIndexRole, i);
+    m_marks.clear();
+    m_shownVehicle.reset();
+    Follow();
+}
+
+void VehicleEditor::Follow()
+{
+    if (const auto now = VehicleMarks(m_document.Data()); now != m_marks || now.empty()) {
+        m_marks = now;
+        const int chosen = Vehicle();
+        m_showing = true;
+        m_list->clear();
+        for (const VehicleMark& mark : m_marks) {
+            const CKfzDaten& vehicle = m_document.Data().KfzDat(static_cast<std::size_t>(mark.index));
+            auto* item = new QListWidgetItem(VehicleIcon(vehicle), mark.name, m_list);
+            item->setData(kIndexRole, mark.index);
+        }
+        const int rows = std::clamp(m_list->count(), 2, kVisibleVehicles);
+        m_list->setFixedHeight(rows * std::max(m_list->sizeHintForRow(0), fontMetrics().height()) + 2 * Spacing());
+        ChooseVehicle(chosen);
+        if (m_list->currentRow() < 0 && m_list->count() > 0)
+            m_list->setCurrentRow(0);
+        m_showing = false;
+        m_shownVehicle.reset();
     }
-    const int rows = std::clamp(m_list->count(), 2, kVisibleVehicles);
-    m_list->setFixedHeight(rows * std::max(m_list->sizeHintForRow(0), fontMetrics().height()) + 2 * Spacing());
-    ChooseVehicle(chosen);
-    if (m_list->currentRow() < 0 && m_list->count() > 0)
-        m_list->setCurrentRow(0);
-    m_showing = false;
-    ShowFields();
+    const int index = Vehicle();
+    if (index < 0 || !m_shownVehicle || !(*m_shownVehicle == m_document.Data().KfzDat(static_cast<std::size_t>(index))))
+        ShowFields();
 }
 
 void VehicleEditor::ShowFields()
@@ -266,6 +279,9 @@ void VehicleEditor::ShowFields()
     m_remove->setEnabled(index >= 0);
     m_add->setEnabled(m_list->count() < static_cast<int>(CRuvData::kFahrzeuge));
     m_sketch->setVisible(index >= 0);
+    if (std::exchange(m_shown, index) != index)
+        for (const Row& row : m_rows)
+            row.field->DropRefusal();
     if (index < 0)
         return;
     const CKfzDaten& vehicle = m_document.Data().KfzDat(static_cast<std::size_t>(index));
@@ -278,6 +294,9 @@ void VehicleEditor::ShowFields()
     m_color->setText(FromColorRef(vehicle.color).name());
     for (const Row& row : m_rows) {
         row.unit->setText(QString::fromStdString(krn::UnitOf(row.field->Format())));
+        for (QWidget* part :
+             {static_cast<QWidget*>(row.label), static_cast<QWidget*>(row.field), static_cast<QWidget*>(row.unit)})
+            part->setVisible(krn::HasField(vehicle.type, row.value));
         if (!row.field->isModified())
             row.field->SetValue(vehicle.*row.value);
     }
@@ -285,6 +304,7 @@ void VehicleEditor::ShowFields()
     m_contradiction->setText(QString::fromStdString(contradiction));
     m_contradiction->setVisible(!contradiction.empty());
     m_sketch->Show(vehicle);
+    m_shownVehicle = vehicle;
 }
 
 void VehicleEditor::Store(const CKfzDaten& vehicle, const QString& what)

@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "desktop/look/VehicleIcon.h"
 #include "host/CKfzDaten.h"
 
 #include <QWidget>
 
+#include <optional>
 #include <vector>
 
 class QComboBox;
@@ -45,15 +47,22 @@ class VehicleEditor : public QWidget
     QLineEdit& NameField() const { return *m_name; }
     NumberField& Field(double CKfzDaten::*value) const;
 
+  signals:
+    /// The user chose another vehicle.
+    void vehicleChosen(int vehicle);
+
   private:
     struct Row {
         double CKfzDaten::*value;
+        QLabel* label;
         NumberField* field;
         QLabel* unit;
     };
     QWidget* BuildList();
     QWidget* BuildForm();
     void AddRow(QGridLayout& form, int row, double CKfzDaten::*value);
+    /// Shows what the case has changed.
+    void Follow();
     void ShowFields();
     void ChooseColor();
     /// Writes the changed vehicle into the case.
@@ -70,7 +79,10 @@ class VehicleEditor : public QWidget
     std::vector<Row> m_rows;
     QLabel* m_contradiction = nullptr;
     VehicleSketch* m_sketch = nullptr;
+    std::vector<VehicleMark> m_marks;        ///< of the vehicles in the list
+    std::optional<CKfzDaten> m_shownVehicle; ///< in the fields
     bool m_showing = false;
+    int m_shown = -1; ///< index of the vehicle whose numbers the fields show
 };
 
 } // namespace desktop

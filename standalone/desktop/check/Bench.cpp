@@ -126,8 +126,12 @@ bool RunBench(MainWindow& window, const QElapsedTimer& sinceStart)
             [&] {
                 QElapsedTimer timer;
                 timer.start();
-                document.Data().KfzDat(0).mass = mass += 1.0;
-                document.Commit(QStringLiteral("Masse"));
+                CRuvData& content = document.Data();
+                content.KfzDat(0).mass = mass += 1.0;
+                CWegZeitRechDat& phases = content.WZRechDat(0);
+                phases.spalten[CWegZeitDat::kErsteSpalte].zeit = 1e-4 * mass;
+                phases.Berechnung();
+                document.Commit(QStringLiteral("Masse und Zeit"));
                 PaintAll(*panel);
                 return Milliseconds(timer);
             },

@@ -115,15 +115,15 @@ class Album
             return;
         }
         const QString name = QString::number(number);
-        Keep(*mask->parentWidget(), name);
+        Keep(*m_window.Masks().FrameOf(*mask), name);
         const auto pages = UiThread::Current()->Pages(*mask->Dialog()).size();
         const UINT first = pages == 0 ? 0 : PressedIn(*mask->Dialog());
         for (std::size_t i = 1; first != 0 && i < pages; ++i) {
             Press(*mask, first + static_cast<UINT>(i));
-            Keep(*mask->parentWidget(), QStringLiteral("%1-%2").arg(name).arg(i + 1));
+            Keep(*m_window.Masks().FrameOf(*mask), QStringLiteral("%1-%2").arg(name).arg(i + 1));
         }
         if (Press(*mask, IDC_SCHR_GROSSES_DIAGRAMM) && m_window.Masks().Active() != mask)
-            Keep(*m_window.Masks().Active()->parentWidget(), name + QStringLiteral("-diagramm"));
+            Keep(*m_window.Masks().FrameOf(*m_window.Masks().Active()), name + QStringLiteral("-diagramm"));
         m_window.CloseMasks();
     }
 

@@ -5,6 +5,7 @@
 #include "desktop/look/CdcPainter.h"
 #include "desktop/look/DrawingOutput.h"
 #include "desktop/look/Icons.h"
+#include "desktop/look/Tell.h"
 
 #include <QKeyEvent>
 #include <QMenu>
@@ -50,7 +51,27 @@ DiagramView::DiagramView(Draw draw, QString name, QWidget* parent)
 void DiagramView::Refresh()
 {
     m_drawing.reset();
+    if (isVisible())
+        FitScrollBars();
     viewport()->update();
+}
+
+void DiagramView::showEvent(QShowEvent* event)
+{
+    QAbstractScrollArea::showEvent(event);
+    FitScrollBars();
+}
+
+void DiagramView::SetReading(std::function<std::optional<DiagramReading>(QPointF)> reading)
+{
+    m_reading = std::move(reading);
+    viewport()->setMouseTracking(true);
+}
+
+QSizeF DiagramView::Whole() const
+{
+    const QSizeF shown = viewport()->size().expandedTo(kSmallest);
+    return {shown.width(), m_least ? std::max(shown.height(), m_least(shown.width())) : shown.height()};
 }
 
 QSize DiagramView::sizeHint() const
@@ -65,7 +86,8 @@ QSize DiagramView::minimumSizeHint() const
 
 CDC DiagramView::ForPaper() const
 {
-    CDC drawing(kPaper.width(), kPaper.height());
+    const double width = kPaper.width();
+    CDC drawing(width, m_least ? std::max<double>(kPaper.height(), m_least(width)) : kPaper.height());
     m_draw(drawing, Ground::paper);
     return drawing;
 }
@@ -74,7 +96,7 @@ void DiagramView::paintEvent(QPaintEvent*)
 {
     if (!m_drawing || m_scheme != CurrentScheme()) {
         m_scheme = CurrentScheme();
-        const QSize size = viewport()->size().expandedTo(kSmallest);
+        const QSizeF size = Whole();
         m_drawing.emplace(size.width(), size.height());
         m_draw(*m_drawing, Ground::screen);
     }
@@ -84,6 +106,43 @@ void DiagramView::paintEvent(QPaintEvent*)
     painter.translate(-horizontalScrollBar()->value(), -verticalScrollBar()->value());
     painter.scale(m_zoom, m_zoom);
     Replay(*m_drawing, painter);
+    PaintReading(painter);
+}
+
+void DiagramView::PaintReading(QPainter& painter) const
+{
+    if (!m_reading || !m_hovered)
+        return;
+    const QPointF offset(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    const auto reading = m_reading((*m_hovered + offset) / m_zoom);
+    if (!reading)
+        return;
+    painter.setPen(QPen(Colors().accent, 1.0 / m_zoom));
+    painter.drawLine(reading->line);
+    painter.resetTransform();
+    painter.setFont(TextFont());
+    const QFontMetricsF metrics(TextFont());
+    const double pad = Spacing();
+    double width = 0.0;
+    for (const auto& [text, color] : reading->texts)
+        width = std::max(width, metrics.horizontalAdvance(text));
+    const QSizeF size(width + 2.0 * pad, metrics.height() * static_cast<double>(reading->texts.size()) + pad);
+    const QRectF room = viewport()->rect();
+    // To the left of the mouse where there is no room to its right.
+    const double right = m_hovered->x() + 2.0 * pad;
+    const double x = right + size.width() <= room.right() ? right : m_hovered->x() - 2.0 * pad - size.width();
+    const double y =
+        std::clamp(m_hovered->y() - size.height() / 2.0, 0.0, std::max(0.0, room.height() - size.height()));
+    const QRectF box(QPointF(std::max(x, 0.0), y), size);
+    painter.setPen(Colors().border);
+    painter.setBrush(Colors().field);
+    painter.drawRoundedRect(box, CornerRadius(), CornerRadius());
+    double baseline = box.top() + pad / 2.0 + metrics.ascent();
+    for (const auto& [text, color] : reading->texts) {
+        painter.setPen(color.isValid() ? color : Colors().text);
+        painter.drawText(QPointF(box.left() + pad, baseline), text);
+        baseline += metrics.height();
+    }
 }
 
 void DiagramView::resizeEvent(QResizeEvent* event)
@@ -96,7 +155,7 @@ void DiagramView::resizeEvent(QResizeEvent* event)
 void DiagramView::FitScrollBars()
 {
     const QSize shown = viewport()->size();
-    const QSizeF whole = QSizeF(shown.expandedTo(kSmallest)) * m_zoom;
+    const QSizeF whole = Whole() * m_zoom;
     horizontalScrollBar()->setPageStep(shown.width());
     horizontalScrollBar()->setRange(0, std::max(0, static_cast<int>(std::ceil(whole.width())) - shown.width()));
     verticalScrollBar()->setPageStep(shown.height());
@@ -118,10 +177,6 @@ void DiagramView::SetZoom(double zoom, QPointF fixed)
 
 void DiagramView::wheelEvent(QWheelEvent* event)
 {
-    if ((event->modifiers() & Qt::ControlModifier) == 0) {
-        QAbstractScrollArea::wheelEvent(event);
-        return;
-    }
     SetZoom(m_zoom * std::pow(kZoomStep, event->angleDelta().y() / kWheelNotch), event->position());
     event->accept();
 }
@@ -135,6 +190,9 @@ void DiagramView::mousePressEvent(QMouseEvent* event)
 
 void DiagramView::mouseMoveEvent(QMouseEvent* event)
 {
+    m_hovered = event->position();
+    if (m_reading)
+        viewport()->update();
     if ((event->buttons() & Qt::LeftButton) == 0)
         return;
     const QPoint moved = event->pos() - m_grabbed;
@@ -156,9 +214,10 @@ void DiagramView::mouseDoubleClickEvent(QMouseEvent* event)
 void DiagramView::keyPressEvent(QKeyEvent* event)
 {
     const QPointF middle = QRectF(viewport()->rect()).center();
-    if (event->matches(QKeySequence::Copy))
+    if (event->matches(QKeySequence::Copy)) {
         Copy();
-    else if (event->key() == Qt::Key_Plus)
+        Tell(*this, QStringLiteral("%1 in die Zwischenablage kopiert").arg(m_name));
+    } else if (event->key() == Qt::Key_Plus)
         SetZoom(m_zoom * kZoomStep, middle);
     else if (event->key() == Qt::Key_Minus)
         SetZoom(m_zoom / kZoomStep, middle);
@@ -166,6 +225,13 @@ void DiagramView::keyPressEvent(QKeyEvent* event)
         SetZoom(1.0, middle);
     else
         QAbstractScrollArea::keyPressEvent(event);
+}
+
+void DiagramView::leaveEvent(QEvent* event)
+{
+    QAbstractScrollArea::leaveEvent(event);
+    m_hovered.reset();
+    viewport()->update();
 }
 
 void DiagramView::contextMenuEvent(QContextMenuEvent* event)

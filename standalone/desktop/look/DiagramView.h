@@ -7,9 +7,12 @@
 #include "pathtime/PathTimeDiagram.h"
 
 #include <QAbstractScrollArea>
+#include <QLineF>
+#include <QList>
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 class QMenu;
 class QPrinter;
@@ -23,9 +26,15 @@ enum class Ground { screen, paper };
 /// The scheme's colours for diagrams.
 drawing::DiagramPalette PaletteFor(Ground ground);
 
-/// Shows a drawing of the case: fills the view, can be enlarged (Ctrl with the wheel, +, -, 0) and shifted with the
-/// mouse; its context menu copies, saves and prints it. What leaves the program is drawn for paper, whatever the
-/// scheme.
+/// What a diagram says at a place: a line across it, and a text of one line per entry, each in its colour.
+struct DiagramReading {
+    QLineF line; ///< in the drawing
+    QList<std::pair<QString, QColor>> texts;
+};
+
+/// Shows a drawing of the case: fills the view and is scrolled when it needs more height, can be enlarged (wheel, +, -,
+/// 0) and shifted with the mouse; its context menu copies, saves and prints it. What leaves the program is drawn for
+/// paper, whatever the scheme.
 class DiagramView : public QAbstractScrollArea
 {
     Q_OBJECT
@@ -39,6 +48,10 @@ class DiagramView : public QAbstractScrollArea
 
     /// The drawing changed.
     void Refresh();
+    /// The least height the drawing needs at a width.
+    void SetLeastHeight(std::function<double(double width)> least) { m_least = std::move(least); }
+    /// What is read under the mouse, in the coordinates of the drawing; nothing beside the plots.
+    void SetReading(std::function<std::optional<DiagramReading>(QPointF)> reading);
     /// An entry of the context menu before its own.
     void AddMenuAction(QAction* action) { m_actions.append(action); }
 
@@ -46,6 +59,7 @@ class DiagramView : public QAbstractScrollArea
     /// The point of the viewport stays where it is.
     void SetZoom(double zoom, QPointF fixed);
 
+    const QString& Name() const { return m_name; }
     CDC ForPaper() const;
     void Copy() const;
     /// As SVG, PDF or PNG by the ending; returns why it failed, in German, or nothing.
@@ -65,11 +79,19 @@ class DiagramView : public QAbstractScrollArea
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
   private:
     void FitScrollBars();
+    /// Of the drawing, not enlarged.
+    QSizeF Whole() const;
+    void PaintReading(QPainter& painter) const;
 
     Draw m_draw;
+    std::function<double(double)> m_least;
+    std::function<std::optional<DiagramReading>(QPointF)> m_reading;
+    std::optional<QPointF> m_hovered; ///< in the viewport
     QString m_name;
     QList<QAction*> m_actions;
     std::optional<CDC> m_drawing;

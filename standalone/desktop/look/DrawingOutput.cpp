@@ -6,6 +6,7 @@
 #include "desktop/look/CdcPainter.h"
 #include "desktop/look/Icons.h"
 #include "desktop/look/MessageBox.h"
+#include "desktop/look/Tell.h"
 #include "drawing/DrawingExport.h"
 
 #include <QApplication>
@@ -71,8 +72,11 @@ void AskAndSaveDrawing(const CDC& drawing, const QString& name, QWidget* parent)
     });
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return;
-    if (const QString why = SaveDrawing(drawing, dialog.selectedFiles().front()); !why.isEmpty())
+    const QString path = dialog.selectedFiles().front();
+    if (const QString why = SaveDrawing(drawing, path); !why.isEmpty())
         Warn(parent, title, why);
+    else
+        Tell(*parent, QStringLiteral("%1 gespeichert: %2").arg(name, path));
 }
 
 void AskAndPrintDrawing(const CDC& drawing, const QString& name, QWidget* parent)
@@ -90,7 +94,11 @@ void AskAndPrintDrawing(const CDC& drawing, const QString& name, QWidget* parent
 void AddDrawingEntries(QMenu& menu, const QString& name, QWidget* parent, const std::function<CDC()>& draw)
 {
     menu.addAction(
-        Icon("copy"), QStringLiteral("&Kopieren"), parent, [draw] { CopyDrawing(draw()); });
+        Icon("copy"), QStringLiteral("&Kopieren"), parent,
+        [draw, name, parent] {
+            CopyDrawing(draw());
+            Tell(*parent, QStringLiteral("%1 in die Zwischenablage kopiert").arg(name));
+        });
     menu.addAction(
         Icon("save"), QStringLiteral("&Speichern als SVG, PDF oder PNG…"), parent,
         [draw, name, parent] { AskAndSaveDrawing(draw(), name, parent); });

@@ -52,6 +52,10 @@ constexpr Drawing kDrawings[] = {
     {"grid", "M4 4h16v16H4z M9.3 4v16 M14.7 4v16 M4 9.3h16 M4 14.7h16"},
     {"measure", "M3 15L15 3l6 6L9 21z M7 11l2.5 2.5 M10 8l1.5 1.5 M13 5l2.5 2.5"},
     {"picture", "M3 5h18v14H3z M3 16l5-5 4 4 3-3 6 5 M15.5 9a1.2 1.2 0 1 0 .01 0"},
+    {"back", "M14 5l-7 7l7 7 M7 12h13"},
+    {"forward", "M10 5l7 7l-7 7 M17 12H4"},
+    {"program", "M3 17h5l4-9h4l2 4h3 M3 17v3h18v-8 M8 20a2 2 0 1 0 .01 0 M17 20a2 2 0 1 0 .01 0 M4 4l5 5 M9 5v4H5",
+     true},
     {"table", "M4 5h16v14H4z M4 10h16 M4 14.5h16 M10 5v14"},
 };
 

@@ -3,27 +3,33 @@
 #include "desktop/look/NumberField.h"
 
 #include "desktop/look/Style.h"
+#include "desktop/look/Tell.h"
 
+#include <QApplication>
+#include <QDockWidget>
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QTimer>
 
 #include <utility>
 
 namespace desktop
 {
 
-NumberField::NumberField(krn::NumberFormat format, QWidget* parent) : QLineEdit(parent), m_format(std::move(format))
+NumberField::NumberField(krn::NumberFormat format, QWidget* parent) : TextField(parent), m_format(std::move(format))
 {
     setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     setAccessibleName(QString::fromStdString(m_format.label + " " + krn::UnitOf(m_format)));
     setProperty(kLookProperty, static_cast<int>(FieldLook::input));
     connect(this, &QLineEdit::editingFinished, this, &NumberField::Finish);
-    connect(this, &QLineEdit::textEdited, this, &NumberField::Accept);
+    connect(this, &QLineEdit::textEdited, this, &NumberField::DropRefusal);
     SetValue(0.0);
 }
 
 void NumberField::SetValue(double value)
 {
+    if (value != m_value)
+        delete m_bubble; // it spoke of another number
     m_value = value;
     if (const QString shown = QString::fromStdString(krn::ShowNumber(value, m_format)); shown != text())
         setText(shown);
@@ -39,7 +45,7 @@ void NumberField::Finish()
     if (!entry.value) {
         SetValue(m_value);
         if (!entry.refusal.empty())
-            Refuse(entry.refusal);
+            Refuse(QString::fromStdString(entry.refusal));
         return;
     }
     SetValue(*entry.value);
@@ -47,35 +53,53 @@ void NumberField::Finish()
         emit entered(*entry.value);
 }
 
-void NumberField::Refuse(const std::string& why)
+void NumberField::Refuse(const QString& why)
 {
-    setProperty(kRefusedProperty, true);
-    update();
-    delete m_bubble;
-    m_bubble = new RefusalBubble(*this, QString::fromStdString(why));
+    DropRefusal();
+    if (hasFocus()) {
+        m_bubble = new RefusalBubble(*this, why);
+        return;
+    }
+    m_leftWith = why;
+    QTimer::singleShot(0, this, &NumberField::ComeBack);
 }
 
-void NumberField::Accept()
+void NumberField::ComeBack()
 {
-    setProperty(kRefusedProperty, false);
-    update();
+    const QWidget* panel = this;
+    while (panel->parentWidget() != nullptr && qobject_cast<const QDockWidget*>(panel) == nullptr)
+        panel = panel->parentWidget();
+    const QWidget* now = QApplication::focusWidget();
+    if (m_leftWith.isEmpty() || !isVisible() || (now != nullptr && !panel->isAncestorOf(now))) {
+        DropRefusal(); // the user went elsewhere
+        return;
+    }
+    setFocus(Qt::OtherFocusReason);
+    selectAll();
+    m_bubble = new RefusalBubble(*this, std::exchange(m_leftWith, {}));
+}
+
+void NumberField::DropRefusal()
+{
     delete m_bubble;
+    if (const QString why = std::exchange(m_leftWith, {}); !why.isEmpty())
+        Tell(*this, QStringLiteral("Nicht übernommen: ") + why); // it has not been read yet
 }
 
 void NumberField::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Escape && (isModified() || m_bubble)) {
         SetValue(m_value);
-        Accept();
+        DropRefusal();
         selectAll();
         return;
     }
-    QLineEdit::keyPressEvent(event);
+    TextField::keyPressEvent(event);
 }
 
 void NumberField::focusInEvent(QFocusEvent* event)
 {
-    QLineEdit::focusInEvent(event);
+    TextField::focusInEvent(event);
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
         selectAll();
     emit focused();

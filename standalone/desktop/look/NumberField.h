@@ -3,17 +3,18 @@
 #pragma once
 
 #include "desktop/look/RefusalBubble.h"
+#include "desktop/look/TextField.h"
 #include "krn/NumberEntry.h"
 
-#include <QLineEdit>
 #include <QPointer>
 
 namespace desktop
 {
 
 /// A number outside of masks that behaves like one in a mask: shown rounded in the user's unit; Enter, Tab and leaving
-/// finish the entry, Esc gives it up; a refused one is taken back and the reason shown at the field.
-class NumberField : public QLineEdit
+/// finish the entry, Esc gives it up; a refused one is taken back, and the reason shown at the field as long as it
+/// keeps the focus. Leaving with a refused entry brings the focus back, unless it went to another panel.
+class NumberField : public TextField
 {
     Q_OBJECT
 
@@ -23,6 +24,8 @@ class NumberField : public QLineEdit
     const krn::NumberFormat& Format() const { return m_format; }
     void SetValue(double value);
     const RefusalBubble* Refusal() const { return m_bubble; }
+    /// The field shows something else from now on: another vehicle, another case.
+    void DropRefusal();
 
   signals:
     /// A number of the field's unit within its range, other than the one shown.
@@ -35,12 +38,13 @@ class NumberField : public QLineEdit
 
   private:
     void Finish();
-    void Refuse(const std::string& why);
-    void Accept();
+    void Refuse(const QString& why);
+    void ComeBack();
 
     krn::NumberFormat m_format;
     double m_value = 0.0;
     QPointer<RefusalBubble> m_bubble;
+    QString m_leftWith; ///< why the entry was refused with which the focus went
 };
 
 } // namespace desktop

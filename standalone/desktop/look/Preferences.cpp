@@ -17,6 +17,7 @@ constexpr const char* kScheme = "scheme";
 constexpr const char* kFontScale = "fontScale";
 constexpr const char* kGeometry = "geometry";
 constexpr const char* kDocks = "docks";
+constexpr const char* kScreens = "screens";
 constexpr const char* kDark = "dark";
 
 } // namespace
@@ -32,13 +33,16 @@ Preferences Preferences::Load(const QString& path)
     Preferences loaded;
     if (path.isEmpty())
         return loaded;
-    const QSettings file(path, QSettings::IniFormat);
+    QSettings file(path, QSettings::IniFormat);
     loaded.scheme = file.value(kScheme).toString() == QLatin1String(kDark) ? Scheme::dark : Scheme::light;
     const double scale = file.value(kFontScale, 1.0).toDouble();
     if (scale >= kSmallestFontScale && scale <= kLargestFontScale)
         loaded.fontScale = scale;
-    loaded.geometry = file.value(kGeometry).toByteArray();
-    loaded.docks = file.value(kDocks).toByteArray();
+    loaded.layout = {file.value(kGeometry).toByteArray(), file.value(kDocks).toByteArray()};
+    file.beginGroup(kScreens);
+    for (const QString& size : file.childGroups())
+        loaded.ofScreen[size] = {file.value(size + QLatin1Char('/') + QLatin1String(kGeometry)).toByteArray(),
+                                 file.value(size + QLatin1Char('/') + QLatin1String(kDocks)).toByteArray()};
     return loaded;
 }
 
@@ -49,8 +53,13 @@ bool Preferences::Save(const QString& path) const
     QSettings file(path, QSettings::IniFormat);
     file.setValue(kScheme, scheme == Scheme::dark ? QString::fromLatin1(kDark) : QStringLiteral("light"));
     file.setValue(kFontScale, fontScale);
-    file.setValue(kGeometry, geometry);
-    file.setValue(kDocks, docks);
+    file.setValue(kGeometry, layout.geometry);
+    file.setValue(kDocks, layout.docks);
+    for (auto screen = ofScreen.begin(); screen != ofScreen.end(); ++screen) {
+        const QString group = QStringLiteral("%1/%2/").arg(QLatin1String(kScreens), screen.key());
+        file.setValue(group + QLatin1String(kGeometry), screen->geometry);
+        file.setValue(group + QLatin1String(kDocks), screen->docks);
+    }
     file.sync();
     return file.status() == QSettings::NoError;
 }

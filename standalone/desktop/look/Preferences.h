@@ -7,6 +7,7 @@
 #include "desktop/look/Theme.h"
 
 #include <QByteArray>
+#include <QMap>
 #include <QString>
 
 namespace desktop
@@ -15,8 +16,13 @@ namespace desktop
 struct Preferences {
     Scheme scheme = Scheme::light;
     double fontScale = 1.0; ///< 0.8 to 2
-    QByteArray geometry;    ///< of the main window
-    QByteArray docks;
+    /// Where the main window and its panels are.
+    struct Layout {
+        QByteArray geometry;
+        QByteArray docks;
+    };
+    Layout layout;                  ///< as used last
+    QMap<QString, Layout> ofScreen; ///< by the size of the screen, "1366x768"
 
     /// Those of the file, or defaults for what it does not hold. An empty path gives the defaults.
     static Preferences Load(const QString& path);

@@ -8,7 +8,8 @@
 namespace desktop
 {
 
-/// Says beside a field why its entry was refused. Lies over the field's window and follows the field when it moves.
+/// Says beside a field why its entry was refused. Lies over the field's window, where it hides the least that can be
+/// used, and follows the field when it moves. Goes when the focus goes elsewhere.
 class RefusalBubble : public QWidget
 {
   public:
@@ -24,11 +25,14 @@ class RefusalBubble : public QWidget
 
   private:
     void Place();
+    void GoWithFocus();
+    /// How much of what can be used it would hide at a place.
+    double Hidden(const QRect& place) const;
 
     QPointer<QWidget> m_field;
     QString m_text;
-    bool m_below = true;
-    int m_tip = 0; // x of the point that shows to the field
+    Qt::Edge m_tipEdge = Qt::TopEdge; // of the box, where the point that shows to the field is
+    int m_tip = 0;                    // how far along that edge
 };
 
 } // namespace desktop

@@ -3,6 +3,7 @@
 #include "desktop/look/VehicleIcon.h"
 
 #include "desktop/look/Theme.h"
+#include "host/CRuvData.h"
 
 #include <QPainter>
 #include <QPixmap>
@@ -25,6 +26,20 @@ QIcon VehicleIcon(const CKfzDaten& vehicle)
     QIcon icon(pixmap);
     icon.addPixmap(pixmap, QIcon::Selected); // the colour itself, not mixed with the selection's
     return icon;
+}
+
+QString ShownName(const CKfzDaten& vehicle, int index)
+{
+    return vehicle.name.empty() ? QStringLiteral("Fahrzeug %1").arg(index + 1) : QString::fromStdString(vehicle.name);
+}
+
+std::vector<VehicleMark> VehicleMarks(const CRuvData& data)
+{
+    std::vector<VehicleMark> marks;
+    for (int i = 0; i < static_cast<int>(CRuvData::kFahrzeuge); ++i)
+        if (const CKfzDaten& vehicle = data.KfzDat(static_cast<std::size_t>(i)); vehicle.IsValid())
+            marks.push_back({i, ShownName(vehicle, i), vehicle.color});
+    return marks;
 }
 
 } // namespace desktop

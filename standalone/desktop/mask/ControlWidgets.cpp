@@ -78,11 +78,21 @@ template <class Button> class ButtonControl : public Button, public ControlView
         if (const QString text = QtText(m_control->text); text != this->text()) {
             this->setText(text);
             this->setShortcut(QKeySequence()); // the mask window watches the mnemonics
+            const QString letter = QString::fromStdString(framework::MnemonicOf(m_control->text)).toUpper();
+            QStringList keys;
+            if (!letter.isEmpty())
+                keys << QStringLiteral("Alt+") + letter;
+            if (m_control->defaultButton)
+                keys << QStringLiteral("Eingabetaste");
+            this->setToolTip(keys.join(QStringLiteral(", ")));
         }
         if constexpr (std::is_same_v<Button, QPushButton>) {
             this->setDefault(m_control->defaultButton);
-            this->setCheckable(m_control->check != 0); // pressed in
+            if (m_control->check != 0)
+                this->setCheckable(true); // pressed in
             this->setChecked(m_control->check != 0);
+            if (m_control->check == 0)
+                this->setCheckable(false); // afterwards: this alone would not be painted
         } else {
             if constexpr (std::is_same_v<Button, QCheckBox>)
                 this->setTristate(m_control->check == 2);

@@ -30,7 +30,6 @@ class ControlView
     /// Shows the colours of the vehicles afresh.
     virtual void SyncColors() {}
     /// The entry was refused: marks the field until the next keystroke.
-    virtual void SetRefused(bool) {}
 
     /// The control, or null when its dialog is gone.
     framework::Window* Control() const { return m_control; }

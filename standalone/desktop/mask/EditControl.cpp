@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/mask/EditControl.h"
 
+#include "base/NumberText.h"
 #include "desktop/look/Icons.h"
 #include "desktop/look/Style.h"
 #include "desktop/look/Theme.h"
@@ -145,7 +146,7 @@ class SpinButtons : public QWidget
 };
 
 EditControl::EditControl(Window& control, MaskWindow& mask)
-    : QLineEdit(&mask), ControlView(control, mask),
+    : TextField(&mask), ControlView(control, mask),
       m_spin(new SpinButtons(this, [this](int direction) { return Step(direction); })),
       m_ownedByCheck(FollowsCheckBox(control))
 {
@@ -213,7 +214,10 @@ void EditControl::SyncLook()
 {
     const bool usable = m_control->enabled && !m_control->readOnly;
     m_wasInput = m_wasInput || usable;
-    const bool isResult = m_control->readOnly || (!m_wasInput && !m_ownedByCheck);
+    const CBinding* binding = BindingOf(*m_control);
+    const bool isResult = binding != nullptr && binding->Spec() != nullptr
+                              ? binding->Role() == FieldRole::result
+                              : m_control->readOnly || (!m_wasInput && !m_ownedByCheck);
     const FieldLook look = usable ? FieldLook::input : isResult ? FieldLook::result : FieldLook::disabled;
 
     // A result stays enabled for Qt, so that its text can be selected and copied.
@@ -261,12 +265,8 @@ void EditControl::Sync()
         if (hasFocus() && !m_control->modified)
             selectAll();
     }
-}
-
-void EditControl::SetRefused(bool refused)
-{
-    setProperty(kRefusedProperty, refused);
-    update();
+    if (!m_control->modified)
+        setModified(false); // also when it reads as it was typed
 }
 
 bool EditControl::Step(int direction)
@@ -276,6 +276,29 @@ bool EditControl::Step(int direction)
     InputResult result = InputResult::disabled;
     m_mask.Act([&] { result = framework::Step(*m_control, direction); });
     return result == InputResult::done && m_control != nullptr;
+}
+
+QString EditControl::Tip() const
+{
+    QString tip = QString::fromStdString(krn::LabelOf(*m_control));
+    const QString unit = QString::fromStdString(krn::UnitOf(*m_control));
+    const auto* number = dynamic_cast<const CEditDouble*>(BindingOf(*m_control));
+    if (number != nullptr && !isReadOnly()) {
+        const auto shown = [number](double bound) {
+            const auto& units = UnitsSystemConfiguration::GetInstance();
+            return QString::fromStdString(
+                base::FormatNumber(number->Unit() ? units.ToShown(bound, *number->Unit()) : bound, number->Decimals()));
+        };
+        tip += QStringLiteral(": %1 bis %2").arg(shown(number->Minimum()), shown(number->Maximum()));
+    }
+    return unit.isEmpty() ? tip : tip + QLatin1Char(' ') + unit;
+}
+
+bool EditControl::event(QEvent* event)
+{
+    if (event->type() == QEvent::ToolTip && m_control != nullptr)
+        setToolTip(Tip());
+    return TextField::event(event);
 }
 
 void EditControl::keyPressEvent(QKeyEvent* event)
@@ -297,7 +320,7 @@ void EditControl::keyPressEvent(QKeyEvent* event)
         }
         return;
     default:
-        QLineEdit::keyPressEvent(event);
+        TextField::keyPressEvent(event);
     }
 }
 

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "desktop/look/TextField.h"
 #include "desktop/mask/ControlWidgets.h"
-
-#include <QLineEdit>
 
 class QToolButton;
 
@@ -14,7 +13,7 @@ namespace desktop
 class SpinButtons;
 
 /// An edit with its spinner. Leaving it by mouse or Tab finishes the entry; Enter is the mask window's.
-class EditControl : public QLineEdit, public ControlView
+class EditControl : public TextField, public ControlView
 {
   public:
     EditControl(framework::Window& control, MaskWindow& mask);
@@ -22,9 +21,9 @@ class EditControl : public QLineEdit, public ControlView
     QWidget* Widget() override { return this; }
     void Sync() override;
     void SyncColors() override;
-    void SetRefused(bool refused) override;
 
   protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -39,6 +38,8 @@ class EditControl : public QLineEdit, public ControlView
     void TakeFromSource();
     void FinishOnLeaving();
     void SyncLook();
+    /// What the field takes, in the units in force.
+    QString Tip() const;
 
     SpinButtons* m_spin;
     QAction* m_source = nullptr; // runs the mask that can find the value

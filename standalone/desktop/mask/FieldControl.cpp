@@ -244,7 +244,8 @@ void FieldControl::keyPressEvent(QKeyEvent* event)
 {
     const framework::KeyPress press = KeyPressOf(*event);
     InputResult result = InputResult::unused;
-    if (m_control != nullptr && m_control->tabStop && (press.key != 0 || press.character != 0))
+    if (m_control != nullptr && m_control->tabStop && (press.key != 0 || press.character != 0) &&
+        event->modifiers() != Qt::AltModifier)
         m_mask.Act([&] { result = framework::Key(*m_control, press); });
     if (result != InputResult::done)
         QWidget::keyPressEvent(event);

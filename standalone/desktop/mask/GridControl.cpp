@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desktop/mask/GridControl.h"
 
+#include "desktop/look/TextField.h"
 #include "desktop/mask/MaskWindow.h"
 #include "framework/UserInput.h"
 #include "krn/ControlMeaning.h"
@@ -110,7 +111,7 @@ class GridControl::Delegate : public QStyledItemDelegate
 
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&, const QModelIndex& index) const override
     {
-        auto* editor = new QLineEdit(parent);
+        auto* editor = new TextField(parent);
         editor->setFrame(false);
         editor->setAlignment(static_cast<Qt::Alignment>(index.data(Qt::TextAlignmentRole).toInt()));
         const QPersistentModelIndex cell(index);

@@ -24,12 +24,15 @@ namespace
 {
 
 constexpr const char* kPages = ":/masks";
+constexpr const char* kScenePage = ":/desk/szene.md";
 constexpr int kCodeProperty = QTextFormat::UserProperty + 1; // a line of code that was found as such
 constexpr double kLineHeight = 108.0;                        // percent
 
 /// Path of a mask's page, empty when it has none.
 QString PagePath(UINT number)
 {
+    if (number == HelpPane::kScene)
+        return QString::fromLatin1(kScenePage);
     const QStringList names = QDir(QString::fromLatin1(kPages)).entryList({QStringLiteral("%1-*.md").arg(number)});
     return names.isEmpty() ? QString() : QString::fromLatin1(kPages) + QLatin1Char('/') + names.front();
 }
@@ -37,6 +40,8 @@ QString PagePath(UINT number)
 /// The number a page's file name begins with, 0 for none.
 UINT NumberOf(const QString& fileName)
 {
+    if (QString::fromLatin1(kScenePage).endsWith(QLatin1Char('/') + fileName))
+        return HelpPane::kScene;
     return fileName.section(QLatin1Char('-'), 0, 0).toUInt();
 }
 
@@ -73,6 +78,31 @@ QString HelpPane::PageText(UINT number)
 
 void HelpPane::ShowPage(UINT number)
 {
+    if (m_visited.empty() || m_visited[m_place] != number) {
+        m_visited.resize(m_visited.empty() ? 0 : m_place + 1);
+        m_visited.push_back(number);
+    }
+    Go(m_visited.size() - 1);
+}
+
+void HelpPane::backward()
+{
+    if (m_place > 0)
+        Go(m_place - 1);
+}
+
+void HelpPane::forward()
+{
+    if (m_place + 1 < m_visited.size())
+        Go(m_place + 1);
+}
+
+void HelpPane::Go(std::size_t place)
+{
+    m_place = place;
+    emit backwardAvailable(m_place > 0);
+    emit forwardAvailable(m_place + 1 < m_visited.size());
+    const UINT number = m_visited[m_place];
     const QString text = PageText(number);
     m_page = text.isEmpty() ? 0 : number;
     ShowMarkdown(text.isEmpty() ? ListOfPages() : text);
@@ -80,7 +110,7 @@ void HelpPane::ShowPage(UINT number)
 
 QString HelpPane::ListOfPages() const
 {
-    QString text = QStringLiteral("# Hilfe zu den Masken\n\n");
+    QString text = QStringLiteral("# Hilfe\n\n- [Die Szene](szene.md)\n");
     for (const MaskEntry& mask : MaskTable()) {
         const QString title = QString::fromUtf8(mask.title).trimmed();
         if (const QString path = PagePath(mask.number); !path.isEmpty())
@@ -173,8 +203,8 @@ QVariant HelpPane::loadResource(int type, const QUrl& name)
 void HelpPane::changeEvent(QEvent* event)
 {
     QTextBrowser::changeEvent(event);
-    if (event->type() == QEvent::StyleChange && !document()->isEmpty())
-        ShowPage(m_page);
+    if (event->type() == QEvent::StyleChange && !m_visited.empty())
+        Go(m_place);
 }
 
 } // namespace desktop

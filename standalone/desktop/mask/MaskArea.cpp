@@ -6,12 +6,15 @@
 #include "desktop/mask/MaskWindow.h"
 #include "framework/UserInput.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QScrollArea>
 #include <QStyle>
 
 #include <algorithm>
+#include <limits>
 
 namespace desktop
 {
@@ -31,13 +34,21 @@ constexpr Hint kHints[] = {
 
 } // namespace
 
-MaskFrame::MaskFrame(MaskWindow& mask) : m_mask(&mask)
+MaskFrame::MaskFrame(MaskWindow& mask) : m_mask(&mask), m_scroll(new QScrollArea)
 {
     setAttribute(Qt::WA_DeleteOnClose, false);
     setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
-    setWidget(&mask);
-    setWindowTitle(mask.windowTitle());
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setWidgetResizable(mask.IsDrawing());
+    m_scroll->setWidget(&mask);
+    setWidget(m_scroll);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (now != nullptr && m_mask->isAncestorOf(now))
+            m_scroll->ensureWidgetVisible(now, Spacing(), Spacing());
+    });
+    ShowTitle();
     setSystemMenu(nullptr); // title bar and keys do all it offers
     // A click beside the controls, or on a button, leaves the focus where it is: the framework moves it.
     setFocusPolicy(Qt::NoFocus);
@@ -45,12 +56,17 @@ MaskFrame::MaskFrame(MaskWindow& mask) : m_mask(&mask)
     connect(&mask, &MaskWindow::dialogChanged, this, &MaskFrame::Follow);
 }
 
+void MaskFrame::ShowTitle()
+{
+    setWindowTitle(QStringLiteral("%1  %2").arg(m_mask->Number()).arg(m_mask->windowTitle()));
+}
+
 void MaskFrame::Follow()
 {
     const framework::Window* dialog = m_mask->Dialog();
     if (dialog == nullptr)
         return;
-    setWindowTitle(m_mask->windowTitle());
+    ShowTitle();
     const QScopedValueRollback following(m_following, true);
     if (!dialog->visible) {
         hide();
@@ -63,8 +79,31 @@ void MaskFrame::Follow()
             showNormal();
     else if (isHidden())
         show();
-    if (!isMinimized() && !m_mask->IsDrawing())
-        adjustSize();
+    if (!isMinimized() && !m_mask->IsDrawing() && FullSize() != m_full && mdiArea() != nullptr)
+        FitInto(mdiArea()->viewport()->size());
+}
+
+QSize MaskFrame::FullSize() const
+{
+    return (m_mask->IsDrawing() ? m_mask->sizeHint() : m_mask->size()).grownBy(contentsMargins());
+}
+
+void MaskFrame::FitInto(const QSize& room)
+{
+    if (isMinimized() || isMaximized())
+        return;
+    QSize size = m_mask->IsDrawing() && !m_full.isEmpty() ? this->size() : FullSize();
+    m_full = FullSize();
+    if (!m_mask->IsDrawing()) {
+        // A scroll bar takes room on the other side.
+        const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+        const QSize lacks = size - room;
+        setMaximumSize(m_full + QSize(lacks.height() > 0 ? bar : 0, lacks.width() > 0 ? bar : 0));
+        size = maximumSize();
+    }
+    resize(size.boundedTo(room));
+    move(std::clamp(x(), 0, std::max(0, room.width() - width())),
+         std::clamp(y(), 0, std::max(0, room.height() - height())));
 }
 
 void MaskFrame::changeEvent(QEvent* event)
@@ -118,7 +157,15 @@ MaskFrame* MaskArea::FrameOf(const MaskWindow& mask) const
     return nullptr;
 }
 
-/// The first place at which a frame of this size covers no other, row by row; otherwise a little below the last one.
+void MaskArea::resizeEvent(QResizeEvent* event)
+{
+    QMdiArea::resizeEvent(event);
+    for (MaskFrame* frame : Frames())
+        frame->FitInto(viewport()->size());
+}
+
+/// The first place at which a frame of this size covers no other, row by row; otherwise the one where it covers the
+/// least, and of the buttons of others least of all.
 QPoint MaskArea::FreePlace(const QSize& size) const
 {
     const int gap = Spacing();
@@ -142,22 +189,48 @@ QPoint MaskArea::FreePlace(const QSize& size) const
                 std::none_of(taken.begin(), taken.end(), [&](const QRect& rect) { return rect.intersects(place); }))
                 return place.topLeft();
         }
+    std::vector<QRect> buttons;
+    for (const MaskFrame* frame : Frames())
+        if (!frame->isMinimized() && frame->isVisible())
+            for (ControlView* view : frame->Mask()->Views())
+                if (view->Control()->kind == framework::Kind::button && !view->Widget()->isHidden())
+                    buttons.emplace_back(view->Widget()->mapTo(viewport(), QPoint(0, 0)), view->Widget()->size());
+    const auto covered = [](const std::vector<QRect>& rects, const QRect& place) {
+        double area = 0.0;
+        for (const QRect& rect : rects) {
+            const QRect part = rect & place;
+            area += static_cast<double>(part.width()) * part.height();
+        }
+        return area;
+    };
+    constexpr double kButtonsCount = 1000.0; // as much as so much of the rest
     const int step = 4 * gap;
-    const int count = static_cast<int>(taken.size()) % 8;
-    return {gap + count * step, gap + count * step};
+    QPoint best(gap, gap);
+    double least = std::numeric_limits<double>::max();
+    for (int y = gap; y <= std::max(gap, room.height() - size.height()); y += step)
+        for (int x = gap; x <= std::max(gap, room.width() - size.width()); x += step) {
+            const QRect place(QPoint(x, y), size);
+            const double cost = kButtonsCount * covered(buttons, place) + covered(taken, place);
+            if (cost < least) {
+                least = cost;
+                best = {x, y};
+            }
+        }
+    return best;
 }
 
 void MaskArea::Add(MaskWindow& mask)
 {
     auto* frame = new MaskFrame(mask);
-    frame->resize(frame->sizeHint());
-    const QPoint place = FreePlace(frame->size());
     addSubWindow(frame);
-    frame->adjustSize();
+    const int gap = Spacing();
+    emit roomWanted(frame->FullSize() + QSize(2 * gap, 2 * gap));
+    const QSize room = viewport()->size() - QSize(2 * gap, 2 * gap);
+    const QPoint place = FreePlace(frame->FullSize().boundedTo(room));
     frame->move(place);
+    frame->FitInto(viewport()->size());
     if (mask.IsDrawing()) { // as large as there is room
-        const int gap = Spacing();
-        frame->resize(frame->size().boundedTo(viewport()->size() - QSize(2 * gap, 2 * gap)));
+        frame->resize(frame->FullSize().boundedTo(room));
         frame->move(std::min(place.x(), viewport()->width() - gap - frame->width()),
                     std::min(place.y(), viewport()->height() - gap - frame->height()));
     }
@@ -198,11 +271,13 @@ void MaskArea::Tile()
     for (MaskFrame* frame : Frames()) {
         if (frame->isMinimized() || !frame->isVisible())
             continue;
+        frame->FitInto(viewport()->size());
         if (at.x() > gap && at.x() + frame->width() + gap > viewport()->width()) {
             at = QPoint(gap, at.y() + rowHeight + gap);
             rowHeight = 0;
         }
-        frame->move(at);
+        // Below the last row a frame would lie outside.
+        frame->move(at.x(), std::clamp(at.y(), 0, std::max(0, viewport()->height() - frame->height())));
         at.rx() += frame->width() + gap;
         rowHeight = std::max(rowHeight, frame->height());
     }

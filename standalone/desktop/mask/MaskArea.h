@@ -11,12 +11,15 @@
 
 #include <vector>
 
+class QScrollArea;
+
 namespace desktop
 {
 
 class MaskWindow;
 
-/// The frame of a mask: fixed in size, can be minimised.
+/// The frame of a mask: as large as the mask where there is room, otherwise the mask is scrolled in it. Can be
+/// minimised.
 class MaskFrame : public QMdiSubWindow
 {
     Q_OBJECT
@@ -26,13 +29,21 @@ class MaskFrame : public QMdiSubWindow
 
     MaskWindow* Mask() const { return m_mask; }
     void Follow();
+    /// With all of the mask.
+    QSize FullSize() const;
+    /// As large as it may be in the area, and inside of it.
+    void FitInto(const QSize& room);
 
   protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    void ShowTitle();
+
     MaskWindow* m_mask;
+    QScrollArea* m_scroll;
+    QSize m_full; ///< that the frame was fitted to
     bool m_following = false;
 };
 
@@ -49,6 +60,8 @@ class MaskArea : public QMdiArea
     /// The active mask, or null.
     MaskWindow* Active() const;
     std::vector<MaskFrame*> Frames() const;
+    /// The frame of a mask, or null.
+    MaskFrame* FrameOf(const MaskWindow& mask) const;
 
     /// Arranges the frames that are not minimised side by side, each in its own size.
     void Tile();
@@ -64,13 +77,15 @@ class MaskArea : public QMdiArea
 
   signals:
     void masksChanged();
+    /// A mask is to be shown that needs a frame of this size.
+    void roomWanted(const QSize& frame);
 
   protected:
+    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    MaskFrame* FrameOf(const MaskWindow& mask) const;
     QPoint FreePlace(const QSize& size) const;
 };
 

@@ -192,7 +192,6 @@ void MaskWindow::ShowRefusal(Window& control, const framework::ShownMessage& why
     ControlView* view = ViewOf(control);
     if (view == nullptr)
         return;
-    view->SetRefused(true);
     m_bubble = new RefusalBubble(*view->Widget(), QString::fromStdString(why.text));
     view->Widget()->setAccessibleDescription(m_bubble->Text());
 }
@@ -202,10 +201,8 @@ void MaskWindow::HideRefusal()
     if (m_bubble == nullptr)
         return;
     for (ControlView* view : m_views)
-        if (view->Widget() == m_bubble->Field()) {
-            view->SetRefused(false);
+        if (view->Widget() == m_bubble->Field())
             view->Widget()->setAccessibleDescription({});
-        }
     delete m_bubble;
 }
 

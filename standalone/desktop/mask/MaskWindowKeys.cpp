@@ -26,14 +26,6 @@ using framework::Window;
 namespace
 {
 
-/// Undo and redo belong to the case unless something was typed into the field that can be taken back.
-bool IsCaseHistoryKey(const QKeyEvent& key, const QObject* object)
-{
-    const auto* edit = qobject_cast<const QLineEdit*>(object);
-    return edit != nullptr && ((key.matches(QKeySequence::Undo) && !edit->isUndoAvailable()) ||
-                               (key.matches(QKeySequence::Redo) && !edit->isRedoAvailable()));
-}
-
 bool IsModifier(int key)
 {
     return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_Meta ||
@@ -208,10 +200,6 @@ bool MaskWindow::eventFilter(QObject* object, QEvent* event)
     const auto& key = static_cast<QKeyEvent&>(*event);
     const auto found =
         std::find_if(m_views.begin(), m_views.end(), [&](ControlView* view) { return view->Widget() == object; });
-    if (event->type() == QEvent::ShortcutOverride && IsCaseHistoryKey(key, object)) {
-        event->ignore();
-        return true;
-    }
     const auto action = KeyAction(key, found == m_views.end() ? nullptr : *found);
     if (event->type() == QEvent::KeyPress && !IsModifier(key.key()))
         HideRefusal();

@@ -4,13 +4,12 @@
 
 #include "base/ProgramVersion.h"
 #include "desktop/look/Theme.h"
-#include "drawing/DrawingExport.h"
+#include "desktop/mask/ProtocolDrawings.h"
 #include "report/ProtocolHtml.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
 #include <QGuiApplication>
-#include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
@@ -19,10 +18,11 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextLayout>
-#include <QUrl>
+#include <QTextTable>
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 namespace desktop
@@ -30,73 +30,162 @@ namespace desktop
 namespace
 {
 
-constexpr double kPictureScale = 3.0; // picture pixels per pixel of a diagram in documents
-constexpr int kResolution = 300;      // dots per inch of a PDF
-constexpr double kMargin = 20.0;      // mm
-constexpr double kFootHeight = 24.0;  // dots of the screen
+constexpr int kResolution = 300;     // dots per inch of a PDF
+constexpr double kMargin = 20.0;     // mm
+constexpr double kFootHeight = 24.0; // dots of the screen
 constexpr double kFootPoints = 7.5;
 
-/// The protocol as a text document with its pictures.
-std::unique_ptr<QTextDocument> Typeset(const report::Protocol& protocol, double textWidth)
+/// What keeps together that a page's end would part: from a block on, a new page.
+struct PageEnd {
+    int block;
+    double room; ///< left on the page before it, of a row of a table; negative for a block outside of tables
+};
+
+/// A row of a table cannot begin a page: what stands in it is moved down to where the page begins.
+void PushRow(QTextTable& table, int row, double room)
 {
+    for (int column = 0; column < table.columns(); ++column) {
+        QTextTableCell cell = table.cellAt(row, column);
+        QTextTableCellFormat format = cell.format().toTableCellFormat();
+        if (cell.column() != column)
+            continue; // one cell over several columns
+        format.setTopPadding(format.topPadding() + room);
+        cell.setFormat(format);
+    }
+}
+
+QTextTable* TableOf(const QTextBlock& block)
+{
+    return QTextCursor(block).currentTable();
+}
+
+/// The protocol as a text document with its pictures.
+std::unique_ptr<QTextDocument> Typeset(const report::Protocol& protocol, QSizeF page, const std::vector<PageEnd>& ends)
+{
+    constexpr double kMostOfPage = 0.9; // that a drawing fills
     auto document = std::make_unique<QTextDocument>();
     QFont font = TextFont();
     font.setPointSizeF(10.0);
     document->setDefaultFont(font);
     document->setMetaInformation(QTextDocument::DocumentTitle, QString::fromStdString(protocol.title));
-    std::string html = report::ProtocolHtml(protocol, report::HtmlPictures::named);
-    for (std::size_t i = 0; i < protocol.pictures.size(); ++i) {
-        const CDC& drawing = protocol.pictures[i].drawing;
-        const std::string name = "diagram-" + std::to_string(i);
-        const std::string png = drawing::ToPng(drawing, kPictureScale);
-        document->addResource(QTextDocument::ImageResource, QUrl(QString::fromStdString(name)),
-                              QImage::fromData(QByteArray::fromStdString(png), "PNG"));
-        const std::string mark = "src=\"" + name + "\"";
-        const int width = static_cast<int>(std::min(drawing.Width(), textWidth));
-        html.replace(html.find(mark), mark.size(), mark + " width=\"" + std::to_string(width) + "\"");
+    document->setHtml(QString::fromStdString(report::ProtocolHtml(protocol, report::HtmlPictures::named)));
+    new ProtocolDrawings(*document, protocol, {page.width(), kMostOfPage * page.height()}); // belongs to the document
+    // Before the document is laid out: changed afterwards, it may lose lines.
+    for (const PageEnd& end : ends) {
+        const QTextBlock block = document->findBlockByNumber(end.block);
+        if (end.room >= 0.0) {
+            QTextTable* table = TableOf(block);
+            PushRow(*table, table->cellAt(block.position()).row(), end.room);
+            continue;
+        }
+        QTextBlockFormat format = block.blockFormat();
+        format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+        QTextCursor(block).setBlockFormat(format);
     }
-    document->setHtml(QString::fromStdString(html));
+    document->setDocumentMargin(0.0);
+    document->setPageSize(page);
+    document->pageCount(); // lays out all of it
     return document;
 }
 
-/// The first heading from block `first` on that stands at the foot of a page without the text it is for; -1 for none.
-int LoneHeading(const QTextDocument& document, double pageHeight, int first)
+/// Finds where the end of a page parts what belongs together.
+class PageEnds
 {
-    // A block may begin at the foot of a page and its first line on the next one, at its edge but for rounding.
-    const auto pageOf = [&](const QTextBlock& block) {
-        const double top = document.documentLayout()->blockBoundingRect(block).top();
-        const QTextLayout& layout = *block.layout();
-        return std::floor((top + (layout.lineCount() > 0 ? layout.lineAt(0).y() : 0.0) + 0.5) / pageHeight);
-    };
-    for (QTextBlock block = document.findBlockByNumber(first); block.isValid(); block = block.next()) {
-        const QTextBlock next = block.next();
-        if (block.blockFormat().headingLevel() != 0 && next.isValid() && pageOf(block) != pageOf(next))
-            return block.blockNumber();
+  public:
+    PageEnds(const QTextDocument& document, double height) : m_document(document), m_height(height) {}
+
+    /// The first such place from block `first` on.
+    std::optional<PageEnd> First(int first) const
+    {
+        for (QTextBlock block = m_document.findBlockByNumber(first); block.isValid(); block = block.next()) {
+            QTextTable* table = TableOf(block);
+            if (table == nullptr) {
+                if (block.blockFormat().headingLevel() != 0 && block.next().isValid() && IsAlone(block))
+                    return PageEnd{block.blockNumber(), -1.0};
+                continue;
+            }
+            const QTextTableCell cell = table->cellAt(block.position());
+            if (cell.column() != 0 || block != cell.firstCursorPosition().block())
+                continue;
+            const Extent row = ExtentOf(*table, cell.row());
+            const bool lead = IsLead(*table, cell.row()) && PageOf(row.top) != PageOf(EndOfLead(*table, cell.row()));
+            const double room = (PageOf(row.top) + 1.0) * m_height - row.top;
+            if ((lead || PageOf(row.top) != PageOf(row.bottom)) && room < m_height - 1.0)
+                return PageEnd{block.blockNumber(), room};
+        }
+        return std::nullopt;
     }
-    return -1;
-}
+
+  private:
+    struct Extent {
+        double top;
+        double bottom;
+    };
+
+    // A block may begin at the foot of a page and its first line on the next one, at its edge but for rounding.
+    double PageOf(double y) const { return std::floor((y + 0.5) / m_height); }
+
+    Extent ExtentOf(const QTextBlock& block) const
+    {
+        const double top = m_document.documentLayout()->blockBoundingRect(block).top();
+        const QTextLayout& layout = *block.layout();
+        if (layout.lineCount() == 0)
+            return {top, top};
+        const QTextLine last = layout.lineAt(layout.lineCount() - 1);
+        return {top + layout.lineAt(0).y(), top + last.y() + last.height() - 2.0};
+    }
+
+    Extent ExtentOf(const QTextTable& table, int row) const
+    {
+        Extent extent{1e9, 0.0};
+        for (int column = 0; column < table.columns(); ++column) {
+            const QTextTableCell cell = table.cellAt(row, column);
+            for (QTextBlock block = cell.firstCursorPosition().block();
+                 block.isValid() && block.position() <= cell.lastPosition(); block = block.next()) {
+                const Extent own = ExtentOf(block);
+                extent = {std::min(extent.top, own.top), std::max(extent.bottom, own.bottom)};
+            }
+        }
+        return extent;
+    }
+
+    /// A row that is for those below it: the head, the name of a group.
+    static bool IsLead(const QTextTable& table, int row)
+    {
+        return row + 1 < table.rows() && (row == 0 || table.cellAt(row, 0).columnSpan() == table.columns());
+    }
+
+    /// The end of the first row that a lead is for.
+    double EndOfLead(const QTextTable& table, int row) const
+    {
+        while (IsLead(table, row))
+            ++row;
+        return ExtentOf(table, row).bottom;
+    }
+
+    bool IsAlone(const QTextBlock& heading) const
+    {
+        const QTextBlock next = heading.next();
+        const QTextTable* table = TableOf(next);
+        const double end = table == nullptr ? ExtentOf(next).top : EndOfLead(*table, 0);
+        return PageOf(ExtentOf(heading).top) != PageOf(end);
+    }
+
+    const QTextDocument& m_document;
+    double m_height;
+};
 
 } // namespace
 
 std::unique_ptr<QTextDocument> ProtocolOnPages(const report::Protocol& protocol, QSizeF page)
 {
-    std::vector<int> breaks;
+    std::vector<PageEnd> ends;
     for (;;) {
-        auto document = Typeset(protocol, page.width());
-        // Before the document is laid out: changed afterwards, it may lose lines.
-        for (const int number : breaks) {
-            const QTextBlock block = document->findBlockByNumber(number);
-            QTextBlockFormat format = block.blockFormat();
-            format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
-            QTextCursor(block).setBlockFormat(format);
-        }
-        document->setDocumentMargin(0.0);
-        document->setPageSize(page);
-        document->pageCount(); // lays out all of it
-        const int lone = LoneHeading(*document, page.height(), breaks.empty() ? 0 : breaks.back() + 1);
-        if (lone < 0)
+        auto document = Typeset(protocol, page, ends);
+        const auto end = PageEnds(*document, page.height()).First(ends.empty() ? 0 : ends.back().block + 1);
+        if (!end)
             return document;
-        breaks.push_back(lone);
+        ends.push_back(*end);
     }
 }
 

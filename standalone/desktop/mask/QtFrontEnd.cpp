@@ -283,8 +283,10 @@ void QtFrontEnd::ShowHelp(UINT dialogId)
     emit helpWanted(dialogId);
 }
 
-void QtFrontEnd::MessagePosted(const Window*, const MSG&)
+void QtFrontEnd::MessagePosted(const Window*, const MSG& message)
 {
+    if (message.message == WM_RUV_MASKTRANSFERRED)
+        emit transferred(static_cast<int>(message.wParam));
     if (std::exchange(m_settling, true))
         return;
     QMetaObject::invokeMethod(this, &QtFrontEnd::Settle, Qt::QueuedConnection);

@@ -61,6 +61,8 @@ class QtFrontEnd : public QObject, public framework::FrontEnd
     void helpWanted(UINT dialogId);
     void caseChanged();
     void sceneChanged();
+    /// A mask wrote phases of the vehicle (its index, -1 for none) into the case.
+    void transferred(int vehicle);
     /// A mask has handled what the user did to it.
     void acted();
     /// Long work is going on (what, and how much of it is done: 0 to 1), or has ended.

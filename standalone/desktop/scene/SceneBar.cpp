@@ -96,6 +96,9 @@ void SceneBar::AddField(Number number)
 
 void SceneBar::Show(const scene::SceneItem* item)
 {
+    if ((item != nullptr) != m_has || (m_has && !(item->id == m_item.id)))
+        for (NumberField* field : m_fields)
+            field->DropRefusal();
     m_has = item != nullptr;
     m_item = m_has ? *item : scene::SceneItem{};
     const double values[kNumbers] = {m_item.pose.position.x / kCmProM, m_item.pose.position.y / kCmProM,

@@ -140,6 +140,19 @@ void SceneCanvas::Select(const std::optional<scene::SceneId>& id)
     emit selectionChanged();
 }
 
+void SceneCanvas::SelectVehicle(std::size_t vehicle)
+{
+    const auto isOfIt = [vehicle](const scene::SceneId& id) {
+        return scene::BelongsToVehicle(id) && id.vehicle == vehicle;
+    };
+    if (m_hanging || m_drag || (m_selected && isOfIt(*m_selected)))
+        return;
+    const auto& items = Scene().items;
+    const auto item = std::find_if(items.begin(), items.end(), [&](const auto& i) { return isOfIt(i.id); });
+    if (item != items.end())
+        Select(item->id);
+}
+
 bool SceneCanvas::Apply(const scene::SceneItem& item)
 {
     const bool placed = scene::PlaceItem(m_document.Data(), item);

@@ -40,6 +40,8 @@ class SceneCanvas : public QWidget
     /// What hangs at the cursor, or else the selected item; null for neither.
     const scene::SceneItem* Shown();
     void Select(const std::optional<scene::SceneId>& id);
+    /// Something of the vehicle, if it stands in the scene and nothing of it is selected yet.
+    void SelectVehicle(std::size_t vehicle);
     /// Moves an item to its pose: one step that can be undone.
     bool Place(const scene::SceneItem& item);
     void Remove(const scene::SceneId& id);

@@ -5,11 +5,16 @@
 #include "tests/desktop/DesktopFixture.h"
 #include "tests/desktop/XServer.h"
 
+#include "desktop/CasePanels.h"
+#include "desktop/case/PathTimeTable.h"
+#include "desktop/case/VehicleEditor.h"
+#include "desktop/look/NumberField.h"
 #include "desktop/look/RefusalBubble.h"
 #include "desktop/mask/QuickOpener.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QTableView>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -127,6 +132,50 @@ TEST_F(RealKeysTest, ACaseIsSavedAndOpenedAgain)
     EXPECT_TRUE(Comes([&] { return document.Data().KfzDat(0).mass == 1300.0; }));
 }
 
+TEST_F(RealKeysTest, PanelsTakeKeysAsMasksDo)
+{
+    const desktop::CasePanels panels = desktop::AddCasePanels(window, document);
+    desktop::NumberField& length = panels.vehicles->Field(&CKfzDaten::length);
+    document.New();
+    length.setFocus();
+    Do(QStringList{"key", "ctrl+a"} + Text("4,25"));
+    Do({"key", "Return"});
+    EXPECT_TRUE(Comes([&] { return document.Data().KfzDat(0).length == 4.25 && window.isWindowModified(); }));
+    Open(400);
+    EXPECT_TRUE(window.isWindowModified());
+    window.CloseMasks();
+    QApplication::processEvents();
+    EXPECT_TRUE(window.isWindowModified());
+    length.setFocus();
+    Do({"key", "ctrl+z"});
+    EXPECT_TRUE(Comes([&] { return document.Data().KfzDat(0).length == 4.5; }));
+    Do({"key", "ctrl+y"});
+    EXPECT_TRUE(Comes([&] { return document.Data().KfzDat(0).length == 4.25; }));
+    Do({"key", "alt+e"}); // opens the menu Extras and removes nothing
+    EXPECT_TRUE(Comes([&] { return QApplication::activePopupWidget() != nullptr; }));
+    Do({"key", "Escape", "key", "Escape"});
+    EXPECT_TRUE(Comes([&] { return QApplication::activePopupWidget() == nullptr; }));
+    EXPECT_TRUE(document.Data().IsFzgValid(0));
+    length.setFocus();
+    Do(QStringList{"key", "ctrl+a"} + Text("99"));
+    Do({"key", "Tab"});
+    EXPECT_TRUE(Comes([&] { return length.Refusal() != nullptr && length.hasFocus(); }));
+    Do({"key", "Tab"});
+    EXPECT_TRUE(Comes([&] { return length.Refusal() == nullptr; }));
+
+    QTableView& table = panels.phases->View();
+    table.setFocus();
+    table.setCurrentIndex(table.model()->index(0, 0));
+    Do({"key", "b"});
+    EXPECT_TRUE(Comes([&] { return QApplication::activePopupWidget() != nullptr; }));
+    Do({"key", "Down", "key", "Return"});
+    const auto phase = [&]() -> const CWegZeitSpalte& { return document.Data().WZRechDat(0).spalten[3]; };
+    EXPECT_TRUE(Comes([&] { return phase().art == PhasenArt::accelerating; }));
+    Do(QStringList{"key", "Tab"} + Text("50"));
+    Do({"key", "Return"});
+    EXPECT_TRUE(Comes([&] { return phase().vAnf == 50.0 && table.currentIndex().row() == 2; }));
+}
+
 /// Starts this program again on an X server of its own.
 TEST(RealWindowTest, KeysOfARealKeyboard)
 {
@@ -146,7 +195,7 @@ TEST(RealWindowTest, KeysOfARealKeyboard)
         inner.kill();
     EXPECT_TRUE(finished);
     EXPECT_EQ(inner.exitCode(), 0) << output;
-    EXPECT_NE(output.find("[  PASSED  ] 2 tests."), std::string::npos) << output;
+    EXPECT_NE(output.find("[  PASSED  ] 3 tests."), std::string::npos) << output;
 }
 
 } // namespace

@@ -192,12 +192,15 @@ TEST_F(SettingsDialogTest, PreferencesComeBackAndBadOnesAreReplaced)
     desktop::Preferences kept;
     kept.scheme = Scheme::dark;
     kept.fontScale = 1.3;
-    kept.geometry = QByteArray("\0\x7f geo", 6);
+    kept.layout.geometry = QByteArray("\0\x7f geo", 6);
+    kept.ofScreen["1366x768"] = {{}, QByteArray("d\0", 2)};
     ASSERT_TRUE(kept.Save(path));
     const auto back = desktop::Preferences::Load(path);
     EXPECT_EQ(back.scheme, Scheme::dark);
     EXPECT_EQ(back.fontScale, 1.3);
-    EXPECT_EQ(back.geometry, kept.geometry);
+    EXPECT_EQ(back.layout.geometry, kept.layout.geometry);
+    EXPECT_EQ(back.ofScreen.value("1366x768").docks, QByteArray("d\0", 2));
+    EXPECT_TRUE(back.ofScreen.value("1440x900").docks.isEmpty());
     kept.fontScale = 50.0;
     ASSERT_TRUE(kept.Save(path));
     EXPECT_EQ(desktop::Preferences::Load(path).fontScale, 1.0);

@@ -32,7 +32,7 @@ class Mask400Test : public test::DesktopTest
   protected:
     QLineEdit& Edit(UINT id) { return static_cast<QLineEdit&>(Widget(mask, id)); }
     bool HasFocus(UINT id) { return QApplication::focusWidget() == &Widget(mask, id); }
-    bool IsMarked(UINT id) { return Widget(mask, id).property(desktop::kRefusedProperty).toBool(); }
+    bool IsMarked(UINT id) { return mask.Refusal() != nullptr && mask.Refusal()->Field() == &Widget(mask, id); }
 
     MaskWindow& mask = Open(400);
 };
@@ -74,7 +74,7 @@ TEST_F(Mask400Test, ARefusedEntryIsExplainedAtTheFieldUntilTheNextKey)
     const QRect field(Edit(kFriction).mapToGlobal(QPoint(0, 0)), Edit(kFriction).size());
     const QRect bubble(mask.Refusal()->mapToGlobal(QPoint(0, 0)), mask.Refusal()->size());
     EXPECT_FALSE(bubble.intersects(field));
-    EXPECT_TRUE(bubble.adjusted(0, -2, 0, 2).intersects(field)) << "beside the field";
+    EXPECT_TRUE(bubble.adjusted(-2, -2, 2, 2).intersects(field)) << "beside the field";
     EXPECT_TRUE(window.rect().contains(QRect(window.mapFromGlobal(bubble.topLeft()), bubble.size())));
 
     Type("0");
