@@ -17,11 +17,26 @@ namespace vision
 {
 
 #ifdef RUV_VIDEO_LIBRARY
+namespace
+{
+
+/// The library that lies beside this one; no other of its name.
+std::string BesideThis()
+{
+    Dl_info self{};
+    if (dladdr(reinterpret_cast<const void*>(&LoadVideoLibrary), &self) == 0 || self.dli_fname == nullptr)
+        return RUV_VIDEO_LIBRARY;
+    const std::string path = self.dli_fname;
+    return path.substr(0, path.rfind('/') + 1) + RUV_VIDEO_LIBRARY;
+}
+
+} // namespace
+
 const VideoLibrary* LoadVideoLibrary(std::string& reason)
 {
     using Entry = const VideoLibrary* (*)();
     // Never unloaded: the libraries behind it do not expect that.
-    static void* const handle = dlopen(RUV_VIDEO_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+    static void* const handle = dlopen(BesideThis().c_str(), RTLD_NOW | RTLD_LOCAL);
     static const auto entry =
         handle != nullptr ? reinterpret_cast<Entry>(dlsym(handle, "RuvVideoLibrary")) : Entry{nullptr};
     if (entry == nullptr) {
