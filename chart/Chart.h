@@ -110,6 +110,8 @@ class Chart final : public CChartClient
     CChartState State() const override;
 
   private:
+    static constexpr double kClickRadius = 4.0; // px; a press that moves farther is a drag
+
     struct Entry {
         Series series;
         Curve curve;
