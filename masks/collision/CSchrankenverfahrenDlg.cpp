@@ -184,8 +184,6 @@ void CSchrankenverfahrenDlg::GlobalGeoDatChanged(UINT_PTR)
     LadeEllipsen();
 }
 
-// --- computation ------------------------------------------------------------------------------------------------
-
 bool CSchrankenverfahrenDlg::CheckeRechnung()
 {
     const UINT grund = MangelText(m_dat.Pruefen());
@@ -256,8 +254,6 @@ void CSchrankenverfahrenDlg::FlaechenRechner(const Dat::Kurvenfeld& schranke, st
     Dat::FlaechenRechner(m_dat.flaeche, schranke, n);
 }
 
-// --- diagram ----------------------------------------------------------------------------------------------------
-
 void CSchrankenverfahrenDlg::VerbindeZeichenfeld(CWnd* feld, bool gross)
 {
     if (feld == nullptr)
@@ -290,8 +286,6 @@ void CSchrankenverfahrenDlg::OnBnClickedSchrZeichenfeld()
     m_gross->Zeige();
     OnPaint();
 }
-
-// --- placing ----------------------------------------------------------------------------------------------------
 
 CPlacedObject CSchrankenverfahrenDlg::Objekt(std::size_t objekt) const
 {
@@ -388,8 +382,6 @@ void CSchrankenverfahrenDlg::LadeEllipsen()
         m_view->ShowObjects(PlacedObjects());
 }
 
-// --- export -----------------------------------------------------------------------------------------------------
-
 void CSchrankenverfahrenDlg::TempoUebergeben()
 {
     m_exportiert = false;
@@ -415,8 +407,6 @@ void CSchrankenverfahrenDlg::Exportieren()
     m_exportiert = true;
     UpdateDialog();
 }
-
-// --- pages and buttons ------------------------------------------------------------------------------------------
 
 void CSchrankenverfahrenDlg::ZeigeSeite(std::size_t seite)
 {

@@ -159,8 +159,6 @@ void CESOImportDlg::ZeigeBefund()
         datei->SetWindowText(m_dat.Pfad());
 }
 
-// --- curves -----------------------------------------------------------------------------------------------------
-
 void CESOImportDlg::WaehleDatei()
 {
     CRuvFileDialog dialog(true, "*.csv", m_dat.Pfad(), OFN_HIDEREADONLY, "CSV(*.csv)|*.csv||", this);
@@ -295,8 +293,6 @@ std::optional<ReadRows> CESOImportDlg::RowsRead()
     rows.file = m_dat.Pfad();
     return rows;
 }
-
-// --- picture ----------------------------------------------------------------------------------------------------
 
 void CESOImportDlg::LadeBild()
 {

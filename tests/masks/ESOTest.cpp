@@ -26,8 +26,6 @@ std::int64_t Zwischen(Zufall& zufall, std::int64_t von, std::int64_t bis)
     return von + static_cast<std::int64_t>(zufall() % static_cast<std::uint64_t>(bis - von + 1));
 }
 
-// --- numbers of 256 bits ----------------------------------------------------------------------------------------
-
 /// 2^k
 Breitzahl Zweierpotenz(int k)
 {
@@ -70,8 +68,6 @@ TEST(Breitzahl, CountsAsTheBuiltInNumbersDoWhereTheySuffice)
     }
     EXPECT_EQ(static_cast<double>(Zweierpotenz(63) * Zweierpotenz(63) * Zweierpotenz(40)), 0x1p166);
 }
-
-// --- search -----------------------------------------------------------------------------------------------------
 
 /// r as it is defined, shift for shift; a strictly larger one replaces the best.
 ESOTreffer Schlicht(const ESOKurve& a, const ESOKurve& b)
@@ -226,8 +222,6 @@ TEST(ESOSuche, ShiftedCurvesRepeatTheirEnds)
     EXPECT_EQ(Verschoben(kurve, -1, 4), (ESOKurve{10, 10, 11, 12}));
 }
 
-// --- reader -----------------------------------------------------------------------------------------------------
-
 struct Gelesen {
     ESOBefund befund;
     ESOKurven kurven;
@@ -318,8 +312,6 @@ TEST(ESOLeser, RefusesWhatIsNoCurveAndNamesTheLine)
     EXPECT_EQ(Lies("0;0;0;0;-9223372036854775808\n0;0;0;0;1\n").befund, falscherWert);
     EXPECT_EQ(Lies("0;0;0;0;-9223372036854775808\n0;0;0;0;-1\n").kurven[4], (ESOKurve{0, 9223372036854775807}));
 }
-
-// --- record and dialog ------------------------------------------------------------------------------------------
 
 class ESOTest : public test::MaskTest
 {
