@@ -16,7 +16,7 @@ constexpr int kVorschauzeilen = 3;
 } // namespace
 
 CFLIImportDlg::CFLIImportDlg(CRuvData& data, CWnd*)
-    : CImportDlg(IDD_FAHRDATEN, data, m_dat.auswahl, {"*.FLI", "CSV (*.csv)|*.csv||"}), m_dat(data)
+    : CImportDlg(IDD_FAHRDATEN, data, {"*.FLI", "CSV (*.csv)|*.csv||"}), m_dat(data)
 {
     m_dat.SetParent(this);
 }

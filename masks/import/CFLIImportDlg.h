@@ -18,6 +18,8 @@ class CFLIImportDlg : public CImportDlg
     std::optional<ReadRows> RowsRead() override;
 
   protected:
+    Importauswahl& Auswahl() override { return m_dat.auswahl; }
+    std::int64_t ColorVehicle() const override { return m_dat.auswahl.fahrzeug; }
     Lesung Lies() override;
     Kurve MacheKurve() const override;
     Fahrtbefund Uebertrage(std::size_t erste, std::size_t letzte) override { return m_dat.Uebertragen(erste, letzte); }

@@ -48,7 +48,7 @@ std::shared_ptr<const std::vector<double>> Geteilt(std::vector<double> werte)
 } // namespace
 
 CGPXImportDlg::CGPXImportDlg(CRuvData& data, CWnd*)
-    : CImportDlg(IDD_GPX, data, m_dat.auswahl, {"*.gpx", "GPX (*.gpx); FIT (*.fit)|*.gpx;*.fit||"}), m_dat(data)
+    : CImportDlg(IDD_GPX, data, {"*.gpx", "GPX (*.gpx); FIT (*.fit)|*.gpx;*.fit||"}), m_dat(data)
 {
     m_dat.SetParent(this);
 }

@@ -49,8 +49,8 @@ std::vector<std::string> Umgebrochen(const std::string& text)
 
 } // namespace
 
-CImportDlg::CImportDlg(UINT nummer, CRuvData& data, Importauswahl& auswahl, Dateiart art)
-    : CMDIRechDialog(nummer, nullptr, data, nullptr, nullptr), m_auswahl(auswahl), m_art(art)
+CImportDlg::CImportDlg(UINT nummer, CRuvData& data, Dateiart art)
+    : CMDIRechDialog(nummer, nullptr, data, nullptr, nullptr), m_art(art)
 {
     m_isCalculationMask = 1;
     m_editColors = &RuvCfg.editColors;
@@ -82,16 +82,16 @@ const CMessageMap* CImportDlg::GetMessageMap() const
 void CImportDlg::BuildObjects()
 {
     CMDIRechDialog::BuildObjects();
-    new CFzgCombo(this, IDC_IMPORT_FAHRZEUG, 0, &m_auswahl.fahrzeug, nullptr, m_editColors, m_editColors);
-    auto* phase = new CAbsCombo(this, IDC_IMPORT_PHASE, &m_auswahl.phase, m_editColors, m_editColors);
-    phase->SetVehicle(&m_auswahl.fahrzeug);
+    new CFzgCombo(this, IDC_IMPORT_FAHRZEUG, 0, &Auswahl().fahrzeug, nullptr, m_editColors, m_editColors);
+    auto* phase = new CAbsCombo(this, IDC_IMPORT_PHASE, &Auswahl().phase, m_editColors, m_editColors);
+    phase->SetVehicle(&Auswahl().fahrzeug);
 }
 
 void CImportDlg::SetupWindow()
 {
     m_diagramm.Attach(GetDlgItem(IDC_IMPORT_DIAGRAMM));
     m_diagramm.SetHint(LoadRuvString(IDS_IMPORT_KLICK));
-    m_diagramm.SetMostRows(MeisteFahrzeilen(m_auswahl.phase));
+    m_diagramm.SetMostRows(MeisteFahrzeilen(Auswahl().phase));
     m_diagramm.OnRangeChanged([this] { BereichGeaendert(); });
     static_cast<CGridCtrl*>(GetDlgItem(IDC_IMPORT_BERICHT))->SetColumns({{LoadRuvString(IDS_IMPORT_BEFUND)}});
     CMDIRechDialog::SetupWindow();
@@ -107,22 +107,22 @@ void CImportDlg::ShutDownWindow()
 
 void CImportDlg::WaehleDatei()
 {
-    CRuvFileDialog dialog(true, m_art.endung, m_auswahl.pfad, OFN_HIDEREADONLY | OFN_FILEMUSTEXIST, m_art.filter, this);
+    CRuvFileDialog dialog(true, m_art.endung, Auswahl().pfad, OFN_HIDEREADONLY | OFN_FILEMUSTEXIST, m_art.filter, this);
     if (dialog.DoModal() == IDOK)
         Importiere(dialog.GetPathName());
 }
 
 void CImportDlg::Importiere()
 {
-    if (m_auswahl.pfad.empty())
+    if (Auswahl().pfad.empty())
         WaehleDatei();
     else
-        Importiere(m_auswahl.pfad);
+        Importiere(Auswahl().pfad);
 }
 
 void CImportDlg::Importiere(std::string pfad)
 {
-    const std::string vorher = std::exchange(m_auswahl.pfad, std::move(pfad));
+    const std::string vorher = std::exchange(Auswahl().pfad, std::move(pfad));
     m_data.BroadcastMessage(WM_RUV_BEFOREIMPORT, 0, 0, this);
     ReadData();
     Lesung lesung;
@@ -131,7 +131,7 @@ void CImportDlg::Importiere(std::string pfad)
         lesung = Lies();
     }
     if (lesung == Lesung::abgebrochen) {
-        m_auswahl.pfad = vorher;
+        Auswahl().pfad = vorher;
         return;
     }
     ZeigeDatei();
@@ -141,7 +141,7 @@ void CImportDlg::Importiere(std::string pfad)
 
 void CImportDlg::ZeigeDatei()
 {
-    GetDlgItem(IDC_IMPORT_PFAD)->SetWindowText(m_auswahl.pfad);
+    GetDlgItem(IDC_IMPORT_PFAD)->SetWindowText(Auswahl().pfad);
     Kurve kurve = MacheKurve();
     const bool bekannt = std::any_of(kurve.geschwindigkeiten.begin(), kurve.geschwindigkeiten.end(),
                                      [](double v) { return std::isfinite(v); });
@@ -182,8 +182,8 @@ std::optional<chart::Rows> CImportDlg::Bereich() const
 
 void CImportDlg::BereichGeaendert()
 {
-    m_auswahl.von = m_diagramm.RangeFrom();
-    m_auswahl.bis = m_diagramm.RangeTo();
+    Auswahl().von = m_diagramm.RangeFrom();
+    Auswahl().bis = m_diagramm.RangeTo();
     Enable(IDC_UEBERTRAGEN, Bereich() ? TRUE : FALSE);
     ShowPrompt(IDC_IMPORT_HINWEIS, Bereich()              ? 0U
                                    : m_diagramm.IsEmpty() ? IDS_IMPORT_ERST_DATEI
@@ -195,8 +195,8 @@ void CImportDlg::BereichGeaendert()
 LRESULT CImportDlg::OnEditChanged(WPARAM controlId, LPARAM)
 {
     const bool getippt = controlId == IDC_IMPORT_VON || controlId == IDC_IMPORT_BIS;
-    const bool genommen = !getippt || m_diagramm.TakeTyped(m_auswahl.von, m_auswahl.bis);
-    m_diagramm.SetMostRows(MeisteFahrzeilen(m_auswahl.phase));
+    const bool genommen = !getippt || m_diagramm.TakeTyped(Auswahl().von, Auswahl().bis);
+    m_diagramm.SetMostRows(MeisteFahrzeilen(Auswahl().phase));
     BereichGeaendert();
     if (!genommen)
         ShowPrompt(IDC_IMPORT_HINWEIS, IDS_IMPORT_KEINE_ZEILE);
@@ -214,5 +214,5 @@ void CImportDlg::ZeigeUebertragung(const Fahrtbefund& befund)
     UpdateDialog();
     ShowText(IDC_IMPORT_HINWEIS, befund.text, befund.zahlen);
     if (CWnd* main = MainWindow(); main != nullptr && befund.IstGeschrieben())
-        main->PostMessage(WM_RUV_MASKTRANSFERRED, static_cast<WPARAM>(m_auswahl.fahrzeug));
+        main->PostMessage(WM_RUV_MASKTRANSFERRED, static_cast<WPARAM>(Auswahl().fahrzeug));
 }

@@ -45,9 +45,11 @@ class CImportDlg : public CMDIRechDialog
         std::vector<double> geschwindigkeiten; ///< km/h, not-a-number where it is not known
     };
 
-    CImportDlg(UINT nummer, CRuvData& data, Importauswahl& auswahl, Dateiart art);
+    CImportDlg(UINT nummer, CRuvData& data, Dateiart art);
 
-    /// Reads auswahl.pfad; after `abgebrochen` everything must be as before.
+    /// Of the mask's record.
+    virtual Importauswahl& Auswahl() = 0;
+    /// Reads Auswahl().pfad; after `abgebrochen` everything must be as before.
     virtual Lesung Lies() = 0;
     virtual Kurve MacheKurve() const = 0;
     /// Hands the rows erste..letzte, both included, to the vehicle as phases.
@@ -60,7 +62,6 @@ class CImportDlg : public CMDIRechDialog
     /// The rows, or the range of them, are others now.
     virtual void ZeigeWeiteres() {}
 
-    std::int64_t ColorVehicle() const override { return m_auswahl.fahrzeug; }
     /// The range, when it has the two rows a transfer takes.
     std::optional<chart::Rows> Bereich() const;
     chart::Chart& Diagramm() { return m_diagramm; }
@@ -76,7 +77,6 @@ class CImportDlg : public CMDIRechDialog
     void ZeigeVorhanden();
     void ZeigeDatei();
 
-    Importauswahl& m_auswahl;
     Dateiart m_art;
     chart::Chart m_diagramm;
 };
