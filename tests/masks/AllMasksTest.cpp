@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <locale>
 #include <map>
 #include <regex>
 #include <set>
@@ -152,6 +153,7 @@ std::map<UINT, NumberField> NumberFields(UINT wanted)
     UINT mask = 0;
     for (std::string line; std::getline(file, line);) {
         std::istringstream words(line);
+        words.imbue(std::locale::classic());
         if (line.starts_with("mask ")) {
             mask = static_cast<UINT>(std::stoul(line.substr(5)));
         } else if (UINT id = 0; mask == wanted && words >> id) {

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <cstdlib>
 #include <ctime>
 #include <map>
@@ -408,9 +409,12 @@ TEST(FitSpurTest, TextAndMemoryAgree)
         EXPECT_EQ(a.second, b.second);
         EXPECT_EQ(a.heartRate, b.heartRate);
         EXPECT_EQ(a.temperature, b.temperature);
-        char breite[120];
-        std::snprintf(breite, sizeof breite, "lat=\"%.30g\" lon=\"%.30g\"", a.latitude, a.longitude);
-        EXPECT_NE(text.find(breite), std::string::npos) << breite;
+        const auto stellen = [](double wert) {
+            char zahl[60];
+            return std::string(zahl, std::to_chars(zahl, zahl + sizeof zahl, wert, std::chars_format::general, 30).ptr);
+        };
+        const std::string lage = "lat=\"" + stellen(a.latitude) + "\" lon=\"" + stellen(a.longitude) + "\"";
+        EXPECT_NE(text.find(lage), std::string::npos) << lage;
     }
 }
 

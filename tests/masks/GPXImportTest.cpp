@@ -10,6 +10,7 @@
 #include "tests/support/MaskFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <ctime>
@@ -26,8 +27,7 @@ constexpr double kGradJeMeter = 1.0 / 111320.0;
 std::string Zahl(double wert)
 {
     char text[40];
-    std::snprintf(text, sizeof text, "%.12f", wert);
-    return text;
+    return {text, std::to_chars(text, text + sizeof text, wert, std::chars_format::fixed, 12).ptr};
 }
 
 std::string Trkpt(double breite, double laenge, const std::string& zeit, const std::string& weiteres = "")

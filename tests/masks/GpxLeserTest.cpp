@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <cstdlib>
 #include <random>
 #include <string>
@@ -35,8 +36,10 @@ GPXTrackPoint Zeit(const std::string& text)
 std::string Alles(const GPXTrackPoint& p)
 {
     std::string text;
-    for (const double wert : {p.latitude, p.longitude, p.elevation, p.heartRate, p.cadence, p.temperature})
-        text += std::to_string(wert) + ' ';
+    for (const double wert : {p.latitude, p.longitude, p.elevation, p.heartRate, p.cadence, p.temperature}) {
+        char zahl[400];
+        text.append(zahl, std::to_chars(zahl, zahl + sizeof zahl, wert, std::chars_format::fixed, 6).ptr) += ' ';
+    }
     for (const int wert : {p.year, p.month, p.day, p.hour, p.minute, p.second, p.millisecond, int{p.zone}})
         text += std::to_string(wert) + ' ';
     return text;
@@ -195,15 +198,18 @@ TEST(GpxZeitTest, FractionsAndZones)
     EXPECT_EQ(Zeit("99999999999999999999-05-01T10:00:00Z").second, -1);
 }
 
-// The nearest double, as C reads it.
+// The nearest double, as the standard library reads it.
 TEST(GpxZahlTest, IsTheNearestDouble)
 {
     std::mt19937_64 zufall(5);
     for (int i = 0; i < 20000; ++i) {
         char text[80];
         const double wert = std::ldexp(static_cast<double>(zufall()) - 9e18, static_cast<int>(zufall() % 90) - 100);
-        std::snprintf(text, sizeof text, "%.*f", static_cast<int>(zufall() % 26), wert);
-        ASSERT_EQ(GpxZahl(text), std::strtod(text, nullptr)) << text;
+        const auto stellen = static_cast<int>(zufall() % 26);
+        const char* const ende = std::to_chars(text, text + sizeof text, wert, std::chars_format::fixed, stellen).ptr;
+        double naechste = 0.0;
+        std::from_chars(text, ende, naechste);
+        ASSERT_EQ(GpxZahl({text, static_cast<std::size_t>(ende - text)}), naechste) << wert;
     }
     EXPECT_EQ(GpxZahl(" +12.5 m"), 12.5);
     EXPECT_EQ(GpxZahl("-.5"), -0.5);
