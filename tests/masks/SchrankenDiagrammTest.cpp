@@ -57,6 +57,17 @@ class SchrankenDiagrammTest : public ::testing::Test
         dat.verzoegerung = 7.0;
         dat.verzoegerungToleranz = 0.7;
     }
+    /// Every barrier is switched on and has its curves.
+    void ComputeAllBarriers()
+    {
+        Place();
+        dat.theorien.fill(1);
+        dat.objekte[Dat::hauptfeld] = {{-10.0, -1.0}, 0.0, 3.0, 1.0, 1};
+        dat.objekte[Dat::gesamtfeld] = {{-12.0, -1.0}, 0.0, 8.0, 1.0, 1};
+        dat.abwicklungWeg = 210.0;
+        dat.geschwindigkeitVon = 15.0;
+        dat.Berechnen();
+    }
     CDC Draw(bool large = false, double width = 700.0, double height = 400.0) const
     {
         CDC dc(width, height);
@@ -317,13 +328,7 @@ TEST_F(SchrankenDiagrammTest, AreaIsOneGreenPolygonWithinThePlot)
 
 TEST_F(SchrankenDiagrammTest, SmallAndLargeShowTheSameAndPairsShareAColour)
 {
-    Place();
-    dat.theorien.fill(1);
-    dat.objekte[Dat::hauptfeld] = {{-10.0, -1.0}, 0.0, 3.0, 1.0, 1};
-    dat.objekte[Dat::gesamtfeld] = {{-12.0, -1.0}, 0.0, 8.0, 1.0, 1};
-    dat.abwicklungWeg = 210.0;
-    dat.geschwindigkeitVon = 15.0;
-    dat.Berechnen();
+    ComputeAllBarriers();
     const Farben colors = Farben::Aus(CRuvCfg{});
     EXPECT_EQ(colors.kurven[Dat::kurveBremsung], colors.kurven[Dat::kurveDettinger]);
     EXPECT_EQ(colors.kurven[Dat::kurveKuehnelGlobal], colors.kurven[Dat::kurveRau]);
@@ -354,13 +359,7 @@ TEST_F(SchrankenDiagrammTest, LegendNamesEveryCurveBesideItsLine)
         {"Scheinwerfer - Gesamtfeld", {Dat::kurveGesamtfeld, PenStyle::solid}},
         {"Abwicklung", {Dat::kurveAbwicklung, PenStyle::solid}},
         {"Geschwindigkeitsschranke", {Dat::kurveGeschwindigkeit, PenStyle::solid}}};
-    Place();
-    dat.theorien.fill(1);
-    dat.objekte[Dat::hauptfeld] = {{-10.0, -1.0}, 0.0, 3.0, 1.0, 1};
-    dat.objekte[Dat::gesamtfeld] = {{-12.0, -1.0}, 0.0, 8.0, 1.0, 1};
-    dat.abwicklungWeg = 210.0;
-    dat.geschwindigkeitVon = 15.0;
-    dat.Berechnen();
+    ComputeAllBarriers();
     const CDC large = Draw(true);
     const Farben colors = Farben::Aus(CRuvCfg{});
     std::set<std::string> found;
