@@ -180,29 +180,14 @@ void FuegeDrei(double* re, double* im, std::size_t drittel, const double* wr, co
     }
 }
 
-/// Teile and Fuege of four points, of which no root is needed.
-void TeileVier(double* re, double* im)
+/// Teile (`kHin`) and Fuege of four points, of which no root is needed.
+template <bool kHin> void Vier(double* re, double* im)
 {
     const double ar = re[0] + re[2], ai = im[0] + im[2];
     const double br = re[0] - re[2], bi = im[0] - im[2];
     const double cr = re[1] + re[3], ci = im[1] + im[3];
-    const double dr = im[1] - im[3], di = re[3] - re[1];
-    re[0] = ar + cr;
-    im[0] = ai + ci;
-    re[1] = br + dr;
-    im[1] = bi + di;
-    re[2] = ar - cr;
-    im[2] = ai - ci;
-    re[3] = br - dr;
-    im[3] = bi - di;
-}
-
-void FuegeVier(double* re, double* im)
-{
-    const double ar = re[0] + re[2], ai = im[0] + im[2];
-    const double br = re[0] - re[2], bi = im[0] - im[2];
-    const double cr = re[1] + re[3], ci = im[1] + im[3];
-    const double dr = im[3] - im[1], di = re[1] - re[3];
+    const double dr = kHin ? im[1] - im[3] : im[3] - im[1];
+    const double di = kHin ? re[3] - re[1] : re[1] - re[3];
     re[0] = ar + cr;
     im[0] = ai + ci;
     re[1] = br + dr;
@@ -307,7 +292,7 @@ void Kreuzsummen::Ruecktransformiere(Signal& signal) const
 void Kreuzsummen::Transformiere(double* re, double* im, std::size_t laenge, std::size_t stufe) const
 {
     if (laenge == 4) {
-        TeileVier(re, im);
+        Vier<true>(re, im);
     } else if (laenge == 2) {
         Paar(re);
         Paar(im);
@@ -322,7 +307,7 @@ void Kreuzsummen::Transformiere(double* re, double* im, std::size_t laenge, std:
 void Kreuzsummen::Ruecktransformiere(double* re, double* im, std::size_t laenge, std::size_t stufe) const
 {
     if (laenge == 4) {
-        FuegeVier(re, im);
+        Vier<false>(re, im);
     } else if (laenge == 2) {
         Paar(re);
         Paar(im);
