@@ -5,6 +5,7 @@
 #include "host/CKfzDaten.h"
 #include "host/CSzenenBild.h"
 #include "host/CUBEParameter.h"
+#include "host/CVideoQuelle.h"
 #include "host/CWegZeitDat.h"
 #include "host/HostTypes.h"
 
@@ -77,6 +78,14 @@ class CRuvData
     std::vector<CSzenenBild>& Bilder() { return m_bilder; }
     const std::vector<CSzenenBild>& Bilder() const { return m_bilder; }
 
+    /// The video that is analysed; its clicks and tracks lie with the mask's values.
+    CVideoQuelle& Video() { return m_video; }
+    const CVideoQuelle& Video() const { return m_video; }
+
+    /// The case's own file, empty while it has none; the program says it.
+    std::string& Falldatei() { return m_falldatei; }
+    const std::string& Falldatei() const { return m_falldatei; }
+
     CFallParameter& FallParameter() { return m_fallParameter; }
     const CFallParameter& FallParameter() const { return m_fallParameter; }
 
@@ -106,6 +115,8 @@ class CRuvData
     std::array<CUBEParameter, kFahrzeuge> m_parameter{};
     std::map<UINT, CMaskenWerte> m_maskenWerte;
     std::vector<CSzenenBild> m_bilder;
+    CVideoQuelle m_video;
+    std::string m_falldatei;
     CFallParameter m_fallParameter;
     std::string m_title;
     CFallAngaben m_angaben;

@@ -32,6 +32,15 @@ CFileRead ReadFileBlocks(const std::string& utf8Path, const FileBlockTaker& take
 /// SHA-256 of the bytes, 64 lower-case hexadecimal digits: tells in a report which file was read.
 std::string RuvSha256(std::string_view bytes);
 
+/// The same of a file, however large; empty when it cannot be read, or when `goOn`, asked now and then with the part
+/// that is read, says no.
+std::string RuvFileSha256(const std::string& utf8Path, const std::function<bool(double)>& goOn);
+
+/// Where a file lies that a case of this file names so: relative to its own, or in full.
+std::string RuvPathBeside(const std::string& name, const std::string& caseFile);
+/// How such a case names the file: relative to its own, in full where they lie on another drive or the case has none.
+std::string RuvNameBeside(const std::string& utf8Path, const std::string& caseFile);
+
 /// Gives a file piece by piece, an empty one at its end; a piece must last until the next is asked for.
 using FilePieces = std::function<std::string_view()>;
 

@@ -18,6 +18,7 @@
 #include <array>
 #include <span>
 #include <string_view>
+#include <vector>
 
 class CRuvData;
 
@@ -129,9 +130,13 @@ template <class T, std::size_t N> FieldRef RefTo(std::array<T, N>& values)
 {
     return {values.data(), N};
 }
+template <class T> FieldRef RefTo(std::vector<T>& values)
+{
+    return {values.data(), values.size(), true};
+}
 } // namespace number_detail
 
-/// Where a row's value lies: a member, or a member of a member. An array gives all its elements.
+/// Where a row's value lies: a member, or a member of a member. An array or list gives all its elements.
 template <auto Member> FieldRef At(typename number_detail::MemberOf<decltype(Member)>::Class& record)
 {
     return number_detail::RefTo(record.*Member);
@@ -193,7 +198,7 @@ template <class Dat, std::size_t N> RecordFields Describe(Dat& record, const Num
     fields.reserve(N);
     for (const NumberRow<Dat>& row : table) {
         const FieldRef ref = row.at(record);
-        fields.push_back({row.spec.name, row.spec.unit.text, ref.value, ref.count, &row.spec});
+        fields.push_back({row.spec.name, row.spec.unit.text, ref.value, ref.count, &row.spec, ref.list});
     }
     return fields;
 }

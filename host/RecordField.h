@@ -19,6 +19,7 @@ using FieldValue = std::variant<double*, std::int64_t*, std::int32_t*, std::uint
 struct FieldRef {
     FieldValue value;
     std::size_t count = 1;
+    bool list = false; ///< of any length, also when it has one element
 };
 
 /// A named field of a mask's record. The unit is the record's own.
@@ -28,6 +29,7 @@ struct RecordField {
     FieldValue value;
     std::size_t count = 1;
     const NumberSpec* spec = nullptr; ///< its row in the record's table, or null
+    bool list = false;                ///< of any length, also when it has one element
 };
 
 using RecordFields = std::vector<RecordField>;

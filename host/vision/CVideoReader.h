@@ -10,6 +10,10 @@
 #include <string>
 #include <vector>
 
+namespace drawing
+{
+struct Bitmap;
+}
 namespace vision
 {
 class VideoSource;
@@ -32,6 +36,8 @@ class CVideoReader
     /// The picture at the position and its time in s, 0 at the first one shown, then steps on. After a picture that
     /// cannot be decoded too: no success, and Reason() says so. At the end no success and nothing else.
     int ReadFrame(cv::Mat& image, double& time);
+    /// The same for showing it.
+    int ReadFrame(drawing::Bitmap& picture, double& time);
     /// The next picture to read, from 0. Non-zero when there is one.
     int SetFramePos(int frame);
     int GetFramePos() const { return m_position; }
@@ -58,6 +64,8 @@ class CVideoReader
     const std::string& Reason() const { return m_reason; }
 
   private:
+    template <class Image> int Read(Image& image, double& time);
+
     std::unique_ptr<vision::VideoSource> m_source;
     std::string m_reason;
     int m_position = 0;

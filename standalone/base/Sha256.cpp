@@ -66,15 +66,32 @@ void Compress(State& state, std::string_view block)
 
 } // namespace
 
-std::string Sha256(std::string_view bytes)
+Sha256Sum::Sha256Sum() : m_state(kStart) {}
+
+void Sha256Sum::Add(std::string_view bytes)
+{
+    m_size += bytes.size();
+    if (!m_rest.empty()) {
+        const std::string_view missing = bytes.substr(0, kBlock - m_rest.size());
+        m_rest += missing;
+        bytes.remove_prefix(missing.size());
+        if (m_rest.size() < kBlock)
+            return;
+        Compress(m_state, m_rest);
+        m_rest.clear();
+    }
+    for (; bytes.size() >= kBlock; bytes.remove_prefix(kBlock))
+        Compress(m_state, bytes.substr(0, kBlock));
+    m_rest = bytes;
+}
+
+std::string Sha256Sum::Digits() const
 {
     constexpr std::size_t kLengthField = 8;
-    State state = kStart;
-    const std::uint64_t bits = std::uint64_t{bytes.size()} * 8;
-    for (; bytes.size() >= kBlock; bytes.remove_prefix(kBlock))
-        Compress(state, bytes.substr(0, kBlock));
+    State state = m_state;
+    const std::uint64_t bits = m_size * 8;
     // 5.1.1: a one bit, zeros, the length in bits.
-    std::string tail(bytes);
+    std::string tail = m_rest;
     tail += '\x80';
     while (tail.size() % kBlock != kBlock - kLengthField)
         tail += '\0';
@@ -88,6 +105,13 @@ std::string Sha256(std::string_view bytes)
         for (int shift = 28; shift >= 0; shift -= 4)
             hex += "0123456789abcdef"[word >> shift & 0xF];
     return hex;
+}
+
+std::string Sha256(std::string_view bytes)
+{
+    Sha256Sum sum;
+    sum.Add(bytes);
+    return sum.Digits();
 }
 
 } // namespace base

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -11,5 +13,20 @@ namespace base
 /// SHA-256 (FIPS 180-4) of the bytes, as 64 lower-case hexadecimal digits. Our own, because the Windows build has no
 /// package with one.
 std::string Sha256(std::string_view bytes);
+
+/// The same, of bytes that come one after the other.
+class Sha256Sum
+{
+  public:
+    Sha256Sum();
+    void Add(std::string_view bytes);
+    /// Of all that was added.
+    std::string Digits() const;
+
+  private:
+    std::array<std::uint32_t, 8> m_state;
+    std::string m_rest; ///< shorter than a block
+    std::uint64_t m_size = 0;
+};
 
 } // namespace base

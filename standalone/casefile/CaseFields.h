@@ -20,11 +20,12 @@ namespace casefile::case_file
 inline constexpr std::string_view kFormat = "tavelin-case";
 inline constexpr int kMajor = 1;
 inline constexpr int kMinor = kCaseMinorVersion;
-/// The first versions that know the scene; parameters of the case, payload, marker and driving line; details. A case
-/// without them is written as the version before.
+/// The first versions that know the scene; parameters of the case, payload, marker and driving line; details; the
+/// video. A case without them is written as the version before.
 inline constexpr int kSceneMinor = 1;
 inline constexpr int kParametersMinor = 2;
 inline constexpr int kDetailsMinor = 3;
+inline constexpr int kVideoMinor = 4;
 
 inline constexpr std::pair<std::string_view, std::string CFallAngaben::*> kDetails[] = {
     {"date", &CFallAngaben::datum},
@@ -100,7 +101,8 @@ inline constexpr std::int64_t kLargestFlag = 63;
 inline constexpr std::int64_t kLargestMask = 65535;
 
 inline constexpr std::string_view kRootNames[] = {"format",     "version",  "title", "details",
-                                                  "parameters", "vehicles", "masks", "scene"};
+                                                  "parameters", "vehicles", "masks", "scene", "video"};
+inline constexpr std::string_view kVideoNames[] = {"file", "sha256"};
 inline constexpr std::string_view kParameterNames[] = {"modified", "updateFlags"};
 inline constexpr std::string_view kPathTimeNames[] = {"selected", "mode", "marker",    "phases",
                                                       "lineMode", "line", "restPoint", "restHeading"};

@@ -5,9 +5,9 @@
 #include "base/JsonValue.h"
 #include "base/Sha256.h"
 #include "host/CRuvData.h"
+#include "host/Files.h"
 #include "krn/CaseUnknown.h"
 
-#include <filesystem>
 #include <memory>
 #include <utility>
 
@@ -52,6 +52,8 @@ CaseResult LoadCase(const std::string& path, CRuvData& data, base::Source source
     if (const base::FileResult read = base::ReadWholeFile(path, bytes, base::kJsonMaxBytes, source); !read)
         return FileTrouble(CaseOutcome::notReadable, read, path);
     CaseResult result = CaseFromJson(bytes, data);
+    if (result)
+        data.Falldatei() = path;
     result.path = path;
     result.digest = base::Sha256(bytes);
     return result;
@@ -67,26 +69,18 @@ std::string FileDigest(const std::string& path)
 
 std::string PicturePath(const std::string& name, const std::string& caseFile)
 {
-    const auto picture = base::NativePath(name);
-    const auto file = base::NativePath(caseFile);
-    if (!picture || !file || caseFile.empty() || picture->is_absolute())
-        return name;
-    return base::Utf8Of((std::filesystem::absolute(*file).parent_path() / *picture).lexically_normal());
+    return RuvPathBeside(name, caseFile);
 }
 
 void MovePictures(CRuvData& data, const std::string& fromFile, const std::string& toFile)
 {
-    const auto target = base::NativePath(toFile);
-    for (CSzenenBild& picture : data.Bilder()) {
-        const auto path = base::NativePath(PicturePath(picture.datei, fromFile));
-        if (!path || !target || toFile.empty())
-            continue;
-        const auto absolute = std::filesystem::absolute(*path).lexically_normal();
-        const auto relative =
-            absolute.lexically_relative(std::filesystem::absolute(*target).lexically_normal().parent_path());
-        const std::u8string name = (relative.empty() ? absolute : relative).generic_u8string();
-        picture.datei.assign(name.begin(), name.end());
-    }
+    if (toFile.empty())
+        return;
+    const auto rename = [&](std::string& name) { name = RuvNameBeside(RuvPathBeside(name, fromFile), toFile); };
+    for (CSzenenBild& picture : data.Bilder())
+        rename(picture.datei);
+    if (!data.Video().datei.empty())
+        rename(data.Video().datei);
 }
 
 CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite overwrite, const base::FileCalls& calls,
@@ -131,6 +125,7 @@ void ReplaceCase(CRuvData& data, CRuvData&& content)
     for (const auto& entry : content.AlleMaskenWerte())
         data.MaskenWerte(entry.first) = std::move(content.MaskenWerte(entry.first));
     data.Bilder() = std::move(content.Bilder());
+    data.Video() = std::move(content.Video());
     data.FallParameter() = content.FallParameter();
     data.Title() = std::move(content.Title());
     data.Angaben() = std::move(content.Angaben());

@@ -17,7 +17,7 @@ namespace casefile
 {
 
 /// Of the format's version 1 that this program knows in full.
-inline constexpr int kCaseMinorVersion = 3;
+inline constexpr int kCaseMinorVersion = 4;
 
 enum class CaseOutcome {
     ok,
@@ -73,7 +73,7 @@ enum class Overwrite {
 CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite overwrite = Overwrite::onlyCases,
                     const base::FileCalls& calls = base::SystemFileCalls(), const std::string& expected = {});
 
-/// Names the pictures of a case anew that moves from one file to another: relative to its file, or in full where they
+/// Names the pictures and the video of a case anew that moves from one file to another: relative to its file, or in full where they
 /// lie on another drive. An empty path is a case without a file.
 void MovePictures(CRuvData& data, const std::string& fromFile, const std::string& toFile);
 /// Where a picture lies that a case of this file names so.

@@ -142,6 +142,13 @@ Fault ReadPictures(const base::JsonValue& value, const std::string& at, std::vec
     return {};
 }
 
+Fault CheckVideo(const CVideoQuelle& video)
+{
+    if (video.datei.empty() || !base::IsUtf8(video.datei))
+        return {"/video/file", kNoFile};
+    return IsHash(video.sha256) ? Fault{} : Fault{"/video/sha256", kNoHash};
+}
+
 base::JsonValue::Array PicturesToJson(const std::vector<CSzenenBild>& pictures, const std::string& at, Fault& fault)
 {
     Array array;

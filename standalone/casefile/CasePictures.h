@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// The pictures under the scene in the case file.
+// Files that a case names: the pictures under the scene and the video.
 #pragma once
 
 #include "base/JsonValue.h"
 #include "host/CSzenenBild.h"
+#include "host/CVideoQuelle.h"
 
 #include <string>
 #include <vector>
@@ -22,6 +23,8 @@ struct Fault {
 };
 
 Fault ReadPictures(const base::JsonValue& value, const std::string& at, std::vector<CSzenenBild>& pictures);
+/// What is wrong with the video of a case.
+Fault CheckVideo(const CVideoQuelle& video);
 base::JsonValue::Array PicturesToJson(const std::vector<CSzenenBild>& pictures, const std::string& at, Fault& fault);
 
 } // namespace casefile::case_file

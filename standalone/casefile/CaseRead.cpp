@@ -92,7 +92,8 @@ class Reader
             return false;
         const base::JsonValue* masks = Find(root, "masks");
         const base::JsonValue* scene = Find(root, "scene");
-        return (!masks || ReadMasks(*masks)) && (!scene || ReadScene(*scene));
+        const base::JsonValue* video = Find(root, "video");
+        return (!masks || ReadMasks(*masks)) && (!scene || ReadScene(*scene)) && (!video || ReadVideo(*video));
     }
 
   private:
@@ -335,6 +336,19 @@ class Reader
         m_data.unknown->scene = OtherMembers(*scene, kSceneNames);
         const base::JsonValue* pictures = Find(*scene, "pictures");
         Fault fault = pictures ? ReadPictures(*pictures, "/scene/pictures", m_data.Bilder()) : Fault{};
+        return fault.reason.empty() || Refuse(std::move(fault.pointer), std::move(fault.reason));
+    }
+
+    bool ReadVideo(const base::JsonValue& value)
+    {
+        const auto* video = value.As<Object>();
+        if (!video)
+            return Refuse("/video", "ist kein Objekt");
+        m_data.unknown->video = OtherMembers(*video, kVideoNames);
+        CVideoQuelle& source = m_data.Video();
+        if (!ReadText(*video, "/video", "file", source.datei) || !ReadText(*video, "/video", "sha256", source.sha256))
+            return false;
+        Fault fault = CheckVideo(source);
         return fault.reason.empty() || Refuse(std::move(fault.pointer), std::move(fault.reason));
     }
 

@@ -37,6 +37,8 @@ bool IsWritten(const CRuvData& data, std::size_t vehicle)
 /// The lowest version that has all that the case holds.
 int NeededMinor(const CRuvData& data)
 {
+    if (!(data.Video() == CVideoQuelle{}))
+        return kVideoMinor;
     if (!(data.Angaben() == CFallAngaben{}))
         return kDetailsMinor;
     if (!(data.FallParameter() == CFallParameter{}))
@@ -97,6 +99,8 @@ class Writer
             Put(root, "masks", std::move(masks));
         if (Object scene = Scene(); !scene.empty())
             Put(root, "scene", std::move(scene));
+        if (Object video = Video(); !video.empty())
+            Put(root, "video", std::move(video));
         if (m_data.unknown)
             Append(root, m_data.unknown->root);
         return root;
@@ -119,6 +123,20 @@ class Writer
         if (m_data.unknown)
             Append(scene, m_data.unknown->scene);
         return scene;
+    }
+
+    Object Video()
+    {
+        Object video;
+        if (const CVideoQuelle& source = m_data.Video(); !(source == CVideoQuelle{})) {
+            const Fault fault = CheckVideo(source);
+            Check(fault.reason.empty(), fault.pointer, fault.reason);
+            Put(video, "file", source.datei);
+            Put(video, "sha256", source.sha256);
+        }
+        if (m_data.unknown)
+            Append(video, m_data.unknown->video);
+        return video;
     }
 
     void Check(bool sound, const std::string& at, const std::string& why)

@@ -166,7 +166,7 @@ void WriteFieldValue(JsonText& json, const RecordField& field, std::size_t index
 void WriteField(JsonText& json, const RecordField& field)
 {
     json.Key(field.name);
-    if (field.count == 1) {
+    if (field.count == 1 && !field.list) {
         WriteFieldValue(json, field, 0);
         return;
     }

@@ -81,6 +81,8 @@ class FrontEnd
     virtual void CaseChanged(CRuvData&) {}
     /// A message went to all windows of a case.
     virtual void MessageBroadcast(const MSG&) {}
+    /// A line for the log.
+    virtual void Logged(const std::string& /*context*/, const std::string& /*text*/) {}
 };
 
 /// Shows nothing, answers every question with no, chooses no file and cancels modal dialogs.

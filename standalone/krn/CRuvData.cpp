@@ -73,6 +73,8 @@ void CRuvData::Clear()
     m_touched = {};
     m_maskenWerte.clear();
     m_bilder.clear();
+    m_video = {};
+    m_falldatei.clear();
     m_fallParameter = {};
     m_title.clear();
     m_angaben = {};

@@ -15,6 +15,7 @@ struct CRuvData::Unknown {
     base::JsonValue::Object details;    ///< of the case
     base::JsonValue::Object parameters; ///< of the case
     base::JsonValue::Object scene;
+    base::JsonValue::Object video;
     struct Vehicle {
         base::JsonValue::Object vehicle;
         base::JsonValue::Object parameters;

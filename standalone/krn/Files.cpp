@@ -45,6 +45,46 @@ std::string RuvSha256(std::string_view bytes)
     return base::Sha256(bytes);
 }
 
+std::string RuvFileSha256(const std::string& utf8Path, const std::function<bool(double)>& goOn)
+{
+    constexpr std::uint64_t kReports = 200;
+    base::Sha256Sum sum;
+    std::uint64_t read = 0;
+    std::uint64_t reported = 0;
+    const CFileRead file = ReadFileBlocks(utf8Path, [&](std::string_view block, std::uint64_t size) {
+        sum.Add(block);
+        read += block.size();
+        if (read - reported <= size / kReports)
+            return true;
+        reported = read;
+        return goOn(size == 0 ? 1.0 : static_cast<double>(read) / static_cast<double>(size));
+    });
+    return file.outcome == FileOutcome::read ? sum.Digits() : std::string();
+}
+
+std::string RuvPathBeside(const std::string& name, const std::string& caseFile)
+{
+    const auto named = base::NativePath(name);
+    const auto file = base::NativePath(caseFile);
+    if (!named || !file || caseFile.empty() || named->is_absolute())
+        return name;
+    return base::Utf8Of((std::filesystem::absolute(*file).parent_path() / *named).lexically_normal());
+}
+
+std::string RuvNameBeside(const std::string& utf8Path, const std::string& caseFile)
+{
+    const auto path = base::NativePath(utf8Path);
+    const auto file = base::NativePath(caseFile);
+    if (!path || !file)
+        return utf8Path;
+    const auto absolute = std::filesystem::absolute(*path).lexically_normal();
+    const auto relative =
+        caseFile.empty() ? std::filesystem::path()
+                         : absolute.lexically_relative(std::filesystem::absolute(*file).lexically_normal().parent_path());
+    const std::u8string name = (relative.empty() ? absolute : relative).generic_u8string();
+    return {name.begin(), name.end()};
+}
+
 std::string WriteFilePieces(const std::string& utf8Path, const std::string& source, const FilePieces& next)
 {
     const auto target = base::NativePath(utf8Path);

@@ -166,6 +166,7 @@ constexpr std::array kMessages{
     MessageText{1980, MessageKind::confirmation,
                 "Das ganze Video wird von Anfang an Bild für Bild analysiert; die bisher gefundenen Objekte entfallen. "
                 "Das kann lange dauern und lässt sich mit Esc abbrechen."},
+    MessageText{30202, MessageKind::information, "Video erfolgreich analysiert"},
 };
 
 std::string ArgText(const MessageArg& arg)

@@ -46,7 +46,7 @@ void CVideoReader::CloseVideo()
     m_position = 0;
 }
 
-int CVideoReader::ReadFrame(cv::Mat& image, double& time)
+template <class Image> int CVideoReader::Read(Image& image, double& time)
 {
     m_reason.clear();
     if (m_position >= GetFrameCount())
@@ -55,6 +55,16 @@ int CVideoReader::ReadFrame(cv::Mat& image, double& time)
     time = FrameTimes()[static_cast<std::size_t>(frame)];
     m_reason = m_source->Read(frame, image);
     return m_reason.empty() ? 1 : 0;
+}
+
+int CVideoReader::ReadFrame(cv::Mat& image, double& time)
+{
+    return Read(image, time);
+}
+
+int CVideoReader::ReadFrame(drawing::Bitmap& picture, double& time)
+{
+    return Read(picture, time);
 }
 
 int CVideoReader::SetFramePos(int frame)

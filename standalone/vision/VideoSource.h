@@ -4,6 +4,7 @@
 // The seam between the vision library and what decodes videos, which is loaded when it is first needed.
 #pragma once
 
+#include "host/CDC.h"
 #include "host/vision/VisionPoint.h"
 
 #include <functional>
@@ -35,6 +36,8 @@ class VideoSource
     virtual const VideoIndex& Index() const = 0;
     /// Empty when the picture was read, otherwise why not, in German.
     virtual std::string Read(int frame, cv::Mat& image) = 0;
+    /// The same as pixels of the screen.
+    virtual std::string Read(int frame, drawing::Bitmap& picture) = 0;
     virtual bool IsDamaged(int frame) const = 0;
 };
 

@@ -109,6 +109,9 @@ TEST_F(CaseFileSharing, PicturesAreFoundFromAnotherFolder)
     EXPECT_EQ(name("/a/b/fall.json", "/a/b/kopie.json", "bilder/ä.png"), "bilder/ä.png");
     EXPECT_EQ(name("/a/b/fall.json", "/a/fall.json", "../oben.png"), "oben.png");
     EXPECT_EQ(name("", "/a/b/fall.json", "/a/b/bild.png"), "bild.png");
+    data.Video().datei = "film.mp4";
+    MovePictures(data, "/a/b/fall.json", "/a/c/fall.json");
+    EXPECT_EQ(data.Video().datei, "../b/film.mp4");
     EXPECT_EQ(PicturePath("../b/bild.png", "/a/c/fall.json"), "/a/b/bild.png");
     EXPECT_EQ(PicturePath("/x/bild.png", "/a/c/fall.json"), "/x/bild.png");
     EXPECT_EQ(PicturePath("bild.png", ""), "bild.png");

@@ -259,6 +259,13 @@ TEST(CaseFile, IsWrittenAsTheLowestVersionThatHasAllItHolds)
         EXPECT_EQ(read.Angaben(), more.Angaben());
         casefile::NewExampleCase(read);
         EXPECT_EQ(read.Angaben(), CFallAngaben{});
+        more.Video() = {"filme/ä.mp4", std::string(64, 'f')};
+        EXPECT_EQ(version(more), "1.4");
+        ASSERT_TRUE(CaseFromJson(Written(more), read));
+        EXPECT_EQ(read.Video(), more.Video());
+        more.Video().sha256 = "kurz";
+        std::string ignored;
+        EXPECT_EQ(CaseToJson(more, ignored).pointer, "/video/sha256");
     }
     // A driving line is kept though the vehicle is not described; what belongs to no vehicle is not.
     data.WZDat(7).fahrlinie = {{1.0, 2.0}};

@@ -289,6 +289,7 @@ QString CaseDocument::Differences()
 void CaseDocument::Begin(const QString& path, bool saved)
 {
     m_path = path;
+    m_data->Falldatei() = path.toStdString();
     m_readOnly = false;
     Claim();
     Watch({});
@@ -367,6 +368,7 @@ bool CaseDocument::SaveAs(const QString& path, bool force)
     const QString absolute = QFileInfo(path).absoluteFilePath();
     m_parts->stepOpen = false;
     const std::vector<CSzenenBild> pictures = m_data->Bilder();
+    const CVideoQuelle video = m_data->Video();
     casefile::MovePictures(*m_data, m_path.toStdString(), absolute.toStdString());
     Commit(QStringLiteral("Änderung"));
     const bool own = absolute == m_path;
@@ -375,8 +377,10 @@ bool CaseDocument::SaveAs(const QString& path, bool force)
         base::SystemFileCalls(), own ? m_parts->digest : std::string());
     if (!written) {
         m_error = QString::fromStdString(written.Text());
-        if (absolute != m_path)
+        if (absolute != m_path) {
             m_data->Bilder() = pictures;
+            m_data->Video() = video;
+        }
         Commit(QStringLiteral("Änderung"));
         CheckFile();
         return false;
@@ -388,6 +392,7 @@ bool CaseDocument::SaveAs(const QString& path, bool force)
     SetModified(false);
     if (!own || m_readOnly) {
         m_path = absolute;
+        m_data->Falldatei() = absolute.toStdString();
         m_readOnly = false;
         Claim();
         emit titleChanged();

@@ -32,6 +32,18 @@ std::size_t BytesOf(const AVFrame& frame)
     return bytes;
 }
 
+/// Width and height before the pictures are turned, px.
+std::pair<int, int> StoredSize(const VideoIndex& index)
+{
+    return index.rotation % 180 != 0 ? std::pair(index.height, index.width) : std::pair(index.width, index.height);
+}
+
+/// Of a row that the scaler writes, px.
+int RowLength(int width)
+{
+    return (width + 2 * kAlign - 1) / kAlign * kAlign;
+}
+
 /// The matrix of a picture that names none: BT.709 from 720 rows on, BT.601 below.
 int MatrixOf(const AVFrame& frame)
 {
@@ -216,25 +228,31 @@ const AVFrame* VideoFile::Decode(int frame)
     return nullptr;
 }
 
+bool VideoFile::Scale(const AVFrame& picture, ScalerPtr& scaler, AVPixelFormat format, int flags, std::uint8_t* rows,
+                      int stride)
+{
+    const auto [width, height] = StoredSize(m_list.index);
+    scaler.reset(sws_getCachedContext(scaler.release(), picture.width, picture.height,
+                                      static_cast<AVPixelFormat>(picture.format), width, height, format, flags, nullptr,
+                                      nullptr, nullptr));
+    if (!scaler)
+        return false;
+    constexpr int kUnity = 1 << 16;
+    sws_setColorspaceDetails(scaler.get(), sws_getCoefficients(MatrixOf(picture)),
+                             picture.color_range == AVCOL_RANGE_JPEG ? 1 : 0, sws_getCoefficients(SWS_CS_DEFAULT), 1, 0,
+                             kUnity, kUnity);
+    std::uint8_t* const planes[4] = {rows, nullptr, nullptr, nullptr};
+    const int strides[4] = {stride, 0, 0, 0};
+    return sws_scale(scaler.get(), picture.data, picture.linesize, 0, picture.height, planes, strides) == height;
+}
+
 bool VideoFile::Convert(const AVFrame& picture, cv::Mat& image)
 {
     const VideoIndex& index = m_list.index;
-    const bool turned = index.rotation % 180 != 0;
-    const int width = turned ? index.height : index.width;
-    const int height = turned ? index.width : index.height;
-    m_scaler.reset(sws_getCachedContext(m_scaler.release(), picture.width, picture.height,
-                                        static_cast<AVPixelFormat>(picture.format), width, height, AV_PIX_FMT_BGR24,
-                                        SWS_BICUBIC | SWS_ACCURATE_RND, nullptr, nullptr, nullptr));
-    if (!m_scaler)
-        return false;
-    constexpr int kUnity = 1 << 16;
-    sws_setColorspaceDetails(m_scaler.get(), sws_getCoefficients(MatrixOf(picture)),
-                             picture.color_range == AVCOL_RANGE_JPEG ? 1 : 0, sws_getCoefficients(SWS_CS_DEFAULT), 1, 0,
-                             kUnity, kUnity);
-    cv::Mat rows(height, (width + 2 * kAlign - 1) / kAlign * kAlign, CV_8UC3);
-    std::uint8_t* const planes[4] = {rows.data, nullptr, nullptr, nullptr};
-    const int strides[4] = {static_cast<int>(rows.step[0]), 0, 0, 0};
-    if (sws_scale(m_scaler.get(), picture.data, picture.linesize, 0, picture.height, planes, strides) != height)
+    const auto [width, height] = StoredSize(index);
+    cv::Mat rows(height, RowLength(width), CV_8UC3);
+    if (!Scale(picture, m_scaler, AV_PIX_FMT_BGR24, SWS_BICUBIC | SWS_ACCURATE_RND, rows.data,
+               static_cast<int>(rows.step[0])))
         return false;
     const cv::Mat whole = rows(cv::Rect(0, 0, width, height));
     switch (index.rotation) {
@@ -253,7 +271,39 @@ bool VideoFile::Convert(const AVFrame& picture, cv::Mat& image)
     return true;
 }
 
-std::string VideoFile::Read(int frame, cv::Mat& image)
+bool VideoFile::Convert(const AVFrame& picture, drawing::Bitmap& shown)
+{
+    const VideoIndex& index = m_list.index;
+    const auto [width, height] = StoredSize(index);
+    const auto length = static_cast<std::size_t>(RowLength(width));
+    m_rows.resize(length * static_cast<std::size_t>(height));
+    // Blue, green, red, alpha: 0xFFRRGGBB of a little-endian machine.
+    if (!Scale(picture, m_screenScaler, AV_PIX_FMT_BGRA, SWS_BILINEAR, reinterpret_cast<std::uint8_t*>(m_rows.data()),
+               static_cast<int>(length * sizeof(std::uint32_t))))
+        return false;
+    shown.width = index.width;
+    shown.height = index.height;
+    shown.file.clear();
+    shown.pixels.resize(static_cast<std::size_t>(index.width) * static_cast<std::size_t>(index.height));
+    const auto w = static_cast<std::size_t>(width);
+    const auto h = static_cast<std::size_t>(height);
+    const auto lines = static_cast<std::size_t>(index.height);
+    const auto columns = static_cast<std::size_t>(index.width);
+    for (std::size_t y = 0; y < lines; ++y) {
+        std::uint32_t* to = shown.pixels.data() + y * columns;
+        if (index.rotation == 0) {
+            std::copy_n(m_rows.data() + y * length, columns, to);
+            continue;
+        }
+        for (std::size_t x = 0; x < columns; ++x)
+            to[x] = index.rotation == 90    ? m_rows[(h - 1 - x) * length + y]
+                    : index.rotation == 180 ? m_rows[(h - 1 - y) * length + w - 1 - x]
+                                            : m_rows[x * length + w - 1 - y];
+    }
+    return true;
+}
+
+template <class Image> std::string VideoFile::ReadAs(int frame, Image& image)
 {
     try {
         const AVFrame* picture = Decode(frame);
@@ -264,6 +314,16 @@ std::string VideoFile::Read(int frame, cv::Mat& image)
     }
     MarkDamaged(m_list.packetOf[static_cast<std::size_t>(frame)]);
     return "Das Bild " + std::to_string(frame + 1) + " ist beschädigt und kann nicht gelesen werden.";
+}
+
+std::string VideoFile::Read(int frame, cv::Mat& image)
+{
+    return ReadAs(frame, image);
+}
+
+std::string VideoFile::Read(int frame, drawing::Bitmap& picture)
+{
+    return ReadAs(frame, picture);
 }
 
 } // namespace vision

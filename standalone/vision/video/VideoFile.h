@@ -21,6 +21,7 @@ class VideoFile final : public VideoSource
 
     const VideoIndex& Index() const override { return m_list.index; }
     std::string Read(int frame, cv::Mat& image) override;
+    std::string Read(int frame, drawing::Bitmap& picture) override;
     bool IsDamaged(int frame) const override { return m_damaged[static_cast<std::size_t>(frame)]; }
 
   private:
@@ -39,7 +40,11 @@ class VideoFile final : public VideoSource
     int Receive();
     void MarkDamaged(int packet);
     void Keep(int frame, FramePtr picture);
+    template <class Image> std::string ReadAs(int frame, Image& image);
+    /// The picture in rows of `stride` bytes, before it is turned; false when that fails.
+    bool Scale(const AVFrame& picture, ScalerPtr& scaler, AVPixelFormat format, int flags, std::uint8_t* rows, int stride);
     bool Convert(const AVFrame& picture, cv::Mat& image);
+    bool Convert(const AVFrame& picture, drawing::Bitmap& shown);
 
     Demuxer m_demuxer;
     PacketList m_list;
@@ -52,6 +57,8 @@ class VideoFile final : public VideoSource
     std::deque<Kept> m_kept; ///< oldest first
     std::size_t m_keptBytes = 0;
     ScalerPtr m_scaler;
+    ScalerPtr m_screenScaler;
+    std::vector<std::uint32_t> m_rows; ///< of the picture shown last, before it is turned
 };
 
 } // namespace vision

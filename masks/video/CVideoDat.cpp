@@ -1,0 +1,593 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "masks/video/CVideoDat.h"
+
+#include "host/Files.h"
+#include "host/NumberTable.h"
+#include "host/Physics.h"
+#include "res/video.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string_view>
+
+namespace
+{
+
+using Dat = CVideoDat;
+
+constexpr double kKeineZahl = std::numeric_limits<double>::quiet_NaN();
+/// A strength that was set by eye is known to so much.
+constexpr double kStaerkeVonHand = 2.0;
+/// Between the moments of a transfer the curve is missed by no more, km/h; coarser where phases run out.
+constexpr double kToleranz = 1.0;
+constexpr double kGroeber = 1.1;
+constexpr int kMeisteVergroeberungen = 200;
+/// A speed is measured over so many entries at most.
+constexpr std::size_t kMessstrecke = 6;
+constexpr std::size_t kEcken = 4;
+constexpr double kGroessteKoordinate = 1e6; // px
+constexpr std::int64_t kMuster = 8;
+
+constexpr std::string_view kSpur = "spur_";
+constexpr const char* kPunkte = "punkte";
+constexpr const char* kHoechsteId = "hoechsteId";
+constexpr const char* kGetippterFaktor = "getippterFaktor";
+constexpr const char* kGetippteHoehe = "getippteHoehe";
+
+constexpr NumberUnit kPx2{"px²"};
+constexpr NumberUnit kPx{"px"};
+constexpr NumberRange kAbstand{0, 1000};
+constexpr NumberRange kFlaeche{0, 1e8};
+constexpr NumberRange kSpanne{0.2, 2};
+constexpr NumberRange kFaktor{0, 10};
+constexpr NumberRange kPunktHoehe{0, 5};
+constexpr NumberRange kKameraHoehe{0, 500};
+constexpr NumberRange kSchritt{0, 1000};
+constexpr auto kEingabe = FieldRole::input;
+constexpr auto kInnen = FieldRole::internal;
+constexpr SpinnerRange kDrehAbstand{0, 1000, 0.01};
+constexpr SpinnerRange kDrehHoehe{0, 50, 0.1};
+constexpr SpinnerRange kDrehFlaeche{0, 1e6, 100};
+constexpr SpinnerRange kDrehFaktor{0, 2, CVideoDat::kSchrittFaktor};
+
+constexpr UINT kMusterKnoepfe[] = {IDC_VIDEO_QUADRAT,      IDC_VIDEO_TRAPEZ,      IDC_VIDEO_RHOMBUS_L,
+                                   IDC_VIDEO_RHOMBUS_R,    IDC_VIDEO_QUADRAT_FREI, IDC_VIDEO_TRAPEZ_FREI,
+                                   IDC_VIDEO_RHOMBUS_L_FREI, IDC_VIDEO_RHOMBUS_R_FREI};
+constexpr UINT kKurvenKnoepfe[] = {IDC_VIDEO_AUSGLEICH, IDC_VIDEO_MESSWERTE};
+constexpr UINT kWerkzeugKnoepfe[] = {IDC_VIDEO_KALIBRIEREN, IDC_VIDEO_VERFOLGEN};
+
+template <std::size_t I> constexpr NumberRow<Dat> Abstand(UINT control, std::string_view name)
+{
+    return {control, name, Element<&Dat::abstaende, I>, units::m, kAbstand, 3, kEingabe, {.spinner = kDrehAbstand}};
+}
+
+constexpr NumberRow<Dat> kZahlen[] = {
+    kZeileFahrzeug<Dat>,
+    kZeilePhase<Dat>,
+    kZeileVon<Dat>,
+    kZeileBis<Dat>,
+    {"bildgroesse", At<&Dat::bildgroesse>, kPx},
+    {"bilderJeSekunde", At<&Dat::bilderJeSekunde>},
+    {"stelle", At<&Dat::stelle>, units::s, kInnen},
+    {"bildnummer", At<&Dat::bildnummer>, units::none, kInnen},
+    Abstand<0>(IDC_VIDEO_ABSTAND_12, "abstand12"),
+    Abstand<1>(IDC_VIDEO_ABSTAND_24, "abstand24"),
+    Abstand<2>(IDC_VIDEO_ABSTAND_43, "abstand43"),
+    Abstand<3>(IDC_VIDEO_ABSTAND_31, "abstand31"),
+    Abstand<4>(IDC_VIDEO_ABSTAND_14, "abstand14"),
+    Abstand<5>(IDC_VIDEO_ABSTAND_23, "abstand23"),
+    {kMusterKnoepfe, "muster", At<&Dat::muster>, "Form des Vierecks"},
+    {IDC_VIDEO_VERZEICHNUNG, "verzeichnungKorrigieren", At<&Dat::verzeichnungKorrigieren>},
+    {"linsenstaerke", At<&Dat::linsenstaerke>, units::none, FieldRole::state, {-100, 100}},
+    {IDC_VIDEO_FAKTOR, "faktor", At<&Dat::faktor>, units::none, kFaktor, 3, kEingabe, {.spinner = kDrehFaktor}},
+    {IDC_VIDEO_PUNKTHOEHE,
+     "punktHoehe",
+     At<&Dat::punktHoehe>,
+     units::m,
+     kPunktHoehe,
+     2,
+     kEingabe,
+     {.spinner = {0, 5, 0.01}}},
+    {IDC_VIDEO_KAMERAHOEHE,
+     "kameraHoehe",
+     At<&Dat::kameraHoehe>,
+     units::m,
+     kKameraHoehe,
+     2,
+     kEingabe,
+     {.spinner = kDrehHoehe}},
+    {IDC_VIDEO_FLAECHE_MIN,
+     "flaecheMin",
+     At<&Dat::flaecheMin>,
+     kPx2,
+     kFlaeche,
+     0,
+     kEingabe,
+     {.spinner = kDrehFlaeche}},
+    {IDC_VIDEO_FLAECHE_MAX,
+     "flaecheMax",
+     At<&Dat::flaecheMax>,
+     kPx2,
+     kFlaeche,
+     0,
+     kEingabe,
+     {.spinner = kDrehFlaeche}},
+    {IDC_VIDEO_SPANNE, "ausgleichsspanne", At<&Dat::ausgleichsspanne>, units::s, kSpanne, 1, kEingabe},
+    {kKurvenKnoepfe, "kurve", At<&Dat::kurve>, "Geschwindigkeit"},
+    {kWerkzeugKnoepfe, "werkzeug", At<&Dat::werkzeug>, "Klick ins Video"},
+    {IDC_VIDEO_SCHRITT, "schritt", At<&Dat::schritt>, units::none, kSchritt, 0, kEingabe},
+    {"abspielstufe", At<&Dat::abspielstufe>, units::none, FieldRole::state, {-3, 2}},
+    {IDC_VIDEO_BEREICH_ZEIGEN, "bereichZeigen", At<&Dat::bereichZeigen>},
+    {"id", At<&Dat::id>, units::none, FieldRole::state, {0, 1e6}},
+    {IDC_VIDEO_OBJEKTE, "objekte", At<&Dat::objekte>, units::none, {0, 1e6}, 0, FieldRole::result},
+    {"ids", At<&Dat::ids>, units::none, kInnen},
+    {"rate", At<&Dat::rate>, units::m, kInnen},
+    {"reste", At<&Dat::reste>, units::m, kInnen},
+    {"brennweite", At<&Dat::brennweite>, kPx, kInnen},
+    {"mittel", At<&Dat::mittel>, units::kmh, kInnen},
+    {"mittelU", At<&Dat::mittelU>, units::kmh, kInnen},
+    {"zeit", At<&Dat::zeit>, units::s, kInnen},
+    {"geschwindigkeit", At<&Dat::geschwindigkeit>, units::kmh, kInnen},
+    {"unsicherheit", At<&Dat::unsicherheit>, units::kmh, kInnen},
+    {"bild", At<&Dat::bild>, units::none, kInnen},
+    {"ausgleich", At<&Dat::ausgleich>, units::kmh, kInnen},
+    {"ausgleichUnsicherheit", At<&Dat::ausgleichU>, units::kmh, kInnen},
+};
+
+/// What the case keeps under its own name. Factor and height of the camera stand there as typed, not as shown.
+RecordFields Behaltene(RecordFields felder)
+{
+    std::erase_if(felder, [](const RecordField& f) {
+        return f.spec->role == kInnen || f.spec->role == FieldRole::result || f.spec->single == IDC_VIDEO_FAKTOR ||
+               f.spec->single == IDC_VIDEO_KAMERAHOEHE;
+    });
+    return felder;
+}
+
+/// The moments of a curve that it takes to miss it by no more than the tolerance (D. Douglas and T. Peucker, 1973,
+/// with the speeds' difference as the distance).
+std::vector<std::size_t> Ausgeduennt(const std::vector<double>& zeit, const std::vector<double>& kmh, double toleranz)
+{
+    std::vector<bool> bleibt(zeit.size(), false);
+    bleibt.front() = bleibt.back() = true;
+    std::vector<std::pair<std::size_t, std::size_t>> offen{{0, zeit.size() - 1}};
+    while (!offen.empty()) {
+        const auto [von, bis] = offen.back();
+        offen.pop_back();
+        const double dauer = zeit[bis] - zeit[von];
+        std::size_t groesste = von;
+        double abweichung = toleranz;
+        for (std::size_t i = von + 1; i < bis; ++i) {
+            const double anteil = dauer > 0.0 ? (zeit[i] - zeit[von]) / dauer : 0.0;
+            const double fehlt = std::abs(kmh[von] + anteil * (kmh[bis] - kmh[von]) - kmh[i]);
+            if (fehlt > abweichung) {
+                abweichung = fehlt;
+                groesste = i;
+            }
+        }
+        if (groesste == von)
+            continue;
+        bleibt[groesste] = true;
+        offen.emplace_back(von, groesste);
+        offen.emplace_back(groesste, bis);
+    }
+    std::vector<std::size_t> stellen;
+    for (std::size_t i = 0; i < bleibt.size(); ++i)
+        if (bleibt[i])
+            stellen.push_back(i);
+    return stellen;
+}
+
+/// m: s = Σ (v1 + v2) / 2 · Δt.
+double Weg(const std::vector<double>& zeit, const std::vector<double>& kmh, const std::vector<std::size_t>& stellen)
+{
+    double weg = 0.0;
+    for (std::size_t i = 1; i < stellen.size(); ++i)
+        weg += (kmh[stellen[i - 1]] + kmh[stellen[i]]) / 2.0 / kKmhProMs *
+               (zeit[stellen[i]] - zeit[stellen[i - 1]]);
+    return weg;
+}
+
+} // namespace
+
+RecordFields CVideoDat::Felder()
+{
+    return Describe(*this, kZahlen);
+}
+
+void CVideoDat::Laden()
+{
+    CVideoDat vorgabe(m_data);
+    const RecordFields felder = Behaltene(Felder());
+    const RecordFields leer = Behaltene(vorgabe.Felder());
+    for (std::size_t i = 0; i < felder.size(); ++i)
+        std::visit(
+            [&](auto* wert) {
+                using Zeiger = decltype(wert);
+                std::copy_n(std::get<Zeiger>(leer[i].value), felder[i].count, wert);
+            },
+            felder[i].value);
+    TakeFromCase(m_data, IDD_VIDEO, felder);
+    // A case from elsewhere may hold anything.
+    const auto halte = [](auto& wert, const NumberRange& bereich, auto sonst) {
+        const auto zahl = static_cast<double>(wert);
+        if (!(zahl >= bereich.minimum && zahl <= bereich.maximum))
+            wert = sonst;
+    };
+    for (double& abstand : abstaende)
+        halte(abstand, kAbstand, 0.0);
+    halte(muster, {0, kMuster - 1}, std::int64_t{0});
+    halte(kurve, {0, 1}, std::int64_t{ausgeglichen});
+    halte(werkzeug, {0, 1}, std::int64_t{kalibrieren});
+    halte(schritt, kSchritt, std::int64_t{1});
+    halte(punktHoehe, kPunktHoehe, 0.0);
+    halte(flaecheMin, kFlaeche, 0.0);
+    halte(flaecheMax, kFlaeche, 0.0);
+    halte(ausgleichsspanne, kSpanne, 1.0);
+    halte(bildgroesse[0], {0, kGroessteKoordinate}, 0.0);
+    halte(bildgroesse[1], {0, kGroessteKoordinate}, 0.0);
+    halte(bilderJeSekunde, {0, 1e6}, 0.0);
+
+    const auto eine = [this](const char* name, const NumberRange& bereich) {
+        const std::vector<double> kept = m_data.GemerkteWerte(IDD_VIDEO, name);
+        return kept.size() == 1 && kept[0] >= bereich.minimum && kept[0] <= bereich.maximum ? kept[0] : 0.0;
+    };
+    m_getippterFaktor = eine(kGetippterFaktor, kFaktor);
+    m_getippteHoehe = eine(kGetippteHoehe, kKameraHoehe);
+    m_hoechsteId = static_cast<std::int64_t>(eine(kHoechsteId, {0, 1e6}));
+    m_punkte.clear();
+    const std::vector<double> punkte = m_data.GemerkteWerte(IDD_VIDEO, kPunkte);
+    for (std::size_t i = 0; i + 1 < std::min(punkte.size(), 2 * kEcken); i += 2)
+        if (std::abs(punkte[i]) <= kGroessteKoordinate && std::abs(punkte[i + 1]) <= kGroessteKoordinate)
+            m_punkte.push_back({punkte[i], punkte[i + 1]});
+    m_spuren.clear();
+    const auto maske = m_data.AlleMaskenWerte().find(IDD_VIDEO);
+    m_gemerkt = maske == m_data.AlleMaskenWerte().end() ? CMaskenWerte{} : maske->second;
+    m_gemerkteQuelle = m_data.Video();
+    for (const auto& [name, zahlen] : m_gemerkt) {
+        int nummer = 0;
+        const char* const ende = name.data() + name.size();
+        if (!name.starts_with(kSpur) || std::from_chars(name.data() + kSpur.size(), ende, nummer).ptr != ende ||
+            nummer < 1)
+            continue;
+        if (auto spur = Videospur::AusZahlen(zahlen)) {
+            m_spuren[nummer] = std::move(*spur);
+            m_hoechsteId = std::max<std::int64_t>(m_hoechsteId, nummer);
+        }
+    }
+    if (!m_spuren.contains(static_cast<int>(id)))
+        id = 0;
+    Rechne();
+}
+
+void CVideoDat::Merken()
+{
+    CMaskenWerte& kept = m_data.MaskenWerte(IDD_VIDEO);
+    kept.clear();
+    KeepWithCase(m_data, IDD_VIDEO, Behaltene(Felder()));
+    std::erase_if(kept, [](const auto& feld) { // no range
+        return std::any_of(feld.second.begin(), feld.second.end(), [](double z) { return !std::isfinite(z); });
+    });
+    kept[kGetippterFaktor] = {m_getippterFaktor};
+    kept[kGetippteHoehe] = {m_getippteHoehe};
+    kept[kHoechsteId] = {static_cast<double>(m_hoechsteId)};
+    std::vector<double>& punkte = kept[kPunkte];
+    for (const VisionPoint& p : m_punkte)
+        punkte.insert(punkte.end(), {p.x, p.y});
+    for (const auto& [nummer, spur] : m_spuren)
+        kept[std::string(kSpur) + std::to_string(nummer)] = spur.AlsZahlen();
+    m_gemerkt = kept;
+    m_gemerkteQuelle = m_data.Video();
+    m_data.NotifyMaskenWerte();
+}
+
+bool CVideoDat::IstFremd() const
+{
+    const auto maske = m_data.AlleMaskenWerte().find(IDD_VIDEO);
+    const bool leer = maske == m_data.AlleMaskenWerte().end();
+    return !(m_data.Video() == m_gemerkteQuelle) || (leer ? !m_gemerkt.empty() : maske->second != m_gemerkt);
+}
+
+void CVideoDat::NimmVideo(const Videodaten& video)
+{
+    if (m_data.Video().sha256 != video.sha256) {
+        m_punkte.clear();
+        m_spuren.clear();
+        id = 0;
+        verzeichnungKorrigieren = 0;
+        linsenstaerke = 0;
+        m_getippterFaktor = m_getippteHoehe = punktHoehe = 0.0;
+        auswahl.von = auswahl.bis = kKeineZahl;
+        werkzeug = kalibrieren;
+    }
+    m_data.Video() = {RuvNameBeside(video.pfad, m_data.Falldatei()), video.sha256};
+    bildgroesse = {video.breite, video.hoehe};
+    bilderJeSekunde = video.bilderJeSekunde;
+    Rechne();
+}
+
+std::string CVideoDat::Videopfad() const
+{
+    const std::string& datei = m_data.Video().datei;
+    return datei.empty() ? std::string() : RuvPathBeside(datei, m_data.Falldatei());
+}
+
+void CVideoDat::Zuruecksetzen()
+{
+    LoescheSpuren();
+    m_hoechsteId = 0;
+    auswahl.von = auswahl.bis = kKeineZahl;
+    Rechne();
+}
+
+void CVideoDat::SetzePunkt(std::size_t punkt, VisionPoint wo)
+{
+    if (punkt > m_punkte.size() || punkt >= kEcken)
+        return;
+    if (punkt == m_punkte.size())
+        m_punkte.push_back(wo);
+    m_punkte[punkt] = wo;
+    Rechne();
+}
+
+void CVideoDat::LoeschePunkte()
+{
+    m_punkte.clear();
+    Rechne();
+}
+
+const Videospur* CVideoDat::Spur() const
+{
+    const auto spur = m_spuren.find(static_cast<int>(id));
+    return spur == m_spuren.end() ? nullptr : &spur->second;
+}
+
+Videospur* CVideoDat::Spur()
+{
+    const auto spur = m_spuren.find(static_cast<int>(id));
+    return spur == m_spuren.end() ? nullptr : &spur->second;
+}
+
+void CVideoDat::NeueSpur()
+{
+    NimmSpur(static_cast<int>(m_hoechsteId) + 1, {.punktHoehe = punktHoehe});
+    id = m_hoechsteId;
+    Rechne();
+}
+
+void CVideoDat::NimmSpur(int nummer, Videospur spur)
+{
+    m_spuren[nummer] = std::move(spur);
+    m_hoechsteId = std::max<std::int64_t>(m_hoechsteId, nummer);
+}
+
+void CVideoDat::LoescheSpuren()
+{
+    m_spuren.clear();
+    id = 0;
+}
+
+void CVideoDat::Klicke(int nummer, double wann, VisionPoint wo)
+{
+    const Videospur* bisher = Spur();
+    // A click is a point of the road or of the vehicle, a box's centre is another one: they make no common path.
+    const bool gefunden = bisher != nullptr && !bisher->eintraege.empty() && bisher->eintraege.front().breite > 0.0;
+    if (gefunden)
+        punktHoehe = 0.0;
+    if (bisher == nullptr || gefunden)
+        NeueSpur();
+    Spur()->Setze(nummer, wann, wo);
+    Rechne();
+}
+
+std::optional<int> CVideoDat::NimmZurueck()
+{
+    Videospur* spur = Spur();
+    if (spur == nullptr || spur->eintraege.empty())
+        return std::nullopt;
+    const int letztes = spur->eintraege.back().punkt.frame;
+    spur->eintraege.pop_back();
+    Rechne();
+    return letztes;
+}
+
+void CVideoDat::WaehleSpur(std::int64_t nummer)
+{
+    id = m_spuren.contains(static_cast<int>(nummer)) ? nummer : 0;
+    auswahl.von = auswahl.bis = kKeineZahl;
+    Rechne();
+}
+
+void CVideoDat::TippeFaktor()
+{
+    m_getippterFaktor = faktor;
+    Rechne();
+}
+
+void CVideoDat::TippeKameraHoehe()
+{
+    m_getippteHoehe = kameraHoehe;
+    Rechne();
+}
+
+void CVideoDat::TippePunktHoehe()
+{
+    if (Videospur* spur = Spur())
+        spur->punktHoehe = punktHoehe;
+    Rechne();
+}
+
+RoadInput CVideoDat::Strasseneingabe() const
+{
+    RoadInput eingabe;
+    eingabe.width = static_cast<int>(bildgroesse[0]);
+    eingabe.height = static_cast<int>(bildgroesse[1]);
+    std::copy(m_punkte.begin(), m_punkte.end(), eingabe.points.begin());
+    eingabe.distances = abstaende;
+    eingabe.pattern = static_cast<RectifyPattern>(muster % (kMuster / 2));
+    eingabe.strict = muster < kMuster / 2;
+    eingabe.strength = Staerke();
+    return eingabe;
+}
+
+VideoSpeeds CVideoDat::Geschwindigkeiten(double z) const
+{
+    SpeedInput eingabe;
+    eingabe.fps = bilderJeSekunde;
+    if (FaktorIstGetippt())
+        eingabe.factor = m_getippterFaktor;
+    if (KameraHoeheIstGetippt())
+        eingabe.cameraHeight = m_getippteHoehe;
+    eingabe.pointHeight = z;
+    eingabe.strengthUncertainty = verzeichnungKorrigieren != 0 ? kStaerkeVonHand : 0.0;
+    eingabe.smoothSpan = ausgleichsspanne;
+    return {m_strasse, eingabe};
+}
+
+void CVideoDat::Rechne()
+{
+    m_strasse.Reset();
+    for (std::size_t i = 0; i < m_punkte.size(); ++i)
+        m_strasse.UpdatePoint(static_cast<int>(i), m_punkte[i]);
+    m_strasse.EstimateRectificationMap(Strasseneingabe());
+    const bool kalibriert = m_strasse.Fault() == RoadFault::none;
+    rate = m_strasse.GetRateRealDistToRectifiedPixels();
+    for (std::size_t i = 0; i < kAbstaende; ++i)
+        reste[i] = kalibriert ? m_strasse.Residuals()[i].value_or(kKeineZahl) : kKeineZahl;
+    brennweite = kalibriert ? m_strasse.Focal().value_or(0.0) : 0.0;
+    kameraHoehe = KameraHoeheIstGetippt() ? m_getippteHoehe
+                  : kalibriert            ? m_strasse.CameraHeight().value_or(0.0)
+                                          : 0.0;
+    if (const Videospur* spur = Spur())
+        punktHoehe = spur->punktHoehe;
+    // Each height of followed points has a factor of its own.
+    std::map<double, VideoSpeeds> jeHoehe;
+    m_verlaeufe.clear();
+    ids.clear();
+    for (const auto& [nummer, spur] : m_spuren) {
+        ids.push_back(nummer);
+        if (!kalibriert)
+            continue;
+        const auto hoehe = jeHoehe.try_emplace(spur.punktHoehe, Geschwindigkeiten(spur.punktHoehe)).first;
+        m_verlaeufe[nummer] = hoehe->second.Of(spur.Eintraege());
+    }
+    m_faktorUnbekannt = false;
+    faktor = FaktorIstGetippt() ? m_getippterFaktor : 1.0;
+    if (kalibriert) {
+        const VideoSpeeds dieser = Geschwindigkeiten(punktHoehe);
+        faktor = dieser.Factor();
+        m_faktorUnbekannt = !dieser.FactorIsKnown();
+    }
+    ZeigeSpur();
+    RechneMittel(auswahl.von, auswahl.bis);
+}
+
+void CVideoDat::ZeigeSpur()
+{
+    zeit.clear();
+    geschwindigkeit.clear();
+    unsicherheit.clear();
+    bild.clear();
+    ausgleich.clear();
+    ausgleichU.clear();
+    const auto verlauf = m_verlaeufe.find(static_cast<int>(id));
+    if (verlauf == m_verlaeufe.end())
+        return;
+    for (const VideoSpeed& v : verlauf->second) {
+        zeit.push_back(v.time);
+        geschwindigkeit.push_back(v.speed);
+        unsicherheit.push_back(v.uncertainty);
+        bild.push_back(v.frame);
+        ausgleich.push_back(v.smooth.value_or(kKeineZahl));
+        ausgleichU.push_back(v.smooth ? v.smoothUncertainty : kKeineZahl);
+    }
+}
+
+std::optional<int> CVideoDat::Beschriftung(int nummer, int bildnummerGezeigt) const
+{
+    const auto verlauf = m_verlaeufe.find(nummer);
+    if (verlauf == m_verlaeufe.end())
+        return std::nullopt;
+    const auto& alle = verlauf->second;
+    const auto v = std::lower_bound(alle.begin(), alle.end(), bildnummerGezeigt,
+                                    [](const VideoSpeed& speed, int frame) { return speed.frame < frame; });
+    return v == alle.end() || v->frame != bildnummerGezeigt ? std::nullopt : std::optional(v->label);
+}
+
+void CVideoDat::RechneMittel(double von, double bis)
+{
+    mittel = mittelU = kKeineZahl;
+    m_mittelart.reset();
+    const Videospur* spur = Spur();
+    if (spur == nullptr || m_strasse.Fault() != RoadFault::none)
+        return;
+    std::vector<VideoEntry> eintraege = spur->Eintraege();
+    if (!std::isnan(von) && !std::isnan(bis))
+        std::erase_if(eintraege, [&](const VideoEntry& e) { return e.time < von || e.time > bis; });
+    const auto mean = Geschwindigkeiten(spur->punktHoehe).Mean(eintraege);
+    if (!mean)
+        return;
+    mittel = mean->speed;
+    mittelU = mean->uncertainty;
+    m_mittelart = mean->kind;
+}
+
+std::vector<std::size_t> CVideoDat::Kurvenzeilen() const
+{
+    std::vector<std::size_t> zeilen;
+    const Videospur* spur = Spur();
+    if (spur == nullptr)
+        return zeilen;
+    const auto& eintraege = spur->eintraege;
+    const std::vector<double>& werte = Kurvenwerte();
+    for (std::size_t i = 0; i < werte.size(); ++i) {
+        const auto ende = spur->ImBild(static_cast<int>(bild[i]));
+        if (!std::isfinite(werte[i]) || !ende)
+            continue;
+        // The centre of a box that the frame's edge cuts is not the vehicle's.
+        const std::size_t anfang = *ende - std::min(*ende, kMessstrecke);
+        const bool angeschnitten = std::any_of(eintraege.begin() + static_cast<std::ptrdiff_t>(anfang),
+                                               eintraege.begin() + static_cast<std::ptrdiff_t>(*ende) + 1,
+                                               [](const Videospur::Eintrag& e) { return e.punkt.cut; });
+        if (!angeschnitten)
+            zeilen.push_back(i);
+    }
+    return zeilen;
+}
+
+CVideoDat::Verlauf CVideoDat::MacheVerlauf(std::size_t erste, std::size_t letzte) const
+{
+    Verlauf verlauf;
+    std::vector<double> zeiten;
+    std::vector<double> kmh;
+    const std::vector<std::size_t> zeilen = Kurvenzeilen();
+    for (std::size_t i = erste; i <= letzte && i < zeilen.size(); ++i) {
+        zeiten.push_back(zeit[zeilen[i]]);
+        kmh.push_back(Kurvenwerte()[zeilen[i]]);
+    }
+    const std::size_t platz = std::max<std::size_t>(MeisteFahrzeilen(auswahl.phase), 2);
+    if (zeiten.size() < 2)
+        return verlauf;
+    verlauf.toleranz = kToleranz;
+    std::vector<std::size_t> stellen = Ausgeduennt(zeiten, kmh, verlauf.toleranz);
+    for (int i = 0; i < kMeisteVergroeberungen && stellen.size() > platz; ++i) {
+        verlauf.toleranz *= kGroeber;
+        stellen = Ausgeduennt(zeiten, kmh, verlauf.toleranz);
+    }
+    std::vector<std::size_t> alle(zeiten.size());
+    for (std::size_t i = 0; i < alle.size(); ++i)
+        alle[i] = i;
+    verlauf.kurvenWeg = Weg(zeiten, kmh, alle);
+    verlauf.weg = Weg(zeiten, kmh, stellen);
+    for (std::size_t i = 0; i < stellen.size(); ++i)
+        verlauf.zeilen.push_back({i == 0 ? 0.0 : zeiten[stellen[i]] - zeiten[stellen[i - 1]], kmh[stellen[i]]});
+    return verlauf;
+}
+
+Fahrtbefund CVideoDat::Uebertrage(const Verlauf& verlauf)
+{
+    return UebertrageFahrphasen(m_data, auswahl.fahrzeug, auswahl.phase, verlauf.zeilen, m_parent);
+}
