@@ -28,7 +28,7 @@ struct Videospur {
 
     double punktHoehe = 0.0;        ///< m, of its points above the road
     bool gewaehlteLaengen = false;  ///< the chosen frame lengths count
-    std::vector<Eintrag> eintraege; ///< ascending by frame
+    std::vector<Eintrag> eintraege{}; ///< ascending by frame
 
     friend bool operator==(const Videospur&, const Videospur&) = default;
 
