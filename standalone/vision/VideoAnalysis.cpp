@@ -7,6 +7,7 @@
 #include "vision/OwnedImage.h"
 
 #include <exception>
+#include <utility>
 
 namespace
 {
@@ -45,7 +46,7 @@ SearchedFrame DetectAndTrack(const FrameSearch& with, const cv::Mat& image, doub
         return result;
     }
     std::vector<VideoBox> boxes;
-    if (with.detector->Detect(straight ? *straight : image, boxes) == 0)
+    if (with.detector->Detect(straight ? std::as_const(*straight) : image, boxes) == 0)
         result.reason = with.detector->Reason();
     else
         result.seen = tracks.Add(*with.road, time, frame, boxes, lens);
