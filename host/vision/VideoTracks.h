@@ -7,19 +7,18 @@
 
 #include "host/vision/CCentroidTSTracker.h"
 #include "host/vision/CPerspectiveRectifier.h"
+#include "host/vision/VideoBox.h"
 #include "host/vision/VideoSpeeds.h"
 
 #include <map>
 #include <span>
 #include <vector>
 
-/// px of the raw frame, the upper left corner and the size.
-struct VideoBox {
-    double x = 0.0;
-    double y = 0.0;
-    double w = 0.0;
-    double h = 0.0;
-    VisionPoint Centre() const { return {x + w / 2.0, y + h / 2.0}; }
+/// A vehicle where a frame shows it.
+struct SeenVehicle {
+    int id = 0;       ///< counts from 1
+    VideoBox box{};   ///< of the picture that was searched
+    bool cut = false; ///< the box reaches its edge
 };
 
 class VideoTracks
@@ -27,8 +26,10 @@ class VideoTracks
   public:
     VideoTracks(int width, int height) : m_width(width), m_height(height) {}
 
-    /// The boxes of the next frame. On a calibrated road those count whose centre has a place on it.
-    void Add(const CPerspectiveRectifier& road, double time, int frame, std::span<const VideoBox> boxes);
+    /// The boxes of the next frame; with a lens, of the straightened one. On a calibrated road those count whose centre
+    /// has a place on it. Returns them with the numbers of their tracks.
+    std::vector<SeenVehicle> Add(const CPerspectiveRectifier& road, double time, int frame,
+                                 std::span<const VideoBox> boxes, const CDistortionRectifier* lens = nullptr);
     /// By ID; IDs count from 1.
     const std::map<int, std::vector<VideoEntry>>& Tracks() const { return m_tracks; }
     /// Whether the box reaches the frame's edge.

@@ -6,6 +6,7 @@
 
 #include "host/CDC.h"
 #include "host/vision/VisionPoint.h"
+#include "vision/DetectorNet.h"
 
 #include <functional>
 #include <memory>
@@ -48,6 +49,9 @@ struct OpenedVideo {
 
 struct VideoLibrary {
     OpenedVideo (*open)(const std::string& path);
+    OpenedNet (*openNet)(const std::string& path, const NetInput& input);
+    cv::Mat* (*makeImage)();
+    void (*freeImage)(cv::Mat* image);
     int (*width)(const cv::Mat& image);
     int (*height)(const cv::Mat& image);
     /// `result` gets width x height pixels, each from where `source` says in `image`; false when that fails.

@@ -27,14 +27,19 @@ bool VideoTracks::IsCut(const VideoBox& box) const
     return box.x <= kEdge || box.y <= kEdge || box.x + box.w >= m_width - kEdge || box.y + box.h >= m_height - kEdge;
 }
 
-void VideoTracks::Add(const CPerspectiveRectifier& road, double time, int frame, std::span<const VideoBox> boxes)
+std::vector<SeenVehicle> VideoTracks::Add(const CPerspectiveRectifier& road, double time, int frame,
+                                          std::span<const VideoBox> boxes, const CDistortionRectifier* lens)
 {
     const bool calibrated = road.GetRateRealDistToRectifiedPixels() > 0.0;
     std::vector<VisionPoint> points;
     std::vector<double> sigmas;
-    std::vector<const VideoBox*> accepted;
+    struct Accepted {
+        const VideoBox* box;
+        VisionPoint centre; // in the raw frame
+    };
+    std::vector<Accepted> accepted;
     for (const VideoBox& box : boxes) {
-        const VisionPoint centre = box.Centre();
+        const VisionPoint centre = lens != nullptr ? lens->Bend(box.Centre()) : box.Centre();
         if (calibrated) {
             const auto point = road.RectifyPoint(centre);
             const auto spread = road.PointSpread(centre);
@@ -47,12 +52,17 @@ void VideoTracks::Add(const CPerspectiveRectifier& road, double time, int frame,
             points.push_back({centre.x * scale, centre.y * scale});
             sigmas.push_back(vision::kClickUncertainty * scale);
         }
-        accepted.push_back(&box);
+        accepted.push_back({&box, centre});
     }
+    std::vector<SeenVehicle> seen;
     for (const CTrackObj& track : m_tracker.Update(points, time, sigmas)) {
         if (track.GetLostCounter() != 0)
             continue;
-        const VideoBox& box = *accepted[track.LastPoint()];
-        m_tracks[track.GetTrackID() + 1].push_back({time, frame, box.Centre(), IsCut(box)});
+        const auto& [box, centre] = accepted[track.LastPoint()];
+        const int id = track.GetTrackID() + 1;
+        const bool cut = IsCut(*box);
+        m_tracks[id].push_back({time, frame, centre, cut});
+        seen.push_back({id, *box, cut});
     }
+    return seen;
 }

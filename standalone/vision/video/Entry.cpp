@@ -3,6 +3,7 @@
 //
 // What the vision library finds when it loads this one. No exception leaves it.
 #include "vision/VideoSource.h"
+#include "vision/video/OnnxNet.h"
 #include "vision/video/VideoFile.h"
 
 #include <opencv2/core.hpp>
@@ -26,6 +27,25 @@ OpenedVideo Open(const std::string& path)
     } catch (const std::exception&) {
         return {nullptr, "Für das Video reicht der Speicher nicht."};
     }
+}
+
+OpenedNet OpenNet(const std::string& path, const NetInput& input)
+{
+    auto net = std::make_unique<OnnxNet>(input);
+    std::string reason = net->Open(path);
+    if (!reason.empty())
+        return {nullptr, std::move(reason)};
+    return {std::move(net), {}};
+}
+
+cv::Mat* MakeImage()
+{
+    return new cv::Mat();
+}
+
+void FreeImage(cv::Mat* image)
+{
+    delete image;
 }
 
 int Width(const cv::Mat& image)
@@ -87,7 +107,7 @@ extern "C" const vision::VideoLibrary* RuvVideoLibrary();
 
 const vision::VideoLibrary* RuvVideoLibrary()
 {
-    static const vision::VideoLibrary library{vision::Open, vision::Width, vision::Height, vision::Remap,
-                                              vision::DrawPolygon};
+    static const vision::VideoLibrary library{vision::Open,  vision::OpenNet, vision::MakeImage, vision::FreeImage,
+                                              vision::Width, vision::Height,  vision::Remap,     vision::DrawPolygon};
     return &library;
 }
