@@ -18,6 +18,7 @@
 #include "masks/manoeuvre/CHalbeSichtDlg.h"
 #include "masks/manoeuvre/CSpurVorDlg.h"
 #include "masks/manoeuvre/CVermDlg.h"
+#include "masks/video/CVideoDlg.h"
 
 #include <array>
 #include <new>
@@ -68,7 +69,7 @@ constexpr std::array kMasks{
     MaskEntry{491, "CGoProImportDlg", "GoPro Daten importieren", 5, nullptr},
     MaskEntry{492, "CGPXImportDlg", "GPX Daten importieren", 5, &Create<CGPXImportDlg>},
     MaskEntry{493, "CFahrradDlg", "Anstreifspuren Fahrrad", 4, &Create<CFahrradDlg>},
-    MaskEntry{494, "CVideoDlg", "Videoanalyse", 6, nullptr},
+    MaskEntry{494, "CVideoDlg", "Videoanalyse", 6, &Create<CVideoDlg>},
 };
 
 } // namespace

@@ -9,5 +9,6 @@
 #include "res/dynamics.h"
 #include "res/import.h"
 #include "res/manoeuvre.h"
+#include "res/video.h"
 
 #endif

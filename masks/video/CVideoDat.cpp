@@ -121,6 +121,8 @@ constexpr NumberRow<Dat> kZahlen[] = {
     {IDC_VIDEO_SCHRITT, "schritt", At<&Dat::schritt>, units::none, kSchritt, 0, kEingabe},
     {"abspielstufe", At<&Dat::abspielstufe>, units::none, FieldRole::state, {-3, 2}},
     {IDC_VIDEO_BEREICH_ZEIGEN, "bereichZeigen", At<&Dat::bereichZeigen>},
+    {"analysiert", At<&Dat::analysiert>},
+    {"unvollstaendig", At<&Dat::unvollstaendig>},
     {"id", At<&Dat::id>, units::none, FieldRole::state, {0, 1e6}},
     {IDC_VIDEO_OBJEKTE, "objekte", At<&Dat::objekte>, units::none, {0, 1e6}, 0, FieldRole::result},
     {"ids", At<&Dat::ids>, units::none, kInnen},
@@ -295,8 +297,8 @@ void CVideoDat::NimmVideo(const Videodaten& video)
 {
     if (m_data.Video().sha256 != video.sha256) {
         m_punkte.clear();
-        m_spuren.clear();
-        id = 0;
+        LoescheSpuren();
+        m_hoechsteId = 0;
         verzeichnungKorrigieren = 0;
         linsenstaerke = 0;
         m_getippterFaktor = m_getippteHoehe = punktHoehe = 0.0;
@@ -368,13 +370,25 @@ void CVideoDat::LoescheSpuren()
 {
     m_spuren.clear();
     id = 0;
+    analysiert = 0;
+    unvollstaendig = 0;
+}
+
+void CVideoDat::LoescheGefundene()
+{
+    std::erase_if(m_spuren, [](const auto& spur) { return spur.second.IstGefunden(); });
+    m_hoechsteId = m_spuren.empty() ? 0 : m_spuren.rbegin()->first;
+    if (!m_spuren.contains(static_cast<int>(id)))
+        id = 0;
+    analysiert = 0;
+    unvollstaendig = 0;
 }
 
 void CVideoDat::Klicke(int nummer, double wann, VisionPoint wo)
 {
     const Videospur* bisher = Spur();
     // A click is a point of the road or of the vehicle, a box's centre is another one: they make no common path.
-    const bool gefunden = bisher != nullptr && !bisher->eintraege.empty() && bisher->eintraege.front().breite > 0.0;
+    const bool gefunden = bisher != nullptr && bisher->IstGefunden();
     if (gefunden)
         punktHoehe = 0.0;
     if (bisher == nullptr || gefunden)

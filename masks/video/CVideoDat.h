@@ -68,6 +68,8 @@ class CVideoDat final : public CDlgData
     std::int64_t schritt = 1;           ///< frames to step on after a click
     std::int64_t abspielstufe = 0;      ///< -3..2: speed of the player 2^stufe
     std::uint8_t bereichZeigen = 1;
+    std::int64_t analysiert = 0;        ///< frames that the detector went through
+    std::uint8_t unvollstaendig = 0;    ///< it did not get to the end
     std::int64_t id = 0;                ///< chosen, 0 = none
     std::int64_t objekte = 0;           ///< IDs that the frame shown has
     std::vector<std::int64_t> ids;
@@ -111,6 +113,9 @@ class CVideoDat final : public CDlgData
     void NeueSpur();
     void NimmSpur(int nummer, Videospur spur);
     void LoescheSpuren();
+    /// Those that the detector found; what was clicked stays.
+    void LoescheGefundene();
+    std::int64_t HoechsteId() const { return m_hoechsteId; }
     void Klicke(int bildnummer, double zeit, VisionPoint wo);
     /// Takes back the last click of the chosen ID: its frame, nothing when there is none.
     std::optional<int> NimmZurueck();

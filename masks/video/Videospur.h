@@ -32,6 +32,8 @@ struct Videospur {
 
     friend bool operator==(const Videospur&, const Videospur&) = default;
 
+    /// By the detector, which sees boxes.
+    bool IstGefunden() const { return !eintraege.empty() && eintraege.front().breite > 0.0; }
     /// The entry of a frame; one per frame.
     std::optional<std::size_t> ImBild(int bild) const;
     /// Puts a click into its frame, in the place of the one there.

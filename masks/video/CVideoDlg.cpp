@@ -1,0 +1,884 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+#include "masks/video/CVideoDlg.h"
+
+#include "host/Bindings.h"
+#include "host/CRuvFileDialog.h"
+#include "host/Charts.h"
+#include "host/FehlerMeldung.h"
+#include "host/Files.h"
+#include "host/Log.h"
+#include "host/Progress.h"
+#include "host/RuvCfg.h"
+#include "masks/manoeuvre/Texte.h"
+#include "masks/video/CVideoFrameDlg.h"
+#include "masks/video/VideoBindungen.h"
+#include "res/video.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace
+{
+
+using Dat = CVideoDat;
+using Griff = Videobild::Griff;
+
+constexpr const char* kFilter = "*.mp4; *.avi|*.mp4; *.avi||";
+constexpr UINT_PTR kUhr = 1;
+constexpr double kLaengsteStandzeit = 10.0; // s that a frame is shown at most while playing
+constexpr double kHoeheZuBreite = 0.5;      // of the chart in reports
+constexpr double kK = 2.0;                  // coverage factor of what is shown
+constexpr double kFeinerSchritt = 0.1;      // px of the arrow keys
+constexpr double kGroberSchritt = 1.0;      // with Shift
+constexpr double kHalbeMs = 0.000499999;    // s
+constexpr int kLangsamste = -3;             // 2^-3 of the speed
+constexpr int kSchnellste = 2;
+constexpr std::size_t kKantenteile = 16;
+constexpr const char* kMuster[] = {"square", "trapez", "rhombus L", "rhombus R"};
+/// The quadrilateral's sides by the numbers of their points.
+constexpr std::pair<std::size_t, std::size_t> kSeiten[] = {{0, 1}, {1, 3}, {3, 2}, {2, 0}};
+
+std::string Text(UINT id, std::initializer_list<std::string> args)
+{
+    return Eingesetzt(LoadRuvString(id), args);
+}
+
+chart::Values Geteilt(std::vector<double> werte)
+{
+    return std::make_shared<const std::vector<double>>(std::move(werte));
+}
+
+} // namespace
+
+CVideoDlg::CVideoDlg(CRuvData& data, CWnd* parent)
+    : CMDIRechDialog(IDD_VIDEO, parent, data, nullptr, nullptr), m_dat(data)
+{
+    m_dat.SetParent(this);
+    m_isCalculationMask = 1;
+    m_editColors = &RuvCfg.editColors;
+}
+
+CVideoDlg::~CVideoDlg() = default;
+
+const CMessageMap* CVideoDlg::GetMessageMap() const
+{
+    static constexpr CMessageEntry kEntries[] = {
+        OnMessage<&CVideoDlg::OnUpdateDialog>(WM_RUV_UPDATEDIALOG),
+        OnMessage<&CVideoDlg::OnEditChanged>(WM_RUV_EDITCHANGED),
+        OnMessage<&CVideoDlg::OnHScroll>(WM_HSCROLL),
+        OnMessage<&CVideoDlg::OnKeyDown>(WM_KEYDOWN),
+        OnMessage<&CVideoDlg::OnTimer>(WM_TIMER),
+        OnControl<&CVideoDlg::WaehleDatei>(IDC_IMPORT_WAEHLEN),
+        OnControl<&CVideoDlg::OnZurueck>(IDC_VIDEO_ZURUECK),
+        OnControl<&CVideoDlg::OnPlay>(IDC_VIDEO_PLAY),
+        OnControl<&CVideoDlg::OnVor>(IDC_VIDEO_VOR),
+        OnControl<&CVideoDlg::OnReset>(IDC_VIDEO_RESET),
+        OnControl<&CVideoDlg::OnFaktorMinus>(IDC_VIDEO_FAKTOR_MINUS),
+        OnControl<&CVideoDlg::OnFaktorPlus>(IDC_VIDEO_FAKTOR_PLUS),
+        OnControl<&CVideoDlg::OnRuecknahme>(IDC_VIDEO_RUECKNAHME),
+        OnControl<&CVideoDlg::OnNeueId>(IDC_VIDEO_NEUE_ID),
+        OnControl<&CVideoDlg::OnPunkteLoeschen>(IDC_VIDEO_PUNKTE_LOESCHEN),
+        OnControl<&CVideoDlg::OnKomplettanalyse>(IDC_VIDEO_KOMPLETT),
+        OnControl<&CVideoDlg::OnFrames>(IDC_VIDEO_FRAMES),
+        OnControl<&CVideoDlg::OnTransfer>(IDOK),
+    };
+    static constexpr CMessageMap kMap{nullptr, kEntries};
+    return &kMap;
+}
+
+void CVideoDlg::BuildObjects()
+{
+    RuvLog("CVideoDlg::BuildObjects", "Video analysis building objects started...");
+    CMDIRechDialog::BuildObjects();
+    new CFzgCombo(this, IDC_IMPORT_FAHRZEUG, 0, &m_dat.auswahl.fahrzeug, nullptr, m_editColors, m_editColors);
+    auto* phase = new CAbsCombo(this, IDC_IMPORT_PHASE, &m_dat.auswahl.phase, m_editColors, m_editColors);
+    phase->SetVehicle(&m_dat.auswahl.fahrzeug);
+    new CIdCombo(this, IDC_VIDEO_ID, &m_dat.id, m_dat.ids);
+    new CVideozeit(this, IDC_VIDEO_ZEIT, &m_dat.stelle);
+    RuvLog("CVideoDlg::BuildObjects", "Video analysis building objects finished successfully!");
+}
+
+void CVideoDlg::SetupWindow()
+{
+    RuvLog("CVideoDlg::SetupWindow", "Video analysis module opened!");
+    m_dat.Laden();
+    m_diagramm.Attach(GetDlgItem(IDC_IMPORT_DIAGRAMM), kHoeheZuBreite);
+    m_diagramm.SetHint(LoadRuvString(IDS_VIDEO_KLICK));
+    m_diagramm.OnRangeChanged([this] {
+        if (!m_zeigtKurve)
+            BereichGeaendert();
+    });
+    auto* feld = static_cast<CStatic*>(GetDlgItem(IDC_VIDEO_BILD));
+    feld->SetPainter([this](CDC& dc, const CRect&) { m_bild.Zeichne(dc, false); });
+    feld->SetReportPainter([this](CDC& dc, const CRect&) { m_bild.Zeichne(dc, true); }, kHoeheZuBreite);
+    feld->SetMouse([this, feld](const CMouseEvent& ereignis) {
+        const bool benutzt = m_bild.Maus(ereignis);
+        feld->Invalidate();
+        return benutzt;
+    });
+    feld->SetCursorShape(CursorShape::cross);
+    m_bild.OnKlick([this](VisionPoint wo, std::optional<Griff> griff) { OnKlick(wo, griff); });
+    m_bild.OnZug([this](Griff griff, VisionPoint wo, bool fertig) { OnZug(griff, wo, fertig); });
+    static_cast<CSliderCtrl*>(GetDlgItem(IDC_VIDEO_TEMPO))->SetRange(kLangsamste, kSchnellste);
+    constexpr auto kStaerkste = static_cast<int>(CDistortionRectifier::kMaxStrength);
+    static_cast<CSliderCtrl*>(GetDlgItem(IDC_VIDEO_LINSE))->SetRange(-kStaerkste, kStaerkste);
+    static_cast<CGridCtrl*>(GetDlgItem(IDC_VIDEO_BERICHT))->SetColumns({{LoadRuvString(IDS_VIDEO_BERICHT)}});
+    CMDIRechDialog::SetupWindow();
+    m_bild.SetBild(nullptr, LoadRuvString(IDS_VIDEO_OHNE));
+    OeffneVideoDesFalls();
+    m_gezeigtesMuster = m_dat.muster;
+    m_gezeigteVerzeichnung = m_dat.verzeichnungKorrigieren;
+    m_gezeigteId = m_dat.id;
+    Zeige(false);
+}
+
+void CVideoDlg::ShutDownWindow()
+{
+    KillTimer(kUhr);
+    m_diagramm.OnRangeChanged({});
+    m_diagramm.Attach(nullptr);
+    RuvLog("CVideoDlg::ShutDownWindow", "Video analysis module closed!");
+    CMDIRechDialog::ShutDownWindow();
+}
+
+void CVideoDlg::WaehleDatei()
+{
+    CRuvFileDialog dialog(true, "*.mp4", m_dat.Videopfad(), OFN_HIDEREADONLY, kFilter, this);
+    if (dialog.DoModal() != IDOK)
+        return;
+    m_data.BroadcastMessage(WM_RUV_BEFOREIMPORT, 0, 0, this);
+    ReadData();
+    HalteAn();
+    if (!LoadVideo(dialog.GetPathName()))
+        return;
+    m_aktiv.reset();
+    ZeigeFrame(0);
+    Zeige();
+}
+
+/// After a failure everything is as before, and the status line says why.
+bool CVideoDlg::LoadVideo(const std::string& pfad)
+{
+    constexpr const char* kContext = "CVideoDlg::LoadVideo";
+    const CWaitCursor wait;
+    bool istDa = false;
+    const CFileRead datei = ReadFileBlocks(pfad, [&istDa](std::string_view, std::uint64_t) {
+        istDa = true;
+        return false;
+    });
+    if (!istDa && datei.outcome != FileOutcome::read) {
+        RuvLog(kContext, "Failed to loaded new video at: " + pfad + ". Path does not exist");
+        Status(datei.error);
+        return false;
+    }
+    auto leser = std::make_unique<CVideoReader>();
+    RuvLog("CVideoDlg::InitVideoReader", "Video reader initialized properly!");
+    if (leser->OpenVideo(pfad) == 0) {
+        RuvLog(kContext, "Video reader failed to open video");
+        Status(leser->Reason());
+        return false;
+    }
+    if (leser->IsOpened() == 0) {
+        RuvLog(kContext, "Video reader is opened flag was false");
+        Status(leser->Reason());
+        return false;
+    }
+    const std::string hasht = LoadRuvString(IDS_VIDEO_HASHT);
+    std::string sha256 =
+        RuvFileSha256(pfad, [&hasht](double teil) { return RuvProgress(hasht, teil) == Work::goOn; });
+    if (sha256.empty()) {
+        Status(LoadRuvString(IDS_VIDEO_UNGEPRUEFT));
+        return false;
+    }
+    if (m_leser) {
+        RuvLog("CVideoDlg::InitVideoReader", "Video reader already initialized. Deleting old instance...");
+        m_leser.reset();
+        RuvLog("CVideoDlg::InitVideoReader", "Video reader old instance deleted");
+    }
+    m_leser = std::move(leser);
+    m_offen = sha256;
+    m_dat.NimmVideo({pfad, std::move(sha256), static_cast<double>(m_leser->GetWidth()),
+                     static_cast<double>(m_leser->GetHeight()), m_leser->GetFPS()});
+    RuvLog(kContext, "Loaded new video: " + pfad);
+    Status(Text(IDS_VIDEO_GELADEN, {std::to_string(m_leser->GetFrameCount()), std::to_string(m_leser->GetWidth()),
+                                    std::to_string(m_leser->GetHeight())}) +
+           Gezaehlt());
+    return true;
+}
+
+std::string CVideoDlg::Gezaehlt() const
+{
+    std::string text = m_leser->IsCounted() ? LoadRuvString(IDS_VIDEO_GEZAEHLT) : std::string();
+    if (const int fehlen = m_leser->MissingFrames(); fehlen > 0)
+        text += Text(IDS_VIDEO_ABGESCHNITTEN, {std::to_string(fehlen)});
+    return text;
+}
+
+/// Shows the video that the case names, and no other: a file that changed is not what was clicked in.
+void CVideoDlg::OeffneVideoDesFalls()
+{
+    HalteAn();
+    m_leser.reset();
+    m_offen.clear();
+    m_bild.SetBild(nullptr, LoadRuvString(IDS_VIDEO_OHNE));
+    m_dat.bildnummer = 0;
+    m_dat.stelle = 0.0;
+    const std::string pfad = m_dat.Videopfad();
+    if (pfad.empty())
+        return;
+    const CWaitCursor wait;
+    bool da = false;
+    bool abgebrochen = false;
+    const std::string hasht = LoadRuvString(IDS_VIDEO_HASHT);
+    const std::string sha256 = RuvFileSha256(pfad, [&](double teil) {
+        da = true;
+        abgebrochen = RuvProgress(hasht, teil) == Work::cancel;
+        return !abgebrochen;
+    });
+    if (sha256.empty()) {
+        Status(abgebrochen ? LoadRuvString(IDS_VIDEO_UNGEPRUEFT) : Text(IDS_VIDEO_FEHLT, {pfad}));
+        return;
+    }
+    if (sha256 != m_data.Video().sha256) {
+        Status(Text(IDS_VIDEO_ANDERE_DATEI, {pfad}));
+        return;
+    }
+    auto leser = std::make_unique<CVideoReader>();
+    if (leser->OpenVideo(pfad) == 0) {
+        RuvLog("CVideoDlg::LoadVideo", "Video reader failed to open video");
+        Status(leser->Reason());
+        return;
+    }
+    m_leser = std::move(leser);
+    m_offen = sha256;
+    RuvLog("CVideoDlg::LoadVideo", "Loaded new video: " + pfad);
+    ZeigeFrame(0);
+}
+
+void CVideoDlg::ZeigeFrame(std::int64_t bild)
+{
+    if (!HatVideo() || m_leser->GetFrameCount() == 0)
+        return;
+    bild = std::clamp<std::int64_t>(bild, 0, m_leser->GetFrameCount() - 1);
+    m_leser->SetFramePos(static_cast<int>(bild));
+    auto gelesen = std::make_shared<drawing::Bitmap>();
+    double zeit = m_leser->FrameTimes()[static_cast<std::size_t>(bild)];
+    const bool gelungen = m_leser->ReadFrame(*gelesen, zeit) != 0;
+    m_dat.bildnummer = bild;
+    m_dat.stelle = zeit;
+    m_bild.SetBild(gelungen ? std::move(gelesen) : nullptr, m_leser->Reason());
+    if (!gelungen)
+        Status(m_leser->Reason());
+    else if (m_leser->IsDamaged(static_cast<int>(bild)))
+        Status(LoadRuvString(IDS_VIDEO_BILD_BESCHAEDIGT));
+    else
+        Status(Text(IDS_VIDEO_GELADEN, {std::to_string(m_leser->GetFrameCount()), std::to_string(m_leser->GetWidth()),
+                                        std::to_string(m_leser->GetHeight())}) +
+               Gezaehlt());
+    ZeigeInhalt();
+}
+
+void CVideoDlg::GeheZu(std::int64_t bild)
+{
+    if (!HatVideo()) {
+        Status(LoadRuvString(IDS_VIDEO_ERST_VIDEO));
+        return;
+    }
+    HalteAn();
+    ZeigeFrame(bild);
+}
+
+void CVideoDlg::OnPlay()
+{
+    if (m_spielt) {
+        RuvLog("CVideoDlg::OnPlay", "Pause button pressed");
+        HalteAn();
+        return;
+    }
+    RuvLog("CVideoDlg::OnPlay", "Play button pressed");
+    if (!HatVideo()) {
+        Status(LoadRuvString(IDS_VIDEO_ERST_VIDEO));
+        return;
+    }
+    if (m_amEnde)
+        ZeigeFrame(0);
+    m_amEnde = false;
+    m_spielt = true;
+    GetDlgItem(IDC_VIDEO_PLAY)->SetWindowText(LoadRuvString(IDS_VIDEO_PAUSE));
+    Spiele();
+}
+
+/// The timer for the frame that follows, as long as this one is shown; none is skipped.
+void CVideoDlg::Spiele()
+{
+    const auto naechstes = static_cast<std::size_t>(m_dat.bildnummer) + 1;
+    const std::vector<double>& zeiten = m_leser->FrameTimes();
+    if (naechstes >= zeiten.size()) {
+        HalteAn();
+        m_amEnde = true;
+        GetDlgItem(IDC_VIDEO_PLAY)->SetWindowText(LoadRuvString(IDS_VIDEO_ENDE));
+        RuvLog("CVideoDlg::OnTimer", "Playing video finished");
+        return;
+    }
+    const double dauer = std::clamp(zeiten[naechstes] - zeiten[naechstes - 1], 0.0, kLaengsteStandzeit);
+    const double ms = dauer * 1000.0 / std::exp2(static_cast<double>(m_dat.abspielstufe));
+    SetTimer(kUhr, std::max(1U, static_cast<UINT>(std::lround(ms))));
+}
+
+void CVideoDlg::HalteAn()
+{
+    KillTimer(kUhr);
+    if (m_spielt || m_amEnde)
+        GetDlgItem(IDC_VIDEO_PLAY)->SetWindowText(LoadRuvString(IDS_VIDEO_PLAY));
+    m_spielt = m_amEnde = false;
+}
+
+LRESULT CVideoDlg::OnTimer(WPARAM, LPARAM)
+{
+    KillTimer(kUhr);
+    if (!m_spielt || !HatVideo())
+        return 0;
+    ZeigeFrame(m_dat.bildnummer + 1);
+    Spiele();
+    return 0;
+}
+
+void CVideoDlg::OnReset()
+{
+    HalteAn();
+    m_dat.Zuruecksetzen();
+    m_aktiv.reset();
+    ZeigeFrame(0);
+    Zeige();
+}
+
+std::optional<Griff> CVideoDlg::Aktiv() const
+{
+    const Videospur* spur = m_dat.Spur();
+    if (m_dat.werkzeug == Dat::verfolgen) {
+        const bool hier = spur != nullptr && !spur->IstGefunden() && spur->ImBild(static_cast<int>(m_dat.bildnummer));
+        if (hier && !(m_aktiv && m_aktiv->art == Griff::Art::punkt))
+            return Griff{Griff::Art::klick, 0};
+    }
+    if (m_aktiv && m_aktiv->art == Griff::Art::punkt && m_aktiv->nummer < m_dat.Punkte().size())
+        return m_aktiv;
+    return std::nullopt;
+}
+
+void CVideoDlg::OnKlick(VisionPoint wo, std::optional<Griff> griff)
+{
+    if (!HatVideo())
+        return;
+    HalteAn();
+    const std::size_t punkte = m_dat.Punkte().size();
+    if (m_dat.werkzeug == Dat::kalibrieren) {
+        if (griff && griff->art == Griff::Art::punkt) {
+            m_aktiv = griff;
+        } else if (punkte < 4) {
+            m_dat.SetzePunkt(punkte, wo);
+            m_aktiv = Griff{Griff::Art::punkt, punkte};
+            if (m_dat.Punkte().size() == 4)
+                m_dat.werkzeug = Dat::verfolgen;
+        }
+        Zeige();
+        return;
+    }
+    m_dat.Klicke(static_cast<int>(m_dat.bildnummer), m_dat.stelle, wo);
+    m_aktiv = Griff{Griff::Art::klick, 0};
+    if (m_dat.schritt > 0)
+        ZeigeFrame(m_dat.bildnummer + m_dat.schritt);
+    Zeige();
+}
+
+void CVideoDlg::OnZug(Griff griff, VisionPoint wo, bool fertig)
+{
+    m_aktiv = griff;
+    if (griff.art == Griff::Art::punkt) {
+        m_dat.SetzePunkt(griff.nummer, wo);
+    } else if (Videospur* spur = m_dat.Spur()) {
+        spur->Setze(static_cast<int>(m_dat.bildnummer), m_dat.stelle, wo);
+        m_dat.Rechne();
+    }
+    Zeige(fertig);
+}
+
+void CVideoDlg::OnRuecknahme()
+{
+    HalteAn();
+    const std::string id = std::to_string(m_dat.id);
+    const auto bild = m_dat.NimmZurueck();
+    if (!bild) {
+        Status(LoadRuvString(IDS_VIDEO_NICHTS_ZURUECK));
+        return;
+    }
+    ZeigeFrame(*bild);
+    Zeige();
+    Status(Text(IDS_VIDEO_GENOMMEN, {id}));
+}
+
+void CVideoDlg::OnNeueId()
+{
+    m_dat.NeueSpur();
+    m_dat.werkzeug = Dat::verfolgen;
+    m_aktiv.reset();
+    Zeige();
+}
+
+void CVideoDlg::OnPunkteLoeschen()
+{
+    m_dat.LoeschePunkte();
+    m_dat.werkzeug = Dat::kalibrieren;
+    m_aktiv.reset();
+    Zeige();
+}
+
+LRESULT CVideoDlg::OnKeyDown(WPARAM key, LPARAM how)
+{
+    if (KeyControl(how) != IDC_VIDEO_BILD)
+        return 1;
+    VisionPoint um{};
+    switch (key) {
+    case VK_LEFT:
+        um.x = -1.0;
+        break;
+    case VK_RIGHT:
+        um.x = 1.0;
+        break;
+    case VK_UP:
+        um.y = -1.0;
+        break;
+    case VK_DOWN:
+        um.y = 1.0;
+        break;
+    case VK_PRIOR:
+        OnZurueck();
+        return 0;
+    case VK_NEXT:
+        OnVor();
+        return 0;
+    case VK_SPACE:
+        OnPlay();
+        return 0;
+    case VK_BACK:
+        OnRuecknahme();
+        return 0;
+    case VK_HOME:
+        m_bild.ZeigeGanz();
+        GetDlgItem(IDC_VIDEO_BILD)->Invalidate();
+        return 0;
+    default:
+        return 1;
+    }
+    const auto griff = Aktiv();
+    if (!griff)
+        return 0;
+    const double weite = (KeyModifiers(how) & MK_SHIFT) != 0 ? kGroberSchritt : kFeinerSchritt;
+    VisionPoint wo;
+    if (griff->art == Griff::Art::punkt) {
+        wo = m_dat.Punkte()[griff->nummer];
+    } else {
+        const Videospur& spur = *m_dat.Spur();
+        wo = spur.eintraege[*spur.ImBild(static_cast<int>(m_dat.bildnummer))].punkt.point;
+    }
+    wo = {std::clamp(wo.x + um.x * weite, 0.0, m_dat.bildgroesse[0]),
+          std::clamp(wo.y + um.y * weite, 0.0, m_dat.bildgroesse[1])};
+    OnZug(*griff, wo, true);
+    return 0;
+}
+
+LRESULT CVideoDlg::OnUpdateDialog(WPARAM, LPARAM)
+{
+    if (m_dat.IstFremd()) { // a step taken back, or another window of this mask
+        m_dat.Laden();
+        m_aktiv.reset();
+        if (m_data.Video().datei.empty() ? HatVideo() : m_data.Video().sha256 != m_offen)
+            OeffneVideoDesFalls();
+        m_gezeigtesMuster = m_dat.muster;
+        m_gezeigteVerzeichnung = m_dat.verzeichnungKorrigieren;
+        m_gezeigteId = m_dat.id;
+    }
+    Zeige(false);
+    return 0;
+}
+
+LRESULT CVideoDlg::OnEditChanged(WPARAM controlId, LPARAM)
+{
+    IncValue(static_cast<int>(controlId));
+    return 0;
+}
+
+void CVideoDlg::IncValue(int controlId)
+{
+    switch (controlId) {
+    case IDC_VIDEO_ZEIT:
+        if (HatVideo())
+            GeheZu(m_leser->FrameAt(m_dat.stelle + kHalbeMs));
+        else
+            m_dat.stelle = 0.0;
+        Update(IDC_VIDEO_ZEIT);
+        return;
+    case IDC_IMPORT_VON:
+    case IDC_IMPORT_BIS: {
+        const bool genommen = m_diagramm.TakeTyped(m_dat.auswahl.von, m_dat.auswahl.bis);
+        BereichGeaendert();
+        if (!genommen)
+            ShowPrompt(IDC_IMPORT_HINWEIS, IDS_IMPORT_KEINE_ZEILE);
+        return;
+    }
+    case IDC_IMPORT_PHASE:
+        RuvLog("CVideoDlg::OnEditChanged", "Vehicle phase changed");
+        break;
+    case IDC_VIDEO_FAKTOR:
+        m_dat.TippeFaktor();
+        break;
+    case IDC_VIDEO_KAMERAHOEHE:
+        m_dat.TippeKameraHoehe();
+        break;
+    case IDC_VIDEO_PUNKTHOEHE:
+        m_dat.TippePunktHoehe();
+        break;
+    case IDC_VIDEO_ID:
+        m_dat.WaehleSpur(m_dat.id);
+        break;
+    default:
+        m_dat.Rechne();
+        break;
+    }
+    if (m_dat.id != m_gezeigteId)
+        RuvLog("CVideoDlg::OnEditChanged", "Vehicle ID " + std::to_string(m_dat.id) + " selected");
+    if (m_dat.muster != m_gezeigtesMuster)
+        RuvLog("CVideoDlg::OnEditChanged", std::string("Perspective rectify square mode changed to: ") +
+                                               kMuster[static_cast<std::size_t>(m_dat.muster) % std::size(kMuster)]);
+    if (m_dat.verzeichnungKorrigieren != m_gezeigteVerzeichnung)
+        RuvLog("CVideoDlg::OnEditChanged", m_dat.verzeichnungKorrigieren != 0 ? "Distortion rectification enabled"
+                                                                              : "Distortion rectification disabled");
+    m_gezeigteId = m_dat.id;
+    m_gezeigtesMuster = m_dat.muster;
+    m_gezeigteVerzeichnung = m_dat.verzeichnungKorrigieren;
+    Zeige();
+}
+
+LRESULT CVideoDlg::OnHScroll(WPARAM position, LPARAM controlId)
+{
+    const auto wert = static_cast<std::int64_t>(static_cast<std::int32_t>(position));
+    if (controlId == IDC_VIDEO_TEMPO) {
+        m_dat.abspielstufe = std::clamp<std::int64_t>(wert, kLangsamste, kSchnellste);
+    } else if (controlId == IDC_VIDEO_LINSE) {
+        constexpr auto kStaerkste = static_cast<std::int64_t>(CDistortionRectifier::kMaxStrength);
+        m_dat.linsenstaerke = std::clamp(wert, -kStaerkste, kStaerkste);
+        m_dat.Rechne();
+    }
+    Zeige();
+    return 0;
+}
+
+void CVideoDlg::SchrittFaktor(double um)
+{
+    m_dat.faktor = std::round((m_dat.faktor + um) * 1000.0) / 1000.0;
+    if (m_dat.faktor < CVideoDat::kSchrittFaktor)
+        m_dat.faktor = CVideoDat::kSchrittFaktor;
+    m_dat.TippeFaktor();
+    Zeige();
+}
+
+void CVideoDlg::OnFrames()
+{
+    HalteAn();
+    CVideoFrameDlg dialog(this);
+    dialog.DoModal();
+}
+
+void CVideoDlg::ApplyFrameRateChanges()
+{
+    constexpr const char* kContext = "CVideoDlg::ApplyFrameRateChanges";
+    m_dat.Rechne();
+    if (const Videospur* spur = m_dat.Spur(); spur == nullptr)
+        RuvLog(kContext, "Vehicle ID not selected");
+    else if (spur->eintraege.empty())
+        RuvLog(kContext, "Speed info vector empty");
+    else
+        RuvLog(kContext, spur->gewaehlteLaengen ? "Speed graph using forced frame rate"
+                                                : "Speed graph using native frame rate");
+    Zeige();
+}
+
+void CVideoDlg::Zeige(bool merken)
+{
+    ZeigeInhalt();
+    ZeigeKurve();
+    ZeigeTexte();
+    UpdateDialog();
+    static_cast<CSliderCtrl*>(GetDlgItem(IDC_VIDEO_TEMPO))->SetPos(static_cast<int>(m_dat.abspielstufe));
+    static_cast<CSliderCtrl*>(GetDlgItem(IDC_VIDEO_LINSE))->SetPos(static_cast<int>(m_dat.linsenstaerke));
+    if (merken)
+        m_dat.Merken();
+}
+
+void CVideoDlg::ZeigeInhalt()
+{
+    Videobild::Inhalt inhalt;
+    const auto bild = static_cast<int>(m_dat.bildnummer);
+    m_dat.objekte = 0;
+    for (const auto& [nummer, spur] : m_dat.Spuren()) {
+        const bool gewaehlt = nummer == m_dat.id;
+        if (const auto hier = spur.ImBild(bild)) {
+            const Videospur::Eintrag& e = spur.eintraege[*hier];
+            inhalt.objekte.push_back(
+                {nummer, e.punkt.point, e.breite, e.hoehe, m_dat.Beschriftung(nummer, bild), gewaehlt});
+            ++m_dat.objekte;
+        }
+        for (const Videospur::Eintrag& e : spur.eintraege)
+            if (gewaehlt && e.punkt.frame != bild)
+                inhalt.spur.push_back(e.punkt.point);
+    }
+    if (m_dat.bereichZeigen != 0) {
+        inhalt.punkte = m_dat.Punkte();
+        // Straight on the road, bent by the lens.
+        CDistortionRectifier linse;
+        linse.SetCameraParam(static_cast<int>(m_dat.bildgroesse[0]), static_cast<int>(m_dat.bildgroesse[1]),
+                             m_dat.Staerke());
+        for (const auto& [von, bis] : kSeiten) {
+            if (std::max(von, bis) >= inhalt.punkte.size())
+                continue;
+            const VisionPoint a = linse.Straighten(inhalt.punkte[von]);
+            const VisionPoint b = linse.Straighten(inhalt.punkte[bis]);
+            std::vector<VisionPoint> kante;
+            for (std::size_t i = 0; i <= kKantenteile; ++i) {
+                const double teil = static_cast<double>(i) / kKantenteile;
+                kante.push_back(linse.Bend({a.x + teil * (b.x - a.x), a.y + teil * (b.y - a.y)}));
+            }
+            inhalt.kanten.push_back(std::move(kante));
+        }
+    }
+    inhalt.aktiv = Aktiv();
+    inhalt.punkteZuerst = m_dat.werkzeug == Dat::kalibrieren;
+    m_bild.SetInhalt(std::move(inhalt));
+    Update(IDC_VIDEO_ZEIT);
+    Update(IDC_VIDEO_OBJEKTE);
+    GetDlgItem(IDC_VIDEO_BILD)->Invalidate();
+}
+
+void CVideoDlg::ZeigeKurve()
+{
+    std::vector<chart::Series> reihen;
+    const std::vector<std::size_t> zeilen = m_dat.Kurvenzeilen();
+    if (!zeilen.empty()) {
+        std::vector<double> zeiten;
+        std::vector<double> werte;
+        for (const std::size_t i : zeilen) {
+            zeiten.push_back(m_dat.zeit[i]);
+            werte.push_back(m_dat.Kurvenwerte()[i]);
+        }
+        const bool roh = m_dat.kurve == Dat::gemessen;
+        reihen.push_back({.name = LoadRuvString(roh ? IDS_VIDEO_MESSWERTE : IDS_VIDEO_AUSGLEICH),
+                          .x = Geteilt(std::move(zeiten)),
+                          .y = Geteilt(std::move(werte)),
+                          .color = chart::kCurveColors[0],
+                          .width = 2.0});
+        const auto alleZeiten = Geteilt(m_dat.zeit);
+        reihen.push_back({.name = LoadRuvString(roh ? IDS_VIDEO_AUSGLEICH : IDS_VIDEO_MESSWERTE),
+                          .x = alleZeiten,
+                          .y = Geteilt(roh ? m_dat.ausgleich : m_dat.geschwindigkeit),
+                          .color = chart::kCurveColors[1],
+                          .width = 0.8});
+        std::vector<double> oben(m_dat.zeit.size());
+        std::vector<double> unten(m_dat.zeit.size());
+        for (std::size_t i = 0; i < oben.size(); ++i) {
+            const double u = m_dat.ausgleichU[i];
+            const double band = std::isfinite(u) ? kK * u : std::nan("");
+            oben[i] = m_dat.ausgleich[i] + band;
+            unten[i] = m_dat.ausgleich[i] - band;
+        }
+        for (auto& [text, grenze] : {std::pair{IDS_VIDEO_OBEN, &oben}, std::pair{IDS_VIDEO_UNTEN, &unten}})
+            reihen.push_back({.name = LoadRuvString(text),
+                              .x = alleZeiten,
+                              .y = Geteilt(std::move(*grenze)),
+                              .color = chart::kCurveColors[5],
+                              .width = 0.8});
+    }
+    // The range is one of times: it stays while the curve changes.
+    m_zeigtKurve = true;
+    const double von = m_dat.auswahl.von;
+    const double bis = m_dat.auswahl.bis;
+    m_diagramm.SetSeries(std::move(reihen));
+    if (!m_diagramm.IsEmpty() && !std::isnan(von))
+        m_diagramm.TakeTyped(von, bis);
+    m_dat.auswahl.von = m_diagramm.RangeFrom();
+    m_dat.auswahl.bis = m_diagramm.RangeTo();
+    m_dat.RechneMittel(m_dat.auswahl.von, m_dat.auswahl.bis);
+    m_zeigtKurve = false;
+}
+
+std::optional<chart::Rows> CVideoDlg::Bereich() const
+{
+    const auto bereich = m_diagramm.Range();
+    return bereich && bereich->Count() > 1 ? bereich : std::nullopt;
+}
+
+void CVideoDlg::BereichGeaendert()
+{
+    m_dat.auswahl.von = m_diagramm.RangeFrom();
+    m_dat.auswahl.bis = m_diagramm.RangeTo();
+    m_dat.RechneMittel(m_dat.auswahl.von, m_dat.auswahl.bis);
+    ZeigeTexte();
+    UpdateDialog();
+    m_dat.Merken();
+}
+
+std::string CVideoDlg::Zahltext(UINT control, UINT text, std::span<const ShownNumber> zahlen)
+{
+    ShowText(control, text, zahlen);
+    return GetDlgItem(control)->GetWindowText();
+}
+
+void CVideoDlg::Status(const std::string& text)
+{
+    ShowText(IDC_VIDEO_STATUS, text);
+}
+
+void CVideoDlg::ZeigeTexte()
+{
+    GetDlgItem(IDC_IMPORT_PFAD)->SetWindowText(m_dat.Videopfad());
+    ShowPrompt(IDC_VIDEO_LINSE_WERT, std::to_string(m_dat.linsenstaerke));
+    const auto stufe = m_dat.abspielstufe;
+    ShowPrompt(IDC_VIDEO_TEMPO_WERT, stufe < 0 ? "1/" + std::to_string(1LL << -stufe) : std::to_string(1LL << stufe) + "×");
+    ZeigeStrasse();
+    ZeigeMittel();
+    ZeigeVerlauf();
+    ZeigeBericht();
+}
+
+void CVideoDlg::ZeigeStrasse()
+{
+    const bool kalibriert = m_dat.rate > 0.0;
+    const bool mitKamera = kalibriert && m_dat.brennweite > 0.0 && m_dat.Strasse().CameraHeight();
+    if (!HatVideo() && m_dat.bildgroesse[0] == 0.0) {
+        ShowPrompt(IDC_VIDEO_STRASSE, IDS_VIDEO_ERST_VIDEO);
+    } else if (!kalibriert && m_dat.Punkte().size() < 4) {
+        ShowPrompt(IDC_VIDEO_STRASSE,
+                   Text(IDS_VIDEO_PUNKT_SETZEN, {"P" + std::to_string(m_dat.Punkte().size() + 1)}));
+    } else if (!kalibriert) {
+        ShowText(IDC_VIDEO_STRASSE, Explain(m_dat.Strasse().Fault()));
+    } else if (mitKamera) {
+        const std::array<ShownNumber, 3> zahlen{{{m_dat.rate, units::m},
+                                                 {m_dat.brennweite, {"px"}, 0},
+                                                 {*m_dat.Strasse().CameraHeight(), units::m}}};
+        ShowText(IDC_VIDEO_STRASSE, IDS_VIDEO_STRASSE, zahlen);
+    } else {
+        const std::array<ShownNumber, 1> zahlen{{{m_dat.rate, units::m}}};
+        ShowText(IDC_VIDEO_STRASSE, IDS_VIDEO_OHNE_KAMERA, zahlen);
+    }
+    for (std::size_t i = 0; i < Dat::kAbstaende; ++i) {
+        const UINT feld = IDC_VIDEO_REST + static_cast<UINT>(i);
+        const double rest = m_dat.reste[i];
+        if (std::isnan(rest)) {
+            ShowText(feld, std::string());
+            continue;
+        }
+        const std::array<ShownNumber, 1> zahl{{{rest, units::m, 3}}};
+        ShowText(feld, CPerspectiveRectifier::IsSuspicious(rest) ? IDS_VIDEO_REST_GROSS : IDS_VIDEO_REST, zahl);
+    }
+    ShowText(IDC_VIDEO_FAKTOR_HERKUNFT, m_dat.FaktorIstGetippt()    ? IDS_VIDEO_GETIPPT
+                                        : m_dat.FaktorIstUnbekannt() ? IDS_VIDEO_OHNE_HOEHE
+                                                                     : IDS_VIDEO_VORGABE);
+}
+
+void CVideoDlg::ZeigeMittel()
+{
+    const Videospur* spur = m_dat.Spur();
+    if (spur == nullptr || std::isnan(m_dat.mittel)) {
+        if (spur == nullptr && m_dat.rate > 0.0)
+            ShowPrompt(IDC_VIDEO_MITTEL, IDS_VIDEO_FAHRZEUG_KLICKEN);
+        else if (spur != nullptr)
+            ShowPrompt(IDC_VIDEO_MITTEL, IDS_VIDEO_KEIN_MITTEL);
+        else
+            ShowPrompt(IDC_VIDEO_MITTEL, 0U);
+        return;
+    }
+    const std::array<ShownNumber, 2> zahlen{{{m_dat.mittel, units::kmh, 1}, {kK * m_dat.mittelU, units::kmh, 1}}};
+    ShowText(IDC_VIDEO_MITTEL,
+             !std::isfinite(m_dat.mittelU)                ? IDS_VIDEO_UNSICHER
+             : m_dat.Mittelart() == MeanKind::line ? IDS_VIDEO_MITTEL
+                                                   : IDS_VIDEO_MITTEL_POLYGON,
+             zahlen);
+}
+
+/// What a transfer would write, before it does.
+void CVideoDlg::ZeigeVerlauf()
+{
+    const auto bereich = Bereich();
+    Enable(IDOK, bereich ? TRUE : FALSE);
+    if (!bereich) {
+        ShowPrompt(IDC_IMPORT_HINWEIS, m_dat.Spur() == nullptr ? 0U : IDS_VIDEO_ERST_ZEITRAUM);
+        return;
+    }
+    const Dat::Verlauf verlauf = m_dat.MacheVerlauf(bereich->first, bereich->last);
+    const std::array<ShownNumber, 4> zahlen{{{static_cast<double>(verlauf.zeilen.size()) - 1.0, units::none, 0},
+                                             {verlauf.toleranz, units::kmh, 1},
+                                             {verlauf.weg, units::m},
+                                             {verlauf.kurvenWeg, units::m}}};
+    ShowPrompt(IDC_IMPORT_HINWEIS, Zahltext(IDC_IMPORT_HINWEIS, IDS_VIDEO_UEBERTRAEGT, zahlen));
+}
+
+void CVideoDlg::OnTransfer()
+{
+    const auto bereich = Bereich();
+    if (!bereich)
+        return;
+    const Dat::Verlauf verlauf = m_dat.MacheVerlauf(bereich->first, bereich->last);
+    const Fahrtbefund befund = m_dat.Uebertrage(verlauf);
+    UpdateDialog();
+    std::string vorne;
+    if (befund.IstGeschrieben()) {
+        const std::array<ShownNumber, 3> zahlen{
+            {{verlauf.weg, units::m}, {verlauf.kurvenWeg, units::m}, {verlauf.toleranz, units::kmh, 1}}};
+        vorne = Zahltext(IDC_IMPORT_HINWEIS, IDS_VIDEO_VERLAUF_VORNE, zahlen);
+    }
+    ShowText(IDC_IMPORT_HINWEIS, vorne + Zahltext(IDC_IMPORT_HINWEIS, befund.text, befund.zahlen));
+    if (CWnd* main = MainWindow(); main != nullptr && befund.IstGeschrieben())
+        main->PostMessage(WM_RUV_MASKTRANSFERRED, static_cast<WPARAM>(m_dat.auswahl.fahrzeug));
+}
+
+void CVideoDlg::ZeigeBericht()
+{
+    std::vector<CGridCtrl::Row> zeilen;
+    if (!m_data.Video().datei.empty()) {
+        zeilen.push_back({Text(IDS_VIDEO_BERICHT_DATEI, {m_dat.Videopfad()})});
+        zeilen.push_back({Text(IDS_VIDEO_BERICHT_SHA, {m_data.Video().sha256})});
+    }
+    if (HatVideo()) {
+        zeilen.push_back({Text(IDS_VIDEO_BERICHT_BILDER,
+                               {std::to_string(m_leser->GetFrameCount()), std::to_string(m_leser->GetWidth()),
+                                std::to_string(m_leser->GetHeight()), RuvNumberText(m_leser->GetFPS(), 3)})});
+        if (m_leser->Rotation() != 0)
+            zeilen.push_back({Text(IDS_VIDEO_BERICHT_DREHUNG, {std::to_string(m_leser->Rotation())})});
+        zeilen.push_back({Text(IDS_VIDEO_BERICHT_ZEITEN,
+                               {m_leser->IsCounted() ? LoadRuvString(IDS_VIDEO_ZEITEN_GEZAEHLT)
+                                                     : LoadRuvString(IDS_VIDEO_ZEITEN_DATEI)})});
+        if (const int fehlen = m_leser->MissingFrames(); fehlen > 0)
+            zeilen.push_back({Text(IDS_VIDEO_BERICHT_SCHAEDEN, {Text(IDS_VIDEO_ABGESCHNITTEN, {std::to_string(fehlen)})})});
+    }
+    if (m_dat.analysiert > 0)
+        zeilen.push_back({Text(m_dat.unvollstaendig != 0 ? IDS_VIDEO_BERICHT_UNVOLLSTAENDIG : IDS_VIDEO_BERICHT_ANALYSE,
+                               {std::to_string(m_dat.analysiert)})});
+    static_cast<CGridCtrl*>(GetDlgItem(IDC_VIDEO_BERICHT))->SetRows(std::move(zeilen));
+}
+
+std::optional<ReadRows> CVideoDlg::RowsRead()
+{
+    ReadRows rows;
+    rows.titles = {"time [s]", "speed [km/h]", "uncertainty [km/h]", "frame", "fit [km/h]"};
+    rows.count = m_dat.zeit.size();
+    rows.get = [this](std::size_t zeile, std::span<double> werte) {
+        werte[0] = m_dat.zeit[zeile];
+        werte[1] = m_dat.geschwindigkeit[zeile];
+        werte[2] = m_dat.unsicherheit[zeile];
+        werte[3] = static_cast<double>(m_dat.bild[zeile]);
+        werte[4] = std::isnan(m_dat.ausgleich[zeile]) ? kNichtVorhanden : m_dat.ausgleich[zeile];
+    };
+    rows.file = m_dat.Videopfad();
+    return rows;
+}

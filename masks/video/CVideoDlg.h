@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// Mask 494, "Videoanalyse": how fast is a vehicle that a video shows?
+#pragma once
+
+#include "chart/Chart.h"
+#include "host/CDialog.h"
+#include "host/vision/CObjDetector.h"
+#include "host/vision/CVideoReader.h"
+#include "masks/video/CVideoDat.h"
+#include "masks/video/Videobild.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+class CVideoDlg final : public CMDIRechDialog
+{
+  public:
+    CVideoDlg(CRuvData& data, CWnd* parent);
+    ~CVideoDlg() override;
+
+    const CMessageMap* GetMessageMap() const override;
+    void BuildObjects() override;
+    void SetupWindow() override;
+    void ShutDownWindow() override;
+    void IncValue(int controlId) override;
+    RecordFields DescribeRecord() override { return m_dat.Felder(); }
+    std::optional<ReadRows> RowsRead() override;
+
+    CVideoDat& Daten() { return m_dat; }
+    /// The frame lengths of an ID are others: its speeds, and all that shows them.
+    void ApplyFrameRateChanges();
+
+  protected:
+    std::int64_t ColorVehicle() const override { return m_dat.auswahl.fahrzeug; }
+
+  private:
+    LRESULT OnUpdateDialog(WPARAM, LPARAM);
+    LRESULT OnEditChanged(WPARAM controlId, LPARAM);
+    LRESULT OnHScroll(WPARAM position, LPARAM controlId);
+    LRESULT OnKeyDown(WPARAM key, LPARAM how);
+    LRESULT OnTimer(WPARAM, LPARAM);
+    void WaehleDatei();
+    void OnZurueck() { GeheZu(m_dat.bildnummer - 1); }
+    void OnVor() { GeheZu(m_dat.bildnummer + 1); }
+    void OnPlay();
+    void OnReset();
+    void OnFaktorMinus() { SchrittFaktor(-CVideoDat::kSchrittFaktor); }
+    void OnFaktorPlus() { SchrittFaktor(CVideoDat::kSchrittFaktor); }
+    void OnRuecknahme();
+    void OnNeueId();
+    void OnPunkteLoeschen();
+    void OnKomplettanalyse();
+    void OnFrames();
+    void OnTransfer();
+
+    bool LoadVideo(const std::string& pfad);
+    void OeffneVideoDesFalls();
+    bool InitObjDetector();
+    void AnalyzeVideo();
+    void Spiele();
+    void HalteAn();
+    /// Another frame: playing stops.
+    void GeheZu(std::int64_t bild);
+    void ZeigeFrame(std::int64_t bild);
+    void OnKlick(VisionPoint wo, std::optional<Videobild::Griff> griff);
+    void OnZug(Videobild::Griff griff, VisionPoint wo, bool fertig);
+    /// What the arrow keys move now.
+    std::optional<Videobild::Griff> Aktiv() const;
+    void SchrittFaktor(double um);
+    void BereichGeaendert();
+
+    /// Shows what follows from the record, and lets the case keep it.
+    void Zeige(bool merken = true);
+    void ZeigeInhalt();
+    void ZeigeKurve();
+    void ZeigeTexte();
+    void ZeigeStrasse();
+    void ZeigeMittel();
+    void ZeigeVerlauf();
+    void ZeigeBericht();
+    void Status(const std::string& text);
+    std::string Zahltext(UINT control, UINT text, std::span<const ShownNumber> zahlen);
+    std::optional<chart::Rows> Bereich() const;
+    bool HatVideo() const { return m_leser && m_leser->IsOpened() != 0; }
+    std::string Gezaehlt() const;
+
+    CVideoDat m_dat;
+    std::unique_ptr<CVideoReader> m_leser;
+    std::unique_ptr<CYoloV5ORTDetector> m_detektor;
+    std::string m_offen; // SHA-256 of the open video
+    Videobild m_bild;
+    chart::Chart m_diagramm;
+    std::optional<Videobild::Griff> m_aktiv;
+    bool m_spielt = false;
+    bool m_amEnde = false;
+    bool m_zeigtKurve = false; // the range that comes and goes meanwhile is not the user's
+    std::int64_t m_gezeigtesMuster = 0;
+    std::uint8_t m_gezeigteVerzeichnung = 0;
+    std::int64_t m_gezeigteId = 0;
+};
