@@ -53,8 +53,8 @@ constexpr SpinnerRange kDrehHoehe{0, 50, 0.1};
 constexpr SpinnerRange kDrehFlaeche{0, 1e6, 100};
 constexpr SpinnerRange kDrehFaktor{0, 2, CVideoDat::kSchrittFaktor};
 
-constexpr UINT kMusterKnoepfe[] = {IDC_VIDEO_QUADRAT,      IDC_VIDEO_TRAPEZ,      IDC_VIDEO_RHOMBUS_L,
-                                   IDC_VIDEO_RHOMBUS_R,    IDC_VIDEO_QUADRAT_FREI, IDC_VIDEO_TRAPEZ_FREI,
+constexpr UINT kMusterKnoepfe[] = {IDC_VIDEO_QUADRAT,        IDC_VIDEO_TRAPEZ,        IDC_VIDEO_RHOMBUS_L,
+                                   IDC_VIDEO_RHOMBUS_R,      IDC_VIDEO_QUADRAT_FREI,  IDC_VIDEO_TRAPEZ_FREI,
                                    IDC_VIDEO_RHOMBUS_L_FREI, IDC_VIDEO_RHOMBUS_R_FREI};
 constexpr UINT kKurvenKnoepfe[] = {IDC_VIDEO_AUSGLEICH, IDC_VIDEO_MESSWERTE};
 constexpr UINT kWerkzeugKnoepfe[] = {IDC_VIDEO_KALIBRIEREN, IDC_VIDEO_VERFOLGEN};
@@ -99,22 +99,8 @@ constexpr NumberRow<Dat> kZahlen[] = {
      2,
      kEingabe,
      {.spinner = kDrehHoehe}},
-    {IDC_VIDEO_FLAECHE_MIN,
-     "flaecheMin",
-     At<&Dat::flaecheMin>,
-     kPx2,
-     kFlaeche,
-     0,
-     kEingabe,
-     {.spinner = kDrehFlaeche}},
-    {IDC_VIDEO_FLAECHE_MAX,
-     "flaecheMax",
-     At<&Dat::flaecheMax>,
-     kPx2,
-     kFlaeche,
-     0,
-     kEingabe,
-     {.spinner = kDrehFlaeche}},
+    {IDC_VIDEO_FLAECHE_MIN, "flaecheMin", At<&Dat::flaecheMin>, kPx2, kFlaeche, 0, kEingabe, {.spinner = kDrehFlaeche}},
+    {IDC_VIDEO_FLAECHE_MAX, "flaecheMax", At<&Dat::flaecheMax>, kPx2, kFlaeche, 0, kEingabe, {.spinner = kDrehFlaeche}},
     {IDC_VIDEO_SPANNE, "ausgleichsspanne", At<&Dat::ausgleichsspanne>, units::s, kSpanne, 1, kEingabe},
     {kKurvenKnoepfe, "kurve", At<&Dat::kurve>, "Geschwindigkeit"},
     {kWerkzeugKnoepfe, "werkzeug", At<&Dat::werkzeug>, "Klick ins Video"},
@@ -188,8 +174,7 @@ double Weg(const std::vector<double>& zeit, const std::vector<double>& kmh, cons
 {
     double weg = 0.0;
     for (std::size_t i = 1; i < stellen.size(); ++i)
-        weg += (kmh[stellen[i - 1]] + kmh[stellen[i]]) / 2.0 / kKmhProMs *
-               (zeit[stellen[i]] - zeit[stellen[i - 1]]);
+        weg += (kmh[stellen[i - 1]] + kmh[stellen[i]]) / 2.0 / kKmhProMs * (zeit[stellen[i]] - zeit[stellen[i - 1]]);
     return weg;
 }
 
@@ -284,6 +269,7 @@ void CVideoDat::Merken()
     m_gemerkt = kept;
     m_gemerkteQuelle = m_data.Video();
     m_data.NotifyMaskenWerte();
+    m_data.BroadcastMessage(WM_RUV_UPDATEDIALOG, 0, 0, m_parent); // another window of this mask looks at it too
 }
 
 bool CVideoDat::IstFremd() const
@@ -472,9 +458,7 @@ void CVideoDat::Rechne()
     for (std::size_t i = 0; i < kAbstaende; ++i)
         reste[i] = kalibriert ? m_strasse.Residuals()[i].value_or(kKeineZahl) : kKeineZahl;
     brennweite = kalibriert ? m_strasse.Focal().value_or(0.0) : 0.0;
-    kameraHoehe = KameraHoeheIstGetippt() ? m_getippteHoehe
-                  : kalibriert            ? m_strasse.CameraHeight().value_or(0.0)
-                                          : 0.0;
+    kameraHoehe = KameraHoeheIstGetippt() ? m_getippteHoehe : kalibriert ? m_strasse.CameraHeight().value_or(0.0) : 0.0;
     if (const Videospur* spur = Spur())
         punktHoehe = spur->punktHoehe;
     // Each height of followed points has a factor of its own.

@@ -41,18 +41,18 @@ class CVideoDat final : public CDlgData
     /// The motion that a transfer writes.
     struct Verlauf {
         std::vector<Fahrzeile> zeilen{};
-        double toleranz = 0.0; ///< km/h, by which it may miss the curve between its moments
-        double weg = 0.0;      ///< m, of these moments
+        double toleranz = 0.0;  ///< km/h, by which it may miss the curve between its moments
+        double weg = 0.0;       ///< m, of these moments
         double kurvenWeg = 0.0; ///< m, of all of the curve
     };
 
     explicit CVideoDat(CRuvData& data) : CDlgData(data) {}
 
     Importauswahl auswahl;
-    std::array<double, 2> bildgroesse{}; ///< px; 0 without a video
-    double bilderJeSekunde = 0.0;        ///< 1/s
-    double stelle = 0.0;                 ///< s, time of the frame shown
-    std::int64_t bildnummer = 0;         ///< of the frame shown, from 0
+    std::array<double, 2> bildgroesse{};        ///< px; 0 without a video
+    double bilderJeSekunde = 0.0;               ///< 1/s
+    double stelle = 0.0;                        ///< s, time of the frame shown
+    std::int64_t bildnummer = 0;                ///< of the frame shown, from 0
     std::array<double, kAbstaende> abstaende{}; ///< m: P1P2, P2P4, P4P3, P3P1, P1P4, P2P3; 0 = not measured
     std::int64_t muster = 0;                    ///< 0..3 exact: square, trapez, rhombus L, rhombus R; 4..7 free
     std::uint8_t verzeichnungKorrigieren = 0;
@@ -65,28 +65,28 @@ class CVideoDat final : public CDlgData
     double ausgleichsspanne = 1.0; ///< s
     std::int64_t kurve = ausgeglichen;
     std::int64_t werkzeug = kalibrieren;
-    std::int64_t schritt = 1;           ///< frames to step on after a click
-    std::int64_t abspielstufe = 0;      ///< -3..2: speed of the player 2^stufe
+    std::int64_t schritt = 1;      ///< frames to step on after a click
+    std::int64_t abspielstufe = 0; ///< -3..2: speed of the player 2^stufe
     std::uint8_t bereichZeigen = 1;
-    std::int64_t analysiert = 0;        ///< frames that the detector went through
-    std::uint8_t unvollstaendig = 0;    ///< it did not get to the end
-    std::int64_t id = 0;                ///< chosen, 0 = none
-    std::int64_t objekte = 0;           ///< IDs that the frame shown has
+    std::int64_t analysiert = 0;     ///< frames that the detector went through
+    std::uint8_t unvollstaendig = 0; ///< it did not get to the end
+    std::int64_t id = 0;             ///< chosen, 0 = none
+    std::int64_t objekte = 0;        ///< IDs that the frame shown has
     std::vector<std::int64_t> ids;
 
     // Results.
-    double rate = 0.0; ///< m per rectified pixel, 0 = not calibrated
+    double rate = 0.0;                      ///< m per rectified pixel, 0 = not calibrated
     std::array<double, kAbstaende> reste{}; ///< m, measured minus computed; not-a-number where none was measured
     double brennweite = 0.0;                ///< px, 0 = not known
     double mittel = 0.0;                    ///< km/h of the range, not-a-number without
     double mittelU = 0.0;                   ///< km/h, standard uncertainty
     // Of the chosen ID, by speed.
-    std::vector<double> zeit;               ///< s
-    std::vector<double> geschwindigkeit;    ///< km/h
-    std::vector<double> unsicherheit;       ///< km/h, standard uncertainty
-    std::vector<std::int64_t> bild;         ///< frame at which its interval ends, from 0
-    std::vector<double> ausgleich;          ///< km/h, not-a-number where there is none
-    std::vector<double> ausgleichU;         ///< km/h, standard uncertainty
+    std::vector<double> zeit;            ///< s
+    std::vector<double> geschwindigkeit; ///< km/h
+    std::vector<double> unsicherheit;    ///< km/h, standard uncertainty
+    std::vector<std::int64_t> bild;      ///< frame at which its interval ends, from 0
+    std::vector<double> ausgleich;       ///< km/h, not-a-number where there is none
+    std::vector<double> ausgleichU;      ///< km/h, standard uncertainty
 
     RecordFields Felder();
     /// Takes what the case keeps, and keeps it there.

@@ -187,8 +187,7 @@ bool CVideoDlg::LoadVideo(const std::string& pfad)
         return false;
     }
     const std::string hasht = LoadRuvString(IDS_VIDEO_HASHT);
-    std::string sha256 =
-        RuvFileSha256(pfad, [&hasht](double teil) { return RuvProgress(hasht, teil) == Work::goOn; });
+    std::string sha256 = RuvFileSha256(pfad, [&hasht](double teil) { return RuvProgress(hasht, teil) == Work::goOn; });
     if (sha256.empty()) {
         Status(LoadRuvString(IDS_VIDEO_UNGEPRUEFT));
         return false;
@@ -230,11 +229,9 @@ void CVideoDlg::OeffneVideoDesFalls()
     if (pfad.empty())
         return;
     const CWaitCursor wait;
-    bool da = false;
     bool abgebrochen = false;
     const std::string hasht = LoadRuvString(IDS_VIDEO_HASHT);
     const std::string sha256 = RuvFileSha256(pfad, [&](double teil) {
-        da = true;
         abgebrochen = RuvProgress(hasht, teil) == Work::cancel;
         return !abgebrochen;
     });
@@ -600,8 +597,8 @@ void CVideoDlg::ApplyFrameRateChanges()
     else if (spur->eintraege.empty())
         RuvLog(kContext, "Speed info vector empty");
     else
-        RuvLog(kContext, spur->gewaehlteLaengen ? "Speed graph using forced frame rate"
-                                                : "Speed graph using native frame rate");
+        RuvLog(kContext,
+               spur->gewaehlteLaengen ? "Speed graph using forced frame rate" : "Speed graph using native frame rate");
     Zeige();
 }
 
@@ -744,7 +741,8 @@ void CVideoDlg::ZeigeTexte()
     GetDlgItem(IDC_IMPORT_PFAD)->SetWindowText(m_dat.Videopfad());
     ShowPrompt(IDC_VIDEO_LINSE_WERT, std::to_string(m_dat.linsenstaerke));
     const auto stufe = m_dat.abspielstufe;
-    ShowPrompt(IDC_VIDEO_TEMPO_WERT, stufe < 0 ? "1/" + std::to_string(1LL << -stufe) : std::to_string(1LL << stufe) + "×");
+    ShowPrompt(IDC_VIDEO_TEMPO_WERT,
+               stufe < 0 ? "1/" + std::to_string(1LL << -stufe) : std::to_string(1LL << stufe) + "×");
     ZeigeStrasse();
     ZeigeMittel();
     ZeigeVerlauf();
@@ -758,14 +756,12 @@ void CVideoDlg::ZeigeStrasse()
     if (!HatVideo() && m_dat.bildgroesse[0] == 0.0) {
         ShowPrompt(IDC_VIDEO_STRASSE, IDS_VIDEO_ERST_VIDEO);
     } else if (!kalibriert && m_dat.Punkte().size() < 4) {
-        ShowPrompt(IDC_VIDEO_STRASSE,
-                   Text(IDS_VIDEO_PUNKT_SETZEN, {"P" + std::to_string(m_dat.Punkte().size() + 1)}));
+        ShowPrompt(IDC_VIDEO_STRASSE, Text(IDS_VIDEO_PUNKT_SETZEN, {"P" + std::to_string(m_dat.Punkte().size() + 1)}));
     } else if (!kalibriert) {
         ShowText(IDC_VIDEO_STRASSE, Explain(m_dat.Strasse().Fault()));
     } else if (mitKamera) {
-        const std::array<ShownNumber, 3> zahlen{{{m_dat.rate, units::m},
-                                                 {m_dat.brennweite, {"px"}, 0},
-                                                 {*m_dat.Strasse().CameraHeight(), units::m}}};
+        const std::array<ShownNumber, 3> zahlen{
+            {{m_dat.rate, units::m}, {m_dat.brennweite, {"px"}, 0}, {*m_dat.Strasse().CameraHeight(), units::m}}};
         ShowText(IDC_VIDEO_STRASSE, IDS_VIDEO_STRASSE, zahlen);
     } else {
         const std::array<ShownNumber, 1> zahlen{{{m_dat.rate, units::m}}};
@@ -781,7 +777,7 @@ void CVideoDlg::ZeigeStrasse()
         const std::array<ShownNumber, 1> zahl{{{rest, units::m, 3}}};
         ShowText(feld, CPerspectiveRectifier::IsSuspicious(rest) ? IDS_VIDEO_REST_GROSS : IDS_VIDEO_REST, zahl);
     }
-    ShowText(IDC_VIDEO_FAKTOR_HERKUNFT, m_dat.FaktorIstGetippt()    ? IDS_VIDEO_GETIPPT
+    ShowText(IDC_VIDEO_FAKTOR_HERKUNFT, m_dat.FaktorIstGetippt()     ? IDS_VIDEO_GETIPPT
                                         : m_dat.FaktorIstUnbekannt() ? IDS_VIDEO_OHNE_HOEHE
                                                                      : IDS_VIDEO_VORGABE);
 }
@@ -800,7 +796,7 @@ void CVideoDlg::ZeigeMittel()
     }
     const std::array<ShownNumber, 2> zahlen{{{m_dat.mittel, units::kmh, 1}, {kK * m_dat.mittelU, units::kmh, 1}}};
     ShowText(IDC_VIDEO_MITTEL,
-             !std::isfinite(m_dat.mittelU)                ? IDS_VIDEO_UNSICHER
+             !std::isfinite(m_dat.mittelU)         ? IDS_VIDEO_UNSICHER
              : m_dat.Mittelart() == MeanKind::line ? IDS_VIDEO_MITTEL
                                                    : IDS_VIDEO_MITTEL_POLYGON,
              zahlen);
@@ -855,11 +851,12 @@ void CVideoDlg::ZeigeBericht()
                                 std::to_string(m_leser->GetHeight()), RuvNumberText(m_leser->GetFPS(), 3)})});
         if (m_leser->Rotation() != 0)
             zeilen.push_back({Text(IDS_VIDEO_BERICHT_DREHUNG, {std::to_string(m_leser->Rotation())})});
-        zeilen.push_back({Text(IDS_VIDEO_BERICHT_ZEITEN,
-                               {m_leser->IsCounted() ? LoadRuvString(IDS_VIDEO_ZEITEN_GEZAEHLT)
-                                                     : LoadRuvString(IDS_VIDEO_ZEITEN_DATEI)})});
+        zeilen.push_back(
+            {Text(IDS_VIDEO_BERICHT_ZEITEN, {m_leser->IsCounted() ? LoadRuvString(IDS_VIDEO_ZEITEN_GEZAEHLT)
+                                                                  : LoadRuvString(IDS_VIDEO_ZEITEN_DATEI)})});
         if (const int fehlen = m_leser->MissingFrames(); fehlen > 0)
-            zeilen.push_back({Text(IDS_VIDEO_BERICHT_SCHAEDEN, {Text(IDS_VIDEO_ABGESCHNITTEN, {std::to_string(fehlen)})})});
+            zeilen.push_back(
+                {Text(IDS_VIDEO_BERICHT_SCHAEDEN, {Text(IDS_VIDEO_ABGESCHNITTEN, {std::to_string(fehlen)})})});
     }
     if (m_dat.analysiert > 0)
         zeilen.push_back({Text(m_dat.unvollstaendig != 0 ? IDS_VIDEO_BERICHT_UNVOLLSTAENDIG : IDS_VIDEO_BERICHT_ANALYSE,

@@ -78,7 +78,7 @@ void CVideoFrameDlg::ZeigeLaengen()
     if (erste >= 0 && letzte < tabelle->GetRowCount())
         tabelle->SetSelection(erste, letzte);
     GetDlgItem(IDC_FRAME_STATUS)
-        ->SetWindowText(spur == nullptr                  ? LoadRuvString(IDS_FRAME_KEINE_ID)
+        ->SetWindowText(spur == nullptr              ? LoadRuvString(IDS_FRAME_KEINE_ID)
                         : spur->eintraege.size() < 2 ? LoadRuvString(IDS_FRAME_KEINE_WERTE)
                                                      : std::string());
     UpdateDialog();
@@ -112,11 +112,10 @@ std::optional<CCellRefusal> CVideoFrameDlg::NimmLaenge(int zeile, const std::str
 LRESULT CVideoFrameDlg::OnEditChanged(WPARAM controlId, LPARAM)
 {
     CVideoDat& dat = m_maske->Daten();
-    if (controlId == IDC_FRAME_ID) {
+    if (controlId == IDC_FRAME_ID)
         dat.WaehleSpur(dat.id);
-    } else if (Videospur* spur = dat.Spur()) {
+    else if (Videospur* spur = dat.Spur())
         spur->gewaehlteLaengen = m_gewaehlt != 0;
-    }
     Uebernimm();
     return 0;
 }

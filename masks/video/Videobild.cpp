@@ -10,16 +10,16 @@
 namespace
 {
 
-constexpr double kTreffer = 9.0;     // px about a point in which the mouse takes hold of it
-constexpr double kZugBeginn = 3.0;   // px that a click may move
-constexpr double kJeRaste = 1.25;    // zoom per notch of the wheel
+constexpr double kTreffer = 9.0;   // px about a point in which the mouse takes hold of it
+constexpr double kZugBeginn = 3.0; // px that a click may move
+constexpr double kJeRaste = 1.25;  // zoom per notch of the wheel
 constexpr double kMeisteVergroesserung = 40.0;
 constexpr double kSchrift = 11.0;
-constexpr double kLupe = 120.0;      // px, side of the magnifier
-constexpr int kLupeBild = 20;        // px of the frame in it
+constexpr double kLupe = 120.0; // px, side of the magnifier
+constexpr int kLupeBild = 20;   // px of the frame in it
 constexpr double kStrich = 2.0;
-constexpr double kTextOben = 5.0;    // px of the frame between an object and its label
-constexpr double kZeile = 30.0;      // px of the frame between its two lines
+constexpr double kTextOben = 5.0; // px of the frame between an object and its label
+constexpr double kZeile = 30.0;   // px of the frame between its two lines
 
 constexpr COLORREF kRot = RGB(240, 0, 0);
 constexpr COLORREF kBlau = RGB(0, 114, 178);
@@ -60,8 +60,8 @@ void Schild(CDC& dc, CDPoint unten, const std::string& text, COLORREF grund)
 
 void Videobild::SetBild(std::shared_ptr<const drawing::Bitmap> bild, std::string ohneBild)
 {
-    const bool andereGroesse = bild == nullptr || m_bild == nullptr || bild->width != m_bild->width ||
-                               bild->height != m_bild->height;
+    const bool andereGroesse =
+        bild == nullptr || m_bild == nullptr || bild->width != m_bild->width || bild->height != m_bild->height;
     m_bild = std::move(bild);
     m_ohneBild = std::move(ohneBild);
     m_ausschnitt.reset();
@@ -180,6 +180,8 @@ void Videobild::ZeichneViereck(CDC& dc, const Sicht& sicht) const
 
 void Videobild::ZeichneObjekt(CDC& dc, const Sicht& sicht, const Objekt& objekt) const
 {
+    if (!Liegt(sicht.Auf(objekt.punkt), dc))
+        return;
     const double halb = objekt.breite / 2.0;
     const CDPoint oben = sicht.Auf({objekt.punkt.x - halb, objekt.punkt.y - objekt.hoehe / 2.0});
     const CDPoint unten = sicht.Auf({objekt.punkt.x + halb, objekt.punkt.y + objekt.hoehe / 2.0});
@@ -187,7 +189,7 @@ void Videobild::ZeichneObjekt(CDC& dc, const Sicht& sicht, const Objekt& objekt)
         dc.SelectPen({PenStyle::solid, objekt.gewaehlt ? kStrich : 1.0, kRot});
         dc.Rectangle(std::clamp(oben.x, 0.0, dc.Width()), std::clamp(oben.y, 0.0, dc.Height()),
                      std::clamp(unten.x, 0.0, dc.Width()), std::clamp(unten.y, 0.0, dc.Height()));
-    } else if (Liegt(oben, dc)) {
+    } else {
         Kreuz(dc, oben, 6.0, objekt.gewaehlt ? kGelb : kRot);
     }
     // The second line, the speed, stands below the first, and both above the object.
@@ -296,8 +298,8 @@ bool Videobild::Maus(const CMouseEvent& ereignis)
         m_zeiger = darin ? std::optional(ereignis.position) : std::nullopt;
         if (!m_gedrueckt)
             return true;
-        m_gezogen = m_gezogen || std::hypot(ereignis.position.x - m_gedrueckt->x,
-                                            ereignis.position.y - m_gedrueckt->y) > kZugBeginn;
+        m_gezogen = m_gezogen ||
+                    std::hypot(ereignis.position.x - m_gedrueckt->x, ereignis.position.y - m_gedrueckt->y) > kZugBeginn;
         if (m_schiebt)
             m_mitte = {m_mitteVorher.x - (ereignis.position.x - m_gedrueckt->x) / sicht.massstab,
                        m_mitteVorher.y - (ereignis.position.y - m_gedrueckt->y) / sicht.massstab};

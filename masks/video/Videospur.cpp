@@ -14,8 +14,9 @@ constexpr double kGroesstes = 1e9;    // of any of them
 
 auto Stelle(const std::vector<Videospur::Eintrag>& eintraege, int bild)
 {
-    return std::lower_bound(eintraege.begin(), eintraege.end(), bild,
-                            [](const Videospur::Eintrag& e, int frame) { return e.punkt.frame < frame; });
+    return std::lower_bound(
+        eintraege.begin(), eintraege.end(), bild,
+        [](const Videospur::Eintrag& e, int frame) { return e.punkt.frame < frame; });
 }
 
 } // namespace
@@ -66,8 +67,8 @@ std::vector<double> Videospur::AlsZahlen() const
     std::vector<double> zahlen{punktHoehe, gewaehlteLaengen ? 1.0 : 0.0};
     zahlen.reserve(kKopf + kJeEintrag * eintraege.size());
     for (const Eintrag& e : eintraege)
-        zahlen.insert(zahlen.end(), {static_cast<double>(e.punkt.frame), e.punkt.time, e.punkt.point.x,
-                                     e.punkt.point.y, e.punkt.cut ? 1.0 : 0.0, e.breite, e.hoehe, e.laenge});
+        zahlen.insert(zahlen.end(), {static_cast<double>(e.punkt.frame), e.punkt.time, e.punkt.point.x, e.punkt.point.y,
+                                     e.punkt.cut ? 1.0 : 0.0, e.breite, e.hoehe, e.laenge});
     return zahlen;
 }
 

@@ -14,10 +14,10 @@
 
 struct Videospur {
     struct Eintrag {
-        VideoEntry punkt{};   ///< at its measured time
-        double breite = 0.0;  ///< px, of the box; 0 for a click
-        double hoehe = 0.0;   ///< px
-        double laenge = 0.0;  ///< s, chosen since the entry before; 0 = as measured
+        VideoEntry punkt{};  ///< at its measured time
+        double breite = 0.0; ///< px, of the box; 0 for a click
+        double hoehe = 0.0;  ///< px
+        double laenge = 0.0; ///< s, chosen since the entry before; 0 = as measured
         friend bool operator==(const Eintrag& a, const Eintrag& b)
         {
             return a.punkt.time == b.punkt.time && a.punkt.frame == b.punkt.frame &&
@@ -26,8 +26,8 @@ struct Videospur {
         }
     };
 
-    double punktHoehe = 0.0;        ///< m, of its points above the road
-    bool gewaehlteLaengen = false;  ///< the chosen frame lengths count
+    double punktHoehe = 0.0;          ///< m, of its points above the road
+    bool gewaehlteLaengen = false;    ///< the chosen frame lengths count
     std::vector<Eintrag> eintraege{}; ///< ascending by frame
 
     friend bool operator==(const Videospur&, const Videospur&) = default;

@@ -100,8 +100,8 @@ inline constexpr std::int64_t kLargestMode = 99;
 inline constexpr std::int64_t kLargestFlag = 63;
 inline constexpr std::int64_t kLargestMask = 65535;
 
-inline constexpr std::string_view kRootNames[] = {"format",     "version",  "title", "details",
-                                                  "parameters", "vehicles", "masks", "scene", "video"};
+inline constexpr std::string_view kRootNames[] = {"format",   "version", "title", "details", "parameters",
+                                                  "vehicles", "masks",   "scene", "video"};
 inline constexpr std::string_view kVideoNames[] = {"file", "sha256"};
 inline constexpr std::string_view kParameterNames[] = {"modified", "updateFlags"};
 inline constexpr std::string_view kPathTimeNames[] = {"selected", "mode", "marker",    "phases",

@@ -73,8 +73,8 @@ enum class Overwrite {
 CaseResult SaveCase(const std::string& path, const CRuvData& data, Overwrite overwrite = Overwrite::onlyCases,
                     const base::FileCalls& calls = base::SystemFileCalls(), const std::string& expected = {});
 
-/// Names the pictures and the video of a case anew that moves from one file to another: relative to its file, or in full where they
-/// lie on another drive. An empty path is a case without a file.
+/// Names the pictures and the video of a case anew that moves from one file to another: relative to its file, or in
+/// full where they lie on another drive. An empty path is a case without a file.
 void MovePictures(CRuvData& data, const std::string& fromFile, const std::string& toFile);
 /// Where a picture lies that a case of this file names so.
 std::string PicturePath(const std::string& name, const std::string& caseFile);

@@ -56,8 +56,7 @@ std::unique_ptr<CRuvData> Read(const std::string& text)
 void ReplaceCaseAndTell(CRuvData& data, CRuvData&& content)
 {
     const auto differences = Compare(data, content);
-    const bool sameMaskValues =
-        data.AlleMaskenWerte() == content.AlleMaskenWerte() && data.Video() == content.Video();
+    const bool sameMaskValues = data.AlleMaskenWerte() == content.AlleMaskenWerte() && data.Video() == content.Video();
     std::string text;
     const CaseResult written = CaseToJson(content, text);
     ReplaceCase(data, std::move(content));

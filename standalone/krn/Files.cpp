@@ -79,8 +79,9 @@ std::string RuvNameBeside(const std::string& utf8Path, const std::string& caseFi
         return utf8Path;
     const auto absolute = std::filesystem::absolute(*path).lexically_normal();
     const auto relative =
-        caseFile.empty() ? std::filesystem::path()
-                         : absolute.lexically_relative(std::filesystem::absolute(*file).lexically_normal().parent_path());
+        caseFile.empty()
+            ? std::filesystem::path()
+            : absolute.lexically_relative(std::filesystem::absolute(*file).lexically_normal().parent_path());
     const std::u8string name = (relative.empty() ? absolute : relative).generic_u8string();
     return {name.begin(), name.end()};
 }

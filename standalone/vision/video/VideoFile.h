@@ -42,7 +42,8 @@ class VideoFile final : public VideoSource
     void Keep(int frame, FramePtr picture);
     template <class Image> std::string ReadAs(int frame, Image& image);
     /// The picture in rows of `stride` bytes, before it is turned; false when that fails.
-    bool Scale(const AVFrame& picture, ScalerPtr& scaler, AVPixelFormat format, int flags, std::uint8_t* rows, int stride);
+    bool Scale(const AVFrame& picture, ScalerPtr& scaler, AVPixelFormat format, int flags, std::uint8_t* rows,
+               int stride);
     bool Convert(const AVFrame& picture, cv::Mat& image);
     bool Convert(const AVFrame& picture, drawing::Bitmap& shown);
 

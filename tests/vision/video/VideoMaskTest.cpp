@@ -1,0 +1,495 @@
+// SPDX-FileCopyrightText: The RuvMod authors
+// SPDX-License-Identifier: Apache-2.0
+//
+// The video analysis worked as a user does: a video made here, points and vehicles clicked where a camera above a road
+// sees them.
+#include "masks/video/CVideoDlg.h"
+
+#include "base/FileSystem.h"
+#include "casefile/CaseFile.h"
+#include "casefile/CaseHistory.h"
+#include "host/Charts.h"
+#include "masks/video/VideoBindungen.h"
+#include "res/video.h"
+#include "tests/support/MaskFixture.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/vision/RoadCamera.h"
+#include "tests/vision/video/VideoMaker.h"
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+
+namespace
+{
+
+using framework::Window;
+using test::RoadCamera;
+
+constexpr int kBilder = 40;
+constexpr double kTakt = 12800.0; // 1/s
+constexpr RoadCamera kKamera{640, 360, 500.0, 6.0, 12.0};
+
+/// 30 to 55 ms apart and no pattern.
+std::vector<std::int64_t> Zeiten(std::int64_t nach = 0)
+{
+    std::vector<std::int64_t> zeiten{nach};
+    for (int i = 1; i < kBilder; ++i)
+        zeiten.push_back(zeiten.back() + 384 + (i * 97) % 320);
+    return zeiten;
+}
+
+class VideoMaskTest : public test::MaskTest
+{
+  protected:
+    std::string Video(const std::string& name, int keyDistance = 12)
+    {
+        test::VideoPlan plan;
+        plan.width = kKamera.width;
+        plan.height = kKamera.height;
+        plan.times = Zeiten();
+        plan.keyDistance = keyDistance;
+        test::WriteVideo(folder.File(name), plan);
+        return folder.File(name);
+    }
+    Window& Oeffne(const std::string& pfad)
+    {
+        Window& maske = OpenMask(494);
+        Waehle(maske, pfad);
+        return maske;
+    }
+    void Waehle(Window& maske, const std::string& pfad)
+    {
+        front.files = {pfad};
+        Press(maske, IDC_IMPORT_WAEHLEN);
+    }
+    static CVideoDlg& Dialog(Window& maske) { return *static_cast<CVideoDlg*>(maske.object); }
+    static CVideoDat& Daten(Window& maske) { return Dialog(maske).Daten(); }
+    /// The field shows the frame pixel by pixel.
+    void Maus(Window& maske, CMouseEvent::Kind art, VisionPoint wo)
+    {
+        CMouseEvent ereignis{art, MouseButton::left, 0, {wo.x, wo.y}, 640.0, 360.0};
+        framework::Mouse(Control(maske, IDC_VIDEO_BILD), ereignis);
+        thread.DispatchPending();
+    }
+    void Klicke(Window& maske, VisionPoint wo)
+    {
+        Maus(maske, CMouseEvent::Kind::press, wo);
+        Maus(maske, CMouseEvent::Kind::release, wo);
+    }
+    void Ziehe(Window& maske, VisionPoint von, VisionPoint nach)
+    {
+        Maus(maske, CMouseEvent::Kind::press, von);
+        Maus(maske, CMouseEvent::Kind::move, {von.x + 5.0, von.y});
+        Maus(maske, CMouseEvent::Kind::move, nach);
+        Maus(maske, CMouseEvent::Kind::release, nach);
+    }
+    void Kalibriere(Window& maske)
+    {
+        for (const auto& [x, y] : test::kLane)
+            Klicke(maske, kKamera.See(x, y));
+        for (const UINT breite : {IDC_VIDEO_ABSTAND_12, IDC_VIDEO_ABSTAND_43})
+            Enter(maske, static_cast<UINT>(breite), "7");
+        for (const UINT laenge : {IDC_VIDEO_ABSTAND_24, IDC_VIDEO_ABSTAND_31})
+            Enter(maske, static_cast<UINT>(laenge), "25");
+    }
+    /// A vehicle at `v0` km/h that brakes with `a` m/s², clicked in every frame from the one shown on.
+    void Verfolge(Window& maske, double v0, int bilder = kBilder - 1, double a = 0.0, double z = 0.0)
+    {
+        const auto zeiten = Zeiten();
+        for (int i = 0; i < bilder; ++i) {
+            const double t = static_cast<double>(zeiten[static_cast<std::size_t>(i)]) / kTakt;
+            Klicke(maske, kKamera.See(-1.0, 15.0 + v0 / 3.6 * t - a / 2.0 * t * t, z));
+        }
+    }
+    std::string Status(Window& maske) { return Text(maske, IDC_VIDEO_STATUS); }
+    static chart::Chart& Diagramm(Window& maske)
+    {
+        return dynamic_cast<chart::Chart&>(
+            *static_cast<CChartCtrl*>(Control(maske, IDC_IMPORT_DIAGRAMM).object)->Client());
+    }
+    /// All that the record says, as text.
+    static std::string Zustand(Window& maske)
+    {
+        std::string text;
+        for (const RecordField& feld : Dialog(maske).DescribeRecord()) {
+            text += std::string(feld.name) + ':';
+            std::visit(
+                [&](const auto* werte) {
+                    for (std::size_t i = 0; i < feld.count; ++i)
+                        text += ' ' + std::to_string(werte[i]);
+                },
+                feld.value);
+            text += '\n';
+        }
+        return text;
+    }
+
+    test::TemporaryFolder folder;
+};
+
+} // namespace
+
+// The times are uneven: with those of the mean rate single speeds would be off by up to a third.
+TEST_F(VideoMaskTest, AKnownSpeedIsReadBack)
+{
+    Window& maske = Oeffne(Video("fahrt.mp4"));
+    EXPECT_EQ(Daten(maske).rate, 0.0);
+    Kalibriere(maske);
+    EXPECT_NEAR(Daten(maske).kameraHoehe, 6.0, 0.01);
+    EXPECT_EQ(Daten(maske).faktor, 1.0);
+    Verfolge(maske, 60.0);
+    const CVideoDat& dat = Daten(maske);
+    ASSERT_EQ(dat.ids, std::vector<std::int64_t>{1});
+    ASSERT_EQ(dat.zeit.size(), 37U); // of 39 clicks all but the first two
+    for (std::size_t i = 0; i < dat.zeit.size(); ++i) {
+        EXPECT_NEAR(dat.geschwindigkeit[i], 60.0, 0.01) << i;
+        EXPECT_NEAR(dat.ausgleich[i], 60.0, 0.01) << i;
+        EXPECT_EQ(dat.bild[i], static_cast<std::int64_t>(i) + 2);
+    }
+    EXPECT_NEAR(dat.mittel, 60.0, 0.01);
+    EXPECT_GT(dat.mittelU, 0.05);
+    EXPECT_LT(dat.mittelU, 2.0);
+    EXPECT_EQ(Diagramm(maske).State().rows, 37U);
+    EXPECT_EQ(dat.bildnummer, 39); // every click went one frame on
+    EXPECT_EQ(dat.objekte, 0);
+    Press(maske, IDC_VIDEO_ZURUECK);
+    EXPECT_EQ(dat.objekte, 1);
+    EXPECT_EQ(dat.Beschriftung(1, 38), 61); // round(60.0 + 0.5)
+}
+
+TEST_F(VideoMaskTest, PointsAboveTheRoadAreCorrectedByTheCamerasHeight)
+{
+    Window& maske = Oeffne(Video("fahrt.mp4"));
+    Kalibriere(maske);
+    Verfolge(maske, 60.0, 20, 0.0, 0.72);
+    EXPECT_NEAR(Daten(maske).mittel, 60.0 * 6.0 / (6.0 - 0.72), 0.05);
+    Enter(maske, IDC_VIDEO_PUNKTHOEHE, "0,72");
+    EXPECT_NEAR(Daten(maske).faktor, 0.88, 0.0003);
+    EXPECT_NEAR(Daten(maske).mittel, 60.0, 0.05);
+    Enter(maske, IDC_VIDEO_KAMERAHOEHE, "7,2");
+    EXPECT_NEAR(Daten(maske).faktor, 0.9, 1e-12);
+    Press(maske, IDC_VIDEO_FAKTOR_MINUS);
+    EXPECT_NEAR(Daten(maske).faktor, 0.89, 1e-12);
+    EXPECT_NEAR(Daten(maske).geschwindigkeit.front(), 60.0 / 0.88 * 0.89, 0.05);
+    Enter(maske, IDC_VIDEO_FAKTOR, "0");
+    EXPECT_NEAR(Daten(maske).faktor, 0.9, 1e-12);
+    Enter(maske, IDC_VIDEO_KAMERAHOEHE, "0");
+    EXPECT_NEAR(Daten(maske).kameraHoehe, 6.0, 0.01);
+}
+
+// Every number and drawing after a change is that of a calibration made anew with what is shown.
+TEST_F(VideoMaskTest, AMovedPointMovesEverySpeed)
+{
+    Window& maske = Oeffne(Video("fahrt.mp4"));
+    Kalibriere(maske);
+    Verfolge(maske, 60.0, 20);
+    Press(maske, IDC_VIDEO_NEUE_ID);
+    Enter(maske, IDC_VIDEO_ZEIT, "0");
+    Verfolge(maske, 40.0, 20);
+    Diagramm(maske).SetRange({2, 10});
+    const auto pruefe = [&](const char* was) {
+        SCOPED_TRACE(was);
+        CVideoDat& dat = Daten(maske);
+        const CPerspectiveRectifier strasse = test::Calibrated(dat.Strasseneingabe());
+        ASSERT_EQ(strasse.Fault(), RoadFault::none);
+        const VideoSpeeds neu(strasse, {.fps = dat.bilderJeSekunde,
+                                        .pointHeight = dat.punktHoehe,
+                                        .strengthUncertainty = dat.Staerke() != 0.0 ? 2.0 : 0.0});
+        const std::vector<VideoEntry> eintraege = dat.Spur()->Eintraege();
+        const auto v = neu.Of(eintraege);
+        ASSERT_EQ(v.size(), dat.zeit.size());
+        for (std::size_t i = 0; i < v.size(); ++i) {
+            EXPECT_EQ(v[i].speed, dat.geschwindigkeit[i]);
+            EXPECT_EQ(v[i].uncertainty, dat.unsicherheit[i]);
+        }
+        EXPECT_EQ(dat.Beschriftung(1, 15).has_value(), true);
+        const auto range = Diagramm(maske).Range();
+        ASSERT_TRUE(range);
+        EXPECT_EQ(Diagramm(maske).Statistics()->lowest,
+                  *std::min_element(dat.ausgleich.begin() + 2, dat.ausgleich.begin() + 11));
+    };
+    const double vorher = Daten(maske).geschwindigkeit[3];
+    const int schildVorher = *Daten(maske).Beschriftung(1, 15);
+    pruefe("clicked");
+    const VisionPoint p3 = kKamera.See(-3.5, 20.0);
+    Ziehe(maske, p3, {p3.x + 40.0, p3.y + 6.0});
+    pruefe("dragged");
+    EXPECT_GT(std::abs(Daten(maske).geschwindigkeit[3] - vorher), 0.5);
+    EXPECT_NE(*Daten(maske).Beschriftung(1, 15), schildVorher);
+    framework::MoveTrackbar(Control(maske, IDC_VIDEO_LINSE), 30);
+    const double ohneLinse = Daten(maske).geschwindigkeit[3];
+    Press(maske, IDC_VIDEO_VERZEICHNUNG);
+    pruefe("with a lens");
+    EXPECT_NE(Daten(maske).geschwindigkeit[3], ohneLinse);
+    Press(maske, IDC_VIDEO_TRAPEZ_FREI);
+    pruefe("another shape");
+    // Keys: a tenth of a pixel each.
+    const VisionPoint ort = Daten(maske).Punkte()[2];
+    Press(maske, IDC_VIDEO_KALIBRIEREN);
+    for (int i = 0; i < 3; ++i)
+        framework::Key(Control(maske, IDC_VIDEO_BILD), {VK_LEFT});
+    EXPECT_NEAR(Daten(maske).Punkte()[2].x, ort.x - 0.3, 1e-9);
+    pruefe("by keys");
+}
+
+TEST_F(VideoMaskTest, EveryStepIsTakenBackAndTheCaseOpensAsItWas)
+{
+    casefile::CaseHistory schritte(data);
+    Window& maske = Oeffne(Video("fahrt.mp4"));
+    Kalibriere(maske);
+    std::vector<std::string> zustaende;
+    const auto schritt = [&] {
+        Enter(maske, IDC_VIDEO_ZEIT, "0");
+        ASSERT_TRUE(schritte.Commit("Schritt"));
+        zustaende.push_back(Zustand(maske));
+    };
+    schritt();
+    Verfolge(maske, 50.0, 12);
+    schritt();
+    Press(maske, IDC_VIDEO_RUECKNAHME);
+    EXPECT_EQ(Daten(maske).Spur()->eintraege.size(), 11U);
+    schritt();
+    Enter(maske, IDC_VIDEO_FAKTOR, "0,95");
+    Diagramm(maske).SetRange({1, 5});
+    schritt();
+    Press(maske, IDC_VIDEO_RESET);
+    EXPECT_TRUE(Daten(maske).ids.empty());
+    EXPECT_EQ(Daten(maske).Punkte().size(), 4U);
+    EXPECT_TRUE(Diagramm(maske).IsEmpty());
+    schritt();
+    for (std::size_t i = zustaende.size() - 1; i-- > 0;) {
+        ASSERT_TRUE(schritte.Undo());
+        thread.DispatchPending();
+        EXPECT_EQ(Zustand(maske), zustaende[i]) << i;
+    }
+    for (std::size_t i = 1; i < zustaende.size() - 1; ++i) {
+        ASSERT_TRUE(schritte.Redo());
+        thread.DispatchPending();
+        EXPECT_EQ(Zustand(maske), zustaende[i]) << i;
+    }
+    const std::string pfad = folder.File("fall.json");
+    casefile::MovePictures(data, "", pfad);
+    EXPECT_EQ(data.Video().datei, "fahrt.mp4");
+    ASSERT_TRUE(casefile::SaveCase(pfad, data));
+    framework::CloseDialog(maske);
+    thread.DispatchPending();
+    ASSERT_TRUE(casefile::LoadCase(pfad, data));
+    Window& wieder = OpenMask(494);
+    EXPECT_EQ(Zustand(wieder), zustaende[zustaende.size() - 2]);
+    EXPECT_EQ(Text(wieder, IDC_IMPORT_PFAD), folder.File("fahrt.mp4"));
+}
+
+TEST_F(VideoMaskTest, AnotherFileDropsWhatBelongsToTheOneBefore)
+{
+    const std::string erste = Video("fahrt.mp4");
+    const std::string andere = Video("andere.mp4", 5);
+    std::filesystem::copy_file(erste, folder.File("kopie.mp4"));
+    Window& maske = Oeffne(erste);
+    Kalibriere(maske);
+    Verfolge(maske, 60.0, 10);
+    Press(maske, IDC_VIDEO_VERZEICHNUNG);
+    framework::MoveTrackbar(Control(maske, IDC_VIDEO_LINSE), 20);
+    Enter(maske, IDC_VIDEO_KAMERAHOEHE, "5");
+    const std::string vorher = Zustand(maske);
+    Waehle(maske, folder.File("kopie.mp4")); // the same video elsewhere
+    Enter(maske, IDC_VIDEO_ZEIT, Videozeit(static_cast<double>(Zeiten()[10]) / kTakt));
+    EXPECT_EQ(Zustand(maske), vorher);
+    // What is no video changes nothing and says why.
+    std::ofstream(folder.File("text.mp4")) << "kein Video";
+    std::ofstream(folder.File("leer.avi")).flush();
+    for (const std::string& pfad : {folder.File("text.mp4"), folder.File("leer.avi"), folder.Path()}) {
+        const std::size_t meldungen = front.messages.size();
+        front.files = {pfad};
+        Dialog(maske).SendMessage(WM_COMMAND, IDC_IMPORT_WAEHLEN);
+        thread.DispatchPending();
+        EXPECT_EQ(Zustand(maske), vorher) << pfad;
+        if (front.messages.size() == meldungen) {
+            EXPECT_FALSE(Status(maske).empty()) << pfad;
+        }
+    }
+    Waehle(maske, andere);
+    EXPECT_TRUE(Daten(maske).Punkte().empty());
+    EXPECT_TRUE(Daten(maske).ids.empty());
+    EXPECT_TRUE(Daten(maske).geschwindigkeit.empty());
+    EXPECT_EQ(Daten(maske).Staerke(), 0.0);
+    EXPECT_FALSE(Daten(maske).KameraHoeheIstGetippt());
+    EXPECT_EQ(Daten(maske).abstaende[0], 7.0);
+}
+
+// A changed or missing file is said; the speeds stay those of the clicks.
+TEST_F(VideoMaskTest, AFileThatChangedOrWentIsNotShown)
+{
+    const std::string pfad = Video("fahrt.mp4");
+    Window& maske = Oeffne(pfad);
+    Kalibriere(maske);
+    Verfolge(maske, 60.0, 10);
+    const std::vector<double> tempo = Daten(maske).geschwindigkeit;
+    framework::CloseDialog(maske);
+    thread.DispatchPending();
+    std::filesystem::rename(Video("andere.mp4", 5), pfad);
+    Window& geaendert = OpenMask(494);
+    EXPECT_NE(Status(geaendert).find("nicht mehr die, die ausgewertet wurde"), std::string::npos) << Status(geaendert);
+    EXPECT_EQ(Daten(geaendert).geschwindigkeit, tempo);
+    Klicke(geaendert, {100.0, 100.0});
+    EXPECT_EQ(Daten(geaendert).geschwindigkeit, tempo);
+    framework::CloseDialog(geaendert);
+    thread.DispatchPending();
+    std::filesystem::remove(pfad);
+    Window& weg = OpenMask(494);
+    EXPECT_NE(Status(weg).find("fehlt"), std::string::npos) << Status(weg);
+    EXPECT_EQ(Daten(weg).geschwindigkeit, tempo);
+}
+
+TEST_F(VideoMaskTest, ATransferWritesTheCurveThatIsShown)
+{
+    Window& maske = Oeffne(Video("fahrt.mp4"));
+    Kalibriere(maske);
+    Verfolge(maske, 60.0, 35, 7.5); // down to some 19 km/h in 1.5 s
+    const CVideoDat& dat = Daten(maske);
+    EXPECT_FALSE(Control(maske, IDOK).enabled);
+    Diagramm(maske).SetRange({0, dat.zeit.size() - 1});
+    EXPECT_TRUE(Text(maske, IDC_IMPORT_HINWEIS).starts_with("Übertragen würden ")) << Text(maske, IDC_IMPORT_HINWEIS);
+    Press(maske, IDOK);
+    ASSERT_TRUE(IsWindow(maske.handle)); // it stays open
+    EXPECT_EQ(TransferNews(), std::vector<std::string>{"main 0"});
+    EXPECT_TRUE(Text(maske, IDC_IMPORT_HINWEIS).starts_with("Weg ")) << Text(maske, IDC_IMPORT_HINWEIS);
+    // Backwards from the last moment: the sum of the times is exact, each phase begins and ends on the curve, and
+    // between its ends the curve is no more than 1 km/h from it.
+    double zeit = dat.zeit.back();
+    double weg = 0.0;
+    std::size_t i = dat.zeit.size() - 1;
+    int phasen = 0;
+    for (std::size_t s = CWegZeitDat::kErsteSpalte; data.WZRechDat(0).spalten[s].IsUsed(); ++s, ++phasen) {
+        const CWegZeitSpalte& spalte = data.WZRechDat(0).spalten[s];
+        EXPECT_NEAR(spalte.vEnd, dat.ausgleich[i], 1e-9);
+        const double anfang = zeit - spalte.zeit;
+        for (; i > 0 && dat.zeit[i] > anfang + 1e-9; --i) {
+            const double teil = (dat.zeit[i] - anfang) / spalte.zeit;
+            EXPECT_NEAR(spalte.vAnf + teil * (spalte.vEnd - spalte.vAnf), dat.ausgleich[i], 1.0) << dat.zeit[i];
+        }
+        EXPECT_NEAR(spalte.vAnf, dat.ausgleich[i], 1e-9);
+        zeit = anfang;
+        weg += spalte.weg;
+    }
+    EXPECT_EQ(i, 0U);
+    EXPECT_NEAR(zeit, dat.zeit.front(), 1e-9);
+    EXPECT_GE(phasen, 1);
+    EXPECT_LT(phasen, 12); // thinned
+    const double v0 = 60.0 / 3.6;
+    const auto gefahren = [v0](double t) { return v0 * t - 7.5 / 2.0 * t * t; };
+    EXPECT_NEAR(weg, gefahren(dat.zeit.back()) - gefahren(dat.zeit.front()), 0.15);
+    // From a late phase on fewer fit: it gets coarser, and is still the whole of the time.
+    const double dauer = dat.zeit.back() - dat.zeit.front();
+    Daten(maske).auswahl.phase = 45;
+    const auto grob = dat.MacheVerlauf(0, dat.zeit.size() - 1);
+    EXPECT_LE(grob.zeilen.size(), 3U);
+    double summe = 0.0;
+    for (const Fahrzeile& zeile : grob.zeilen)
+        summe += zeile.zeitschritt;
+    EXPECT_NEAR(summe, dauer, 1e-12);
+}
+
+TEST_F(VideoMaskTest, ChosenFrameLengthsReplaceTheMeasuredOnesOfOneId)
+{
+    Window& maske = Oeffne(Video("fahrt.mp4"));
+    Kalibriere(maske);
+    Verfolge(maske, 60.0, 20);
+    Press(maske, IDC_VIDEO_NEUE_ID);
+    Enter(maske, IDC_VIDEO_ZEIT, "0");
+    Verfolge(maske, 40.0, 20);
+    const std::vector<double> gemessen = Daten(maske).geschwindigkeit;
+    const auto zeiten = Zeiten();
+    front.duringModal = [&](Window& dialog) {
+        Window& tabelle = Control(dialog, IDC_FRAME_LAENGEN);
+        ASSERT_EQ(tabelle.grid->rows.size(), 20U);
+        EXPECT_EQ(tabelle.grid->rows[0][2], "–");
+        EXPECT_EQ(tabelle.grid->rows[3][1], RuvNumberText(static_cast<double>(zeiten[3] - zeiten[2]) / kTakt, 6));
+        for (const char* schlecht : {"0", "-0,04", "vier", "1e400"})
+            EXPECT_EQ(framework::EnterCell(tabelle, 5, 2, schlecht), framework::InputResult::refused) << schlecht;
+        EXPECT_EQ(Daten(maske).geschwindigkeit, gemessen);
+        framework::SelectRows(tabelle, 1, 19);
+        framework::EnterCell(tabelle, 4, 2, "0,05");
+        EXPECT_EQ(Control(dialog, IDC_FRAME_GEWAEHLT).check, 1);
+        // Six frames of 0.05 s instead of those measured.
+        for (std::size_t i = 4; i < gemessen.size(); ++i) {
+            const double dt = static_cast<double>(zeiten[i + 2] - zeiten[i - 4]) / kTakt;
+            EXPECT_NEAR(Daten(maske).geschwindigkeit[i], gemessen[i] * dt / 0.3, 1e-9) << i;
+        }
+        framework::Click(Control(dialog, IDC_FRAME_GEMESSEN));
+        EXPECT_EQ(Daten(maske).geschwindigkeit, gemessen);
+        framework::Click(Control(dialog, IDC_FRAME_GEWAEHLT));
+        EXPECT_NE(Daten(maske).geschwindigkeit, gemessen);
+        framework::Select(Control(dialog, IDC_FRAME_ID), 0); // the other one has its own
+        EXPECT_NEAR(Daten(maske).mittel, 60.0, 0.01);
+        framework::Select(Control(dialog, IDC_FRAME_ID), 1);
+        EXPECT_NE(Daten(maske).geschwindigkeit, gemessen);
+        framework::Click(Control(dialog, IDC_FRAME_RESET));
+        EXPECT_EQ(Daten(maske).geschwindigkeit, gemessen);
+        framework::Click(Control(dialog, IDOK));
+    };
+    Press(maske, IDC_VIDEO_FRAMES);
+    EXPECT_EQ(Daten(maske).geschwindigkeit, gemessen);
+}
+
+TEST_F(VideoMaskTest, TimesPlaybackAndWhatIsNotThere)
+{
+    Window& maske = OpenMask(494);
+    for (const UINT knopf : {IDC_VIDEO_VOR, IDC_VIDEO_PLAY, IDC_VIDEO_KOMPLETT}) {
+        Press(maske, static_cast<UINT>(knopf));
+        EXPECT_EQ(Status(maske), "Zuerst ein Video wählen.");
+    }
+    Waehle(maske, Video("fahrt.mp4"));
+    const auto zeiten = Zeiten();
+    const auto sekunden = [&](int bild) { return static_cast<double>(zeiten[static_cast<std::size_t>(bild)]) / kTakt; };
+    for (int bild = 0; bild < kBilder; ++bild) { // what is shown, typed again, is the same frame
+        Enter(maske, IDC_VIDEO_ZEIT, Videozeit(sekunden(bild)));
+        EXPECT_EQ(Daten(maske).bildnummer, bild);
+        EXPECT_EQ(Text(maske, IDC_VIDEO_ZEIT), Videozeit(sekunden(bild)));
+    }
+    Enter(maske, IDC_VIDEO_ZEIT, Videozeit(sekunden(7) - 0.002));
+    EXPECT_EQ(Daten(maske).bildnummer, 6);
+    for (const char* schlecht : {"eins", "1:75", "-1", "1:2:3:4", "1,5:20"})
+        EXPECT_EQ(Enter(maske, IDC_VIDEO_ZEIT, schlecht), framework::InputResult::refused) << schlecht;
+    EXPECT_EQ(Daten(maske).bildnummer, 6);
+    EXPECT_EQ(Videozeit(3723.0456), "01:02:03.046");
+    EXPECT_EQ(LiesVideozeit("1:02:03,046"), 3723.046);
+    // Played to its end, frame by frame.
+    Press(maske, IDC_VIDEO_PLAY);
+    EXPECT_EQ(Text(maske, IDC_VIDEO_PLAY), "Pause");
+    for (int i = 0; i < kBilder; ++i)
+        thread.FireTimer(maske.handle, 1);
+    EXPECT_EQ(Daten(maske).bildnummer, kBilder - 1);
+    EXPECT_EQ(Text(maske, IDC_VIDEO_PLAY), "Reset and Play");
+    Press(maske, IDC_VIDEO_PLAY);
+    EXPECT_EQ(Daten(maske).bildnummer, 0);
+    thread.FireTimer(maske.handle, 1);
+    EXPECT_EQ(Daten(maske).bildnummer, 1);
+    // Without a network there is no analysis, no question and no message.
+    Press(maske, IDC_VIDEO_KOMPLETT);
+    EXPECT_TRUE(Status(maske).starts_with("Keine Komplettanalyse: ")) << Status(maske);
+    EXPECT_TRUE(front.messages.empty());
+}
+
+// What a case from elsewhere holds is taken only where it makes sense.
+TEST_F(VideoMaskTest, NonsenseInACaseIsLeftOut)
+{
+    CMaskenWerte& werte = data.MaskenWerte(494);
+    werte["muster"] = {9.0};
+    werte["abstand12"] = {-3.0};
+    werte["ausgleichsspanne"] = {1e6};
+    werte["punkte"] = {1.0, 2.0, 1e300, 4.0, 5.0};
+    werte["id"] = {7.0};
+    werte["spur_2"] = {0.0, 0.0, 5.0, 0.2, 1.0, 1.0, 0.0, 0.0, 0.0,
+                       0.0, 4.0, 0.3, 1.0, 1.0, 0.0, 0.0, 0.0, 0.0}; // back to an earlier frame
+    werte["spur_3"] = {0.0, 0.0, 5.0, 0.2, 1.0, 1.0, 0.0, 0.0, 0.0, 0.0};
+    werte["spur_x"] = {1.0};
+    Window& maske = OpenMask(494);
+    const CVideoDat& dat = Daten(maske);
+    EXPECT_EQ(dat.muster, 0);
+    EXPECT_EQ(dat.abstaende[0], 0.0);
+    EXPECT_EQ(dat.ausgleichsspanne, 1.0);
+    EXPECT_EQ(dat.Punkte().size(), 1U);
+    EXPECT_EQ(dat.id, 0);
+    EXPECT_EQ(dat.ids, std::vector<std::int64_t>{3});
+}
