@@ -357,7 +357,7 @@ void CESOImportDlg::ZeichneBild(CDC& dc)
     const double w = std::min(sichtbarX * mass, dc.Width());
     const double h = std::min(sichtbarY * mass, dc.Height());
     const CDPoint ecke{(dc.Width() - w) / 2.0, (dc.Height() - h) / 2.0};
-    dc.Picture(ecke, {ecke.x + w, ecke.y}, {ecke.x, ecke.y + h}, 1.0, m_ausschnitt);
+    dc.Picture(ecke, {w, 0.0}, {0.0, h}, 1.0, m_ausschnitt);
 }
 
 LRESULT CESOImportDlg::OnHScroll(WPARAM position, LPARAM controlId)

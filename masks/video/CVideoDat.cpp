@@ -463,21 +463,24 @@ void CVideoDat::Rechne()
         punktHoehe = spur->punktHoehe;
     // Each height of followed points has a factor of its own.
     std::map<double, VideoSpeeds> jeHoehe;
+    const auto mitHoehe = [&](double z) -> const VideoSpeeds& {
+        const auto da = jeHoehe.find(z);
+        return da != jeHoehe.end() ? da->second : jeHoehe.emplace(z, Geschwindigkeiten(z)).first->second;
+    };
     m_verlaeufe.clear();
     ids.clear();
     for (const auto& [nummer, spur] : m_spuren) {
         ids.push_back(nummer);
-        if (!kalibriert)
-            continue;
-        const auto hoehe = jeHoehe.try_emplace(spur.punktHoehe, Geschwindigkeiten(spur.punktHoehe)).first;
-        m_verlaeufe[nummer] = hoehe->second.Of(spur.Eintraege());
+        if (kalibriert)
+            m_verlaeufe[nummer] = mitHoehe(spur.punktHoehe).Of(spur.Eintraege());
     }
     m_faktorUnbekannt = false;
     faktor = FaktorIstGetippt() ? m_getippterFaktor : 1.0;
+    m_geschwindigkeiten.reset();
     if (kalibriert) {
-        const VideoSpeeds dieser = Geschwindigkeiten(punktHoehe);
-        faktor = dieser.Factor();
-        m_faktorUnbekannt = !dieser.FactorIsKnown();
+        m_geschwindigkeiten = mitHoehe(punktHoehe);
+        faktor = m_geschwindigkeiten->Factor();
+        m_faktorUnbekannt = !m_geschwindigkeiten->FactorIsKnown();
     }
     ZeigeSpur();
     RechneMittel(auswahl.von, auswahl.bis);
@@ -520,12 +523,12 @@ void CVideoDat::RechneMittel(double von, double bis)
     mittel = mittelU = kKeineZahl;
     m_mittelart.reset();
     const Videospur* spur = Spur();
-    if (spur == nullptr || m_strasse.Fault() != RoadFault::none)
+    if (spur == nullptr || !m_geschwindigkeiten)
         return;
     std::vector<VideoEntry> eintraege = spur->Eintraege();
     if (!std::isnan(von) && !std::isnan(bis))
         std::erase_if(eintraege, [&](const VideoEntry& e) { return e.time < von || e.time > bis; });
-    const auto mean = Geschwindigkeiten(spur->punktHoehe).Mean(eintraege);
+    const auto mean = m_geschwindigkeiten->Mean(eintraege);
     if (!mean)
         return;
     mittel = mean->speed;

@@ -159,6 +159,7 @@ class CVideoDat final : public CDlgData
     double m_getippteHoehe = 0.0;
     bool m_faktorUnbekannt = false;
     CPerspectiveRectifier m_strasse;
+    std::optional<VideoSpeeds> m_geschwindigkeiten;     // of points as high as those of the chosen ID
     std::map<int, std::vector<VideoSpeed>> m_verlaeufe; // by ID
     std::optional<MeanKind> m_mittelart;
     CMaskenWerte m_gemerkt;

@@ -128,7 +128,7 @@ void Videobild::ZeichneBild(CDC& dc, const Sicht& sicht)
     }
     const CDPoint a = sicht.Auf({static_cast<double>(teil.left), static_cast<double>(teil.top)});
     const CDPoint b = sicht.Auf({static_cast<double>(teil.right), static_cast<double>(teil.bottom)});
-    dc.Picture(a, {b.x, a.y}, {a.x, b.y}, 1.0, gezeigt);
+    dc.Picture(a, {b.x - a.x, 0.0}, {0.0, b.y - a.y}, 1.0, gezeigt);
 }
 
 void Videobild::Zeichne(CDC& dc, bool bericht)
@@ -212,7 +212,7 @@ void Videobild::ZeichneLupe(CDC& dc, const Sicht& sicht) const
     const CDPoint ecke{x, 4.0};
     const double mass = kLupe / kLupeBild;
     const CDPoint ende{ecke.x + w * mass, ecke.y + h * mass};
-    dc.Picture(ecke, {ende.x, ecke.y}, {ecke.x, ende.y}, 1.0, Ausschnitt(links, oben, w, h));
+    dc.Picture(ecke, {ende.x - ecke.x, 0.0}, {0.0, ende.y - ecke.y}, 1.0, Ausschnitt(links, oben, w, h));
     dc.SelectPen({PenStyle::solid, 1.0, kWeiss});
     dc.Rectangle(ecke.x, ecke.y, ende.x, ende.y);
     const CDPoint ziel{ecke.x + std::clamp((p.x - links) * mass, 0.0, w * mass),
