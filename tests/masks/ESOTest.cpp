@@ -531,14 +531,16 @@ TEST_F(ESOTest, APictureStandsBesideTheChart)
     front.files = {pfad};
     Press(mask, IDC_ESO_BILD_LADEN);
     ASSERT_TRUE(bild());
-    EXPECT_EQ(bild()->across.x - bild()->corner.x, 200.0);
-    EXPECT_EQ(bild()->down.y - bild()->corner.y, 100.0);
+    EXPECT_EQ(bild()->across.x, 200.0);
+    EXPECT_EQ(bild()->down.y, 100.0);
+    EXPECT_EQ(bild()->across.y, 0.0); // upright, wherever it lies
+    EXPECT_EQ(bild()->down.x, 0.0);
     framework::MoveTrackbar(Control(mask, IDC_ESO_SKALIEREN), 50);
-    EXPECT_EQ(bild()->across.x - bild()->corner.x, 100.0);
+    EXPECT_EQ(bild()->across.x, 100.0);
     framework::MoveTrackbar(Control(mask, IDC_ESO_SKALIEREN),
                             400); // four times the field's width: one column of pixels
     EXPECT_EQ(bild()->bitmap->width, 1);
-    EXPECT_EQ(bild()->across.x - bild()->corner.x, 200.0);
+    EXPECT_EQ(bild()->across.x, 200.0);
     EXPECT_LE(bild()->down.y, 200.0);
     Press(mask, IDC_ESO_BILD_WEG);
     EXPECT_FALSE(bild());
