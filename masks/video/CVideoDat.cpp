@@ -50,7 +50,7 @@ constexpr auto kEingabe = FieldRole::input;
 constexpr auto kInnen = FieldRole::internal;
 constexpr SpinnerRange kDrehAbstand{0, 1000, 0.01};
 constexpr SpinnerRange kDrehHoehe{0, 50, 0.1};
-constexpr SpinnerRange kDrehFlaeche{0, 1e6, 100};
+constexpr SpinnerRange kDrehFlaeche{0, 1e6, 10};
 constexpr SpinnerRange kDrehFaktor{0, 2, CVideoDat::kSchrittFaktor};
 
 constexpr UINT kMusterKnoepfe[] = {IDC_VIDEO_QUADRAT,        IDC_VIDEO_TRAPEZ,        IDC_VIDEO_RHOMBUS_L,

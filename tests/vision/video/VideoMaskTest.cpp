@@ -138,16 +138,16 @@ TEST_F(VideoMaskTest, AKnownSpeedIsReadBack)
     Kalibriere(maske);
     EXPECT_NEAR(Daten(maske).kameraHoehe, 6.0, 0.01);
     EXPECT_EQ(Daten(maske).faktor, 1.0);
-    Verfolge(maske, 60.0);
+    Verfolge(maske, 60.2);
     const CVideoDat& dat = Daten(maske);
     ASSERT_EQ(dat.ids, std::vector<std::int64_t>{1});
     ASSERT_EQ(dat.zeit.size(), 37U); // of 39 clicks all but the first two
     for (std::size_t i = 0; i < dat.zeit.size(); ++i) {
-        EXPECT_NEAR(dat.geschwindigkeit[i], 60.0, 0.01) << i;
-        EXPECT_NEAR(dat.ausgleich[i], 60.0, 0.01) << i;
+        EXPECT_NEAR(dat.geschwindigkeit[i], 60.2, 0.01) << i;
+        EXPECT_NEAR(dat.ausgleich[i], 60.2, 0.01) << i;
         EXPECT_EQ(dat.bild[i], static_cast<std::int64_t>(i) + 2);
     }
-    EXPECT_NEAR(dat.mittel, 60.0, 0.01);
+    EXPECT_NEAR(dat.mittel, 60.2, 0.01);
     EXPECT_GT(dat.mittelU, 0.05);
     EXPECT_LT(dat.mittelU, 2.0);
     EXPECT_EQ(Diagramm(maske).State().rows, 37U);
@@ -155,7 +155,7 @@ TEST_F(VideoMaskTest, AKnownSpeedIsReadBack)
     EXPECT_EQ(dat.objekte, 0);
     Press(maske, IDC_VIDEO_ZURUECK);
     EXPECT_EQ(dat.objekte, 1);
-    EXPECT_EQ(dat.Beschriftung(1, 38), 61); // round(60.0 + 0.5)
+    EXPECT_EQ(dat.Beschriftung(1, 38), 61); // round(60.2 + 0.5)
 }
 
 TEST_F(VideoMaskTest, PointsAboveTheRoadAreCorrectedByTheCamerasHeight)
@@ -222,7 +222,7 @@ TEST_F(VideoMaskTest, AMovedPointMovesEverySpeed)
     Press(maske, IDC_VIDEO_VERZEICHNUNG);
     pruefe("with a lens");
     EXPECT_NE(Daten(maske).geschwindigkeit[3], ohneLinse);
-    Press(maske, IDC_VIDEO_TRAPEZ_FREI);
+    Press(maske, IDC_VIDEO_QUADRAT_FREI);
     pruefe("another shape");
     // Keys: a tenth of a pixel each.
     const VisionPoint ort = Daten(maske).Punkte()[2];
