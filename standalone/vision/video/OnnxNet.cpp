@@ -84,7 +84,10 @@ cv::Mat OnnxNet::Fitted(const cv::Mat& image, NetOutput& output) const
     output.left = corner.x;
     output.top = corner.y;
     cv::Mat picture(height, width, CV_8UC3, cv::Scalar::all(kBar));
-    cv::resize(image, picture(cv::Rect(corner, fitted)), fitted, 0.0, 0.0, cv::INTER_LINEAR);
+    // A smaller picture takes the mean of what each pixel covers: between the pixels that it does not look at, edges
+    // would jump from frame to frame.
+    cv::resize(image, picture(cv::Rect(corner, fitted)), fitted, 0.0, 0.0,
+               scale < 1.0 ? cv::INTER_AREA : cv::INTER_LINEAR);
     return picture;
 }
 

@@ -12,6 +12,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -32,6 +33,8 @@ struct VideoPlan {
     int rotation = 0; ///< degrees clockwise
     AVRational aspect{1, 1};
     std::vector<std::size_t> emptyAfter{}; ///< AVI: an empty chunk behind each of these pictures
+    /// Draws the picture of this number; without it, the number.
+    std::function<void(AVFrame&, int)> draw{};
 };
 
 inline std::vector<std::int64_t> EvenTimes(int count, std::int64_t step)
@@ -202,7 +205,10 @@ inline void WriteVideo(const std::string& path, const VideoPlan& plan)
         frame->width = plan.width;
         frame->height = plan.height;
         Must(av_frame_get_buffer(frame.get(), 0), "frame");
-        DrawNumber(*frame, static_cast<int>(i), av_pix_fmt_desc_get(plan.pixels)->comp[0].depth > 8 ? 2 : 1);
+        if (plan.draw)
+            plan.draw(*frame, static_cast<int>(i));
+        else
+            DrawNumber(*frame, static_cast<int>(i), av_pix_fmt_desc_get(plan.pixels)->comp[0].depth > 8 ? 2 : 1);
         frame->pts = plan.times[i];
         frame->quality = encoder->global_quality;
         Must(avcodec_send_frame(encoder.get(), frame.get()), "send");
