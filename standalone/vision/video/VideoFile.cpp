@@ -24,14 +24,6 @@ constexpr int kTries = 3;
 constexpr int kTriedPictures = 50;
 constexpr int kAlign = 32; ///< px that a row of the scaler may write beyond its end
 
-std::size_t BytesOf(const AVFrame& frame)
-{
-    std::size_t bytes = 0;
-    for (const AVBufferRef* buffer : frame.buf)
-        bytes += buffer != nullptr ? static_cast<std::size_t>(buffer->size) : 0U;
-    return bytes;
-}
-
 /// Upside down: each plane from its last row upwards. The rows themselves belong to the decoder and stay.
 void TurnOver(AVFrame& frame)
 {
@@ -45,6 +37,14 @@ void TurnOver(AVFrame& frame)
         frame.data[plane] += static_cast<std::ptrdiff_t>(rows - 1) * frame.linesize[plane];
         frame.linesize[plane] = -frame.linesize[plane];
     }
+}
+
+std::size_t BytesOf(const AVFrame& frame)
+{
+    std::size_t bytes = 0;
+    for (const AVBufferRef* buffer : frame.buf)
+        bytes += buffer != nullptr ? static_cast<std::size_t>(buffer->size) : 0U;
+    return bytes;
 }
 
 /// The matrix of a picture that names none: BT.709 from 720 rows on, BT.601 below.
