@@ -81,6 +81,12 @@ class CYoloV5ORTDetector final : public CObjDetector
     std::unique_ptr<vision::DetectorNet> m_net;
 };
 
+/// The detector with the values that the workstation uses: red first, score and overlap 0.4, values from 0 to 1, 512².
+inline CYoloV5ORTDetector StandardDetector()
+{
+    return {1, 0.4F, 0.4F, 0.0, 1.0 / 255.0, {512, 512}, 0, -1};
+}
+
 /// The path of the running program.
 std::string HostProgramPath();
 /// The file beside the program that the network is expected in: "Dnn", "detector.onnx". Nothing when the path of the

@@ -9,11 +9,13 @@
 #include "base/JsonValue.h"
 #include "cli/JsonText.h"
 #include "host/vision/CVideoReader.h"
+#include "host/vision/VideoAnalysis.h"
 #include "host/vision/VideoSpeeds.h"
 #include "host/vision/VideoTracks.h"
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <map>
 #include <stdexcept>
 
@@ -92,12 +94,21 @@ std::vector<double> Numbers(const JsonValue& value, std::size_t count, const std
     return numbers;
 }
 
+/// What finds the vehicles when the file names a video.
+struct Search {
+    std::string video;
+    std::string model; ///< empty: the one beside the program
+    double minArea = 0.0;
+    double maxArea = 0.0;
+};
+
 struct Job {
     RoadInput road{};
     std::array<std::optional<VisionPoint>, 4> points{};
     SpeedInput speed{};
     std::map<int, std::vector<VideoEntry>> tracks{}; ///< of clicks
     std::vector<std::pair<double, std::vector<VideoBox>>> frames{};
+    std::optional<Search> search{};
     bool isClicked = false;
 };
 
@@ -167,13 +178,35 @@ RectifyPattern PatternOf(const JsonValue* value, const Members& members)
     members.Refuse("pattern");
 }
 
-Job ReadJob(const JsonValue& json)
+/// Names of files are meant from the folder of the JSON file.
+std::string FileBeside(const std::string& path, const JsonValue* name)
+{
+    const auto* text = name != nullptr ? name->As<std::string>() : nullptr;
+    const auto folder = base::NativePath(path);
+    const auto file = text != nullptr && !text->empty() ? base::NativePath(*text) : std::nullopt;
+    if (!folder || !file)
+        throw Refusal("der Name einer Datei ist unlesbar");
+    const auto whole = (folder->parent_path() / *file).u8string();
+    return {whole.begin(), whole.end()};
+}
+
+Job ReadJob(const JsonValue& json, const std::string& path)
 {
     Job job;
     Members all(json, "der Datei");
-    job.road.width = static_cast<int>(all.Number("width", 1.0, kMaxPixels));
-    job.road.height = static_cast<int>(all.Number("height", 1.0, kMaxPixels));
-    job.speed.fps = all.Number("fps", 0.0, 1e6, 0.0);
+    const JsonValue* video = all.Find("video");
+    if (video != nullptr) {
+        job.search = Search{FileBeside(path, video),
+                            {},
+                            all.Number("minArea", 0.0, kLarge, 0.0),
+                            all.Number("maxArea", 0.0, kLarge, 0.0)};
+        if (const JsonValue* model = all.Find("model"))
+            job.search->model = FileBeside(path, model);
+    } else {
+        job.road.width = static_cast<int>(all.Number("width", 1.0, kMaxPixels));
+        job.road.height = static_cast<int>(all.Number("height", 1.0, kMaxPixels));
+        job.speed.fps = all.Number("fps", 0.0, 1e6, 0.0);
+    }
     if (const JsonValue* points = all.Find("points")) {
         const auto* list = points->As<JsonValue::Array>();
         if (list == nullptr || list->size() > job.points.size())
@@ -199,10 +232,14 @@ Job ReadJob(const JsonValue& json)
         job.speed.factor = all.Number("factor", 0.0, 100.0);
     const JsonValue* frames = all.Find("frames");
     const JsonValue* clicks = all.Find("clicks");
-    if ((frames == nullptr) == (clicks == nullptr))
-        throw Refusal("es fehlt eines von „frames“ und „clicks“, oder es sind beide da");
+    if ((frames != nullptr) + (clicks != nullptr) + (video != nullptr) != 1)
+        throw Refusal("von „frames“, „clicks“ und „video“ muss genau eines da sein");
     job.isClicked = clicks != nullptr;
     job.speed.pointHeight = all.Number("pointHeight", 0.0, 100.0, job.isClicked ? 0.0 : kBoxHeight);
+    if (video != nullptr) {
+        all.RefuseOthers();
+        return job;
+    }
     const auto* list = (job.isClicked ? clicks : frames)->As<JsonValue::Array>();
     if (list == nullptr)
         all.Refuse(job.isClicked ? "clicks" : "frames");
@@ -256,15 +293,49 @@ void WriteTrack(JsonText& json, int id, const std::vector<VideoEntry>& entries, 
     json.EndObject();
 }
 
-std::string Results(Job& job)
+CPerspectiveRectifier RoadOf(const Job& job)
 {
     CPerspectiveRectifier road;
     for (std::size_t i = 0; i < job.points.size(); ++i)
         if (job.points[i])
             road.UpdatePoint(static_cast<int>(i), *job.points[i]);
     road.EstimateRectificationMap(job.road);
+    return road;
+}
+
+/// Every frame of the video; what its reader says of it goes into the job. Returns what the user is to know, German.
+std::string Analyze(Job& job)
+{
+    CVideoReader reader;
+    if (reader.OpenVideo(job.search->video) == 0)
+        throw Refusal(job.search->video + ": " + reader.Reason());
+    if (job.search->model.empty())
+        job.search->model = DetectorModelPath().value_or("");
+    CYoloV5ORTDetector detector = StandardDetector();
+    if (detector.ReadModel(job.search->model, {}) == 0)
+        throw Refusal(job.search->model + ": " + detector.Reason());
+    job.road.width = reader.GetWidth();
+    job.road.height = reader.GetHeight();
+    job.speed.fps = reader.GetFPS();
+    const CPerspectiveRectifier road = RoadOf(job);
+    CDistortionRectifier lens;
+    lens.SetCameraParam(job.road.width, job.road.height, job.road.strength);
+    VideoTracks tracks(job.road.width, job.road.height);
+    const FrameSearch with{&detector, &road, &lens, job.search->minArea, job.search->maxArea};
+    const AnalysisResult result = AnalyzeVideo(reader, with, tracks, [](int, int) { return true; });
+    if (result.end != AnalysisEnd::complete)
+        throw Refusal(job.search->video + ": " + result.reason);
+    job.tracks = tracks.Tracks();
+    return result.unreadable == 0
+               ? std::string()
+               : std::to_string(result.unreadable) + " Bilder des Videos sind beschädigt und wurden ausgelassen";
+}
+
+std::string Results(Job& job)
+{
+    const CPerspectiveRectifier road = RoadOf(job);
     const bool calibrated = road.Fault() == RoadFault::none;
-    if (!job.isClicked) {
+    if (!job.isClicked && !job.search) {
         VideoTracks tracks(job.road.width, job.road.height);
         for (std::size_t i = 0; i < job.frames.size(); ++i)
             tracks.Add(road, job.frames[i].first, static_cast<int>(i), job.frames[i].second);
@@ -329,9 +400,11 @@ FileResult EvalVideoSpeeds(const std::string& path)
     if (!parsed.value)
         return {{exitFile, parsed.error}, {}};
     try {
-        Job job = ReadJob(*parsed.value);
-        FileResult result{{}, Results(job)};
-        result.failure.exit = exitDone;
+        Job job = ReadJob(*parsed.value, path);
+        FileResult result;
+        if (job.search)
+            result.failure.text = Analyze(job);
+        result.json = Results(job);
         return result;
     } catch (const Refusal& refusal) {
         return {{exitFile, refusal.what()}, {}};

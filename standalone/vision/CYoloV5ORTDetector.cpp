@@ -67,7 +67,7 @@ std::vector<VideoBox> Surest(std::vector<VideoBox> boxes, double maxOverlap)
 bool CObjDetector::HasCountingArea(const VideoBox& box) const
 {
     const double area = box.w * box.h;
-    return area > 0.0 && (!(m_minArea > 0.0) || area > m_minArea) && (!(m_maxArea > 0.0) || area < m_maxArea);
+    return (!(m_minArea > 0.0) || area > m_minArea) && (!(m_maxArea > 0.0) || area < m_maxArea);
 }
 
 CYoloV5ORTDetector::CYoloV5ORTDetector(int swapRB, float minScore, float maxOverlap, double mean, double scale,
@@ -124,10 +124,12 @@ int CYoloV5ORTDetector::Detect(const cv::Mat& image, std::vector<VideoBox>& boxe
         box.score = static_cast<double>(row[4]) * static_cast<double>(*best);
         const bool isVehicle = classes != kCocoClasses || std::find(kCocoVehicles.begin(), kCocoVehicles.end(),
                                                                     box.classId) != kCocoVehicles.end();
-        if (isVehicle && box.score >= static_cast<double>(m_minScore) && HasCountingArea(box))
+        if (isVehicle && box.score >= static_cast<double>(m_minScore) && box.w > 0.0 && box.h > 0.0)
             candidates.push_back(box);
     }
     boxes = Surest(std::move(candidates), static_cast<double>(m_maxOverlap));
+    // The surest box says how large a vehicle is: a less sure one does not count in its place.
+    std::erase_if(boxes, [this](const VideoBox& box) { return !HasCountingArea(box); });
     return 1;
 }
 

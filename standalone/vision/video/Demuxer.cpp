@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <numbers>
 #include <string_view>
 
 namespace vision
@@ -64,20 +65,25 @@ bool AviHasFrameLength(const std::string& path)
     return main != std::string::npos && main + 12 <= header.size() && LittleEndian(header, main + 8) != 0;
 }
 
-/// Degrees clockwise, to the nearest quarter turn.
-int RotationOf(const AVStream& stream)
+/// How pictures are to be shown: x' = a·x + c·y, y' = b·x + d·y, stored as a, b, 0, c, d (ISO/IEC 14496-12, 8.3.2).
+std::array<double, 4> DisplayMatrix(const AVStream& stream)
 {
     std::size_t size = 0;
     const std::uint8_t* data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
     if (data == nullptr || size < 9 * sizeof(std::int32_t))
-        return 0;
+        return {1.0, 0.0, 0.0, 1.0};
     std::array<std::int32_t, 9> matrix{};
     std::copy_n(reinterpret_cast<const std::int32_t*>(data), matrix.size(), matrix.begin());
-    const double counterClockwise = av_display_rotation_get(matrix.data());
-    if (!std::isfinite(counterClockwise))
-        return 0;
-    const int quarters = static_cast<int>(std::lround(-counterClockwise / 90.0));
-    return (quarters % 4 + 4) % 4 * 90;
+    return {static_cast<double>(matrix[0]), static_cast<double>(matrix[1]), static_cast<double>(matrix[3]),
+            static_cast<double>(matrix[4])};
+}
+
+/// Degrees clockwise, to the nearest quarter turn: where the x axis goes.
+int RotationOf(const AVStream& stream)
+{
+    const auto [a, b, c, d] = DisplayMatrix(stream);
+    const int quarters = static_cast<int>(std::lround(std::atan2(b, a) / (std::numbers::pi / 2.0)));
+    return (quarters + 4) % 4 * 90;
 }
 
 /// Ticks of the time base in s, exact where a double is.
@@ -91,6 +97,12 @@ double Seconds(std::int64_t ticks, AVRational base)
 bool Demuxer::IsAvi() const
 {
     return std::string_view(m_format->iformat->name) == "avi";
+}
+
+bool Demuxer::IsMirrored() const
+{
+    const auto [a, b, c, d] = DisplayMatrix(Stream());
+    return a * d - b * c < 0.0;
 }
 
 std::string Demuxer::Open(const std::string& path)
@@ -140,7 +152,7 @@ std::string Demuxer::Open(const std::string& path)
 
 bool Demuxer::Next(AVPacket& packet)
 {
-    for (;;) {
+    while (m_format) {
         av_packet_unref(&packet);
         if (av_read_frame(m_format.get(), &packet) < 0)
             return false;
@@ -148,6 +160,7 @@ bool Demuxer::Next(AVPacket& packet)
         if (packet.stream_index == m_stream && packet.size > 0)
             return true;
     }
+    return false;
 }
 
 bool Demuxer::Read(const StoredPacket& wanted, AVPacket& packet)
@@ -161,11 +174,12 @@ bool Demuxer::Read(const StoredPacket& wanted, AVPacket& packet)
         }
         return false;
     };
-    if (av_seek_frame(m_format.get(), m_stream, wanted.dts, AVSEEK_FLAG_BACKWARD) >= 0 && find())
+    // Without a file when it could not be opened again; then that is tried anew.
+    if (m_format && av_seek_frame(m_format.get(), m_stream, wanted.dts, AVSEEK_FLAG_BACKWARD) >= 0 && find())
         return true;
-    // What its index does not find is found by going through the file.
+    // What its index does not find is found by going through the file, if it is still the same.
     const std::string path = m_path;
-    return Open(path).empty() && find();
+    return Open(path).empty() && avio_size(m_format->pb) == m_size && find();
 }
 
 void Demuxer::Describe(VideoIndex& index, const AVFrame& picture) const
@@ -189,7 +203,8 @@ std::string Demuxer::List(PacketList& list)
     PictureOrder order(*Stream().codecpar);
     const bool avi = IsAvi();
     std::vector<std::int64_t> times; // of each packet, as stored
-    const std::int64_t size = std::max<std::int64_t>(1, avio_size(m_format->pb));
+    m_size = avio_size(m_format->pb);
+    const std::int64_t size = std::max<std::int64_t>(1, m_size);
     std::int64_t nextReport = 0;
     while (Next(*packet)) {
         if (list.packets.size() == kMaxPackets)

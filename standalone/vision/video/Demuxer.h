@@ -44,6 +44,8 @@ class Demuxer
     /// Reads this packet of the list, wherever the file was; Next goes on behind it. False when it is not found.
     bool Read(const StoredPacket& wanted, AVPacket& packet);
 
+    /// The pictures are to be turned upside down before they are rotated.
+    bool IsMirrored() const;
     const AVStream& Stream() const { return *m_format->streams[m_stream]; }
     /// Size and rotation of the pictures as shown; what the file does not say of them, the decoded picture does.
     void Describe(VideoIndex& index, const AVFrame& picture) const;
@@ -53,6 +55,7 @@ class Demuxer
 
     std::string m_path;
     FormatPtr m_format;
+    std::int64_t m_size = 0; ///< bytes of the file when it was listed
     int m_stream = -1;
 };
 

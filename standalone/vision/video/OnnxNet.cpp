@@ -84,7 +84,16 @@ cv::Mat OnnxNet::Fitted(const cv::Mat& image, NetOutput& output) const
     output.left = corner.x;
     output.top = corner.y;
     cv::Mat picture(height, width, CV_8UC3, cv::Scalar::all(kBar));
-    cv::resize(image, picture(cv::Rect(corner, fitted)), fitted, 0.0, 0.0, cv::INTER_LINEAR);
+    // A smaller picture takes the mean of what each pixel covers: between the pixels that it does not look at, edges
+    // would jump from frame to frame. Halves are quick.
+    cv::Mat larger = image;
+    while (larger.cols >= 2 * fitted.width && larger.cols % 2 == 0 && larger.rows % 2 == 0) {
+        cv::Mat half;
+        cv::resize(larger, half, larger.size() / 2, 0.0, 0.0, cv::INTER_AREA);
+        larger = half;
+    }
+    const bool isNear = larger.cols < 2 * fitted.width;
+    cv::resize(larger, picture(cv::Rect(corner, fitted)), fitted, 0.0, 0.0, isNear ? cv::INTER_LINEAR : cv::INTER_AREA);
     return picture;
 }
 

@@ -24,6 +24,21 @@ constexpr int kTries = 3;
 constexpr int kTriedPictures = 50;
 constexpr int kAlign = 32; ///< px that a row of the scaler may write beyond its end
 
+/// Upside down: each plane from its last row upwards. The rows themselves belong to the decoder and stay.
+void TurnOver(AVFrame& frame)
+{
+    const AVPixFmtDescriptor* format = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame.format));
+    if (format == nullptr)
+        return;
+    const bool hasPalette = (format->flags & AV_PIX_FMT_FLAG_PAL) != 0;
+    for (int plane = 0; plane < (hasPalette ? 1 : 4) && frame.data[plane] != nullptr; ++plane) {
+        const int shift = plane == 1 || plane == 2 ? format->log2_chroma_h : 0;
+        const int rows = -(-frame.height >> shift);
+        frame.data[plane] += static_cast<std::ptrdiff_t>(rows - 1) * frame.linesize[plane];
+        frame.linesize[plane] = -frame.linesize[plane];
+    }
+}
+
 std::size_t BytesOf(const AVFrame& frame)
 {
     std::size_t bytes = 0;
@@ -60,6 +75,7 @@ std::string VideoFile::Open(const std::string& path)
         return reason;
     if (std::string reason = m_demuxer.List(m_list); !reason.empty())
         return reason;
+    m_mirrored = m_demuxer.IsMirrored();
     m_damaged.assign(m_list.packetOf.size(), false);
     for (std::size_t i = 0; i < m_list.packets.size(); ++i)
         if (m_list.packets[i].damaged)
@@ -145,6 +161,8 @@ int VideoFile::Receive()
         m_lastShown = std::max(m_lastShown, shown);
         if (picture->decode_error_flags != 0 || (picture->flags & AV_FRAME_FLAG_CORRUPT) != 0)
             MarkDamaged(static_cast<int>(packet));
+        if (m_mirrored)
+            TurnOver(*picture);
         Keep(shown, std::move(picture));
     }
 }
@@ -153,6 +171,7 @@ int VideoFile::Receive()
 void VideoFile::Send(AVPacket& packet)
 {
     const int number = m_next++;
+    const bool isPart = (packet.flags & AV_PKT_FLAG_CORRUPT) != 0;
     packet.pts = number;
     packet.dts = AV_NOPTS_VALUE;
     int sent = AVERROR(EAGAIN);
@@ -161,7 +180,8 @@ void VideoFile::Send(AVPacket& packet)
         sent = avcodec_send_packet(m_decoder.get(), &packet);
         received = std::min(received, Receive());
     }
-    if (sent < 0 || received < 0) // one picture less
+    // One picture less, or one that the file no longer holds whole.
+    if (sent < 0 || received < 0 || isPart)
         MarkDamaged(number);
 }
 

@@ -55,6 +55,7 @@ class VideoFile final : public VideoSource
     int m_next = 0;      ///< of the list: the packet that is read next; -1 when decoding has not begun
     int m_lastShown = 0; ///< the last picture that came out since decoding began, -1 before
     bool m_drained = false;
+    bool m_mirrored = false;
     std::deque<Kept> m_kept; ///< oldest first
     std::size_t m_keptBytes = 0;
     ScalerPtr m_scaler;

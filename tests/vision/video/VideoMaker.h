@@ -12,6 +12,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -29,9 +30,13 @@ struct VideoPlan {
     std::vector<std::int64_t> times{}; ///< of each picture, in the time base, ascending; negative ones are edited away
     int keyDistance = 12;
     int bFrames = 0;
-    int rotation = 0; ///< degrees clockwise
+    int rotation = 0;        ///< degrees clockwise
+    bool upsideDown = false; ///< before that
+    bool indexFirst = false; ///< MP4: before the pictures
     AVRational aspect{1, 1};
     std::vector<std::size_t> emptyAfter{}; ///< AVI: an empty chunk behind each of these pictures
+    /// Draws the picture of this number; without it, the number.
+    std::function<void(AVFrame&, int)> draw{};
 };
 
 inline std::vector<std::int64_t> EvenTimes(int count, std::int64_t step)
@@ -91,13 +96,14 @@ inline void Must(int result, const char* what)
 
 /// The matrix of a track header that turns a picture clockwise (ISO/IEC 14496-12, 8.3.2): x' = a·x + c·y,
 /// y' = b·x + d·y, stored as a, b, 0, c, d, 0, 0, 0, 1.
-inline std::array<std::int32_t, 9> TurnedBy(int degrees)
+inline std::array<std::int32_t, 9> TurnedBy(int degrees, bool upsideDown)
 {
+    const std::int32_t y = upsideDown ? -1 : 1;
     constexpr std::array<std::int32_t, 4> kSine{0, 1, 0, -1};
     const auto quarters = static_cast<std::size_t>(degrees / 90);
     const std::int32_t sine = kSine[quarters] * 65536;
     const std::int32_t cosine = kSine[(quarters + 1) % 4] * 65536;
-    return {cosine, sine, 0, -sine, cosine, 0, 0, 0, 1 << 30};
+    return {cosine, sine, 0, -sine * y, cosine * y, 0, 0, 0, 1 << 30};
 }
 
 /// A second of silence and nothing else.
@@ -166,8 +172,8 @@ inline void WriteVideo(const std::string& path, const VideoPlan& plan)
     stream->time_base = plan.timeBase;
     stream->avg_frame_rate = avi ? av_inv_q(plan.timeBase) : AVRational{25, 1};
     stream->sample_aspect_ratio = plan.aspect;
-    if (plan.rotation != 0) {
-        const auto matrix = TurnedBy(plan.rotation);
+    if (plan.rotation != 0 || plan.upsideDown) {
+        const auto matrix = TurnedBy(plan.rotation, plan.upsideDown);
         auto* data = av_stream_new_side_data(stream, AV_PKT_DATA_DISPLAYMATRIX, sizeof matrix);
         std::memcpy(data, matrix.data(), sizeof matrix);
     }
@@ -175,6 +181,8 @@ inline void WriteVideo(const std::string& path, const VideoPlan& plan)
     AVDictionary* muxing = nullptr;
     if (!avi)
         av_dict_set(&muxing, "video_track_timescale", std::to_string(plan.timeBase.den).c_str(), 0);
+    if (plan.indexFirst)
+        av_dict_set(&muxing, "movflags", "faststart", 0);
     Must(avformat_write_header(format, &muxing), "header");
     av_dict_free(&muxing);
 
@@ -202,7 +210,10 @@ inline void WriteVideo(const std::string& path, const VideoPlan& plan)
         frame->width = plan.width;
         frame->height = plan.height;
         Must(av_frame_get_buffer(frame.get(), 0), "frame");
-        DrawNumber(*frame, static_cast<int>(i), av_pix_fmt_desc_get(plan.pixels)->comp[0].depth > 8 ? 2 : 1);
+        if (plan.draw)
+            plan.draw(*frame, static_cast<int>(i));
+        else
+            DrawNumber(*frame, static_cast<int>(i), av_pix_fmt_desc_get(plan.pixels)->comp[0].depth > 8 ? 2 : 1);
         frame->pts = plan.times[i];
         frame->quality = encoder->global_quality;
         Must(avcodec_send_frame(encoder.get(), frame.get()), "send");

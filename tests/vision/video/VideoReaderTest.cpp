@@ -151,30 +151,40 @@ TEST_P(VideoReaderCase, TimesAndPicturesAreExact)
 INSTANTIATE_TEST_SUITE_P(Videos, VideoReaderCase, testing::ValuesIn(Cases()),
                          [](const auto& each) { return each.param.name; });
 
-TEST(VideoReader, RotationAndAspectMakeThePictureAsItIsShown)
+/// Eight ways to hold a camera, mirrored ones among them, and pixels that are no squares.
+TEST(VideoReader, TheDisplayMatrixAndAspectMakeThePictureAsItIsShown)
 {
     const test::TemporaryFolder folder;
-    for (const int rotation : {90, 180, 270}) {
-        VideoPlan plan = Plan(EvenTimes(12, 512));
-        plan.rotation = rotation;
-        plan.aspect = {3, 2};
-        const std::string path = folder.File(std::to_string(rotation) + ".mp4");
-        test::WriteVideo(path, plan);
-        CVideoReader reader;
-        ASSERT_NE(reader.OpenVideo(path), 0) << reader.Reason();
-        EXPECT_EQ(reader.Rotation(), rotation);
-        EXPECT_EQ(reader.GetWidth(), rotation == 180 ? 192 : 64);
-        EXPECT_EQ(reader.GetHeight(), rotation == 180 ? 64 : 192);
-        cv::Mat image;
-        double time = 0.0;
-        reader.SetFramePos(11);
-        ASSERT_NE(reader.ReadFrame(image, time), 0);
-        ASSERT_EQ(image.cols, reader.GetWidth());
-        cv::Mat back;
-        constexpr std::array<int, 3> kBack{cv::ROTATE_90_COUNTERCLOCKWISE, cv::ROTATE_180, cv::ROTATE_90_CLOCKWISE};
-        cv::rotate(image, back, kBack[static_cast<std::size_t>(rotation / 90 - 1)]);
-        EXPECT_EQ(NumberIn(back), 11);
-    }
+    for (const int rotation : {0, 90, 180, 270})
+        for (const bool upsideDown : {false, true}) {
+            VideoPlan plan = Plan(EvenTimes(12, 512));
+            plan.rotation = rotation;
+            plan.upsideDown = upsideDown;
+            plan.aspect = {3, 2};
+            const std::string path = folder.File(std::to_string(rotation) + (upsideDown ? "m.mp4" : ".mp4"));
+            test::WriteVideo(path, plan);
+            CVideoReader reader;
+            ASSERT_NE(reader.OpenVideo(path), 0) << reader.Reason();
+            EXPECT_EQ(reader.Rotation(), rotation);
+            EXPECT_EQ(reader.GetWidth(), rotation % 180 == 0 ? 192 : 64);
+            EXPECT_EQ(reader.GetHeight(), rotation % 180 == 0 ? 64 : 192);
+            // Out of order, so that pictures are decoded before they are asked for.
+            for (const int frame : {11, 0, 5}) {
+                cv::Mat image;
+                double time = 0.0;
+                reader.SetFramePos(frame);
+                ASSERT_NE(reader.ReadFrame(image, time), 0);
+                ASSERT_EQ(image.cols, reader.GetWidth());
+                cv::Mat back = image;
+                for (int turned = rotation; turned != 0; turned -= 90) {
+                    const cv::Mat before = back.clone();
+                    cv::rotate(before, back, cv::ROTATE_90_COUNTERCLOCKWISE);
+                }
+                if (upsideDown)
+                    cv::flip(back.clone(), back, 0);
+                EXPECT_EQ(NumberIn(back), frame) << rotation << upsideDown;
+            }
+        }
 }
 
 TEST(VideoReader, ATimeGoesToTheLastPictureNotLater)
