@@ -32,7 +32,7 @@ bool CVideoDlg::InitObjDetector()
         Status(Eingesetzt(LoadRuvString(IDS_VIDEO_KEIN_DETEKTOR), {LoadRuvString(IDS_VIDEO_OHNE_ORDNER)}));
         return false;
     }
-    m_detektor = std::make_unique<CYoloV5ORTDetector>(1, 0.4F, 0.4F, 0.0, 1.0 / 255.0, NetSize{512, 512}, 0, -1);
+    m_detektor.reset(new CYoloV5ORTDetector(StandardDetector()));
     RuvLog(kInit, "Weight path: " + *modell);
     RuvLog(kInit, "Config path: ");
     if (m_detektor->ReadModel(*modell, "") == 0) {
