@@ -38,6 +38,7 @@ constexpr int kLangsamste = -3;             // 2^-3 of the speed
 constexpr int kSchnellste = 2;
 constexpr std::size_t kKantenteile = 16;
 constexpr const char* kMuster[] = {"square", "trapez", "rhombus L", "rhombus R"};
+constexpr const char* kAbstaende[Dat::kAbstaende] = {"P1 - P2", "P2 - P4", "P4 - P3", "P3 - P1", "P1 - P4", "P2 - P3"};
 /// The quadrilateral's sides by the numbers of their points.
 constexpr std::pair<std::size_t, std::size_t> kSeiten[] = {{0, 1}, {1, 3}, {3, 2}, {2, 0}};
 
@@ -767,19 +768,23 @@ void CVideoDlg::ZeigeStrasse()
         const std::array<ShownNumber, 1> zahlen{{{m_dat.rate, units::m}}};
         ShowText(IDC_VIDEO_STRASSE, IDS_VIDEO_OHNE_KAMERA, zahlen);
     }
-    for (std::size_t i = 0; i < Dat::kAbstaende; ++i) {
-        const UINT feld = IDC_VIDEO_REST + static_cast<UINT>(i);
-        const double rest = m_dat.reste[i];
-        if (std::isnan(rest)) {
-            ShowText(feld, std::string());
-            continue;
-        }
-        const std::array<ShownNumber, 1> zahl{{{rest, units::m, 3}}};
-        ShowText(feld, CPerspectiveRectifier::IsSuspicious(rest) ? IDS_VIDEO_REST_GROSS : IDS_VIDEO_REST, zahl);
-    }
+    // The report names them in its own lines.
+    for (std::size_t i = 0; i < Dat::kAbstaende; ++i)
+        ShowPrompt(IDC_VIDEO_REST + static_cast<UINT>(i), Resttext(i));
     ShowText(IDC_VIDEO_FAKTOR_HERKUNFT, m_dat.FaktorIstGetippt()     ? IDS_VIDEO_GETIPPT
                                         : m_dat.FaktorIstUnbekannt() ? IDS_VIDEO_OHNE_HOEHE
                                                                      : IDS_VIDEO_VORGABE);
+}
+
+/// Measured less computed, of a distance; empty where none was measured.
+std::string CVideoDlg::Resttext(std::size_t abstand)
+{
+    const double rest = m_dat.reste[abstand];
+    if (std::isnan(rest))
+        return {};
+    const std::array<ShownNumber, 1> zahl{{{rest, units::m, 3}}};
+    return Zahltext(IDC_VIDEO_REST + static_cast<UINT>(abstand),
+                    CPerspectiveRectifier::IsSuspicious(rest) ? IDS_VIDEO_REST_GROSS : IDS_VIDEO_REST, zahl);
 }
 
 void CVideoDlg::ZeigeMittel()
@@ -858,6 +863,22 @@ void CVideoDlg::ZeigeBericht()
             zeilen.push_back(
                 {Text(IDS_VIDEO_BERICHT_SCHAEDEN, {Text(IDS_VIDEO_ABGESCHNITTEN, {std::to_string(fehlen)})})});
     }
+    std::string text;
+    for (std::size_t i = 0; i < m_dat.Punkte().size(); ++i)
+        text += (i == 0 ? "P" : ", P") + std::to_string(i + 1) + " (" + RuvNumberText(m_dat.Punkte()[i].x, 1) + "; " +
+                RuvNumberText(m_dat.Punkte()[i].y, 1) + ")";
+    if (!text.empty())
+        zeilen.push_back({Text(IDS_VIDEO_BERICHT_PUNKTE, {text})});
+    for (std::size_t i = 0; i < Dat::kAbstaende; ++i)
+        if (std::string rest = Resttext(i); !rest.empty())
+            zeilen.push_back({std::string(kAbstaende[i]) + ": " + rest});
+    for (const auto& [nummer, spur] : m_dat.Spuren())
+        zeilen.push_back(
+            {Text(IDS_VIDEO_BERICHT_ID,
+                  {std::to_string(nummer), std::to_string(spur.eintraege.size()),
+                   LoadRuvString(spur.IstGefunden() ? IDS_VIDEO_GEFUNDEN : IDS_VIDEO_GEKLICKT),
+                   RuvNumberText(spur.punktHoehe, 2),
+                   LoadRuvString(spur.gewaehlteLaengen ? IDS_VIDEO_LAENGEN_GEWAEHLT : IDS_VIDEO_LAENGEN_GEMESSEN)})});
     if (m_dat.analysiert > 0)
         zeilen.push_back({Text(m_dat.unvollstaendig != 0 ? IDS_VIDEO_BERICHT_UNVOLLSTAENDIG : IDS_VIDEO_BERICHT_ANALYSE,
                                {std::to_string(m_dat.analysiert)})});

@@ -79,6 +79,7 @@ class CVideoDlg final : public CMDIRechDialog
     void ZeigeKurve();
     void ZeigeTexte();
     void ZeigeStrasse();
+    std::string Resttext(std::size_t abstand);
     void ZeigeMittel();
     void ZeigeVerlauf();
     void ZeigeBericht();
