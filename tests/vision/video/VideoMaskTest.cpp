@@ -89,9 +89,9 @@ class VideoMaskTest : public test::MaskTest
     {
         for (const auto& [x, y] : test::kLane)
             Klicke(maske, kKamera.See(x, y));
-        for (const UINT breite : {IDC_VIDEO_ABSTAND_12, IDC_VIDEO_ABSTAND_43})
+        for (const int breite : {IDC_VIDEO_ABSTAND_12, IDC_VIDEO_ABSTAND_43})
             Enter(maske, static_cast<UINT>(breite), "7");
-        for (const UINT laenge : {IDC_VIDEO_ABSTAND_24, IDC_VIDEO_ABSTAND_31})
+        for (const int laenge : {IDC_VIDEO_ABSTAND_24, IDC_VIDEO_ABSTAND_31})
             Enter(maske, static_cast<UINT>(laenge), "25");
     }
     /// A vehicle at `v0` km/h that brakes with `a` m/s², clicked in every frame from the one shown on.
@@ -436,7 +436,7 @@ TEST_F(VideoMaskTest, ChosenFrameLengthsReplaceTheMeasuredOnesOfOneId)
 TEST_F(VideoMaskTest, TimesPlaybackAndWhatIsNotThere)
 {
     Window& maske = OpenMask(494);
-    for (const UINT knopf : {IDC_VIDEO_VOR, IDC_VIDEO_PLAY, IDC_VIDEO_KOMPLETT}) {
+    for (const int knopf : {IDC_VIDEO_VOR, IDC_VIDEO_PLAY, IDC_VIDEO_KOMPLETT}) {
         Press(maske, static_cast<UINT>(knopf));
         EXPECT_EQ(Status(maske), "Zuerst ein Video wählen.");
     }
