@@ -28,7 +28,7 @@ allowed() {
     standalone/framework/*) floor "base|drawing|framework" ;;
     standalone/krn/*) floor "base|drawing|framework|krn" ;;
     standalone/vision/video/*) floor "base|drawing|framework|krn|vision" ;;
-    standalone/vision/*) echo "\"(host|vision)/[^\"]+\"|$standard|<dlfcn\.h>" ;;
+    standalone/vision/*) echo "\"(host|vision)/[^\"]+\"|$standard|<(dlfcn|windows)\.h>" ;;
     standalone/casefile/*) floor "base|drawing|framework|krn|casefile" ;;
     standalone/report/*) floor "base|drawing|framework|krn|report" ;;
     standalone/pathtime/*) floor "base|drawing|framework|krn|pathtime" ;;
