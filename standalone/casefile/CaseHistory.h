@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// Undo and redo of everything that changes a case, without limit.
+// Undo and redo of everything that changes a case, limited by the room that the steps take alone.
 #pragma once
 
 #include "base/TextDiff.h"
 #include "casefile/CaseFile.h"
 
 #include <cstdint>
+#include <deque>
 #include <string>
-#include <vector>
 
 class CRuvData;
 
@@ -25,8 +25,12 @@ void ReplaceCaseAndTell(CRuvData& data, CRuvData&& content);
 class CaseHistory
 {
   public:
-    /// `data` outlives the history.
-    explicit CaseHistory(CRuvData& data);
+    /// Hundreds of thousands of usual steps.
+    static constexpr std::size_t kMostBytes = std::size_t{256} << 20U;
+
+    /// `data` outlives the history. When the steps take more than `mostBytes`, the oldest ones are forgotten; the
+    /// last one always stays.
+    explicit CaseHistory(CRuvData& data, std::size_t mostBytes = kMostBytes);
 
     /// Forgets all steps and begins with the case as it stands.
     void Reset();
@@ -54,19 +58,25 @@ class CaseHistory
     const CaseResult& Problem() const { return m_problem; }
     std::size_t StepCount() const { return m_steps.size(); }
     /// Bytes that the steps take.
-    std::size_t Size() const;
+    std::size_t Size() const { return m_size; }
 
   private:
     struct Step {
         std::string label;
         base::TextDiff diff;
         std::uint64_t state; ///< after the step
+
+        std::size_t Size() const { return sizeof(Step) + label.capacity() + diff.Size(); }
     };
     void Restore(std::string text);
+    void ForgetUndone();
+    void ForgetOldest();
 
     CRuvData& m_data;
     std::string m_text;
-    std::vector<Step> m_steps;
+    std::deque<Step> m_steps;
+    std::size_t m_size = 0;
+    std::size_t m_mostBytes;
     std::size_t m_done = 0; ///< steps that are not undone
     std::uint64_t m_first = 0;
     std::uint64_t m_lastState = 0;

@@ -72,10 +72,10 @@ TEST(TextDiff, TakesRoomForWhatDiffers)
     EXPECT_LT(diff.Size(), 600U);
 }
 
-/// One thing a user may do to a case.
+/// One thing a user may do to a case, which stays of a bounded size.
 void RandomEdit(CRuvData& data, std::mt19937& random)
 {
-    const auto vehicle = random() % CRuvData::kFahrzeuge;
+    const auto vehicle = random() % 4 * 5;
     const double number = std::uniform_real_distribution<double>(-50.0, 50.0)(random);
     CWegZeitRechDat& phases = data.WZRechDat(vehicle);
     const auto column = 3 + random() % 6;
@@ -89,7 +89,10 @@ void RandomEdit(CRuvData& data, std::mt19937& random)
         data.KfzDat(vehicle).mass = std::abs(number);
         break;
     case 2:
-        data.KfzDat(vehicle).name += "ö\"";
+        if (std::string& name = data.KfzDat(vehicle).name; name.size() > 40)
+            name.clear();
+        else
+            name += "ö\"";
         break;
     case 3:
         phase.art = PhasenArt::braking;
@@ -98,7 +101,8 @@ void RandomEdit(CRuvData& data, std::mt19937& random)
         phases.Berechnung();
         break;
     case 4:
-        phases.Einfuegen(column);
+        if (!phases.spalten[12].IsUsed())
+            phases.Einfuegen(column);
         break;
     case 5:
         phases.Entfernen(column);
@@ -226,6 +230,38 @@ TEST(CaseHistory, TakesRoomForTheChangesNotForTheCase)
         ASSERT_TRUE(history.Commit("x"));
     }
     EXPECT_LT(history.Size() / 50, 1000U) << "bytes for each step";
+}
+
+TEST(CaseHistory, ForgetsTheOldestStepsBeyondItsRoom)
+{
+    constexpr std::size_t kRoom = 20'000;
+    std::mt19937 random(5);
+    CRuvData data;
+    CaseHistory history(data, kRoom);
+    std::vector<std::string> files{FileOf(data)};
+    std::vector<std::uint64_t> states{history.State()};
+    while (files.size() < 300) {
+        RandomEdit(data, random);
+        if (!history.Commit("x"))
+            continue;
+        files.push_back(FileOf(data));
+        states.push_back(history.State());
+        ASSERT_LE(history.Size(), kRoom);
+    }
+    const std::size_t kept = history.StepCount();
+    EXPECT_GT(kept, 10U);
+    EXPECT_LT(kept, 299U);
+    EXPECT_GT(history.Size(), kRoom / 2);
+    for (std::size_t i = 299; history.Undo(); --i) {
+        ASSERT_EQ(FileOf(data), files[i - 1]);
+        ASSERT_EQ(history.State(), states[i - 1]);
+    }
+    EXPECT_EQ(history.State(), states[299 - kept]);
+    data.KfzDat(3) = TypicalCar(std::string(2 * kRoom, 'x'), 0);
+    EXPECT_TRUE(history.Commit("a step larger than the room"));
+    EXPECT_EQ(history.StepCount(), 1U);
+    EXPECT_TRUE(history.Undo());
+    EXPECT_EQ(FileOf(data), files[299 - kept]);
 }
 
 TEST(CaseHistory, ANewStepForgetsWhatWasUndone)
