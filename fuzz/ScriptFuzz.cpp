@@ -59,6 +59,15 @@ Action ActionOf(const Control& control, std::uint8_t what)
         return SelectAction{control.id, what % 20, what % 20, false};
     case Kind::trackbar:
         return EnterAction{control.id, std::to_string(what)};
+    case Kind::grid:
+        return CellAction{control.id, what % 4, what / 4 % 4, kTexts[what % std::size(kTexts)]};
+    case Kind::field:
+    case Kind::chart: {
+        const CDPoint point{what % 16 * 20.0, what / 16 * 12.0};
+        if (what % 3 == 0)
+            return DragAction{control.id, point, {what * 1.0, what * 0.5}};
+        return ClickAction{control.id, point};
+    }
     default:
         return PressAction{control.id};
     }

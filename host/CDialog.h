@@ -9,6 +9,7 @@
 #include "host/RecordField.h"
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <optional>
@@ -16,6 +17,7 @@
 #include <vector>
 
 class CBinding;
+class CDC;
 class CKfzDaten;
 class CRuvData;
 struct CEditColors;
@@ -110,6 +112,10 @@ class CMDIDialog : public CDialog
     /// its colour key; -1 = of none.
     void SetUseFzgColors(std::int64_t vehicleOrKey);
 
+    /// Makes a static of the dialog a drawing field that is drawn afresh at every UpdateDialog and Redraw.
+    void SetDrawing(UINT controlId, std::function<void(CDC&)> draw);
+    void Redraw();
+
     const std::vector<std::unique_ptr<CBinding>>& Bindings() const { return m_bindings; }
     CBinding* FindBinding(UINT controlId) const;
 
@@ -129,6 +135,7 @@ class CMDIDialog : public CDialog
     void CloseWindow(int code);
 
     std::vector<std::unique_ptr<CBinding>> m_bindings;
+    std::vector<UINT> m_drawings;
     bool m_shutDown = false;
     bool m_ownedByWindow = false;
 };
@@ -195,6 +202,8 @@ class CMDIRechDialog : public CMDIDialog
 
     /// Index of the vehicle whose colour the edits may take, -1 = none.
     virtual std::int64_t ColorVehicle() const { return -1; }
+    /// For WM_RUV_EDITCHANGED of a mask that takes a finished entry as it takes a spinner's step.
+    LRESULT EntryAsStep(WPARAM controlId, LPARAM);
     /// Asks whether all entries shall be cleared.
     bool ConfirmClear();
     /// Shows a string of the module in a static, nothing for 0. {0}, {1}, ... in it stand for the numbers.

@@ -1,5 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
+#include "tests/support/NothingLeftBehind.h"
+
 #include <gtest/gtest.h>
 
 #include <clocale>
@@ -18,5 +20,6 @@ int main(int argc, char** argv)
         }
         std::locale::global(std::locale(name));
     }
+    testing::AddGlobalTestEnvironment(new test::NothingLeftBehind);
     return RUN_ALL_TESTS();
 }

@@ -43,7 +43,7 @@ CFahrradDlg::CFahrradDlg(CRuvData& data, CWnd* parent)
 const CMessageMap* CFahrradDlg::GetMessageMap() const
 {
     static constexpr CMessageEntry kEntries[] = {
-        OnMessage<&CFahrradDlg::OnEditChanged>(WM_RUV_EDITCHANGED),
+        OnMessage<&CFahrradDlg::EntryAsStep>(WM_RUV_EDITCHANGED),
         OnControl<&CFahrradDlg::Loeschen>(IDC_LOESCHEN),
         OnControl<&CFahrradDlg::Rechnen>(IDC_RECHNEN),
         OnControl<&CFahrradDlg::OnButtonOk>(IDC_MASKE_OK),
@@ -61,8 +61,7 @@ void CFahrradDlg::BuildObjects()
 void CFahrradDlg::SetupWindow()
 {
     CMDIRechDialog::SetupWindow();
-    if (auto* feld = static_cast<CStatic*>(GetDlgItem(IDC_FAHRRAD_ZEICHENFELD)))
-        feld->SetPainter([this](CDC& dc, const CRect&) { ZeichneFahrrad(dc, m_dat); });
+    SetDrawing(IDC_FAHRRAD_ZEICHENFELD, [this](CDC& dc) { ZeichneFahrrad(dc, m_dat); });
 }
 
 void CFahrradDlg::UpdateDialog()
@@ -78,14 +77,6 @@ void CFahrradDlg::UpdateDialog()
     befund(IDC_FAHRRAD_BEFUND_BERUEHRUNG, m_dat.IstBeruehrungUnmoeglich(), IDS_FAHRRAD_UNMOEGLICH,
            IDS_FAHRRAD_MOEGLICH);
     ShowText(IDC_FAHRRAD_HINWEIS, Hinweis(m_befund));
-    if (CWnd* feld = GetDlgItem(IDC_FAHRRAD_ZEICHENFELD))
-        feld->Invalidate();
-}
-
-LRESULT CFahrradDlg::OnEditChanged(WPARAM controlId, LPARAM)
-{
-    IncValue(static_cast<int>(controlId));
-    return 0;
 }
 
 void CFahrradDlg::IncValue(int controlId)

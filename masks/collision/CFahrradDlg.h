@@ -23,7 +23,6 @@ class CFahrradDlg : public CMDIRechDialog
     void Loeschen();
 
   private:
-    LRESULT OnEditChanged(WPARAM controlId, LPARAM);
     void OnButtonOk();
 
     CFahrradDat m_dat;

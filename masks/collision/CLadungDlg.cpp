@@ -30,7 +30,7 @@ CLadungDlg::CLadungDlg(CRuvData& data, UINT dialogId)
 const CMessageMap* CLadungDlg::GetMessageMap() const
 {
     static constexpr CMessageEntry kEntries[] = {
-        OnMessage<&CLadungDlg::OnEditChanged>(WM_RUV_EDITCHANGED),
+        OnMessage<&CLadungDlg::EntryAsStep>(WM_RUV_EDITCHANGED),
         OnControl<&CLadungDlg::Rechnen>(IDC_RECHNEN),
         OnControl<&CLadungDlg::OnButtonOk>(IDC_MASKE_OK),
     };
@@ -51,8 +51,7 @@ void CLadungDlg::SetupWindow()
 {
     m_anfang = m_dat.Eingaben();
     CMDIRechDialog::SetupWindow();
-    if (auto* feld = static_cast<CStatic*>(GetDlgItem(IDC_LADUNG_ZEICHENFELD)))
-        feld->SetPainter([this](CDC& dc, const CRect&) { ZeichneLadung(dc, m_dat); });
+    SetDrawing(IDC_LADUNG_ZEICHENFELD, [this](CDC& dc) { ZeichneLadung(dc, m_dat); });
 }
 
 void CLadungDlg::UpdateDialog()
@@ -63,8 +62,6 @@ void CLadungDlg::UpdateDialog()
         if (CWnd* edit = std::isfinite(anzahl) ? nullptr : GetDlgItem(static_cast<UINT>(control)))
             edit->SetWindowText("–");
     ZeigeHinweis();
-    if (CWnd* feld = GetDlgItem(IDC_LADUNG_ZEICHENFELD))
-        feld->Invalidate();
 }
 
 void CLadungDlg::ZeigeHinweis()
@@ -80,12 +77,6 @@ void CLadungDlg::ZeigeHinweis()
     if (hinweis.empty() && !(std::isfinite(m_dat.normZurrungen) && std::isfinite(m_dat.kinZurrungen)))
         hinweis = LoadRuvString(IDS_LADUNG_OHNE_ANZAHL);
     ShowText(IDC_LADUNG_HINWEIS, hinweis);
-}
-
-LRESULT CLadungDlg::OnEditChanged(WPARAM controlId, LPARAM)
-{
-    IncValue(static_cast<int>(controlId));
-    return 0;
 }
 
 void CLadungDlg::IncValue(int controlId)

@@ -26,7 +26,6 @@ class CLadungDlg : public CMDIRechDialog
     std::int64_t ColorVehicle() const override { return m_dat.fahrzeug; }
 
   private:
-    LRESULT OnEditChanged(WPARAM controlId, LPARAM);
     void OnButtonOk();
     void ZeigeHinweis();
 

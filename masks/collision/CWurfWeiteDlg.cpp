@@ -50,7 +50,7 @@ CWurfWeiteDlg::CWurfWeiteDlg(CRuvData& data, CWnd* parent)
 const CMessageMap* CWurfWeiteDlg::GetMessageMap() const
 {
     static constexpr CMessageEntry kEntries[] = {
-        OnMessage<&CWurfWeiteDlg::OnEditChanged>(WM_RUV_EDITCHANGED),
+        OnMessage<&CWurfWeiteDlg::EntryAsStep>(WM_RUV_EDITCHANGED),
         OnControl<&CWurfWeiteDlg::Loeschen>(IDC_LOESCHEN),
         OnControl<&CWurfWeiteDlg::Rechnen>(IDC_RECHNEN),
     };
@@ -61,16 +61,13 @@ const CMessageMap* CWurfWeiteDlg::GetMessageMap() const
 void CWurfWeiteDlg::SetupWindow()
 {
     CMDIRechDialog::SetupWindow();
-    if (auto* feld = static_cast<CStatic*>(GetDlgItem(IDC_WURF_ZEICHENFELD)))
-        feld->SetPainter([this](CDC& dc, const CRect&) { ZeichneWurf(dc, m_dat); });
+    SetDrawing(IDC_WURF_ZEICHENFELD, [this](CDC& dc) { ZeichneWurf(dc, m_dat); });
 }
 
 void CWurfWeiteDlg::UpdateDialog()
 {
     CMDIRechDialog::UpdateDialog();
     ZeigeHinweis();
-    if (CWnd* feld = GetDlgItem(IDC_WURF_ZEICHENFELD))
-        feld->Invalidate();
 }
 
 void CWurfWeiteDlg::ZeigeHinweis()
@@ -83,12 +80,6 @@ void CWurfWeiteDlg::ZeigeHinweis()
     CWnd* hinweis = GetDlgItem(IDC_WURF_HINWEIS);
     if (m_befund == Befund::zielVerfehlt && hinweis != nullptr)
         hinweis->SetWindowText(skizze::MitZahl(text, skizze::MitEinheit(m_dat.zielabweichung, unitType::length, 2)));
-}
-
-LRESULT CWurfWeiteDlg::OnEditChanged(WPARAM controlId, LPARAM)
-{
-    IncValue(static_cast<int>(controlId));
-    return 0;
 }
 
 void CWurfWeiteDlg::IncValue(int controlId)

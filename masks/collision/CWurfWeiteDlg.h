@@ -22,7 +22,6 @@ class CWurfWeiteDlg : public CMDIRechDialog
     void Loeschen();
 
   private:
-    LRESULT OnEditChanged(WPARAM controlId, LPARAM);
     void ZeigeHinweis();
 
     CWurfWeiteDat m_dat;

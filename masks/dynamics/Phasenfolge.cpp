@@ -12,17 +12,9 @@
 namespace
 {
 
-/// Quantities that differ by less than this part, or below 1 by less than this, are the same; finer than any shows.
-constexpr double kGleich = 1e-6;
-
-bool IstGleich(double x, double y)
-{
-    return std::abs(x - y) <= kGleich * std::max({std::abs(x), std::abs(y), 1.0});
-}
-
 /// Down to this below zero (s, m, km/h) a quantity is the rounding of none at all.
 constexpr double kRundung = 1e-6;
-/// From here on a difference shows in two decimals (s, m, km/h).
+/// From here on a difference shows in two decimals (s, m, km/h, m/s²).
 constexpr double kSichtbar = 0.005;
 
 /// What keeps the sequence out of a case.
@@ -107,8 +99,9 @@ Uebertragungsbefund VergleicheFolge(std::span<const Folgephase> folge, const CWe
         befund.imFall.geschwindigkeit = spalte.vAnf;
         befund.imFall.weg += spalte.weg;
         befund.imFall.zeit += spalte.zeit;
-        if (Verschieden(spalte.vEnd, phase.vEnd) || Verschieden(spalte.vAnf, phase.vAnf) ||
-            Verschieden(spalte.weg, phase.weg) || Verschieden(spalte.zeit, phase.zeit))
+        if (spalte.art != phase.art || Verschieden(spalte.verz, phase.verz) || Verschieden(spalte.vEnd, phase.vEnd) ||
+            Verschieden(spalte.vAnf, phase.vAnf) || Verschieden(spalte.weg, phase.weg) ||
+            Verschieden(spalte.zeit, phase.zeit))
             befund.ausgang = Uebertragung::abweichend;
     }
     return befund;
@@ -149,16 +142,6 @@ void UebertrageSpalten(CRuvData& data, std::size_t vehicle, CWegZeitRechDat& cop
     data.UPa(vehicle).modified = true;
     copy.Berechnung();
     copy.Uebertragen(data, vehicle, parent, 0);
-}
-
-bool StehtImFall(const CRuvData& data, std::int64_t fahrzeug, std::int64_t phase, std::span<const Folgephase> folge)
-{
-    const CWegZeitDat& stored = data.WZRechDat(static_cast<std::size_t>(fahrzeug));
-    const auto first = stored.spalten.begin() + static_cast<std::ptrdiff_t>(phase);
-    return std::equal(folge.begin(), folge.end(), first, [](const Folgephase& x, const CWegZeitSpalte& y) {
-        return x.art == y.art && IstGleich(x.vEnd, y.vEnd) && IstGleich(x.vAnf, y.vAnf) && IstGleich(x.zeit, y.zeit) &&
-               IstGleich(x.weg, y.weg) && IstGleich(x.verz, y.verz);
-    });
 }
 
 Uebertragungsbefund UebertrageUndVergleiche(CRuvData& data, std::int64_t fahrzeug, std::int64_t phase,

@@ -59,7 +59,8 @@ std::int64_t ErsteSpalteDerFolge(std::int64_t phase);
 /// Writes the quantities of a phase into its column; what the phase does not say stays.
 void SchreibeSpalte(CWegZeitSpalte& spalte, const Folgephase& phase);
 
-/// Compares phases that were written from column `column` on with what the columns hold now.
+/// Compares phases that were written from column `column` on with what the columns hold now: other phases around them
+/// may have made another motion of them.
 Uebertragungsbefund VergleicheFolge(std::span<const Folgephase> folge, const CWegZeitDat& daten, std::size_t column);
 
 /// Writes the phases backwards in time from column ErsteSpalteDerFolge(phase) on, which becomes the selected one, and
@@ -70,10 +71,6 @@ Uebertragung UebertrageFolge(CRuvData& data, std::int64_t fahrzeug, std::int64_t
 /// Lets the columns compute and writes them into the case. Announces (1342) that a modified parameter record is
 /// overwritten, and marks it modified.
 void UebertrageSpalten(CRuvData& data, std::size_t vehicle, CWegZeitRechDat& copy, CWnd* parent);
-
-/// Whether the columns from `phase` on hold the phases as they were written: other phases around them may have made
-/// other speeds and paths of them.
-bool StehtImFall(const CRuvData& data, std::int64_t fahrzeug, std::int64_t phase, std::span<const Folgephase> folge);
 
 /// As UebertrageFolge, but nothing empty or impossible is written, and what the case holds afterwards is compared.
 /// Times and paths that are negative by rounding alone count as 0.

@@ -74,7 +74,7 @@ CESOImportDlg::CESOImportDlg(CRuvData& data, CWnd* parent)
 const CMessageMap* CESOImportDlg::GetMessageMap() const
 {
     static constexpr CMessageEntry kEntries[] = {
-        OnMessage<&CESOImportDlg::OnEditChanged>(WM_RUV_EDITCHANGED),
+        OnMessage<&CESOImportDlg::EntryAsStep>(WM_RUV_EDITCHANGED),
         OnMessage<&CESOImportDlg::OnHScroll>(WM_HSCROLL),
         OnControl<&CESOImportDlg::WaehleDatei>(IDC_ESO_WAEHLEN),
         OnControl<&CESOImportDlg::LadeBild>(IDC_ESO_BILD_LADEN),
@@ -235,12 +235,6 @@ void CESOImportDlg::OnKorrelieren()
         return;
     }
     ZeigeKurven();
-}
-
-LRESULT CESOImportDlg::OnEditChanged(WPARAM controlId, LPARAM)
-{
-    IncValue(static_cast<int>(controlId));
-    return 0;
 }
 
 void CESOImportDlg::IncValue(int controlId)

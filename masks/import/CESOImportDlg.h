@@ -28,7 +28,6 @@ class CESOImportDlg : public CMDIRechDialog
     void EntferneBild();
 
   private:
-    LRESULT OnEditChanged(WPARAM controlId, LPARAM);
     LRESULT OnHScroll(WPARAM position, LPARAM controlId);
     void OnKorrelieren();
     void Lade(const std::string& pfad);

@@ -260,62 +260,41 @@ Kreuzsummen::Kreuzsummen(std::span<const std::int64_t> x, std::size_t shifts, st
     m_x = Vorwaerts(x, true);
 }
 
-void Kreuzsummen::Transformiere(Signal& signal) const
+template <bool kHin> void Kreuzsummen::Transformiere(Signal& signal) const
 {
     double* const re = signal.re.data();
     double* const im = signal.im.data();
     if (!m_drei) {
-        Transformiere(re, im, m_laenge, 0);
+        Transformiere<kHin>(re, im, m_laenge, 0);
         return;
     }
     const std::size_t drittel = m_laenge / 3;
-    TeileDrei(re, im, drittel, m_stufen[0].re.data(), m_stufen[0].im.data());
+    if (kHin)
+        TeileDrei(re, im, drittel, m_stufen[0].re.data(), m_stufen[0].im.data());
     for (std::size_t at = 0; at < m_laenge; at += drittel)
-        Transformiere(re + at, im + at, drittel, 1);
-}
-
-void Kreuzsummen::Ruecktransformiere(Signal& signal) const
-{
-    double* const re = signal.re.data();
-    double* const im = signal.im.data();
-    if (!m_drei) {
-        Ruecktransformiere(re, im, m_laenge, 0);
-        return;
-    }
-    const std::size_t drittel = m_laenge / 3;
-    for (std::size_t at = 0; at < m_laenge; at += drittel)
-        Ruecktransformiere(re + at, im + at, drittel, 1);
-    FuegeDrei(re, im, drittel, m_stufen[0].re.data(), m_stufen[0].im.data());
+        Transformiere<kHin>(re + at, im + at, drittel, 1);
+    if (!kHin)
+        FuegeDrei(re, im, drittel, m_stufen[0].re.data(), m_stufen[0].im.data());
 }
 
 /// One quarter after the other down to the last stage: what is worked on stays in the cache.
+template <bool kHin>
 void Kreuzsummen::Transformiere(double* re, double* im, std::size_t laenge, std::size_t stufe) const
 {
     if (laenge == 4) {
-        Vier<true>(re, im);
+        Vier<kHin>(re, im);
     } else if (laenge == 2) {
         Paar(re);
         Paar(im);
     } else if (laenge > 4) {
         const std::size_t viertel = laenge / 4;
-        Teile(re, im, viertel, m_stufen[stufe].re.data(), m_stufen[stufe].im.data());
+        const auto& [wr, wi] = m_stufen[stufe];
+        if (kHin)
+            Teile(re, im, viertel, wr.data(), wi.data());
         for (std::size_t at = 0; at < laenge; at += viertel)
-            Transformiere(re + at, im + at, viertel, stufe + 1);
-    }
-}
-
-void Kreuzsummen::Ruecktransformiere(double* re, double* im, std::size_t laenge, std::size_t stufe) const
-{
-    if (laenge == 4) {
-        Vier<false>(re, im);
-    } else if (laenge == 2) {
-        Paar(re);
-        Paar(im);
-    } else if (laenge > 4) {
-        const std::size_t viertel = laenge / 4;
-        for (std::size_t at = 0; at < laenge; at += viertel)
-            Ruecktransformiere(re + at, im + at, viertel, stufe + 1);
-        Fuege(re, im, viertel, m_stufen[stufe].re.data(), m_stufen[stufe].im.data());
+            Transformiere<kHin>(re + at, im + at, viertel, stufe + 1);
+        if (!kHin)
+            Fuege(re, im, viertel, wr.data(), wi.data());
     }
 }
 
@@ -331,7 +310,7 @@ Kreuzsummen::Signal Kreuzsummen::Vorwaerts(std::span<const std::int64_t> werte, 
         signal.re[k] = re * m_dreher.re[k] - im * m_dreher.im[k];
         signal.im[k] = re * m_dreher.im[k] + im * m_dreher.re[k];
     }
-    Transformiere(signal);
+    Transformiere<true>(signal);
     return signal;
 }
 
@@ -344,7 +323,7 @@ Kreuzsummen::Ergebnis Kreuzsummen::Mit(std::span<const std::int64_t> y) const
         signal.im[k] = signal.re[k] * m_x.im[k] + signal.im[k] * m_x.re[k];
         signal.re[k] = re;
     }
-    Ruecktransformiere(signal);
+    Transformiere<false>(signal);
     Ergebnis ergebnis{std::vector<double>(m_shifts), kFehler * kU * m_norm * std::sqrt(Quadratsumme(y))};
     const double anteil = 1.0 / static_cast<double>(m_laenge);
     for (std::size_t d = 0; d < m_shifts; ++d) {

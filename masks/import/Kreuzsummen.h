@@ -36,10 +36,9 @@ class Kreuzsummen
     };
 
     Signal Vorwaerts(std::span<const std::int64_t> werte, bool umgekehrt) const;
-    void Transformiere(Signal& signal) const;
-    void Ruecktransformiere(Signal& signal) const;
-    void Transformiere(double* re, double* im, std::size_t laenge, std::size_t stufe) const;
-    void Ruecktransformiere(double* re, double* im, std::size_t laenge, std::size_t stufe) const;
+    /// Forth (`kHin`) or back.
+    template <bool kHin> void Transformiere(Signal& signal) const;
+    template <bool kHin> void Transformiere(double* re, double* im, std::size_t laenge, std::size_t stufe) const;
 
     std::size_t m_laenge = 1; // of the complex transforms; sums up to twice as long are told apart
     std::size_t m_werte = 0;  // of x

@@ -9,7 +9,6 @@
 #include "host/FehlerMeldung.h"
 #include "host/RuvCfg.h"
 #include "masks/manoeuvre/AbbiegePlan.h"
-#include "masks/manoeuvre/CAbVorGraphikDlg.h"
 #include "res/manoeuvre.h"
 
 namespace
@@ -68,12 +67,13 @@ std::string MitNummern(UINT textId, std::initializer_list<std::size_t> numbers)
 
 } // namespace
 
-CAbVorDlg::CAbVorDlg(CRuvData& data, UINT id) : CMDIRechDialog(id, MainWindow(), data, nullptr, nullptr), m_dat(data)
+CAbVorDlg::CAbVorDlg(CRuvData& data, UINT id)
+    : CMDIRechDialog(id, MainWindow(), data, nullptr, nullptr), m_dat(data),
+      m_graphik(IDD_ABVOR_GRAPHIK, IDC_ABVOR_GROSSES_ZEICHENFELD, *this, [this](CDC& dc) { ZeichnePlan(dc); })
 {
     m_dat.SetParent(this);
     m_isCalculationMask = 1;
     m_editColors = &RuvCfg.editColors;
-    m_graphik = std::make_unique<CAbVorGraphikDlg>(*this);
 }
 
 CAbVorDlg::~CAbVorDlg()
@@ -116,15 +116,8 @@ void CAbVorDlg::SetupWindow()
 {
     AbDat = &m_dat;
     m_dat.Oeffne();
-    if (CWnd* feld = GetDlgItem(IDC_ABVOR_ZEICHENFELD))
-        static_cast<CStatic*>(feld)->SetPainter([this](CDC& dc, const CRect&) { ZeichnePlan(dc); });
+    SetDrawing(IDC_ABVOR_ZEICHENFELD, [this](CDC& dc) { ZeichnePlan(dc); });
     CMDIRechDialog::SetupWindow();
-}
-
-void CAbVorDlg::ShutDownWindow()
-{
-    m_graphik.reset();
-    CMDIRechDialog::ShutDownWindow();
 }
 
 void CAbVorDlg::UpdateDialog()
@@ -134,7 +127,7 @@ void CAbVorDlg::UpdateDialog()
     ShowText(IDC_ABVOR_GEGEBEN, ohneZiel ? kKeinText : m_dat.BisWeg() ? IDS_ABVOR_WEG_GEGEBEN : IDS_ABVOR_GIER_GEGEBEN);
     SetFzgEditColors();
     CMDIRechDialog::UpdateDialog();
-    Zeichne();
+    m_graphik.Redraw();
 }
 
 LRESULT CAbVorDlg::UpdateDialog(WPARAM, LPARAM)
@@ -364,15 +357,7 @@ void CAbVorDlg::ZeigeHinweis(Ausgang ausgang)
 
 void CAbVorDlg::OnGraphik()
 {
-    m_graphik->Zeige();
-}
-
-void CAbVorDlg::Zeichne()
-{
-    if (CWnd* feld = GetDlgItem(IDC_ABVOR_ZEICHENFELD))
-        feld->Invalidate();
-    if (m_graphik)
-        m_graphik->Zeichne();
+    m_graphik.Show();
 }
 
 void CAbVorDlg::ZeichnePlan(CDC& dc) const

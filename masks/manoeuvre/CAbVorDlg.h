@@ -5,13 +5,8 @@
 #pragma once
 
 #include "frame/Export.h"
-#include "host/CDialog.h"
+#include "host/CDrawingDialog.h"
 #include "masks/manoeuvre/CAbDaten.h"
-
-#include <memory>
-
-class CAbVorGraphikDlg;
-class CDC;
 
 class RUVMOD_API CAbVorDlg : public CMDIRechDialog
 {
@@ -22,7 +17,6 @@ class RUVMOD_API CAbVorDlg : public CMDIRechDialog
 
     const CMessageMap* GetMessageMap() const override;
     void SetupWindow() override;
-    void ShutDownWindow() override;
     void UpdateDialog() override;
     void IncValue(int controlId) override;
     BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
@@ -59,9 +53,8 @@ class RUVMOD_API CAbVorDlg : public CMDIRechDialog
     void ZeigeHinweis(CAbDaten::Ausgang ausgang);
     void BeginneNeu();
     void PruefeFahrzeug();
-    void Zeichne();
 
     CAbDaten m_dat;
     bool m_uebertragen = false; // this turn, since it was chosen
-    std::unique_ptr<CAbVorGraphikDlg> m_graphik;
+    CDrawingDialog m_graphik;   // the drawing in a window of its own
 };

@@ -542,7 +542,9 @@ CHalbeSichtDat::Uebertragung CHalbeSichtDat::Uebertragen()
     for (const Folge& folge : folgen) {
         UebertrageFolge(m_data, folge.seite->fahrzeug, folge.seite->phase, folge.phasen, std::nullopt, m_parent);
         folge.seite->phase = ErsteSpalteDerFolge(folge.seite->phase);
-        unveraendert = unveraendert && StehtImFall(m_data, folge.seite->fahrzeug, folge.seite->phase, folge.phasen);
+        const CWegZeitDat& daten = m_data.WZRechDat(static_cast<std::size_t>(folge.seite->fahrzeug));
+        const auto befund = VergleicheFolge(folge.phasen, daten, static_cast<std::size_t>(folge.seite->phase));
+        unveraendert = unveraendert && befund.ausgang == ::Uebertragung::erfolgt;
     }
     return unveraendert ? Uebertragung::erfolgt : Uebertragung::geaendert;
 }

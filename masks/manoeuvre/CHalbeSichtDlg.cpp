@@ -90,23 +90,14 @@ void CHalbeSichtDlg::SetupWindow()
 {
     m_dat.Oeffne();
     m_geaendert = false;
-    if (CWnd* feld = GetDlgItem(IDC_HALBESICHT_ZEICHENFELD))
-        static_cast<CStatic*>(feld)->SetPainter([this](CDC& dc, const CRect&) {
-            ZeichneHalbeSicht(dc, m_dat, Farbe(m_dat.a), Farbe(m_dat.b), m_geaendert);
-        });
+    SetDrawing(IDC_HALBESICHT_ZEICHENFELD,
+               [this](CDC& dc) { ZeichneHalbeSicht(dc, m_dat, Farbe(m_dat.a), Farbe(m_dat.b), m_geaendert); });
     CMDIRechDialog::SetupWindow();
 }
 
 COLORREF CHalbeSichtDlg::Farbe(const CHalbeSichtDat::Teilnehmer& seite) const
 {
     return m_data.IsFzgValid(seite.fahrzeug) ? KfzDat(static_cast<std::size_t>(seite.fahrzeug)).color : kOhneFahrzeug;
-}
-
-void CHalbeSichtDlg::UpdateDialog()
-{
-    CMDIRechDialog::UpdateDialog();
-    if (CWnd* feld = GetDlgItem(IDC_HALBESICHT_ZEICHENFELD))
-        feld->Invalidate();
 }
 
 void CHalbeSichtDlg::FolgeEingabe(UINT controlId)

@@ -14,7 +14,6 @@ class CHalbeSichtDlg : public CMDIRechDialog
 
     const CMessageMap* GetMessageMap() const override;
     void SetupWindow() override;
-    void UpdateDialog() override;
     void IncValue(int controlId) override;
     void BuildObjects() override;
     void GlobalWZDatChanged(UINT_PTR vehicle) override;

@@ -78,7 +78,8 @@ std::string Phasennummer(std::int64_t spalte)
 } // namespace
 
 CSpurVorDlg::CSpurVorDlg(CRuvData& data, UINT dialogId)
-    : CMDIRechDialog(dialogId, MainWindow(), data, nullptr, nullptr), m_dat(data), m_graphik(*this)
+    : CMDIRechDialog(dialogId, MainWindow(), data, nullptr, nullptr), m_dat(data),
+      m_graphik(IDD_SPURVOR_GRAPHIK, IDC_SPURVOR_GROSSES_ZEICHENFELD, *this, [this](CDC& dc) { Zeichne(dc); })
 {
     m_dat.SetParent(this);
     m_isCalculationMask = 1;
@@ -111,7 +112,7 @@ void CSpurVorDlg::SetupWindow()
 {
     m_dat.Oeffne();
     m_geaendert = false;
-    VerbindeZeichenfeld(GetDlgItem(IDC_SPURVOR_ZEICHENFELD));
+    SetDrawing(IDC_SPURVOR_ZEICHENFELD, [this](CDC& dc) { Zeichne(dc); });
     CMDIRechDialog::SetupWindow();
 }
 
@@ -123,20 +124,14 @@ void CSpurVorDlg::UpdateDialog()
     ChangeProtection(IDC_SPURVOR_ANFANGSGESCHW, amEnde);
     ChangeProtection(IDC_SPURVOR_ENDGESCHW, !amEnde);
     CMDIRechDialog::UpdateDialog();
-    if (CWnd* feld = GetDlgItem(IDC_SPURVOR_ZEICHENFELD))
-        feld->Invalidate();
-    m_graphik.Zeichne();
+    m_graphik.Redraw();
 }
 
-void CSpurVorDlg::VerbindeZeichenfeld(CWnd* feld)
+void CSpurVorDlg::Zeichne(CDC& dc) const
 {
-    if (feld == nullptr)
-        return;
-    static_cast<CStatic*>(feld)->SetPainter([this](CDC& dc, const CRect&) {
-        const bool vorhanden = m_data.IsFzgValid(m_dat.fahrzeug);
-        const COLORREF farbe = vorhanden ? KfzDat(static_cast<std::size_t>(m_dat.fahrzeug)).color : kOhneFahrzeug;
-        ZeichneSpurwechsel(dc, m_dat, farbe, m_geaendert);
-    });
+    const bool vorhanden = m_data.IsFzgValid(m_dat.fahrzeug);
+    const COLORREF farbe = vorhanden ? KfzDat(static_cast<std::size_t>(m_dat.fahrzeug)).color : kOhneFahrzeug;
+    ZeichneSpurwechsel(dc, m_dat, farbe, m_geaendert);
 }
 
 void CSpurVorDlg::GlobalGeoDatChanged(UINT_PTR hint)
@@ -281,7 +276,7 @@ void CSpurVorDlg::OnTransferOption()
 
 void CSpurVorDlg::OnGraphik()
 {
-    m_graphik.Zeige();
+    m_graphik.Show();
 }
 
 void CSpurVorDlg::Loeschen()

@@ -4,9 +4,8 @@
 // Mask 458, "Spurwechsel-Vorgang".
 #pragma once
 
-#include "host/CDialog.h"
+#include "host/CDrawingDialog.h"
 #include "masks/manoeuvre/CSpurVorDat.h"
-#include "masks/manoeuvre/CSpurVorGraphikDlg.h"
 
 class CSpurVorDlg : public CMDIRechDialog
 {
@@ -24,8 +23,6 @@ class CSpurVorDlg : public CMDIRechDialog
 
     void Rechnen();
     void Loeschen();
-    /// Draws the plan in a drawing field.
-    void VerbindeZeichenfeld(CWnd* feld);
 
   protected:
     std::int64_t ColorVehicle() const override { return m_dat.fahrzeug; }
@@ -42,8 +39,9 @@ class CSpurVorDlg : public CMDIRechDialog
     void Melde(const CSpurVorDat::Befund& befund);
     void ZeigeHinweis(const CSpurVorDat::Befund& befund);
     bool Uebertrage(bool mitMeldungen);
+    void Zeichne(CDC& dc) const;
 
     CSpurVorDat m_dat;
-    CSpurVorGraphikDlg m_graphik;
+    CDrawingDialog m_graphik; // the drawing in a window of its own
     bool m_geaendert = false; // an input, since the last calculation
 };

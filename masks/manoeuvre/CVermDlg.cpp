@@ -7,7 +7,6 @@
 #include "host/Controls.h"
 #include "host/FehlerMeldung.h"
 #include "host/RuvCfg.h"
-#include "masks/manoeuvre/CVermGraphikDlg.h"
 #include "masks/manoeuvre/VermDiagramm.h"
 #include "res/manoeuvre.h"
 
@@ -64,15 +63,13 @@ std::string Satz(Uebertragung ausgang, std::int64_t fahrzeug, UINT was)
 } // namespace
 
 CVermDlg::CVermDlg(CRuvData& data, CWnd* parent)
-    : CMDIRechDialog(IDD_VERMEIDBARKEIT, parent, data, nullptr, nullptr), m_dat(data)
+    : CMDIRechDialog(IDD_VERMEIDBARKEIT, parent, data, nullptr, nullptr), m_dat(data),
+      m_graphik(IDD_VERM_GRAPHIK, IDC_VERM_GROSSES_ZEICHENFELD, *this, [this](CDC& dc) { Zeichne(dc); })
 {
     m_dat.SetParent(this);
     m_isCalculationMask = 1;
     m_editColors = &RuvCfg.editColors;
-    m_graphik = std::make_unique<CVermGraphikDlg>(*this, [this](CDC& dc) { Zeichne(dc); });
 }
-
-CVermDlg::~CVermDlg() = default;
 
 const CMessageMap* CVermDlg::GetMessageMap() const
 {
@@ -108,9 +105,9 @@ void CVermDlg::SetupWindow()
     m_dat.Oeffne();
     m_geaendert = m_uebertragen = m_fallGilt = false;
     const auto fahrzeuge = Fahrzeuge();
-    std::transform(fahrzeuge.begin(), fahrzeuge.end(), m_gewaehlt.begin(), [](const std::int64_t* f) { return *f; });
-    if (CWnd* feld = GetDlgItem(IDC_VERM_ZEICHENFELD))
-        static_cast<CStatic*>(feld)->SetPainter([this](CDC& dc, const CRect&) { Zeichne(dc); });
+    std::transform(
+        fahrzeuge.begin(), fahrzeuge.end(), m_gewaehlt.begin(), [](const std::int64_t* f) { return *f; });
+    SetDrawing(IDC_VERM_ZEICHENFELD, [this](CDC& dc) { Zeichne(dc); });
     CMDIRechDialog::SetupWindow();
 }
 
@@ -123,9 +120,7 @@ void CVermDlg::UpdateDialog()
     Check(IDC_UEBERTRAGEN, RuvCfg.transferData);
     ZeigeBefund();
     CMDIRechDialog::UpdateDialog();
-    if (CWnd* feld = GetDlgItem(IDC_VERM_ZEICHENFELD))
-        feld->Invalidate();
-    m_graphik->Zeichne();
+    m_graphik.Redraw();
 }
 
 void CVermDlg::GlobalWZDatChanged(UINT_PTR hint)
@@ -312,7 +307,7 @@ void CVermDlg::Uebertrage()
 
 void CVermDlg::Graphik()
 {
-    m_graphik->Zeige();
+    m_graphik.Show();
 }
 
 void CVermDlg::Loeschen()

@@ -4,20 +4,15 @@
 // Mask 462, "Vermeidbarkeitsberechnung".
 #pragma once
 
-#include "host/CDialog.h"
+#include "host/CDrawingDialog.h"
 #include "masks/manoeuvre/CVermDat.h"
 
 #include <array>
-#include <memory>
-
-class CDC;
-class CVermGraphikDlg;
 
 class CVermDlg : public CMDIRechDialog
 {
   public:
     CVermDlg(CRuvData& data, CWnd* parent);
-    ~CVermDlg() override;
 
     const CMessageMap* GetMessageMap() const override;
     BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
@@ -52,7 +47,7 @@ class CVermDlg : public CMDIRechDialog
     void Zeichne(CDC& dc);
 
     CVermDat m_dat;
-    std::unique_ptr<CVermGraphikDlg> m_graphik;
+    CDrawingDialog m_graphik;                 // the drawing in a window of its own
     std::array<std::int64_t, 4> m_gewaehlt{}; // vehicles before the choice that is being made
     bool m_geaendert = false;                 // an input, since the last calculation
     bool m_ergebnis = false;                  // results are shown that belong to a calculation

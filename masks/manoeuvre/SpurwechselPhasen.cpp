@@ -84,5 +84,5 @@ std::optional<bool> SchreibeSpurwechsel(CRuvData& data, std::int64_t fahrzeug, s
     std::vector<Folgephase> folge;
     for (const CWegZeitSpalte& s : spalten)
         folge.push_back({s.art, s.vEnd, s.vAnf, s.zeit, s.weg, s.verz});
-    return StehtImFall(data, fahrzeug, static_cast<std::int64_t>(first), folge);
+    return VergleicheFolge(folge, data.WZRechDat(vehicle), first).ausgang == Uebertragung::erfolgt;
 }

@@ -233,7 +233,9 @@ CVermDat::Ergebnis CVermDat::Uebertragen()
     if (!folge.empty())
         ergebnis.fahrzeug = UebertrageFolge(m_data, ziel, spalte, folge, std::nullopt, m_parent);
     // In the case a threshold phase rises from the deceleration of the phase before it: from aR only after a reaction.
-    ergebnis.geaendert = ergebnis.fahrzeug == Uebertragung::erfolgt && !StehtImFall(m_data, ziel, spalte, folge);
+    ergebnis.geaendert = ergebnis.fahrzeug == Uebertragung::erfolgt &&
+                         VergleicheFolge(folge, m_data.WZRechDat(static_cast<std::size_t>(ziel)), kErste).ausgang !=
+                             Uebertragung::erfolgt;
     if (weiter)
         ergebnis.gegner = UebertrageFolge(m_data, zielGegner, spalte, {&*weiter, 1}, std::nullopt, m_parent);
     return ergebnis;

@@ -146,9 +146,14 @@ bool CountWithin(const JsonValue& value, std::size_t depth, std::size_t& count)
                                    [&](const JsonValue::Member& member) { return within(member.value); }));
 }
 
-std::string Quoted(const std::string& text)
+void AppendQuoted(std::string& out, const std::string& text)
 {
-    return nlohmann::json(text).dump();
+    const bool plain = std::all_of(text.begin(), text.end(),
+                                   [](char c) { return static_cast<signed char>(c) >= ' ' && c != '"' && c != '\\'; });
+    if (plain)
+        out.append(1, '"').append(text).append(1, '"');
+    else
+        out += nlohmann::json(text).dump();
 }
 
 } // namespace
@@ -215,7 +220,7 @@ class JsonWriter
     void WriteContent(bool value) { out += value ? "true" : "false"; }
     void WriteContent(std::int64_t value) { out += std::to_string(value); }
     void WriteContent(std::uint64_t value) { out += std::to_string(value); }
-    void WriteContent(const std::string& value) { out += Quoted(value); }
+    void WriteContent(const std::string& value) { AppendQuoted(out, value); }
     void WriteContent(double value)
     {
         RUV_ASSERT(std::isfinite(value));
@@ -236,7 +241,8 @@ class JsonWriter
         const bool lines = m_readable && std::any_of(object.begin(), object.end(),
                                                      [](const auto& member) { return HoldsObject(member.value); });
         WriteItems('{', '}', object, lines, [this](const JsonValue::Member& member) {
-            out += Quoted(member.name) + ": ";
+            AppendQuoted(out, member.name);
+            out += ": ";
             Write(member.value);
         });
     }

@@ -6,6 +6,7 @@
 #include "host/CRuvData.h"
 
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace casefile
@@ -51,21 +52,28 @@ std::unique_ptr<CRuvData> Read(const std::string& text)
     return data;
 }
 
-} // namespace
-
-void ReplaceCaseAndTell(CRuvData& data, CRuvData&& content)
+/// `text` is what a file of the content would hold, nothing when no file can.
+void ReplaceAndTell(CRuvData& data, CRuvData&& content, const std::optional<std::string>& text)
 {
     const auto differences = Compare(data, content);
     const bool sameMaskValues = data.AlleMaskenWerte() == content.AlleMaskenWerte() && data.Video() == content.Video();
-    std::string text;
-    const CaseResult written = CaseToJson(content, text);
     ReplaceCase(data, std::move(content));
     Notify(data, differences);
     if (!sameMaskValues)
         data.BroadcastMessage(WM_RUV_UPDATEDIALOG, 0, 0, nullptr); // masks look at what they keep
     std::string now;
-    if (written && (!CaseToJson(data, now) || now != text))
-        ReplaceCase(data, std::move(*Read(text)));
+    if (text && (!CaseToJson(data, now) || now != *text))
+        ReplaceCase(data, std::move(*Read(*text)));
+}
+
+} // namespace
+
+void ReplaceCaseAndTell(CRuvData& data, CRuvData&& content)
+{
+    std::optional<std::string> text(std::in_place);
+    if (!CaseToJson(content, *text))
+        text.reset();
+    ReplaceAndTell(data, std::move(content), text);
 }
 
 CaseHistory::CaseHistory(CRuvData& data) : m_data(data)
@@ -76,6 +84,7 @@ CaseHistory::CaseHistory(CRuvData& data) : m_data(data)
 void CaseHistory::Reset()
 {
     m_steps.clear();
+    m_size = 0;
     m_done = 0;
     m_first = ++m_lastState;
     std::string text;
@@ -94,11 +103,18 @@ bool CaseHistory::Commit(std::string label)
     m_problem = CaseToJson(m_data, text);
     if (!m_problem || text == m_text)
         return false;
-    m_steps.erase(m_steps.begin() + static_cast<std::ptrdiff_t>(m_done), m_steps.end());
+    ForgetUndone();
     m_steps.push_back({std::move(label), base::TextDiff(m_text, text), ++m_lastState});
+    m_size += m_steps.back().Size();
     ++m_done;
     m_text = std::move(text);
     return true;
+}
+
+void CaseHistory::ForgetUndone()
+{
+    for (; CanRedo(); m_steps.pop_back())
+        m_size -= m_steps.back().Size();
 }
 
 const std::string& CaseHistory::UndoLabel() const
@@ -134,15 +150,7 @@ bool CaseHistory::Redo()
 void CaseHistory::Restore(std::string text)
 {
     m_text = std::move(text);
-    ReplaceCaseAndTell(m_data, std::move(*Read(m_text)));
-}
-
-std::size_t CaseHistory::Size() const
-{
-    std::size_t size = m_steps.capacity() * sizeof(Step);
-    for (const Step& step : m_steps)
-        size += step.label.capacity() + step.diff.Size();
-    return size;
+    ReplaceAndTell(m_data, std::move(*Read(m_text)), m_text);
 }
 
 } // namespace casefile

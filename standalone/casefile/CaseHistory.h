@@ -54,19 +54,23 @@ class CaseHistory
     const CaseResult& Problem() const { return m_problem; }
     std::size_t StepCount() const { return m_steps.size(); }
     /// Bytes that the steps take.
-    std::size_t Size() const;
+    std::size_t Size() const { return m_size; }
 
   private:
     struct Step {
         std::string label;
         base::TextDiff diff;
         std::uint64_t state; ///< after the step
+
+        std::size_t Size() const { return sizeof(Step) + label.capacity() + diff.Size(); }
     };
     void Restore(std::string text);
+    void ForgetUndone();
 
     CRuvData& m_data;
     std::string m_text;
     std::vector<Step> m_steps;
+    std::size_t m_size = 0;
     std::size_t m_done = 0; ///< steps that are not undone
     std::uint64_t m_first = 0;
     std::uint64_t m_lastState = 0;

@@ -130,13 +130,19 @@ class Reader
         return true;
     }
 
-    bool CheckNumber(const base::JsonValue& value, const std::string& at, double minimum, double maximum, double& field)
+    /// The member when it is there.
+    bool ReadNumber(const Object& object, const std::string& at, std::string_view name, double minimum, double maximum,
+                    double& field)
     {
-        const auto number = value.Number();
+        const base::JsonValue* value = Find(object, name);
+        if (!value)
+            return true;
+        const auto number = value->Number();
         if (!number)
-            return Refuse(at, "ist keine Zahl");
+            return Refuse(Below(at, name), "ist keine Zahl");
         if (*number < minimum || *number > maximum)
-            return Refuse(at, "liegt außerhalb von " + ShownNumber(minimum) + " bis " + ShownNumber(maximum));
+            return Refuse(Below(at, name),
+                          "liegt außerhalb von " + ShownNumber(minimum) + " bis " + ShownNumber(maximum));
         field = *number;
         return true;
     }
@@ -147,8 +153,7 @@ class Reader
         return std::all_of(
             std::begin(fields), std::end(fields),
             [&](const NumberField<T>& f) {
-                const base::JsonValue* value = Find(object, f.name);
-                return !value || CheckNumber(*value, Below(at, f.name), f.minimum, f.maximum, target.*f.field);
+                return ReadNumber(object, at, f.name, f.minimum, f.maximum, target.*f.field);
             });
     }
 
@@ -261,9 +266,9 @@ class Reader
         if (line && !ReadPoints(*line, Below(at, "line"), pathTime.fahrlinie))
             return false;
         const base::JsonValue* rest = Find(object, "restPoint");
-        const base::JsonValue* heading = Find(object, "restHeading");
-        if ((rest && !ReadPoint(*rest, Below(at, "restPoint"), pathTime.endPunkt)) ||
-            (heading && !CheckNumber(*heading, Below(at, "restHeading"), -kQuantity, kQuantity, pathTime.endRichtung)))
+        if (rest && !ReadPoint(*rest, pathTime.endPunkt))
+            return RefusePoint(Below(at, "restPoint"));
+        if (!ReadNumber(object, at, "restHeading", -kQuantity, kQuantity, pathTime.endRichtung))
             return false;
         pathTime.selected = static_cast<std::size_t>(selected);
         const base::JsonValue* phases = Find(object, "phases");
@@ -300,7 +305,9 @@ class Reader
         return true;
     }
 
-    bool ReadPoint(const base::JsonValue& value, const std::string& at, CDPoint& point)
+    bool RefusePoint(std::string at) { return Refuse(std::move(at), "ist kein Punkt [x, y] in cm"); }
+
+    static bool ReadPoint(const base::JsonValue& value, CDPoint& point)
     {
         const auto* pair = value.As<Array>();
         const auto coordinate = [&](std::size_t i) {
@@ -308,9 +315,7 @@ class Reader
             return pair && pair->size() == 2 ? (*pair)[i].Number().value_or(kNone) : kNone;
         };
         point = {coordinate(0), coordinate(1)};
-        if (!(std::abs(point.x) <= kLargestCoordinate && std::abs(point.y) <= kLargestCoordinate))
-            return Refuse(at, "ist kein Punkt [x, y] in cm");
-        return true;
+        return std::abs(point.x) <= kLargestCoordinate && std::abs(point.y) <= kLargestCoordinate;
     }
 
     bool ReadPoints(const base::JsonValue& value, const std::string& at, std::vector<CDPoint>& points)
@@ -321,8 +326,8 @@ class Reader
         points.reserve(array->size());
         for (std::size_t i = 0; i < array->size(); ++i) {
             CDPoint point;
-            if (!ReadPoint((*array)[i], Below(at, i), point))
-                return false;
+            if (!ReadPoint((*array)[i], point))
+                return RefusePoint(Below(at, i));
             points.push_back(point);
         }
         return true;

@@ -153,10 +153,11 @@ class Writer
         return text;
     }
 
-    base::JsonValue Number(double number, double minimum, double maximum, const std::string& at)
+    base::JsonValue Number(double number, double minimum, double maximum, const std::string& at, std::string_view name)
     {
-        Check(std::isfinite(number), at, "ist keine Zahl");
-        Check(number >= minimum && number <= maximum, at, "liegt außerhalb des zulässigen Bereichs");
+        if (!(number >= minimum && number <= maximum))
+            Check(false, Below(at, name),
+                  std::isfinite(number) ? "liegt außerhalb des zulässigen Bereichs" : "ist keine Zahl");
         return number;
     }
 
@@ -173,7 +174,7 @@ class Writer
         for (const NumberField<T>& f : fields) {
             const double number = source.*f.field;
             if (f.always || !(number == defaults.*f.field))
-                Put(object, f.name, Number(number, f.minimum, f.maximum, Below(at, f.name)));
+                Put(object, f.name, Number(number, f.minimum, f.maximum, at, f.name));
         }
     }
 
@@ -247,7 +248,7 @@ class Writer
             Put(object, "restPoint", Array{pathTime.endPunkt.x, pathTime.endPunkt.y});
         }
         if (pathTime.endRichtung != 0.0)
-            Put(object, "restHeading", Number(pathTime.endRichtung, -kQuantity, kQuantity, Below(at, "restHeading")));
+            Put(object, "restHeading", Number(pathTime.endRichtung, -kQuantity, kQuantity, at, "restHeading"));
         if (unknown)
             Append(object, unknown->pathTime);
         return object;

@@ -8,6 +8,7 @@
 #include "framework/WndAccess.h"
 #include "host/Assert.h"
 #include "host/Bindings.h"
+#include "host/Controls.h"
 #include "krn/MessageTable.h"
 
 #include <algorithm>
@@ -236,6 +237,24 @@ void CMDIDialog::UpdateDialog()
 {
     for (const auto& binding : m_bindings)
         binding->Show();
+    Redraw();
+}
+
+void CMDIDialog::SetDrawing(UINT controlId, std::function<void(CDC&)> draw)
+{
+    auto* field = static_cast<CStatic*>(GetDlgItem(controlId));
+    if (field == nullptr)
+        return;
+    field->SetPainter([draw = std::move(draw)](CDC& dc, const CRect&) { draw(dc); });
+    if (std::find(m_drawings.begin(), m_drawings.end(), controlId) == m_drawings.end())
+        m_drawings.push_back(controlId);
+}
+
+void CMDIDialog::Redraw()
+{
+    for (const UINT id : m_drawings)
+        if (CWnd* field = GetDlgItem(id))
+            field->Invalidate();
 }
 
 void CMDIDialog::ReadData()

@@ -245,6 +245,12 @@ LRESULT CMDIRechDialog::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam
     return CMDIDialog::DefWindowProc(message, wParam, lParam);
 }
 
+LRESULT CMDIRechDialog::EntryAsStep(WPARAM controlId, LPARAM)
+{
+    IncValue(static_cast<int>(controlId));
+    return 0;
+}
+
 bool CMDIRechDialog::ConfirmClear()
 {
     constexpr UINT kClearAll = 1052;

@@ -72,10 +72,10 @@ TEST(TextDiff, TakesRoomForWhatDiffers)
     EXPECT_LT(diff.Size(), 600U);
 }
 
-/// One thing a user may do to a case.
+/// One thing a user may do to a case, which stays of a bounded size.
 void RandomEdit(CRuvData& data, std::mt19937& random)
 {
-    const auto vehicle = random() % CRuvData::kFahrzeuge;
+    const auto vehicle = random() % 4 * 5;
     const double number = std::uniform_real_distribution<double>(-50.0, 50.0)(random);
     CWegZeitRechDat& phases = data.WZRechDat(vehicle);
     const auto column = 3 + random() % 6;
@@ -89,7 +89,10 @@ void RandomEdit(CRuvData& data, std::mt19937& random)
         data.KfzDat(vehicle).mass = std::abs(number);
         break;
     case 2:
-        data.KfzDat(vehicle).name += "ö\"";
+        if (std::string& name = data.KfzDat(vehicle).name; name.size() > 40)
+            name.clear();
+        else
+            name += "ö\"";
         break;
     case 3:
         phase.art = PhasenArt::braking;
@@ -98,7 +101,8 @@ void RandomEdit(CRuvData& data, std::mt19937& random)
         phases.Berechnung();
         break;
     case 4:
-        phases.Einfuegen(column);
+        if (!phases.spalten[12].IsUsed())
+            phases.Einfuegen(column);
         break;
     case 5:
         phases.Entfernen(column);

@@ -6,6 +6,7 @@
 #include "host/CDialog.h"
 #include "host/RuvCfg.h"
 #include "report/Protocol.h"
+#include "tests/support/Primitives.h"
 
 #include <gtest/gtest.h>
 
@@ -88,11 +89,10 @@ class ChartTest : public ::testing::Test
         CDC dc(kWidth, kHeight);
         control.painter(dc, {0, 0, static_cast<int>(kWidth), static_cast<int>(kHeight)});
         double left = 0.0, right = 0.0, top = 0.0, bottom = 0.0;
-        for (const auto& primitive : dc.Primitives())
-            if (const auto* line = std::get_if<drawing::Polyline>(&primitive);
-                line != nullptr && line->points.size() == 5 && line->points.front() == line->points.back()) {
-                left = line->points[0].x, right = line->points[1].x;
-                top = line->points[0].y, bottom = line->points[2].y;
+        for (const auto& line : test::All<drawing::Polyline>(dc))
+            if (line.points.size() == 5 && line.points.front() == line.points.back()) {
+                left = line.points[0].x, right = line.points[1].x;
+                top = line.points[0].y, bottom = line.points[2].y;
             }
         const View view = chart.CurrentView();
         return {left + (time - view.from) / (view.to - view.from) * (right - left), (top + bottom) / 2.0};
@@ -101,11 +101,7 @@ class ChartTest : public ::testing::Test
     {
         CDC dc(kWidth, kHeight);
         chart.Paint(dc, report);
-        std::vector<std::string> texts;
-        for (const auto& primitive : dc.Primitives())
-            if (const auto* text = std::get_if<drawing::Text>(&primitive))
-                texts.push_back(text->utf8);
-        return texts;
+        return test::Words(dc);
     }
     bool Says(const std::string& what, bool report = false)
     {
@@ -326,11 +322,9 @@ TEST_F(ChartTest, TheWholeViewThinsOutAndCloserViewsShowAll)
         CDC dc(kWidth, kHeight);
         chart.Paint(dc, false);
         double top = kHeight;
-        for (const auto& primitive : dc.Primitives())
-            if (const auto* line = std::get_if<drawing::Polyline>(&primitive);
-                line != nullptr && line->pen.width == 1.5)
-                for (const CDPoint& point : line->points)
-                    top = std::min(top, point.y);
+        for (const auto& line : test::All<drawing::Polyline>(dc))
+            for (const CDPoint& point : line.pen.width == 1.5 ? line.points : std::vector<CDPoint>{})
+                top = std::min(top, point.y);
         return top;
     };
     EXPECT_EQ(chart.CurrentView().high, 1099.0) << "all samples count";

@@ -3,6 +3,7 @@
 //
 // The workstation's tests need an application object for their whole life, and never touch the user's own files.
 #include "desktop/look/Theme.h"
+#include "tests/support/NothingLeftBehind.h"
 
 #include <QApplication>
 #include <QLocale>
@@ -26,5 +27,6 @@ int main(int argc, char** argv)
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     QApplication application(argc, argv);
     desktop::ApplyTheme(desktop::Scheme::light);
+    testing::AddGlobalTestEnvironment(new test::NothingLeftBehind);
     return RUN_ALL_TESTS();
 }

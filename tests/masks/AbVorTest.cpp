@@ -10,6 +10,7 @@
 #include "scene/SceneModel.h"
 #include "scene/ScenePath.h"
 #include "tests/support/MaskFixture.h"
+#include "tests/support/Primitives.h"
 #include "tests/support/RandomInput.h"
 
 #include <algorithm>
@@ -24,8 +25,7 @@ using test::FieldValue;
 constexpr UINT kVehicle = 3001, kPhase = 3002, kLeft = 3004, kRight = 3005, kForward = 3006, kReverse = 3007,
                kR0 = 3011, kR1 = 3012, kTs = 3013, kYaw = 3015, kV = 3021, kA = 3022, kLimit = 3023, kPath = 3024;
 constexpr UINT kTime = 3025, kReachedYaw = 3016, kReachedRadius = 3018, kWheel = 3014;
-constexpr UINT kOk = 100, kCalculate = 105, kClear = 107, kPicture = 108, kTransfer = 109, kHint = 23002, kKept = 23003;
-constexpr std::size_t kFirst = CWegZeitDat::kErsteSpalte;
+constexpr UINT kPicture = 108, kHint = 23002, kKept = 23003;
 
 class AbVorTest : public test::MaskTest
 {
@@ -37,14 +37,6 @@ class AbVorTest : public test::MaskTest
         Enter(mask, kTs, "2");
         Enter(mask, kYaw, "90");
         Enter(mask, kV, "20");
-    }
-    std::vector<UINT> Messages()
-    {
-        std::vector<UINT> numbers;
-        for (const auto& message : front.messages)
-            numbers.push_back(message.number);
-        front.messages.clear();
-        return numbers;
     }
     const CWegZeitSpalte& Column(std::size_t column) const { return data.WZRechDat(0).spalten[column]; }
 };
@@ -78,7 +70,7 @@ TEST_F(AbVorTest, ShowsTheWorkedExampleAndFollowsChanges)
     EXPECT_EQ(Text(mask, kTime), "1,76"); // 9.307 m at 19 km/h
     Enter(mask, kR1, "0");
     EXPECT_EQ(Value(mask, kTime), 0.0); // no radius: no results are left, and no box interrupts
-    EXPECT_TRUE(Messages().empty());
+    EXPECT_TRUE(TakeMessages().empty());
     EXPECT_NE(Text(mask, kHint), "");
     Enter(mask, kR1, "5");
     EXPECT_EQ(Text(mask, kTime), "1,76");
@@ -90,7 +82,7 @@ TEST_F(AbVorTest, RefusalsSpeakByNumber)
     Window& mask = Open();
     const auto refused = [&] {
         Press(mask, kCalculate);
-        return Messages();
+        return TakeMessages();
     };
     EXPECT_EQ(refused(), std::vector<UINT>{1336});
     Enter(mask, kR0, "10");
@@ -117,25 +109,25 @@ TEST_F(AbVorTest, QuestionsAreAskedOncePerCalculation)
     EnterExample(mask);
     Enter(mask, kA, "-3");
     Press(mask, kCalculate);
-    EXPECT_EQ(Messages(), std::vector<UINT>{1342});
+    EXPECT_EQ(TakeMessages(), std::vector<UINT>{1342});
     EXPECT_LT(Value(mask, kReachedYaw), 80.0);
     EXPECT_NE(Text(mask, kHint), "");
     StepOnce(mask, kYaw, 1);
-    EXPECT_TRUE(Messages().empty()); // the answer holds
+    EXPECT_TRUE(TakeMessages().empty()); // the answer holds
     front.answers[1342] = fehlerJa;
     Enter(mask, kA, "-2,5"); // another braking is another question
-    EXPECT_EQ(Messages(), std::vector<UINT>{1342});
+    EXPECT_EQ(TakeMessages(), std::vector<UINT>{1342});
     EXPECT_NEAR(Value(mask, kReachedYaw), Value(mask, kYaw), 0.2);
     EXPECT_EQ(Text(mask, kHint), "");
 
     Enter(mask, kA, "0");
     Enter(mask, kR0, "8");
     Enter(mask, kR1, "0");
-    EXPECT_EQ(Messages(), std::vector<UINT>{1344});
+    EXPECT_EQ(TakeMessages(), std::vector<UINT>{1344});
     EXPECT_LT(Value(mask, kReachedYaw), 80.0);
     front.answers[1344] = fehlerJa;
     Press(mask, kCalculate);
-    EXPECT_EQ(Messages(), std::vector<UINT>{1344});
+    EXPECT_EQ(TakeMessages(), std::vector<UINT>{1344});
     EXPECT_NEAR(Value(mask, kReachedYaw), Value(mask, kYaw), 0.2);
     EXPECT_EQ(Value(mask, kReachedRadius), 0.0);
 }
@@ -277,13 +269,10 @@ struct Box {
 Box BoxOf(const CDC& dc)
 {
     Box box;
-    for (const auto& primitive : dc.Primitives()) {
-        const auto* polygon = std::get_if<drawing::Polygon>(&primitive);
-        for (const CDPoint& p : polygon != nullptr ? polygon->points : std::vector<CDPoint>{}) {
+    for (const auto& polygon : test::All<drawing::Polygon>(dc))
+        for (const CDPoint& p : polygon.points)
             box = {std::min(box.left, p.x), std::min(box.top, p.y), std::max(box.right, p.x),
                    std::max(box.bottom, p.y)};
-        }
-    }
     return box;
 }
 
@@ -302,18 +291,11 @@ TEST_F(AbVorTest, DrawsTheSweptGroundWithThreeOutlines)
     Press(mask, kRight);
     CDC right(400, 300);
     dialog.ZeichnePlan(right);
-    std::vector<drawing::Polygon> outlines;
-    std::vector<std::string> words;
-    for (const auto& primitive : left.Primitives()) {
-        if (const auto* polygon = std::get_if<drawing::Polygon>(&primitive);
-            polygon != nullptr && !polygon->brush.filled)
-            outlines.push_back(*polygon);
-        if (const auto* text = std::get_if<drawing::Text>(&primitive))
-            words.push_back(text->utf8);
-    }
+    auto outlines = test::All<drawing::Polygon>(left);
+    std::erase_if(outlines, [](const auto& polygon) { return polygon.brush.filled; });
     ASSERT_EQ(outlines.size(), 3U);
     EXPECT_EQ(outlines[1].pen.style, PenStyle::dash);
-    EXPECT_EQ(words, (std::vector<std::string>{"Beginn", "Zwischenposition", "Ende", "5 m"}));
+    EXPECT_EQ(test::Words(left), (std::vector<std::string>{"Beginn", "Zwischenposition", "Ende", "5 m"}));
     // The start is a rectangle of 4.5 m by 1.8 m along the travel; the end stands across.
     const auto& a = outlines[0].points;
     const auto& e = outlines[2].points;
@@ -331,10 +313,7 @@ TEST_F(AbVorTest, DrawsTheSweptGroundWithThreeOutlines)
     Enter(mask, 3031, "0,01");
     CDC close(400, 300);
     dialog.ZeichnePlan(close);
-    std::vector<drawing::Text> names;
-    for (const auto& primitive : close.Primitives())
-        if (const auto* text = std::get_if<drawing::Text>(&primitive))
-            names.push_back(*text);
+    const auto names = test::All<drawing::Text>(close);
     ASSERT_EQ(names.size(), 4U);
     EXPECT_GT(std::abs(names[0].position.y - names[1].position.y), 11.0) << "the height of the letters";
 
@@ -347,30 +326,6 @@ TEST_F(AbVorTest, DrawsTheSweptGroundWithThreeOutlines)
     EXPECT_NEAR(start[0].x, -3.55, 1e-9);
     EXPECT_NEAR(start[2].x, 0.95, 1e-9);
     EXPECT_NEAR(start[0].y, 0.125, 1e-9); // half the width less half the track
-}
-
-TEST_F(AbVorTest, CarelessTypingLeavesNothingWithoutANumber)
-{
-    test::RandomInput random(450);
-    RuvCfg.transferData = true;
-    for (int round = 0; round < 6; ++round) {
-        Window& mask = Open();
-        front.answers[1342] = random.Pick({fehlerJa, fehlerNein});
-        front.answers[1344] = random.Pick({fehlerJa, fehlerNein});
-        for (int i = 0; i < 40; ++i) {
-            const UINT id = random.Pick({kR0, kR1, kTs, kYaw, kV, kA, kLimit, kPath, UINT{3031}});
-            if (random.Number(8) == 0)
-                Press(mask, random.Pick({kCalculate, kLeft, kRight, kForward, kReverse}));
-            else if (random.Number(4) == 0)
-                StepOnce(mask, id, random.Pick({-1, 1}));
-            else
-                Enter(mask, id, random.Text());
-            ASSERT_EQ(test::NotANumberIn(mask), "");
-        }
-        for (const CWegZeitSpalte& column : data.WZRechDat(0).spalten)
-            EXPECT_TRUE(column.zeit >= 0.0 && std::isfinite(column.weg) && (!column.IsUsed() || column.zeit > 0.0));
-        Press(mask, 2);
-    }
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 #include "tests/support/RandomInput.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -33,22 +34,18 @@ class AllMasksTest : public test::MaskTest, public ::testing::WithParamInterface
   protected:
     Window& mask = OpenMask(GetParam());
 
-    /// The mask, its pages and the dialogs it opened.
-    std::vector<Window*> Dialogs()
+    /// Of the mask and its pages.
+    std::vector<Window*> Controls(Window& of)
     {
-        std::vector<Window*> all{&mask};
-        const auto pages = thread.Pages(mask);
-        all.insert(all.end(), pages.begin(), pages.end());
-        return all;
-    }
-    std::vector<Window*> Controls()
-    {
+        std::vector<Window*> dialogs = thread.Pages(of);
+        dialogs.push_back(&of);
         std::vector<Window*> all;
-        for (Window* dialog : Dialogs())
+        for (Window* dialog : dialogs)
             for (const auto& control : dialog->children)
                 all.push_back(control.get());
         return all;
     }
+    std::vector<Window*> Controls() { return Controls(mask); }
     RecordFields Record() { return static_cast<CMDIRechDialog*>(mask.object)->DescribeRecord(); }
 };
 
@@ -201,29 +198,53 @@ TEST_P(AllMasksTest, IsInReportAndPicture)
     EXPECT_GT(framework::DrawDialog(mask, 2.0).Primitives().size(), 10U);
 }
 
-/// Types into fields, chooses, switches, presses: the case holds numbers, is written and opens with the same content.
-TEST_P(AllMasksTest, RandomEntriesEndAndLeaveAWholeCase)
+/// What a careless user does: types anything, steps, chooses, switches, calculates, clears. Mask and case hold numbers
+/// only, what the case holds can be driven, and it is written and opens with the same content.
+TEST_P(AllMasksTest, CarelessInputLeavesNumbersInMaskAndCase)
 {
-    for (std::uint64_t seed = 0; seed < 20; ++seed) {
+    // These show nothing where there is no result.
+    const std::set<UINT> leavesOut{419, 469, 474, 486, 492, 493};
+    framework::CloseDialog(mask);
+    for (std::uint64_t seed = 0; seed < 120; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         test::RandomInput random(seed);
-        front.answers = {{1052U, random.Number(2) == 0 ? 6 : 7}};
-        RuvCfg.transferData = random.Number(2) == 0;
-        for (int entry = 0; entry < 10 && thread.Dialogs().size() > 0; ++entry) {
-            auto controls = Controls();
+        for (const UINT question : {1052U, 1342U, 1344U})
+            front.answers[question] = random.Pick({fehlerJa, fehlerNein});
+        RuvCfg.transferData = random.Number(3) > 0;
+        Window& opened = OpenMask(GetParam());
+        for (int action = 0; action < 25 && !thread.Dialogs().empty(); ++action) {
+            std::vector<Window*> controls;
+            for (Window* control : Controls(opened))
+                if (control->kind != Kind::label && control->kind != Kind::group && !control->readOnly &&
+                    control->id != IDOK && control->id != IDCANCEL && control->id != kOk)
+                    controls.push_back(control);
             Window& control = *controls[static_cast<std::size_t>(random.Number(static_cast<int>(controls.size())))];
-            if (control.kind == Kind::edit && random.Number(4) == 0)
-                framework::Step(control, random.Number(2) == 0 ? 1 : -1);
+            if (opened.Child(kCalculate) != nullptr && random.Number(5) == 0)
+                Press(opened, kCalculate);
+            else if (control.kind == Kind::edit && random.Number(4) == 0)
+                framework::Step(control, random.Pick({-1, 1}));
             else if (control.kind == Kind::edit)
                 framework::EnterText(control, random.Text());
             else if (control.kind == Kind::combo || control.kind == Kind::list)
                 framework::Select(control, random.Number(4));
-            else if (control.id != IDOK && control.id != IDCANCEL && control.id != 100)
+            else
                 framework::Click(control);
             thread.DispatchPending();
-            if (mask.Child(105) != nullptr && random.Number(3) == 0)
-                Press(mask, 105);
+            if (!leavesOut.contains(GetParam())) {
+                ASSERT_EQ(test::NotANumberIn(opened), "");
+            }
         }
+        if (opened.Child(kOk) != nullptr && random.Number(2) == 0)
+            Press(opened, kOk);
+        for (Window* left : thread.Dialogs())
+            framework::CloseDialog(*left);
+        thread.DispatchPending();
+        for (std::size_t vehicle = 0; vehicle < CRuvData::kFahrzeuge; ++vehicle)
+            for (const CWegZeitSpalte& s : Phases(vehicle).spalten) {
+                ASSERT_GE(s.zeit, 0.0);
+                for (const double value : {s.vEnd, s.vAnf, s.verz, s.weg, s.sumZeit, s.sumWeg})
+                    ASSERT_TRUE(std::isfinite(value));
+            }
         std::string written;
         ASSERT_TRUE(casefile::CaseToJson(data, written));
         CRuvData again;

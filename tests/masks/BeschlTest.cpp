@@ -10,13 +10,7 @@ namespace
 
 using framework::InputResult;
 
-constexpr UINT kFriction = 4662;
-constexpr UINT kResult = 4663;
-constexpr UINT kDegrees = 4664;
-constexpr UINT kPercent = 4665;
-constexpr UINT kOk = 100;
-constexpr UINT kCalculate = 105;
-constexpr UINT kClear = 107;
+constexpr UINT kFriction = 4662, kResult = 4663, kDegrees = 4664, kPercent = 4665;
 
 class BeschlTest : public test::MaskTest
 {

@@ -10,10 +10,10 @@
 #include "masks/import/Kreuzsummen.h"
 #include "res/import.h"
 #include "tests/support/MaskFixture.h"
+#include "tests/support/Primitives.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <random>
 
 namespace
@@ -334,9 +334,8 @@ class ESOTest : public test::MaskTest
     }
     std::string Schreibe(const std::string& text, const std::string& name = "messkurven.csv")
     {
-        const std::string pfad = (std::filesystem::path(::testing::TempDir()) / name).string();
-        std::ofstream(pfad, std::ios::binary) << text;
-        return pfad;
+        folder.Write(name, text);
+        return folder.File(name);
     }
     void Waehle(framework::Window& mask, const std::string& pfad)
     {
@@ -348,6 +347,8 @@ class ESOTest : public test::MaskTest
     {
         return static_cast<CChartCtrl*>(Control(mask, IDC_ESO_DIAGRAMM).object)->Client()->State();
     }
+
+    test::TemporaryFolder folder;
 };
 
 TEST_F(ESOTest, SynthesisedShiftsComeBackExactly)
@@ -467,7 +468,7 @@ TEST_F(ESOTest, SaysWhatCannotBeDoneAndShowsNothingOfIt)
     Waehle(mask, Datei({0, 3, 7, -12, 40}));
     Press(mask, IDC_ESO_KORRELIEREN);
     EXPECT_EQ(Control(mask, IDC_ESO_KORRELIEREN).check, 1);
-    Waehle(mask, ::testing::TempDir() + "/gibt-es-nicht.csv");
+    Waehle(mask, folder.File("gibt-es-nicht.csv"));
     EXPECT_EQ(Letzte(), "Couldn't open file");
     EXPECT_EQ(Diagramm(mask).rows, 0U);
     EXPECT_EQ(Control(mask, IDC_ESO_V_13).text, "");
@@ -514,18 +515,15 @@ TEST_F(ESOTest, APictureStandsBesideTheChart)
     // 4 × 2 pixels of a bitmap file, 24 bits, rows from the bottom.
     std::string bmp("BM\x4e\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x04\0\0\0\x02\0\0\0\x01\0\x18\0\0\0\0\0\x18\0\0\0", 38);
     bmp += std::string(16, '\0') + std::string(24, '\x55');
-    const std::string pfad = (std::filesystem::path(::testing::TempDir()) / "bild.bmp").string();
-    std::ofstream(pfad, std::ios::binary) << bmp;
+    const std::string pfad = Schreibe(bmp, "bild.bmp");
     const auto bild = [&]() -> std::optional<drawing::Picture> {
         CDC dc(200, 200);
         Control(mask, IDC_ESO_BILD).painter(dc, {0, 0, 200, 200});
-        for (const auto& primitive : dc.Primitives())
-            if (const auto* picture = std::get_if<drawing::Picture>(&primitive))
-                return *picture;
-        return std::nullopt;
+        const auto pictures = test::All<drawing::Picture>(dc);
+        return pictures.empty() ? std::nullopt : std::optional(pictures.front());
     };
     EXPECT_FALSE(bild());
-    front.files = {::testing::TempDir() + "/nichts.emf"};
+    front.files = {folder.File("nichts.emf")};
     Press(mask, IDC_ESO_BILD_LADEN);
     EXPECT_EQ(Letzte(), "Couldn't load image");
     front.files = {pfad};

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CDC.h"
 #include "tests/support/MaskFixture.h"
+#include "tests/support/Primitives.h"
 #include "tests/support/RandomInput.h"
 
 #include <algorithm>
@@ -20,8 +21,6 @@ constexpr UINT kVkA = 4701, kDecA = 4702, kTsA = 4703, kTrA = 4704, kPathA = 470
                kDistA = 4708, kStopA = 4722, kDiffA = 4724, kLimitA = 4726;
 constexpr UINT kVkB = 4709, kDecB = 4710, kTsB = 4711, kTrB = 4712, kPathB = 4713, kMissingB = 4714, kVB = 4715,
                kDistB = 4716, kStopB = 4723, kDiffB = 4725, kLimitB = 4727;
-constexpr UINT kOk = 100, kCalculate = 105, kClear = 107, kTransfer = 109;
-constexpr std::size_t kFirst = CWegZeitDat::kErsteSpalte;
 
 class HalbeSichtTest : public test::MaskTest
 {
@@ -41,7 +40,6 @@ class HalbeSichtTest : public test::MaskTest
             EXPECT_NE(Enter(mask, id, text), InputResult::refused) << id;
         return mask;
     }
-    CWegZeitRechDat& Phases(std::size_t vehicle) { return data.WZRechDat(vehicle); }
 };
 
 TEST_F(HalbeSichtTest, EightyMetresOfSight)
@@ -126,18 +124,11 @@ TEST_F(HalbeSichtTest, TransferOnDemandAndWithTheOption)
 TEST_F(HalbeSichtTest, ReadsThePhasesOfAChosenVehicle)
 {
     data.KfzDat(4) = TypicalCar("Pkw 5", 0);
-    const auto put = [&](std::size_t column, PhasenArt art, double vEnd, double vAnf, double verz, double zeit) {
-        CWegZeitSpalte& s = Phases(4).spalten[column];
-        s.art = art;
-        s.vEnd = vEnd;
-        s.vAnf = vAnf;
-        s.verz = verz;
-        s.zeit = zeit;
-    };
-    put(3, PhasenArt::rolling, 9.0, 18.0, 2.5, 1.0);
-    put(4, PhasenArt::braking, 18.0, 54.0, 5.0, 2.0);
-    put(5, PhasenArt::threshold, 54.0, 56.0, 5.0, 0.25);
-    put(6, PhasenArt::reaction, 56.0, 56.0, 0.0, 0.9);
+    auto& columns = Phases(4).spalten;
+    Put(columns[3], PhasenArt::rolling, 9.0, 18.0, 2.5, 1.0);
+    Put(columns[4], PhasenArt::braking, 18.0, 54.0, 5.0, 2.0);
+    Put(columns[5], PhasenArt::threshold, 54.0, 56.0, 5.0, 0.25);
+    Put(columns[6], PhasenArt::reaction, 56.0, 56.0, 0.0, 0.9);
     Phases(4).selected = 4;
     Window& mask = OpenMask(472);
     Choose(mask, kVehicleB, 1);
@@ -168,11 +159,8 @@ TEST_F(HalbeSichtTest, TheDrawingShowsThePartsOfBothWays)
     EXPECT_LT(draw(700, 100).Primitives().size(), 4U) << "one line of text";
     Press(mask, kCalculate);
     const CDC dc = draw(700, 100);
-    std::vector<drawing::Rectangle> parts;
-    for (const auto& primitive : dc.Primitives())
-        if (const auto* rectangle = std::get_if<drawing::Rectangle>(&primitive))
-            if (rectangle->radiusX == 0.0 && rectangle->right - rectangle->left < 600.0)
-                parts.push_back(*rectangle);
+    auto parts = test::All<drawing::Rectangle>(dc);
+    std::erase_if(parts, [](const auto& r) { return r.radiusX != 0.0 || r.right - r.left >= 600.0; });
     ASSERT_EQ(parts.size(), 6U) << "reaction, threshold and braking of both";
     // They follow each other without gaps over the sight distance, A's from the left, B's from the right.
     const double scale = (parts[3].right - parts[0].left) / 80.0;
@@ -183,41 +171,6 @@ TEST_F(HalbeSichtTest, TheDrawingShowsThePartsOfBothWays)
     EXPECT_NEAR(parts[2].right - parts[0].left, scale * Value(mask, kPathA), 1e-6);
     for (const double size : {1.0, 40.0, 70.0})
         draw(size, size);
-}
-
-TEST_F(HalbeSichtTest, CarelessInputLeavesNumbersOnly)
-{
-    test::RandomInput random(472);
-    RuvCfg.transferData = true;
-    for (int round = 0; round < 80; ++round) {
-        Window& mask = OpenMask(472);
-        for (int action = 0; action < 25 && !thread.Dialogs().empty(); ++action) {
-            const UINT field = random.Pick<UINT>({kSight, kSum, kVkA, kVkB, kDecA, kDecB, kTsA, kTrB, kTrA, kTsB});
-            switch (random.Number(8)) {
-            case 0:
-            case 1:
-                Press(mask, random.Pick<UINT>({kCalculate, kCalculate, kTransfer, kClear}));
-                break;
-            case 2:
-                StepOnce(mask, field, random.Number(2) * 2 - 1);
-                break;
-            case 3:
-                Choose(mask, random.Pick<UINT>({kVehicleA, kVehicleB, kPhaseB}), random.Number(3));
-                break;
-            default:
-                Enter(mask, field, random.Text());
-            }
-            EXPECT_EQ(test::NotANumberIn(mask), "");
-        }
-        Press(mask, random.Pick<UINT>({kOk, 2}));
-        for (Window* left : thread.Dialogs())
-            framework::CloseDialog(*left);
-        thread.DispatchPending();
-        for (const std::size_t vehicle : {0U, 1U})
-            for (const CWegZeitSpalte& s : Phases(vehicle).spalten)
-                for (const double value : {s.vEnd, s.vAnf, s.zeit, s.weg})
-                    ASSERT_GE(value, 0.0);
-    }
 }
 
 } // namespace

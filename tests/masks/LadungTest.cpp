@@ -8,6 +8,7 @@
 #include "report/Protocol.h"
 #include "res/collision.h"
 #include "tests/support/MaskFixture.h"
+#include "tests/support/Primitives.h"
 #include "tests/support/RandomInput.h"
 
 #include <gtest/gtest.h>
@@ -276,13 +277,11 @@ TEST_F(LadungDat, TheDrawingShowsLashingsAtTheirAngles)
         CDC dc(800, 160);
         ZeichneLadung(dc, dat);
         std::vector<double> found;
-        for (const auto& primitive : dc.Primitives()) {
-            const auto* line = std::get_if<drawing::Polyline>(&primitive);
-            if (line == nullptr || line->points.size() != 2 || line->pen.color != RGB(20, 84, 196))
-                continue;
-            const CDPoint way = line->points[1] - line->points[0];
-            found.push_back(std::atan2(std::abs(way.y), std::abs(way.x)) / kDegree);
-        }
+        for (const auto& line : test::All<drawing::Polyline>(dc))
+            if (line.points.size() == 2 && line.pen.color == RGB(20, 84, 196)) {
+                const CDPoint way = line.points[1] - line.points[0];
+                found.push_back(std::atan2(std::abs(way.y), std::abs(way.x)) / kDegree);
+            }
         return found;
     };
     dat.zurrwinkel = 60.0;
@@ -303,9 +302,8 @@ TEST_F(LadungDat, TheDrawingShowsLashingsAtTheirAngles)
     CDC dc(800, 160);
     ZeichneLadung(dc, dat);
     std::string texts;
-    for (const auto& primitive : dc.Primitives())
-        if (const auto* text = std::get_if<drawing::Text>(&primitive))
-            texts += text->utf8 + "|";
+    for (const std::string& word : test::Words(dc))
+        texts += word + "|";
     EXPECT_NE(texts.find("32,0 kN"), std::string::npos) << texts; // 4 t at 8 m/s²
     EXPECT_NE(texts.find("vorne fehlen"), std::string::npos) << texts;
 }

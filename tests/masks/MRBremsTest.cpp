@@ -21,22 +21,8 @@ using test::FieldValues;
 using Ausgang = CMRBremsDat::Ausgang;
 using Vorbehalt = CMRBremsDat::Vorbehalt;
 
-constexpr UINT kFull = 5100;
-constexpr UINT kRise = 5101;
-constexpr UINT kAtTrace = 5102;
-constexpr UINT kTrace = 5103;
-constexpr UINT kVE = 5104;
-constexpr UINT kReaction = 5105;
-constexpr UINT kV0 = 5108;
-constexpr UINT kVehicle = 5116;
-constexpr UINT kPhase = 5117;
-constexpr UINT kLinear = 5119;
-constexpr UINT kOk = 100;
-constexpr UINT kCalculate = 105;
-constexpr UINT kClear = 107;
-constexpr UINT kOption = 109;
-constexpr UINT kHint = 25100;
-constexpr std::size_t kFirst = CWegZeitDat::kErsteSpalte;
+constexpr UINT kFull = 5100, kRise = 5101, kAtTrace = 5102, kTrace = 5103, kVE = 5104, kReaction = 5105, kV0 = 5108,
+               kVehicle = 5116, kPhase = 5117, kLinear = 5119, kHint = 25100;
 constexpr double kKmh = 3.6;
 
 /// The search as it is defined: digit by digit, one step after the other.
@@ -192,11 +178,7 @@ class MRBremsTest : public test::MaskTest
 {
   protected:
     MRBremsTest() { data.KfzDat(1).type = CKfzDaten::Type::motorcycle; }
-    Window& Open()
-    {
-        ExecuteRuvModRechnungsMaske(469, data);
-        return *thread.Dialogs().back();
-    }
+    Window& Open() { return OpenMask(469); }
     void EnterExample(Window& mask)
     {
         Enter(mask, kFull, "9");
@@ -231,15 +213,15 @@ TEST_F(MRBremsTest, OkAndTheCheckBoxShowTheTransferOption)
 {
     Window& mask = Open();
     EXPECT_EQ(Press(mask, kOk), InputResult::disabled);
-    EXPECT_EQ(Control(mask, kOption).check, 0);
-    Press(mask, kOption);
+    EXPECT_EQ(Control(mask, kTransfer).check, 0);
+    Press(mask, kTransfer);
     EXPECT_TRUE(RuvCfg.transferData);
     EXPECT_TRUE(Control(mask, kOk).enabled);
     RuvCfg.transferData = false; // elsewhere, in the settings
     mask.object->SendMessage(WM_RUV_UPDATEDIALOG);
-    EXPECT_EQ(Control(mask, kOption).check, 0);
+    EXPECT_EQ(Control(mask, kTransfer).check, 0);
     EXPECT_FALSE(Control(mask, kOk).enabled);
-    Press(mask, kOption);
+    Press(mask, kTransfer);
     EnterExample(mask);
     Press(mask, kOk);
     EXPECT_TRUE(thread.Dialogs().empty());
@@ -262,7 +244,7 @@ TEST_F(MRBremsTest, CalculatingTransfersTheLinearModelWhenTheOptionIsOn)
     EXPECT_EQ(TransferNews(), std::vector<std::string>{"main -1"});
     EXPECT_EQ(phases, before);
 
-    Press(mask, kOption);
+    Press(mask, kTransfer);
     data.UPa(1).modified = true;
     Choose(mask, kPhase, 0);
     Press(mask, kCalculate);

@@ -8,6 +8,7 @@
 #include "report/Protocol.h"
 #include "res/resource.h"
 #include "tests/support/MaskFixture.h"
+#include "tests/support/Primitives.h"
 
 #include <algorithm>
 #include <cmath>
@@ -615,11 +616,8 @@ TEST_F(SchrankenDlgTest, ReportHasTheLargeDiagramAndNoPrompts)
     Compute();
     const report::Protocol protocol = report::MakeProtocol(*mask, {});
     ASSERT_EQ(protocol.pictures.size(), 1U);
-    const auto& primitives = protocol.pictures[0].drawing.Primitives();
-    EXPECT_TRUE(std::any_of(primitives.begin(), primitives.end(), [](const auto& one) {
-        const auto* text = std::get_if<drawing::Text>(&one);
-        return text != nullptr && text->utf8 == "gemeinsamer Bereich";
-    })) << "its legend";
+    const auto words = test::Words(protocol.pictures[0].drawing);
+    EXPECT_EQ(std::count(words.begin(), words.end(), "gemeinsamer Bereich"), 1) << "its legend";
     EXPECT_TRUE(protocol.notes.empty()) << protocol.notes.front();
     Place(1, {-1801, 0}, 0, 1, 1);
     const auto notes = report::MakeProtocol(*mask, {}).notes;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "host/CDC.h"
 #include "tests/support/MaskFixture.h"
+#include "tests/support/Primitives.h"
 #include "tests/support/RandomInput.h"
 
 #include <algorithm>
@@ -18,8 +19,6 @@ constexpr UINT kVehicle = 3601, kPhase = 3602, kReverse = 3607, kEnd = 115, kRad
                kVA = 3612, kA = 3617, kLimit = 3613, kDelay = 3637, kFront = 3631, kVE = 3618, kYaw = 3619,
                kPath = 3614, kTime = 3615, kLength = 3621, kDifference = 3622, kRear = 3632, kMidPath = 3633,
                kGraphic = 3638, kHint = 23601, kCase = 23602, kDrawing = 23603, kLargeDialog = 23604;
-constexpr UINT kOk = 100, kCalculate = 105, kClear = 107, kTransfer = 109;
-constexpr std::size_t kFirst = CWegZeitDat::kErsteSpalte;
 
 class SpurVorTest : public test::MaskTest
 {
@@ -32,17 +31,6 @@ class SpurVorTest : public test::MaskTest
         Enter(mask, kVA, "50");
         return mask;
     }
-    std::vector<UINT> TakeMessages()
-    {
-        std::vector<UINT> numbers;
-        for (const auto& message : front.messages) {
-            EXPECT_EQ(message.text.find("Meldung"), std::string::npos) << message.text;
-            numbers.push_back(message.number);
-        }
-        front.messages.clear();
-        return numbers;
-    }
-    CWegZeitRechDat& Phases(std::size_t vehicle = 0) { return data.WZRechDat(vehicle); }
     static CDC Draw(Window& field, double width, double height)
     {
         CDC dc(width, height);
@@ -200,15 +188,9 @@ TEST_F(SpurVorTest, ThePlanShowsWayAndVehicle)
     EXPECT_LT(Draw(Control(mask, kDrawing), 800, 140).Primitives().size(), 4U) << "one line of text";
     Press(mask, kCalculate);
     const CDC dc = Draw(Control(mask, kDrawing), 800, 140);
-    std::vector<drawing::Polygon> bodies;
-    std::vector<drawing::Polyline> ways;
-    for (const auto& primitive : dc.Primitives()) {
-        if (const auto* polygon = std::get_if<drawing::Polygon>(&primitive))
-            bodies.push_back(*polygon);
-        const auto* line = std::get_if<drawing::Polyline>(&primitive);
-        if (line != nullptr && line->points.size() > 50)
-            ways.push_back(*line);
-    }
+    const auto bodies = test::All<drawing::Polygon>(dc);
+    auto ways = test::All<drawing::Polyline>(dc);
+    std::erase_if(ways, [](const auto& line) { return line.points.size() <= 50; });
     ASSERT_EQ(bodies.size(), 3U) << "start, end, intermediate position";
     ASSERT_EQ(ways.size(), 2U) << "of the front and of the rear axle";
     // To scale: 34.75 m along and 3 m up between the rear axle's ends; a body is 4.5 m long.
@@ -242,45 +224,6 @@ TEST_F(SpurVorTest, ClearingKeepsTheVehicle)
     for (const UINT field : {kVA, kOffset, kAq, kFront, kLength, kPath, kTime})
         EXPECT_EQ(Value(mask, field), 0.0);
     EXPECT_EQ(FieldValue(mask, "fahrzeug"), 1);
-}
-
-TEST_F(SpurVorTest, CarelessInputLeavesNumbersOnly)
-{
-    test::RandomInput random(458);
-    RuvCfg.transferData = true;
-    for (int round = 0; round < 60; ++round) {
-        Window& mask = OpenMask(458);
-        for (int action = 0; action < 25 && !thread.Dialogs().empty(); ++action) {
-            switch (random.Number(8)) {
-            case 0:
-            case 1:
-                Press(mask, random.Pick<UINT>({kCalculate, kCalculate, kReverse, kEnd, 116, kClear}));
-                break;
-            case 2:
-                StepOnce(mask, random.Pick<UINT>({kVA, kVE, kA, kAq, kOffset, kRadius, kLimit}),
-                         random.Number(2) * 2 - 1);
-                break;
-            case 3:
-                Choose(mask, random.Pick<UINT>({kVehicle, kPhase}), random.Number(3));
-                break;
-            default:
-                Enter(mask,
-                      random.Pick<UINT>({kVA, kVE, kA, kAq, kAq, kOffset, kOffset, kRadius, kLimit, kDelay, kFront}),
-                      random.Text());
-            }
-            EXPECT_EQ(test::NotANumberIn(mask), "");
-        }
-        Press(mask, 2);
-        for (Window* left : thread.Dialogs())
-            framework::CloseDialog(*left);
-        thread.DispatchPending();
-        for (const std::size_t vehicle : {0U, 1U})
-            for (const CWegZeitSpalte& s : Phases(vehicle).spalten) {
-                ASSERT_GE(s.zeit, 0.0);
-                for (const double value : {s.vEnd, s.vAnf, s.verz, s.weg, s.sumZeit, s.sumWeg})
-                    ASSERT_TRUE(std::isfinite(value));
-            }
-    }
 }
 
 } // namespace

@@ -19,17 +19,12 @@ using test::FieldValues;
 
 constexpr UINT kVehicle = 4801, kPhase = 4802, kVA = 4804, kTR = 4805, kAR = 4806, kTS = 4809, kAB = 4810, kVE = 4811,
                kSG = 4812, kTG = 4813, kSB = 4814, kSBS = 4815, kTB = 4816, kVR = 4817;
-constexpr UINT kOk = 100, kCalculate = 105, kClear = 107, kTransfer = 109, kInit = 124, kHint = 24802;
-constexpr std::size_t kFirst = CWegZeitDat::kErsteSpalte;
+constexpr UINT kInit = 124, kHint = 24802;
 
 class TeilanhTest : public test::MaskTest
 {
   protected:
-    Window& Open()
-    {
-        ExecuteRuvModRechnungsMaske(459, data);
-        return *thread.Dialogs().back();
-    }
+    Window& Open() { return OpenMask(459); }
     void EnterExample(Window& mask)
     {
         Enter(mask, kVA, "50");
@@ -37,19 +32,6 @@ class TeilanhTest : public test::MaskTest
         Enter(mask, kTS, "0,2");
         Enter(mask, kAB, "7,5");
     }
-    std::vector<UINT> Messages() const
-    {
-        std::vector<UINT> numbers;
-        for (const auto& message : front.messages)
-            numbers.push_back(message.number);
-        return numbers;
-    }
-    std::size_t Posted(UINT message) const
-    {
-        return static_cast<std::size_t>(std::count_if(front.posted.begin(), front.posted.end(),
-                                                      [&](const MSG& m) { return m.message == message; }));
-    }
-    CWegZeitRechDat& Phases(std::size_t vehicle = 0) { return data.WZRechDat(vehicle); }
     std::string Hint(Window& mask) { return Control(mask, kHint).text; }
 };
 
@@ -119,7 +101,7 @@ TEST_F(TeilanhTest, ChecksSpeakAndLetNothingThroughButTheEmptyMask)
 {
     Window& mask = Open();
     Press(mask, kCalculate);
-    EXPECT_EQ(Messages(), (std::vector<UINT>{1201, 1202}));
+    EXPECT_EQ(TakeMessages(), (std::vector<UINT>{1201, 1202}));
     EXPECT_EQ(FieldValue(mask, "ergebnis"), 1);
     EXPECT_EQ(FieldValue(mask, "modus"), 3);
     Press(mask, kInit);
@@ -127,7 +109,7 @@ TEST_F(TeilanhTest, ChecksSpeakAndLetNothingThroughButTheEmptyMask)
 
     Enter(mask, kAB, "7");
     Press(mask, kCalculate);
-    EXPECT_EQ(Messages(), (std::vector<UINT>{1202}));
+    EXPECT_EQ(TakeMessages(), (std::vector<UINT>{1202}));
     EXPECT_EQ(FieldValue(mask, "ergebnis"), 1);
 
     EXPECT_EQ(TransferNews(), (std::vector<std::string>{"main -1", "main -1"}));
@@ -145,7 +127,7 @@ TEST_F(TeilanhTest, ChecksSpeakAndLetNothingThroughButTheEmptyMask)
         const double tG = Value(again, kTG);
         front.messages.clear();
         Press(again, kCalculate);
-        EXPECT_EQ(Messages(), (std::vector<UINT>{1201}));
+        EXPECT_EQ(TakeMessages(), (std::vector<UINT>{1201}));
         EXPECT_EQ(Value(again, kTG), tG);
         EXPECT_EQ(FieldValue(again, "berechnet"), 0);
         EXPECT_EQ(TransferNews(), std::vector<std::string>{});
@@ -162,14 +144,12 @@ TEST_F(TeilanhTest, TooShortAndTooLongPaths)
     EnterExample(mask);
     Enter(mask, kSG, "16"); // reaction and threshold phase take 16.6 m
     Press(mask, kCalculate);
-    EXPECT_EQ(Messages(), (std::vector<UINT>{1204}));
+    EXPECT_EQ(TakeMessages(), (std::vector<UINT>{1204}));
     EXPECT_EQ(Value(mask, kTB), 0.0);
     EXPECT_NE(Hint(mask), "");
     Enter(mask, kSG, "29"); // it stops after 28.1 m
     Press(mask, kCalculate);
-    EXPECT_EQ(Messages(), (std::vector<UINT>{1204, 1203}));
-    for (const auto& message : front.messages)
-        EXPECT_EQ(message.text.find("Meldung"), std::string::npos) << message.text;
+    EXPECT_EQ(TakeMessages(), (std::vector<UINT>{1203}));
     EXPECT_EQ(TransferNews(), std::vector<std::string>{});
     EXPECT_EQ(Phases(), CWegZeitRechDat{});
     Enter(mask, kSG, "28");
@@ -270,7 +250,7 @@ TEST_F(TeilanhTest, TransferWritesThreePhasesAndClearsTheRest)
     EXPECT_TRUE(front.broadcast.empty());
 
     Press(mask, kTransfer);
-    EXPECT_EQ(Posted(1353), 1U);
+    EXPECT_TRUE(std::any_of(front.posted.begin(), front.posted.end(), [](const MSG& m) { return m.message == 1353; }));
     const CWegZeitRechDat& phases = Phases(1);
     EXPECT_EQ(phases.selected, 5U);
     EXPECT_EQ(phases.mode, 3);
@@ -331,7 +311,7 @@ TEST_F(TeilanhTest, OkCalculatesWhatChangedAndTransfersWhateverTheOptionSays)
     const CWegZeitRechDat before = Phases();
     Enter(failing, kAB, "0");
     Press(failing, kOk);
-    EXPECT_EQ(Messages(), (std::vector<UINT>{1201}));
+    EXPECT_EQ(TakeMessages(), (std::vector<UINT>{1201}));
     EXPECT_EQ(Phases(), before);
     EXPECT_TRUE(thread.Dialogs().empty());
 }
@@ -376,18 +356,10 @@ TEST_F(TeilanhTest, SequenceBeyondTheLastColumnIsRefused)
 TEST_F(TeilanhTest, ReadsWhatAColumnAndItsPredecessorsSay)
 {
     CWegZeitRechDat& phases = Phases();
-    const auto put = [&](std::size_t column, PhasenArt art, double vEnd, double vAnf, double verz, double zeit) {
-        CWegZeitSpalte& s = phases.spalten[column];
-        s.art = art;
-        s.vEnd = vEnd;
-        s.vAnf = vAnf;
-        s.verz = verz;
-        s.zeit = zeit;
-    };
-    put(3, PhasenArt::rolling, 9.0, 18.0, 2.5, 1.0);
-    put(4, PhasenArt::braking, 18.0, 54.0, 5.0, 2.0);
-    put(5, PhasenArt::reaction, 54.0, 57.6, 1.25, 0.8);
-    put(6, PhasenArt::constantSpeed, 57.6, 57.6, 0.0, 3.0);
+    Put(phases.spalten[3], PhasenArt::rolling, 9.0, 18.0, 2.5, 1.0);
+    Put(phases.spalten[4], PhasenArt::braking, 18.0, 54.0, 5.0, 2.0);
+    Put(phases.spalten[5], PhasenArt::reaction, 54.0, 57.6, 1.25, 0.8);
+    Put(phases.spalten[6], PhasenArt::constantSpeed, 57.6, 57.6, 0.0, 3.0);
     phases.Berechnung();
     RuvCfg.defaultReactionTime = 1.5;
     RuvCfg.defaultThresholdTime = 0.3;
@@ -419,7 +391,7 @@ TEST_F(TeilanhTest, ReadsWhatAColumnAndItsPredecessorsSay)
     EXPECT_EQ(FieldValue(mask, "berechnet"), 0);
 
     // After a gap a column counts as a first one.
-    put(9, PhasenArt::braking, 12.0, 30.0, 5.0, 1.0);
+    Put(phases.spalten[9], PhasenArt::braking, 12.0, 30.0, 5.0, 1.0);
     phases.selected = 9;
     Choose(mask, kVehicle, 1);
     Choose(mask, kVehicle, 0);
@@ -521,7 +493,7 @@ TEST_F(TeilanhTest, TheModeThatHoldsIsTold)
     EnterExample(mask);
     Enter(mask, kSG, "16");
     Press(mask, kCalculate);
-    EXPECT_EQ(Messages(), (std::vector<UINT>{1204}));
+    EXPECT_EQ(TakeMessages(), (std::vector<UINT>{1204}));
     EXPECT_EQ(FieldValue(mask, "modus"), 0);
     EXPECT_EQ(given(mask), "Gegeben: noch offen, beim Rechnen nach den Eingaben gewählt");
     Enter(mask, kSG, "0");
@@ -547,7 +519,7 @@ TEST_F(TeilanhTest, AStepCountsAsAChangeAndAColumnAsNoCalculation)
     StepOnce(mask, kAB, -1);
     ASSERT_EQ(Value(mask, kAB), 0.0);
     Press(mask, kOk);
-    EXPECT_EQ(Messages(), (std::vector<UINT>{1201}));
+    EXPECT_EQ(TakeMessages(), (std::vector<UINT>{1201}));
     EXPECT_EQ(Phases(), CWegZeitRechDat{});
 
     Window& other = Open();
@@ -560,40 +532,6 @@ TEST_F(TeilanhTest, AStepCountsAsAChangeAndAColumnAsNoCalculation)
     Press(other, kCalculate);
     Choose(other, kVehicle, 1);
     EXPECT_EQ(FieldValue(other, "berechnet"), 0);
-}
-
-TEST_F(TeilanhTest, CarelessInputLeavesNumbersOnly)
-{
-    test::RandomInput random(459);
-    RuvCfg.transferData = true;
-    for (int round = 0; round < 150; ++round) {
-        Window& mask = Open();
-        for (int action = 0; action < 25 && !thread.Dialogs().empty(); ++action) {
-            switch (random.Number(8)) {
-            case 0:
-                Press(mask, random.Pick<UINT>({kCalculate, kCalculate, kInit, kTransfer, kClear}));
-                break;
-            case 1:
-                StepOnce(mask, random.Pick<UINT>({kVA, kTR, kAR, kTS, kAB, kVE, kSG, kSB}), random.Number(2) * 2 - 1);
-                break;
-            case 2:
-                Choose(mask, random.Pick<UINT>({kVehicle, kPhase}), random.Number(3));
-                break;
-            default:
-                Enter(mask, random.Pick<UINT>({kVA, kTR, kAR, kTS, kAB, kVE, kSG, kSB, kTB}), random.Text());
-            }
-            EXPECT_EQ(test::NotANumberIn(mask), "");
-        }
-        // An entry that was refused holds the other controls back until it is corrected or given up.
-        Press(mask, random.Pick<UINT>({kOk, 2}));
-        for (Window* left : thread.Dialogs())
-            framework::CloseDialog(*left);
-        thread.DispatchPending();
-        for (const std::size_t vehicle : {0U, 1U})
-            for (const CWegZeitSpalte& s : Phases(vehicle).spalten)
-                for (const double value : {s.vEnd, s.vAnf, s.verz, s.zeit, s.weg, s.sumZeit, s.sumWeg})
-                    ASSERT_TRUE(std::isfinite(value));
-    }
 }
 
 } // namespace

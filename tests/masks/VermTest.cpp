@@ -5,6 +5,7 @@
 #include "host/CDC.h"
 #include "masks/manoeuvre/CVermDlg.h"
 #include "tests/support/MaskFixture.h"
+#include "tests/support/Primitives.h"
 #include "tests/support/RandomInput.h"
 
 #include <algorithm>
@@ -21,9 +22,8 @@ constexpr UINT kV = 4201, kPhases = 4202, kOncoming = 4203, kCrossing = 4204, kS
                kTR = 4212, kTS = 4213, kVColl = 4214, kAB = 4215, kSRK = 4216, kTRK = 4217, kVZ = 4218, kVE = 4219,
                kAR = 4220, kG = 4221, kTargetG = 4222, kSpatial = 4223, kTemporal = 4224, kVG = 4231, kSFB = 4232,
                kSFR = 4233, kAG = 4236, kXV = 4237, kHighest = 4241, kPoint = 4242, kPointTime = 4243, kHarder = 4244;
-constexpr UINT kOk = 100, kCalculate = 105, kClear = 107, kTransfer = 109, kField = 4261, kGraphic = 4260;
+constexpr UINT kField = 4261, kGraphic = 4260;
 constexpr UINT kVerdict = 24219, kHint = 24241, kTransferHint = 24206, kTransferHintG = 24222;
-constexpr std::size_t kFirst = CWegZeitDat::kErsteSpalte;
 
 class VermTest : public test::MaskTest
 {
@@ -35,24 +35,14 @@ class VermTest : public test::MaskTest
         // 60 km/h: 1 s reaction, 0.2 s threshold, braking at 7.5 m/s² down to 20 km/h; the opponent brakes from 36
         // km/h.
         CWegZeitRechDat& own = data.WZRechDat(0);
-        Fill(own, kFirst, PhasenArt::braking, 20.0, 57.3, 7.5);
-        Fill(own, kFirst + 1, PhasenArt::threshold, 57.3, 60.0, 7.5, 0.2);
-        Fill(own, kFirst + 2, PhasenArt::reaction, 60.0, 60.0, 0.0, 1.0);
-        Fill(own, kFirst + 3, PhasenArt::constantSpeed, 60.0, 60.0, 0.0, 2.0);
+        Put(own.spalten[kFirst], PhasenArt::braking, 20.0, 57.3, 7.5, 0.0);
+        Put(own.spalten[kFirst + 1], PhasenArt::threshold, 57.3, 60.0, 7.5, 0.2);
+        Put(own.spalten[kFirst + 2], PhasenArt::reaction, 60.0, 60.0, 0.0, 1.0);
+        Put(own.spalten[kFirst + 3], PhasenArt::constantSpeed, 60.0, 60.0, 0.0, 2.0);
         own.Berechnung();
         CWegZeitRechDat& other = data.WZRechDat(1);
-        Fill(other, kFirst, PhasenArt::braking, 36.0, 45.0, 5.0);
+        Put(other.spalten[kFirst], PhasenArt::braking, 36.0, 45.0, 5.0, 0.0);
         other.Berechnung();
-    }
-    static void Fill(CWegZeitRechDat& phases, std::size_t column, PhasenArt kind, double vEnd, double vBegin,
-                     double deceleration, double time = 0.0)
-    {
-        CWegZeitSpalte& to = phases.spalten[column];
-        to.art = kind;
-        to.vEnd = vEnd;
-        to.vAnf = vBegin;
-        to.verz = deceleration;
-        to.zeit = time;
     }
     Window& Open() { return OpenMask(462); }
     void EnterExample(Window& mask)
@@ -63,14 +53,6 @@ class VermTest : public test::MaskTest
         Enter(mask, kSRK, "20");
         Enter(mask, kTRK, "1,2");
         Enter(mask, kAG, "0");
-    }
-    std::vector<UINT> Messages()
-    {
-        std::vector<UINT> numbers;
-        for (const auto& message : front.messages)
-            numbers.push_back(message.number);
-        front.messages.clear();
-        return numbers;
     }
     const CWegZeitSpalte& Column(std::size_t vehicle, std::size_t after) const
     {
@@ -160,12 +142,12 @@ TEST_F(VermTest, CalculatesLiveAndSaysWhatItFound)
 {
     Window& mask = Open();
     Press(mask, kCalculate);
-    EXPECT_EQ(Messages(), std::vector<UINT>{1405});
+    EXPECT_EQ(TakeMessages(), std::vector<UINT>{1405});
     EXPECT_EQ(front.messages.size(), 0U);
     EnterExample(mask);
     EXPECT_EQ(Text(mask, kVE), "0,00") << "typed entries wait for the button";
     Press(mask, kCalculate);
-    EXPECT_TRUE(Messages().empty());
+    EXPECT_TRUE(TakeMessages().empty());
     EXPECT_EQ(Text(mask, kVE), "39,74");
     EXPECT_EQ(Text(mask, kPoint), "28,13");
     EXPECT_NE(Text(mask, kVerdict).find("nicht vermieden"), std::string::npos);
@@ -184,13 +166,13 @@ TEST_F(VermTest, CalculatesLiveAndSaysWhatItFound)
     Press(mask, kTemporal);
     EXPECT_EQ(Text(mask, kVE), "0,00");
     EXPECT_NE(Text(mask, kVerdict).find("Zeitlich vermieden"), std::string::npos);
-    EXPECT_TRUE(Messages().empty());
+    EXPECT_TRUE(TakeMessages().empty());
     Press(mask, kCalculate);
-    EXPECT_EQ(Messages(), std::vector<UINT>{1419});
+    EXPECT_EQ(TakeMessages(), std::vector<UINT>{1419});
     // What stops the calculation is told in any case.
     Enter(mask, kVG, "0");
     StepOnce(mask, kXV, 1);
-    EXPECT_EQ(Messages(), std::vector<UINT>{1410});
+    EXPECT_EQ(TakeMessages(), std::vector<UINT>{1410});
     EXPECT_EQ(Control(mask, kOncoming).check, 1);
     EXPECT_EQ(FieldValue(mask, "berechnet"), 0);
     EXPECT_EQ(Text(mask, kVerdict), "");
@@ -201,7 +183,7 @@ TEST_F(VermTest, CalculatesLiveAndSaysWhatItFound)
     Enter(mask, kTRK, "1");
     Enter(mask, kSRK, "30");
     Press(mask, kCalculate);
-    EXPECT_EQ(Messages(), std::vector<UINT>{1408});
+    EXPECT_EQ(TakeMessages(), std::vector<UINT>{1408});
     EXPECT_NE(Text(mask, kHint).find("Reaktionspunkt, Bremsverzögerung"), std::string::npos) << Text(mask, kHint);
 }
 
@@ -288,7 +270,7 @@ TEST_F(VermTest, TransferWritesWhatIsShownAndCanBeUndone)
     data.KfzDat(2) = {};
     Press(mask, kCalculate);
     EXPECT_NE(Text(mask, kTransferHint).find("Fahrzeug 3 gibt es im Fall nicht"), std::string::npos);
-    Messages();
+    TakeMessages();
 }
 
 TEST_F(VermTest, EveryTransferIsADriveThatTheCaseKeeps)
@@ -315,7 +297,7 @@ TEST_F(VermTest, EveryTransferIsADriveThatTheCaseKeeps)
         data.WZRechDat(2) = {};
         data.WZRechDat(3) = {};
         Press(mask, kCalculate);
-        Messages();
+        TakeMessages();
         if (FieldValue(mask, "berechnet") == 0)
             continue;
         for (const std::size_t vehicle : {2U, 3U}) {
@@ -379,12 +361,9 @@ TEST_F(VermTest, DrawsTheLinesInsideTheField)
     EXPECT_GT(oncoming, 5U);
     CDC dc(800.0, 300.0);
     mask.Child(kField)->painter(dc, {0, 0, 800, 300});
-    for (const drawing::Primitive& primitive : dc.Primitives())
-        if (const auto* line = std::get_if<drawing::Polyline>(&primitive)) {
-            for (const CDPoint& p : line->points) {
-                ASSERT_TRUE(p.x >= 0.0 && p.x <= 800.0 && p.y >= 0.0 && p.y <= 300.0) << p.x << ", " << p.y;
-            }
-        }
+    for (const auto& line : test::All<drawing::Polyline>(dc))
+        for (const CDPoint& p : line.points)
+            ASSERT_TRUE(p.x >= 0.0 && p.x <= 800.0 && p.y >= 0.0 && p.y <= 300.0) << p.x << ", " << p.y;
     Press(mask, kCrossing);
     Enter(mask, kSFR, "3");
     Press(mask, kCalculate);
@@ -399,7 +378,7 @@ TEST_F(VermTest, DrawsTheLinesInsideTheField)
     Window& large = *thread.Dialogs().back();
     EXPECT_NE(&large, &mask);
     EXPECT_NE(large.Child(4262), nullptr);
-    Messages();
+    TakeMessages();
 }
 
 TEST_F(VermTest, ClearingKeepsTheChoicesAndOkTransfersOnce)

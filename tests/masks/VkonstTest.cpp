@@ -22,9 +22,6 @@ constexpr std::array<Row, 6> kRows{{{4666, 4667, 4668, 4669},
                                     {30185, 30186, 30187, 30188},
                                     {30189, 30190, 30191, 30192},
                                     {30193, 30194, 30162, 30163}}};
-constexpr UINT kOk = 100;
-constexpr UINT kCalculate = 105;
-constexpr UINT kClear = 107;
 constexpr UINT kHint = 24666;
 
 class VkonstTest : public test::MaskTest
@@ -239,24 +236,6 @@ TEST_F(VkonstTest, ClearingAsks)
     EXPECT_EQ(static_cast<CVkonstDlg*>(mask->object)->GetCloneCropStyle(styles), 1U);
     EXPECT_EQ(styles[0], kCalculate);
     EXPECT_EQ(styles[1], 2U);
-}
-
-TEST_F(VkonstTest, NoInputLeavesSomethingThatIsNotANumber)
-{
-    test::RandomInput input(2302);
-    for (int i = 0; i < 6000; ++i) {
-        const Row& row = kRows[static_cast<std::size_t>(input.Number(2)) * 5];
-        const UINT id = input.Pick({row.kmh, row.ms, row.path, row.time});
-        if (input.Number(10) == 0)
-            StepOnce(*mask, id, input.Number(2) == 0 ? 1 : -1);
-        else
-            Enter(*mask, id, input.Text());
-        if (input.Number(5) == 0)
-            Press(*mask, kCalculate);
-        for (const RecordField& field : static_cast<CMDIRechDialog*>(mask->object)->DescribeRecord())
-            for (const double value : test::FieldValues(field))
-                ASSERT_TRUE(std::isfinite(value)) << field.name << " after step " << i;
-    }
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "drawing/DiagramColor.h"
 #include "drawing/DiagramLabels.h"
 #include "host/Charts.h"
+#include "tests/support/Primitives.h"
 
 #include <gtest/gtest.h>
 
@@ -94,14 +95,11 @@ TEST(PathTimeDiagram, NothingLeavesTheSheetAndNoTickLabelsTouch)
             for (std::size_t i = 1; i < row.size(); ++i)
                 ASSERT_GT(row[i].left, row[i - 1].right) << row[i].text->utf8;
         }
-        for (const auto& primitive : dc.Primitives()) {
-            if (const auto* line = std::get_if<drawing::Polyline>(&primitive)) {
-                for (const CDPoint& point : line->points) {
-                    ASSERT_TRUE(point.x >= 0.0 && point.x <= dc.Width());
-                    ASSERT_TRUE(point.y >= 0.0 && point.y <= dc.Height());
-                }
+        for (const auto& line : test::All<drawing::Polyline>(dc))
+            for (const CDPoint& point : line.points) {
+                ASSERT_TRUE(point.x >= 0.0 && point.x <= dc.Width());
+                ASSERT_TRUE(point.y >= 0.0 && point.y <= dc.Height());
             }
-        }
     }
 }
 
@@ -136,11 +134,9 @@ TEST(PathTimeDiagram, PanelsShareTheTimeAxisAndShowTheMotion)
 
 std::size_t CurvesIn(const CDC& dc)
 {
-    const auto& all = dc.Primitives();
-    return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), [](const auto& primitive) {
-        const auto* line = std::get_if<drawing::Polyline>(&primitive);
-        return line != nullptr && line->points.size() > 2;
-    }));
+    const auto lines = test::All<drawing::Polyline>(dc);
+    return static_cast<std::size_t>(
+        std::count_if(lines.begin(), lines.end(), [](const auto& line) { return line.points.size() > 2; }));
 }
 
 class LeastHeightTest : public ::testing::TestWithParam<int>

@@ -71,6 +71,10 @@ class RecordingFrontEnd : public framework::NullFrontEnd
 class MaskTest : public ::testing::Test
 {
   protected:
+    // Buttons that masks have in common.
+    static constexpr UINT kOk = 100, kCalculate = 105, kClear = 107, kTransfer = 109;
+    static constexpr std::size_t kFirst = CWegZeitDat::kErsteSpalte;
+
     MaskTest()
     {
         thread.CreateTopWindow(mainWindow, framework::Kind::frame, 0, nullptr);
@@ -110,6 +114,27 @@ class MaskTest : public ::testing::Test
                                std::to_string(static_cast<std::int64_t>(m.wParam)));
         front.posted.clear();
         return news;
+    }
+    /// Numbers of the messages that were shown since it was asked last; each has a text.
+    std::vector<UINT> TakeMessages()
+    {
+        std::vector<UINT> numbers;
+        for (const auto& message : front.messages) {
+            EXPECT_EQ(message.text.find("Meldung"), std::string::npos) << message.text;
+            numbers.push_back(message.number);
+        }
+        front.messages.clear();
+        return numbers;
+    }
+    CWegZeitRechDat& Phases(std::size_t vehicle = 0) { return data.WZRechDat(vehicle); }
+    static void Put(CWegZeitSpalte& column, PhasenArt kind, double vEnd, double vStart, double deceleration,
+                    double time)
+    {
+        column.art = kind;
+        column.vEnd = vEnd;
+        column.vAnf = vStart;
+        column.verz = deceleration;
+        column.zeit = time;
     }
     framework::InputResult Enter(framework::Window& dialog, UINT id, const std::string& text)
     {
