@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/video/Videobild.h"
 
+#include "host/Charts.h"
 #include "host/RuvCfg.h"
 
 #include <algorithm>
@@ -134,15 +135,16 @@ void Videobild::ZeichneBild(CDC& dc, const Sicht& sicht)
 void Videobild::Zeichne(CDC& dc, bool bericht)
 {
     dc.SelectPen({PenStyle::none});
-    dc.SelectBrush({true, RGB(32, 32, 32)});
+    dc.SelectBrush({true, RuvCfg.diagramPlot});
     dc.Rectangle(0.0, 0.0, dc.Width(), dc.Height());
     dc.SelectBrush({});
     dc.SelectFont({kSchrift});
-    dc.SetTextColor(kWeiss);
+    dc.SetTextColor(drawing::Legible(kSchwarz, RuvCfg.diagramPlot, 7.0));
     if (!m_bild) {
         dc.TextOut({dc.Width() / 2.0, dc.Height() / 2.0}, m_ohneBild, TextAlign::center);
         return;
     }
+    dc.SetTextColor(kWeiss);
     const Sicht sicht = MacheSicht(dc.Width(), dc.Height(), bericht);
     ZeichneBild(dc, sicht);
     ZeichneViereck(dc, sicht);
