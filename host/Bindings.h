@@ -19,6 +19,7 @@
 #include <vector>
 
 class CMDIDialog;
+class CWnd;
 
 /// Colours of an edit; both optional.
 struct CEditColors {
@@ -76,12 +77,15 @@ class CBinding
 
   protected:
     CMDIDialog& Dialog() const { return *m_dialog; }
+    /// The control, or null without one or when its window is gone.
+    CWnd* Control() const;
     /// Label and unit, to name the field in a refusal.
     std::string FieldLabel() const;
 
   private:
     CMDIDialog* m_dialog;
     UINT m_controlId;
+    CWnd* m_control; // as long as the dialog has its window
     const CEditColors* m_normal;
     const CEditColors* m_highlighted;
     const NumberSpec* m_spec = nullptr;

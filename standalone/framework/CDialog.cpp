@@ -26,6 +26,8 @@ constexpr DWORD kStaticRight = 0x02;
 
 void CreateControls(UiThread& thread, Window& dialog, const framework::DialogTemplate& dialogTemplate)
 {
+    dialog.children.reserve(dialogTemplate.controls.size());
+    dialog.childIds.reserve(dialogTemplate.controls.size());
     for (const auto& item : dialogTemplate.controls) {
         Window& control = thread.CreateControl(dialog, item.kind, item.id);
         const DWORD buttonType = item.style & kButtonTypeMask;

@@ -131,6 +131,7 @@ Window& UiThread::CreateControl(Window& dialog, Kind kind, UINT id)
     if (kind == Kind::grid)
         control->grid = std::make_unique<Grid>();
     control->id = id;
+    dialog.childIds.push_back(id);
     dialog.children.push_back(std::move(control));
     return *dialog.children.back();
 }

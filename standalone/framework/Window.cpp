@@ -80,10 +80,10 @@ bool Grid::Holds(int row, int column) const
 
 Window* Window::Child(UINT childId) const
 {
-    for (const auto& child : children)
-        if (child->id == childId && child->HasId())
-            return child.get();
-    return nullptr;
+    const auto found = std::find(childIds.begin(), childIds.end(), childId);
+    if (found == childIds.end() || !IsOwnId(childId))
+        return nullptr;
+    return children[static_cast<std::size_t>(found - childIds.begin())].get();
 }
 
 bool IsShown(const Window& control)

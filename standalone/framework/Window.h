@@ -66,6 +66,7 @@ struct Window {
     std::unique_ptr<CWnd> owned; ///< the object of a control
     Window* parent = nullptr;
     std::vector<std::unique_ptr<Window>> children; ///< in template order, which is the tab order
+    std::vector<UINT> childIds;                    ///< theirs, side by side: they are looked up often
 
     Kind kind = Kind::label;
     UINT id = 0;
@@ -106,7 +107,8 @@ struct Window {
     /// Child with a control ID, or null. Controls without an ID of their own are not found.
     Window* Child(UINT childId) const;
     /// A control that has an ID of its own.
-    bool HasId() const { return id != 0 && id != 0xFFFF; }
+    bool HasId() const { return IsOwnId(id); }
+    static bool IsOwnId(UINT id) { return id != 0 && id != 0xFFFF; }
 };
 
 /// Visible, and so is every page it lies on.

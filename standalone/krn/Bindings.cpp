@@ -11,6 +11,7 @@
 #include "host/RuvCfg.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -22,6 +23,9 @@ namespace
 
 using Outcome = EntryResult::Outcome;
 
+/// The powers of ten from a step of nine decimals to the largest value that is stepped more finely than by 10.
+constexpr std::array kPowers{1e-9, 1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-3, 1e-2, 1e-1, 1e0, 1e1, 1e2, 1e3};
+constexpr std::size_t kOne = 9; ///< where 1 stands in it
 constexpr double kCoarsestStep = 10.0;
 /// A stepped value so near to a decimal number of so few digits differs from it by rounding only.
 constexpr int kStepDigits = 12;
@@ -31,10 +35,13 @@ constexpr double kStepRounding = 1e-15;
 double DefaultStep(double minimum, double maximum, int decimals)
 {
     const double largest = std::max(std::abs(minimum), std::abs(maximum));
-    const double finest = std::pow(10.0, -decimals);
+    std::size_t step = kOne - static_cast<std::size_t>(std::clamp(decimals, 0, int{kOne}));
     if (!std::isfinite(largest) || largest <= 0.0)
-        return finest;
-    return std::max(finest, std::min(kCoarsestStep, std::pow(10.0, std::ceil(std::log10(largest)) - 3.0)));
+        return kPowers[step];
+    for (; step <= kOne; ++step)
+        if (largest <= kPowers[step + 3])
+            return kPowers[step];
+    return kCoarsestStep;
 }
 
 /// The short decimal number that the value is but for rounding, so that eighty steps of 0.01 give 0.8; another value
@@ -85,10 +92,15 @@ bool IsBlank(const std::string& text)
 } // namespace
 
 CBinding::CBinding(CMDIDialog* parent, UINT controlId, const CEditColors* normal, const CEditColors* highlighted)
-    : m_dialog(parent), m_controlId(controlId), m_normal(normal), m_highlighted(highlighted)
+    : m_dialog(parent), m_controlId(controlId), m_control(parent->GetDlgItem(controlId)), m_normal(normal),
+      m_highlighted(highlighted)
 {
-    RUV_ASSERT(parent != nullptr);
     parent->AddBinding(*this);
+}
+
+CWnd* CBinding::Control() const
+{
+    return m_dialog->m_hWnd == nullptr ? nullptr : m_control;
 }
 
 std::string CBinding::Label() const
@@ -106,7 +118,7 @@ std::string CBinding::Label() const
 
 FieldRole CBinding::Role() const
 {
-    const CWnd* control = m_dialog->GetDlgItem(m_controlId);
+    const CWnd* control = Control();
     const framework::Window* window = control == nullptr ? nullptr : framework::WindowOf(*control);
     if (window != nullptr && window->readOnly)
         return FieldRole::result;
@@ -131,7 +143,7 @@ CEditDouble::CEditDouble(CMDIDialog* parent, UINT controlId, double* field, doub
 {
     if (unit != nullptr)
         m_unit = *unit;
-    const CWnd* control = parent->GetDlgItem(controlId);
+    const CWnd* control = Control();
     if (framework::Window* window = control == nullptr ? nullptr : framework::WindowOf(*control))
         window->spinner = true;
 }
@@ -162,7 +174,7 @@ std::string CEditDouble::EntryText(double value) const
 
 void CEditDouble::Show()
 {
-    CWnd* control = Dialog().GetDlgItem(ControlId());
+    CWnd* control = Control();
     if (control == nullptr)
         return;
     // Most fields of a dialog are as they were when one of them changes.
@@ -251,14 +263,14 @@ CEditInt::CEditInt(CMDIDialog* parent, UINT controlId, CIntField field, std::int
     : CBinding(parent, controlId, normal, highlighted), m_field(field), m_minimum(std::max(minimum, field.Smallest())),
       m_maximum(std::min(maximum, field.Largest())), m_step(step > 0 ? step : 1)
 {
-    const CWnd* control = parent->GetDlgItem(controlId);
+    const CWnd* control = Control();
     if (framework::Window* window = control == nullptr ? nullptr : framework::WindowOf(*control))
         window->spinner = true;
 }
 
 void CEditInt::Show()
 {
-    if (CWnd* control = Dialog().GetDlgItem(ControlId()))
+    if (CWnd* control = Control())
         control->SetWindowText(std::to_string(m_field.Value()));
 }
 
@@ -297,7 +309,7 @@ CCheck::CCheck(CMDIDialog* parent, UINT controlId, const FieldValue& field)
 
 void CCheck::Show()
 {
-    if (CWnd* control = Dialog().GetDlgItem(ControlId()))
+    if (CWnd* control = Control())
         static_cast<CButton*>(control)->SetCheck(NumberOf(m_field) == 0 ? 0 : 1);
 }
 
@@ -358,7 +370,7 @@ CChoiceCombo::CChoiceCombo(CMDIDialog* parent, UINT controlId, CIntField field, 
 
 void CChoiceCombo::Show()
 {
-    auto* combo = static_cast<CComboBox*>(Dialog().GetDlgItem(ControlId()));
+    auto* combo = static_cast<CComboBox*>(Control());
     if (combo == nullptr)
         return;
     auto entries = Entries();
@@ -396,6 +408,7 @@ std::vector<CChoiceCombo::Entry> CFzgCombo::Entries() const
 {
     const CRuvData& data = static_cast<CMDIRechDialog&>(Dialog()).RuvData();
     std::vector<Entry> entries;
+    entries.reserve(CRuvData::kFahrzeuge + 1);
     if (m_first < 0)
         entries.push_back({m_first, "(keines)"});
     for (std::size_t i = static_cast<std::size_t>(std::max(m_first, 0)); i < CRuvData::kFahrzeuge; ++i) {

@@ -62,11 +62,12 @@ bool CRuvData::IsFzgValid(std::int64_t vehicle) const
 
 void CRuvData::Clear()
 {
+    static const CWegZeitRechDat noPhases; // one of 48 columns takes long to make
     for (std::size_t i = 0; i < kFahrzeuge; ++i) {
         if (m_touched.kfz[i])
             m_kfz[i] = {};
         if (m_touched.wegZeit[i])
-            m_wegZeit[i] = {};
+            m_wegZeit[i] = noPhases;
         if (m_touched.parameter[i])
             m_parameter[i] = {};
     }

@@ -31,7 +31,7 @@ void BindEdit(CMDIDialog& dialog, const RecordField& field, std::size_t i, UINT 
     const NumberRange& range = spec.range;
     if (double* const* real = std::get_if<double*>(&field.value)) {
         auto* edit = new CEditDouble(&dialog, control, *real + i, range.minimum, range.maximum,
-                                     static_cast<BYTE>(spec.decimals), 0.0, colors, colors, shown);
+                                     static_cast<BYTE>(spec.decimals), 1.0, colors, colors, shown);
         edit->SetSpec(&spec, i);
         edit->SetSpinner(spec.extra.spinner);
         edit->SetSource(spec.extra.source);
