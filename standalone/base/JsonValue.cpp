@@ -148,7 +148,10 @@ bool CountWithin(const JsonValue& value, std::size_t depth, std::size_t& count)
 
 std::string Quoted(const std::string& text)
 {
-    return nlohmann::json(text).dump();
+    const bool plain = std::all_of(text.begin(), text.end(), [](char c) {
+        return c >= ' ' && c < '\x7f' && c != '"' && c != '\\';
+    });
+    return plain ? '"' + text + '"' : nlohmann::json(text).dump();
 }
 
 } // namespace

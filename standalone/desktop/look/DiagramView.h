@@ -60,6 +60,8 @@ class DiagramView : public QAbstractScrollArea
     void SetZoom(double zoom, QPointF fixed);
 
     const QString& Name() const { return m_name; }
+    /// What the screen shows, null before it was painted for the first time.
+    const CDC* Shown() const { return m_drawing ? &*m_drawing : nullptr; }
     CDC ForPaper() const;
     void Copy() const;
     /// As SVG, PDF or PNG by the ending; returns why it failed, in German, or nothing.
