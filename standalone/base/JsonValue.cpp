@@ -148,9 +148,8 @@ bool CountWithin(const JsonValue& value, std::size_t depth, std::size_t& count)
 
 std::string Quoted(const std::string& text)
 {
-    const bool plain = std::all_of(text.begin(), text.end(), [](char c) {
-        return c >= ' ' && c < '\x7f' && c != '"' && c != '\\';
-    });
+    const bool plain =
+        std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c < '\x7f' && c != '"' && c != '\\'; });
     return plain ? '"' + text + '"' : nlohmann::json(text).dump();
 }
 

@@ -234,11 +234,13 @@ void MainWindow::BuildWindowMenu()
     });
     m_tearOff = Command(menu, {}, nullptr, QKeySequence(QStringLiteral("Ctrl+Shift+M")));
     connect(m_tearOff, &QAction::triggered, m_masks, &MaskArea::TearOffActive);
-    connect(m_masks, &MaskArea::tornOff, this, [this](QWidget* window) {
-        for (QAction* action : findChildren<QAction*>())
-            if (!action->shortcut().isEmpty()) // the keys of the menus work there too
-                window->addAction(action);
-    });
+    connect(
+        m_masks, &MaskArea::tornOff, this,
+        [this](QWidget* window) {
+            for (QAction* action : findChildren<QAction*>())
+                if (!action->shortcut().isEmpty()) // the keys of the menus work there too
+                    window->addAction(action);
+        });
     connect(m_masks, &MaskArea::minimisedForRoom, this, [this](int count) {
         Say(count == 1 ? QStringLiteral("Eine Maske hat nebeneinander keinen Platz und ist minimiert.")
                        : QStringLiteral("%1 Masken haben nebeneinander keinen Platz und sind minimiert.").arg(count));

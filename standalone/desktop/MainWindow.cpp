@@ -127,6 +127,7 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
 
 MainWindow::~MainWindow()
 {
+    m_helpDock->toggleViewAction()->disconnect(this);
     CloseMasks();
     m_frontEnd.SetMaskArea(nullptr);
 }
@@ -153,12 +154,8 @@ void MainWindow::ShowHelp(UINT number)
     m_help->ShowPage(number);
     if (number != 0 && m_help->Page() == 0)
         statusBar()->showMessage(QStringLiteral("Zu dieser Maske gibt es keine Hilfeseite."), kMessageTime);
-    if (m_helpDock->isHidden()) {
-        m_beforeHelp.clear();
-        for (QDockWidget* panel : m_panels)
-            if (!panel->isFloating() && !panel->visibleRegion().isEmpty())
-                m_beforeHelp.emplace_back(panel, panel->size());
-    }
+    if (m_helpDock->isHidden())
+        m_beforeHelp = saveState();
     m_helpDock->show();
     m_helpDock->raise();
     if (!std::exchange(m_helpSized, true)) {
@@ -166,7 +163,15 @@ void MainWindow::ShowHelp(UINT number)
         resizeDocks({m_helpDock}, {height() * 3 / 5}, Qt::Vertical); // what stands below it needs less
     }
     SettleLayout();
-    m_helpAsOpened = m_helpDock->size();
+    m_sizesWithHelp = PanelSizes();
+}
+
+std::vector<QSize> MainWindow::PanelSizes() const
+{
+    std::vector<QSize> sizes{m_helpDock->size()};
+    for (const QDockWidget* panel : m_panels)
+        sizes.push_back(panel->isHidden() || panel->isFloating() ? QSize() : panel->size());
+    return sizes;
 }
 
 void MainWindow::SettleLayout()
@@ -177,21 +182,11 @@ void MainWindow::SettleLayout()
 
 void MainWindow::EndHelp()
 {
-    const auto before = std::exchange(m_beforeHelp, {});
-    if (m_helpDock->size() != m_helpAsOpened)
-        return; // the user has arranged it
-    SettleLayout();
-    QList<QDockWidget*> docks;
-    QList<int> widths;
-    QList<int> heights;
-    for (const auto& [panel, size] : before)
-        if (!panel->isHidden() && !panel->isFloating()) {
-            docks.append(panel);
-            widths.append(size.width());
-            heights.append(size.height());
-        }
-    resizeDocks(docks, widths, Qt::Horizontal);
-    resizeDocks(docks, heights, Qt::Vertical);
+    if (!m_helpDock->isHidden())
+        return; // the whole window is hidden
+    const QByteArray before = std::exchange(m_beforeHelp, {});
+    if (!before.isEmpty() && PanelSizes() == m_sizesWithHelp) // otherwise the user has arranged them
+        restoreState(before);
 }
 
 QDockWidget* MainWindow::AddCasePanel(QWidget* panel, const QString& title, Qt::DockWidgetArea area)
@@ -507,7 +502,7 @@ void MainWindow::BuildHelpDock()
     addDockWidget(Qt::RightDockWidgetArea, m_helpDock);
     m_helpDock->hide();
     connect(m_helpDock->toggleViewAction(), &QAction::toggled, this, [this](bool shown) {
-        if (!shown)
+        if (!shown) // in the midst of hiding, the sizes are still those with it
             EndHelp();
     });
 }

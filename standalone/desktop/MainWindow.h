@@ -10,7 +10,6 @@
 #include <QMainWindow>
 
 #include <map>
-#include <utility>
 #include <vector>
 
 class QAction;
@@ -106,6 +105,8 @@ class MainWindow : public QMainWindow
     void ShowYielded();
     /// Gives the panels back what the help took of them.
     void EndHelp();
+    /// Of the help and the panels.
+    std::vector<QSize> PanelSizes() const;
     void SettleLayout();
     void ResetLayout();
     /// Beside narrow masks there is no room for the panels to the right.
@@ -130,8 +131,8 @@ class MainWindow : public QMainWindow
     QuickOpener* m_opener;
     QDockWidget* m_helpDock = nullptr;
     bool m_helpSized = false; ///< has the width it or the user chose
-    std::vector<std::pair<QDockWidget*, QSize>> m_beforeHelp; ///< panels seen before the help was opened
-    QSize m_helpAsOpened;
+    QByteArray m_beforeHelp;  ///< the docks before the help was opened
+    std::vector<QSize> m_sizesWithHelp;
     std::vector<QDockWidget*> m_panels;
     std::vector<QDockWidget*> m_yielded; ///< panels hidden for want of room
     QByteArray m_docksBefore;            ///< before the first panel was shrunk or hidden, empty while none is

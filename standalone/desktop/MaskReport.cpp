@@ -102,16 +102,15 @@ std::optional<QString> MaskReport::Save(MaskWindow& mask, const QString& path)
     if (!pdf && !odt && ending != QLatin1String("html") && ending != QLatin1String("htm"))
         return QStringLiteral("Der Dateiname muss auf .pdf, .html oder .odt enden.");
     const auto why = std::make_shared<QString>();
-    const bool ended = DoAside(&m_window, QStringLiteral("Das Protokoll wird geschrieben"),
-                               [protocol = ProtocolOf(mask), path, pdf, odt, why](AsideWork& work) {
-                                   const std::string bytes =
-                                       pdf   ? ProtocolPdf(protocol, work).toStdString()
-                                       : odt ? report::ProtocolOdt(protocol)
-                                             : report::ProtocolHtml(protocol, report::HtmlPictures::inlineSvg);
-                                   if (work.BeginToKeep())
-                                       *why = QString::fromStdString(
-                                           base::WriteFileAtomically(path.toStdString(), bytes).Text());
-                               });
+    const bool ended =
+        DoAside(&m_window, QStringLiteral("Das Protokoll wird geschrieben"),
+                [protocol = ProtocolOf(mask), path, pdf, odt, why](AsideWork& work) {
+                    const std::string bytes = pdf   ? ProtocolPdf(protocol, work).toStdString()
+                                              : odt ? report::ProtocolOdt(protocol)
+                                                    : report::ProtocolHtml(protocol, report::HtmlPictures::inlineSvg);
+                    if (work.BeginToKeep())
+                        *why = QString::fromStdString(base::WriteFileAtomically(path.toStdString(), bytes).Text());
+                });
     return ended ? std::optional(*why) : std::nullopt;
 }
 

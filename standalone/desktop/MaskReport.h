@@ -34,8 +34,9 @@ class MaskReport : public QObject
     MaskReport(MainWindow& window, CaseDocument& document, QtFrontEnd& frontEnd);
 
     report::Protocol ProtocolOf(MaskWindow& mask);
-    /// As PDF, HTML or OpenDocument by the ending (.pdf, .html, .odt), of what the mask shows when it is called. Returns
-    /// why it failed, in German, or an empty text; nothing when the user cancelled it, then there is no new file.
+    /// As PDF, HTML or OpenDocument by the ending (.pdf, .html, .odt), of what the mask shows when it is called.
+    /// Returns why it failed, in German, or an empty text; nothing when the user cancelled it, then there is no new
+    /// file.
     std::optional<QString> Save(MaskWindow& mask, const QString& path);
     /// Likewise.
     std::optional<QString> PrintOn(const std::shared_ptr<QPrinter>& printer, MaskWindow& mask);

@@ -26,9 +26,9 @@ namespace
 
 constexpr qint64 kMostBytes = qint64{200} << 20;
 constexpr qint64 kMostPixels = 64'000'000;
-constexpr int kMegabytesPerReader = 300;                  // 64 million pixels of four bytes
-constexpr auto kBriefly = std::chrono::milliseconds(20);  // too short to be felt as a stop
-constexpr int kSmallestLevel = 512;                       // pixels
+constexpr int kMegabytesPerReader = 300;                 // 64 million pixels of four bytes
+constexpr auto kBriefly = std::chrono::milliseconds(20); // too short to be felt as a stop
+constexpr int kSmallestLevel = 512;                      // pixels
 
 std::shared_ptr<const drawing::Bitmap> BitmapOf(const QImage& image, std::string file)
 {

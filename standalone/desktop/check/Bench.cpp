@@ -28,9 +28,9 @@ namespace desktop
 namespace
 {
 
-constexpr double kStartLimit = 400.0;  // ms
-constexpr double kOpenLimit = 50.0;    // ms, 99 of 100
-constexpr double kChangeLimit = 16.0;  // ms of processor time, median: a finished entry in a full case is on all panels
+constexpr double kStartLimit = 400.0; // ms
+constexpr double kOpenLimit = 50.0;   // ms, 99 of 100
+constexpr double kChangeLimit = 16.0; // ms of processor time, median: a finished entry in a full case is on all panels
 constexpr int kTimes = 100;
 constexpr double kNanosPerMilli = 1e6;
 
@@ -103,13 +103,14 @@ void Enter(CaseDocument& document)
 /// Curves of the diagram on the screen that are wide enough to be looked at.
 std::size_t CurvesIn(const CDC& drawing)
 {
-    return static_cast<std::size_t>(
-        std::count_if(drawing.Primitives().begin(), drawing.Primitives().end(), [&](const auto& primitive) {
+    return static_cast<std::size_t>(std::count_if(
+        drawing.Primitives().begin(), drawing.Primitives().end(),
+        [&](const auto& primitive) {
             const auto* line = std::get_if<drawing::Polyline>(&primitive);
             if (line == nullptr || line->points.size() < 3)
                 return false;
-            const auto [low, high] = std::minmax_element(line->points.begin(), line->points.end(),
-                                                         [](CDPoint a, CDPoint b) { return a.x < b.x; });
+            const auto [low, high] = std::minmax_element(
+                line->points.begin(), line->points.end(), [](CDPoint a, CDPoint b) { return a.x < b.x; });
             return high->x - low->x > drawing.Width() / 4.0;
         }));
 }

@@ -100,8 +100,10 @@ bool RunPauseBench(MainWindow& window)
     const QString picture = folder.filePath(QStringLiteral("luftbild.jpg"));
     if (!AerialPicture().save(picture))
         return false;
-    good &= Report("Luftbild mit 24 Millionen Bildpunkten", [&] { return scene->AddPicture(picture).isEmpty(); });
-    good &= Report("Szene mit Luftbild für ein Blatt", [&] { return !scene->Canvas().ForPaper().Primitives().empty(); });
+    good &= Report(
+        "Luftbild mit 24 Millionen Bildpunkten", [&] { return scene->AddPicture(picture).isEmpty(); });
+    good &=
+        Report("Szene mit Luftbild für ein Blatt", [&] { return !scene->Canvas().ForPaper().Primitives().empty(); });
     return good;
 }
 

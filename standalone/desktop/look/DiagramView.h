@@ -52,6 +52,8 @@ class DiagramView : public QAbstractScrollArea
     void SetLeastHeight(std::function<double(double width)> least) { m_least = std::move(least); }
     /// What is read under the mouse, in the coordinates of the drawing; nothing beside the plots.
     void SetReading(std::function<std::optional<DiagramReading>(QPointF)> reading);
+    /// At a point of the viewport.
+    std::optional<DiagramReading> ReadingAt(QPointF point) const;
     /// An entry of the context menu before its own.
     void AddMenuAction(QAction* action) { m_actions.append(action); }
 

@@ -91,10 +91,8 @@ void AskAndSaveDrawing(const CDC& drawing, const QString& name, QWidget* parent)
         return;
     const QString path = dialog.selectedFiles().front();
     const auto why = std::make_shared<QString>();
-    const bool ended =
-        DoAside(parent, QStringLiteral("%1 wird gespeichert").arg(name), [drawing, path, why](AsideWork& work) {
-            *why = SaveDrawing(drawing, path, work);
-        });
+    const bool ended = DoAside(parent, QStringLiteral("%1 wird gespeichert").arg(name),
+                               [drawing, path, why](AsideWork& work) { *why = SaveDrawing(drawing, path, work); });
     if (!ended)
         Tell(*parent, title + QStringLiteral(": abgebrochen"));
     else if (!why->isEmpty())

@@ -55,7 +55,10 @@ MaskFrame::MaskFrame(MaskWindow& mask) : m_mask(&mask), m_scroll(new QScrollArea
     setSystemMenu(nullptr); // title bar and keys do all it offers
     // A click beside the controls, or on a button, leaves the focus where it is: the framework moves it.
     setFocusPolicy(Qt::NoFocus);
-    connect(&mask, &MaskWindow::clicked, this, [this] { mdiArea()->setActiveSubWindow(this); });
+    connect(&mask, &MaskWindow::clicked, this, [this] {
+        if (mdiArea() != nullptr)
+            mdiArea()->setActiveSubWindow(this);
+    });
     connect(&mask, &MaskWindow::dialogChanged, this, &MaskFrame::Follow);
 }
 
@@ -192,13 +195,15 @@ MaskArea::MaskArea(QWidget* parent) : QMdiArea(parent)
     setTabsClosable(true);
     setTabsMovable(true);
     setBackground(Colors().desk);
-    connect(this, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* window) {
-        auto* frame = qobject_cast<MaskFrame*>(window);
-        if (frame != nullptr && HasTabs() && !frame->isMinimized() && !frame->isMaximized())
-            frame->showMaximized();
-        if (frame != nullptr || !m_active || m_active->Own() == nullptr)
-            SetActive(frame);
-    });
+    connect(
+        this, &QMdiArea::subWindowActivated, this,
+        [this](QMdiSubWindow* window) {
+            auto* frame = qobject_cast<MaskFrame*>(window);
+            if (frame != nullptr && HasTabs() && !frame->isMinimized() && !frame->isMaximized())
+                frame->showMaximized();
+            if (frame != nullptr || !m_active || m_active->Own() == nullptr)
+                SetActive(frame);
+        });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         for (MaskFrame* frame : m_frames)
             if (now != nullptr && frame->Own() != nullptr && frame->Own()->isAncestorOf(now))
@@ -408,7 +413,7 @@ void MaskArea::TearOff(MaskFrame& frame)
         frame.showNormal();
     const QPoint place = frame.mapToGlobal(QPoint(0, 0));
     removeSubWindow(&frame);
-    frame.setParent(this);
+    frame.setParent(window()); // a child of the area's would be taken in again
     frame.hide();
     TornOffMask& own = frame.TearOff(window());
     connect(&own, &TornOffMask::backWanted, this, [this, &frame] { TakeBack(frame); });
@@ -461,10 +466,19 @@ void MaskArea::TakeAllBack()
         TakeBack(*frame);
 }
 
+QSize MaskArea::Room() const
+{
+    QSize room = viewport()->size();
+    for (const MaskFrame* frame : Frames())
+        if (frame->Own() == nullptr && frame->isMinimized())
+            room.setHeight(std::min(room.height(), viewport()->height() - frame->height()));
+    return room;
+}
+
 bool MaskArea::TileInRows(const std::vector<MaskFrame*>& frames)
 {
     const int gap = Spacing();
-    const QSize room = viewport()->size();
+    const QSize room = Room();
     std::vector<QPoint> places;
     QPoint at(gap, gap);
     int rowHeight = 0;
@@ -488,7 +502,7 @@ bool MaskArea::TileInRows(const std::vector<MaskFrame*>& frames)
 bool MaskArea::TileInCells(const std::vector<MaskFrame*>& frames)
 {
     const auto count = static_cast<int>(frames.size());
-    const QSize room = viewport()->size();
+    const QSize room = Room();
     const QSize least = kLeastCell * CurrentFontScale();
     int columns = 0;
     double most = 0.0;
@@ -521,17 +535,24 @@ void MaskArea::Tile()
     if (HasTabs())
         return;
     std::vector<MaskFrame*> frames = Arranged();
+    const QPointer<MaskFrame> active = m_active;
     int minimised = 0;
     for (MaskFrame* frame : frames)
-        frame->FitInto(viewport()->size());
+        frame->FitInto(Room());
     while (!frames.empty() && !TileInRows(frames) && !TileInCells(frames)) {
         // The active one stays.
-        const auto last = std::find_if(frames.rbegin(), frames.rend(),
-                                       [this](const MaskFrame* frame) { return frame != m_active; });
+        const auto last =
+            std::find_if(frames.rbegin(), frames.rend(), [&active](const MaskFrame* frame) { return frame != active; });
+        if (last == frames.rend())
+            break;
         (*last)->showMinimized();
         frames.erase(std::next(last).base());
         ++minimised;
+        for (MaskFrame* frame : frames)
+            frame->FitInto(Room());
     }
+    if (minimised > 0 && active && active->Own() == nullptr)
+        setActiveSubWindow(active);
     m_tiles.clear();
     for (MaskFrame* frame : frames)
         m_tiles.emplace_back(frame, frame->geometry());

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// The area of the main window in which masks stand side by side, or as tabs. A mask can leave it for a window of its own.
+// The area of the main window in which masks stand side by side, or as tabs. A mask can leave it for a window of its
+// own.
 #pragma once
 
 #include "host/HostTypes.h"
@@ -63,7 +64,7 @@ class MaskFrame : public QMdiSubWindow
     MaskWindow* m_mask;
     QScrollArea* m_scroll;
     TornOffMask* m_own = nullptr; ///< belongs to the main window
-    QSize m_full; ///< that the frame was fitted to
+    QSize m_full;                 ///< that the frame was fitted to
     bool m_following = false;
 };
 
@@ -125,6 +126,8 @@ class MaskArea : public QMdiArea
   private:
     QPoint FreePlace(const QSize& size) const;
     std::vector<MaskFrame*> Arranged() const;
+    /// Of the area, what minimised frames at its foot leave.
+    QSize Room() const;
     bool TileInRows(const std::vector<MaskFrame*>& frames);
     bool TileInCells(const std::vector<MaskFrame*>& frames);
     void SetActive(MaskFrame* frame);

@@ -304,8 +304,7 @@ scene::SceneDrawingOptions SceneCanvas::Options(Ground ground, const scene::Scen
         const double pixels = static_cast<double>(picture.breite) * picture.meterProPixel * camera.pixelsPerMetre;
         const double sharp = ground == Ground::paper ? kPaperSharpness : devicePixelRatioF();
         options.layers.push_back(
-            m_pictures.Layer(picture, m_document.Path(), sharp * pixels,
-                             ScenePictures::Wait::briefly));
+            m_pictures.Layer(picture, m_document.Path(), sharp * pixels, ScenePictures::Wait::briefly));
     }
     if (ground == Ground::paper) {
         options.title = m_document.Data().Title();
