@@ -26,6 +26,9 @@ qt_add_resources(tavelin-parts help PREFIX "/masks" BASE docs/masks FILES ${help
 qt_add_resources(tavelin-parts help-desk PREFIX "/desk" BASE docs FILES docs/szene.md)
 file(GLOB example_cases CONFIGURE_DEPENDS examples/*.json)
 qt_add_resources(tavelin-parts examples PREFIX "/examples" BASE examples FILES ${example_cases})
+file(GLOB example_recordings CONFIGURE_DEPENDS examples/aufzeichnungen/*)
+qt_add_resources(tavelin-parts recordings PREFIX "/recordings" BASE examples/aufzeichnungen
+    FILES ${example_recordings})
 add_executable(tavelin standalone/desktop/main.cpp)
 target_link_libraries(tavelin PRIVATE tavelin-parts ruv_standalone_includes)
 if(TARGET RuvVideo)

@@ -30,34 +30,7 @@ constexpr double kLuft = 4.0;              // px between tick and label
 constexpr double kEngsteTicks = 4.0;       // px
 constexpr double kKleinster = 1.0;         // px, a smaller plot stays empty
 
-constexpr COLORREF kHellesRaster = RGB(230, 230, 230);
 constexpr COLORREF kGruen = RGB(45, 175, 20);
-
-unsigned Kanal(COLORREF farbe, unsigned stelle)
-{
-    return farbe >> (8U * stelle) & 0xFFU;
-}
-
-COLORREF Mische(COLORREF von, COLORREF zu, double anteil)
-{
-    COLORREF farbe = 0;
-    for (unsigned stelle = 0; stelle < 3; ++stelle) {
-        const double kanal = Kanal(von, stelle) * (1.0 - anteil) + Kanal(zu, stelle) * anteil;
-        farbe |= static_cast<COLORREF>(std::lround(kanal)) << (8U * stelle);
-    }
-    return farbe;
-}
-
-/// Perceived lightness, 0..255.
-double Helligkeit(COLORREF farbe)
-{
-    return 0.299 * Kanal(farbe, 0) + 0.587 * Kanal(farbe, 1) + 0.114 * Kanal(farbe, 2);
-}
-
-bool IstDunkel(COLORREF grund)
-{
-    return Helligkeit(grund) < 128.0;
-}
 
 struct Kurvenbild {
     Dat::Schranke schranke;
@@ -225,7 +198,7 @@ class Zeichner
         const double hoehe = kfz.width * ProMeter();
         const double links = X(0.0);
         const double oben = (m_oben + m_unten - hoehe) / 2.0;
-        m_dc.SelectPen({PenStyle::dashDotDot, Breite(), AufGrund(kfz.color, m_farben.zeichenflaeche)});
+        m_dc.SelectPen({PenStyle::dashDotDot, Breite(), chart::AufGrund(kfz.color, m_farben.zeichenflaeche)});
         m_dc.SelectBrush({});
         m_dc.Rectangle(links, oben, links + laenge, oben + hoehe, 0.2 * laenge, 0.2 * hoehe);
         m_dc.Polygon({{links + 0.07 * laenge, oben + 0.5 * hoehe},
@@ -240,7 +213,7 @@ class Zeichner
             return;
         const CKfzDaten& kfz = m_dat.KfzDat(static_cast<std::size_t>(m_dat.personNr));
         const double winkel = person.winkel - m_dat.objekte[Dat::fahrzeug].winkel;
-        m_dc.SelectPen({PenStyle::solid, Breite(), AufGrund(kfz.color, m_farben.zeichenflaeche)});
+        m_dc.SelectPen({PenStyle::solid, Breite(), chart::AufGrund(kfz.color, m_farben.zeichenflaeche)});
         m_dc.SelectBrush({});
         m_dc.Ellipse({X(m_dat.personLaengs), (m_oben + m_unten) / 2.0}, person.breite / 2.0 * ProMeter(),
                      person.laenge / 2.0 * ProMeter(), winkel);
@@ -405,35 +378,17 @@ class Zeichner
 
 } // namespace
 
-COLORREF AufGrund(COLORREF farbe, COLORREF grund)
-{
-    constexpr double kAbstand = 75.0;
-    const COLORREF ziel = IstDunkel(grund) ? RGB(255, 255, 255) : RGB(0, 0, 0);
-    for (double anteil = 0.0; anteil < 1.0; anteil += 0.05) {
-        const COLORREF gemischt = Mische(farbe, ziel, anteil);
-        if (std::abs(Helligkeit(gemischt) - Helligkeit(grund)) >= kAbstand)
-            return gemischt;
-    }
-    return ziel;
-}
-
 Farben Farben::Aus(const CRuvCfg& cfg)
 {
-    const bool dunkel = IstDunkel(cfg.diagramPlot);
-    Farben farben{};
-    farben.hintergrund = cfg.diagramBackground;
-    farben.zeichenflaeche = cfg.diagramPlot;
-    farben.raster = dunkel ? Mische(cfg.diagramPlot, RGB(255, 255, 255), 0.16) : kHellesRaster;
-    farben.rahmen = dunkel ? Mische(cfg.diagramPlot, RGB(255, 255, 255), 0.55) : RGB(96, 102, 112);
-    farben.schrift = IstDunkel(cfg.diagramBackground) ? RGB(226, 229, 234) : RGB(28, 31, 36);
-    farben.bereich = kGruen;
-    farben.bereichRand = dunkel ? Mische(kGruen, RGB(255, 255, 255), 0.5) : Mische(kGruen, RGB(0, 0, 0), 0.4);
+    Farben farben{Diagrammfarben::Aus(cfg), kGruen, {}, {}};
+    farben.bereichRand = chart::IstDunkel(cfg.diagramPlot) ? chart::Mische(kGruen, RGB(255, 255, 255), 0.5)
+                                                           : chart::Mische(kGruen, RGB(0, 0, 0), 0.4);
     const CSchrankenFarben& c = cfg.schranken;
     farben.kurven = {c.bremsungDettinger, c.globalRau,         c.kuehnelVerzoegerung, c.globalRau,
                      c.frontscheibe,      c.scheinwerferHaupt, c.scheinwerferGesamt,  c.bremsungDettinger,
                      c.ritterKrieg,       c.abwicklung,        c.geschwindigkeit};
     for (COLORREF& farbe : farben.kurven)
-        farbe = AufGrund(farbe, cfg.diagramPlot);
+        farbe = chart::AufGrund(farbe, cfg.diagramPlot);
     return farben;
 }
 

@@ -4,22 +4,16 @@
 // The diagram of the barrier method: speed over the distance behind the vehicle's front at rest.
 #pragma once
 
+#include "chart/Diagrammfarben.h"
 #include "host/CDC.h"
 #include "masks/collision/CSchrankenverfahrenDat.h"
 
 #include <array>
 
-class CRuvCfg;
-
 namespace schranken
 {
 
-struct Farben {
-    COLORREF hintergrund;
-    COLORREF zeichenflaeche; ///< inside the axes
-    COLORREF raster;
-    COLORREF rahmen;
-    COLORREF schrift;
+struct Farben : chart::Diagrammfarben {
     COLORREF bereich; ///< the common area
     COLORREF bereichRand;
     std::array<COLORREF, CSchrankenverfahrenDat::kSchranken> kurven;
@@ -27,9 +21,6 @@ struct Farben {
     /// The colours of the settings; on a dark ground curves, grid and letters are lightened.
     static Farben Aus(const CRuvCfg& cfg);
 };
-
-/// The colour, lightened where it would hardly be seen on the ground.
-COLORREF AufGrund(COLORREF farbe, COLORREF grund);
 
 /// "Verzögerung (Kühnel)" is drawn only above 3 m/s², a rule of display alone: it narrows the area at any deceleration.
 bool ZeigtVerzoegerung(const CSchrankenverfahrenDat& dat);

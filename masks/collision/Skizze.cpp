@@ -71,13 +71,13 @@ void Grundieren(CDC& dc)
 }
 
 Blatt::Blatt(CDC& dc, const Ausschnitt& ausschnitt, const Spalte& spalte)
-    : m_dc(dc), m_farben(schranken::Farben::Aus(RuvCfg)), m_von(dc.Width() * spalte.von + kRand),
+    : m_dc(dc), m_farben(chart::Diagrammfarben::Aus(RuvCfg)), m_von(dc.Width() * spalte.von + kRand),
       m_bis(dc.Width() * spalte.bis - kRand)
 {
     CFont schrift;
     schrift.size = std::clamp(dc.Height() / 15.0, 9.0, 14.0);
     m_dc.SelectFont(schrift);
-    m_dc.SetTextColor(schranken::AufGrund(m_farben.schrift, m_farben.zeichenflaeche));
+    m_dc.SetTextColor(chart::AufGrund(m_farben.schrift, m_farben.zeichenflaeche));
     m_zeile = m_dc.TextHeight();
     m_dc.SelectBrush({});
 
@@ -99,7 +99,7 @@ CDPoint Blatt::Pixel(CDPoint welt) const
 
 void Blatt::Stift(COLORREF farbe, double breite, PenStyle stil)
 {
-    m_stift = {stil, breite, schranken::AufGrund(farbe, m_farben.zeichenflaeche)};
+    m_stift = {stil, breite, chart::AufGrund(farbe, m_farben.zeichenflaeche)};
     m_dc.SelectPen(m_stift);
 }
 

@@ -4,9 +4,9 @@
 // A drawing to scale of what a mask computes: the world's lengths in one unit, y upwards, the user's diagram colours.
 #pragma once
 
+#include "chart/Diagrammfarben.h"
 #include "host/CDC.h"
 #include "host/Units.h"
-#include "masks/collision/SchrankenDiagramm.h"
 
 #include <string>
 #include <vector>
@@ -78,7 +78,7 @@ class Blatt
     void Spitze(CDPoint von, CDPoint nach);
 
     CDC& m_dc;
-    schranken::Farben m_farben;
+    chart::Diagrammfarben m_farben;
     CPen m_stift{};
     double m_zeile;
     double m_massstab = 1.0;

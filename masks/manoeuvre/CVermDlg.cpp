@@ -104,6 +104,7 @@ void CVermDlg::SetupWindow()
 {
     m_dat.Oeffne();
     m_geaendert = m_uebertragen = m_fallGilt = false;
+    m_stand.reset();
     const auto fahrzeuge = Fahrzeuge();
     std::transform(
         fahrzeuge.begin(), fahrzeuge.end(), m_gewaehlt.begin(), [](const std::int64_t* f) { return *f; });
@@ -131,9 +132,28 @@ void CVermDlg::GlobalWZDatChanged(UINT_PTR hint)
     if (changed == m_dat.fahrzeug)
         m_dat.FahrzeugGeaendert();
     VerwirfErgebnis();
-    if (changed == m_dat.ziel || changed == m_dat.zielGegner)
-        m_fallGilt = false;
+    if (m_dat.berechnet == 0)
+        FallIstAnders();
+    else if (changed == m_dat.ziel || changed == m_dat.zielGegner)
+        PruefeFall();
     UpdateDialog();
+}
+
+void CVermDlg::FallIstAnders()
+{
+    m_fallGilt = false;
+    m_stand.reset();
+}
+
+/// Undone and done again, the case holds the transfer as it was.
+void CVermDlg::PruefeFall()
+{
+    m_fallGilt = m_stand && !m_geaendert && m_stand->ziel == WZDat(static_cast<std::size_t>(m_dat.ziel)) &&
+                 m_stand->gegner == WZDat(static_cast<std::size_t>(m_dat.zielGegner));
+    if (!m_fallGilt)
+        return;
+    ShowText(IDC_VERM_UEBERTRAGUNG, m_stand->satz);
+    ShowText(IDC_VERM_UEBERTRAGUNG_GEGNER, m_stand->satzGegner);
 }
 
 std::array<std::int64_t*, 4> CVermDlg::Fahrzeuge()
@@ -188,13 +208,13 @@ BOOL CVermDlg::OnCommand(WPARAM wParam, LPARAM lParam)
 void CVermDlg::AendereEingabe()
 {
     m_geaendert = true;
-    m_fallGilt = false;
+    FallIstAnders();
 }
 
 LRESULT CVermDlg::OnEditChanged(WPARAM wParam, LPARAM)
 {
     const auto controlId = static_cast<UINT>(wParam);
-    m_fallGilt = false;
+    FallIstAnders();
     switch (controlId) {
     case IDC_VERM_FAHRZEUG:
     case IDC_VERM_ZIEL:
@@ -261,7 +281,7 @@ bool CVermDlg::BringeAufStand()
 
 void CVermDlg::Rechnen()
 {
-    m_fallGilt = false;
+    FallIstAnders();
     if (RechneUndMelde(true) && RuvCfg.transferData)
         Uebertrage();
     UpdateDialog();
@@ -294,6 +314,10 @@ void CVermDlg::Uebertrage()
     ShowText(IDC_VERM_UEBERTRAGUNG, eigen);
     ShowText(IDC_VERM_UEBERTRAGUNG_GEGNER, gegner);
     m_fallGilt = true;
+    m_stand.reset();
+    if (m_data.IsFzgValid(m_dat.ziel) && m_data.IsFzgValid(m_dat.zielGegner))
+        m_stand = Stand{WZDat(static_cast<std::size_t>(m_dat.ziel)), WZDat(static_cast<std::size_t>(m_dat.zielGegner)),
+                        eigen, gegner};
     const auto melde = [this](Uebertragung ausgang, std::int64_t fahrzeug) {
         if (ausgang != Uebertragung::erfolgt)
             return;

@@ -8,6 +8,8 @@
 #include "masks/manoeuvre/CVermDat.h"
 
 #include <array>
+#include <optional>
+#include <string>
 
 class CVermDlg : public CMDIRechDialog
 {
@@ -43,6 +45,9 @@ class CVermDlg : public CMDIRechDialog
     void Uebertrage();
     void AendereEingabe();
     void VerwirfErgebnis();
+    /// The case no longer holds what the mask shows, whatever happens to it.
+    void FallIstAnders();
+    void PruefeFall();
     void ZeigeBefund();
     void Zeichne(CDC& dc);
 
@@ -53,4 +58,12 @@ class CVermDlg : public CMDIRechDialog
     bool m_ergebnis = false;                  // results are shown that belong to a calculation
     bool m_uebertragen = false;               // the case holds a transfer of this mask
     bool m_fallGilt = false;                  // and it is what the mask shows
+    // The case as the transfer left it, and what was said of it; nothing once the mask shows something else.
+    struct Stand {
+        CWegZeitDat ziel;
+        CWegZeitDat gegner;
+        std::string satz;
+        std::string satzGegner;
+    };
+    std::optional<Stand> m_stand;
 };

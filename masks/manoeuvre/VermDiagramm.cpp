@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/manoeuvre/VermDiagramm.h"
 
+#include "chart/Diagrammfarben.h"
 #include "host/CRuvData.h"
 #include "host/CWnd.h"
 #include "host/RuvCfg.h"
 #include "host/Units.h"
-#include "masks/collision/SchrankenDiagramm.h"
 #include "masks/manoeuvre/CVermDat.h"
 #include "res/manoeuvre.h"
 
@@ -53,7 +53,7 @@ std::string Zahl(long tick, double schritt)
 class Zeichner
 {
   public:
-    Zeichner(CDC& dc, const CVermDat& dat) : m_dc(dc), m_dat(dat), m_farben(schranken::Farben::Aus(RuvCfg)) {}
+    Zeichner(CDC& dc, const CVermDat& dat) : m_dc(dc), m_dat(dat), m_farben(chart::Diagrammfarben::Aus(RuvCfg)) {}
 
     void Zeichne(bool veraltet)
     {
@@ -94,8 +94,8 @@ class Zeichner
     {
         const CRuvData& data = m_dat.RuvData();
         const bool gibt = data.IsFzgValid(fahrzeug);
-        return schranken::AufGrund(gibt ? data.KfzDat(static_cast<std::size_t>(fahrzeug)).color : sonst,
-                                   m_farben.zeichenflaeche);
+        return chart::AufGrund(gibt ? data.KfzDat(static_cast<std::size_t>(fahrzeug)).color : sonst,
+                               m_farben.zeichenflaeche);
     }
 
     void Bereiche()
@@ -257,7 +257,7 @@ class Zeichner
 
     CDC& m_dc;
     const CVermDat& m_dat;
-    schranken::Farben m_farben;
+    chart::Diagrammfarben m_farben;
     double m_tVon = 0.0;
     double m_tBis = 1.0;
     double m_sVon = 0.0;

@@ -26,13 +26,13 @@ QString ReasonFor(const QCommandLineParser& parser, const QStringList& arguments
            QStringLiteral(": unbekannt");
 }
 
-/// The first word is the case unless an option named one; with --shot the others are masks.
+/// The first word is the case unless an option named one; with --shot and --bench the others are masks.
 void TakeWords(CommandLine& line, const QStringList& words)
 {
     for (const QString& word : words) {
         bool isNumber = false;
         const UINT number = word.toUInt(&isNumber);
-        if (isNumber && !line.shotFolder.isEmpty())
+        if (isNumber && line.DrawsOnly())
             line.numbers.push_back(number);
         else if (line.casePath.isEmpty())
             line.casePath = word;

@@ -17,7 +17,7 @@ struct CommandLine {
     QString casePath;
     QString example;           ///< name of a case that comes with the program
     QString shotFolder;        ///< not empty: write pictures and end
-    std::vector<UINT> numbers; ///< of the masks to be drawn
+    std::vector<UINT> numbers; ///< of the masks to be drawn or measured
     QSize size;                ///< of the window in pictures, logical pixels; empty: as it is
     double scale = 0.0;        ///< logical to real pixels, 0: as the screen has it
     bool dark = false;
@@ -39,7 +39,8 @@ inline constexpr const char* kUsage =
     "    --scale FAKTOR                  Bildpunkte je Punkt der Oberfläche, 0,5 bis 4\n"
     "    --scheme hell|dunkel            in diesem Farbschema\n"
     "    --size BREITExHÖHE              Größe des Hauptfensters, zum Beispiel 1366x768\n"
-    "tavelin --bench                     misst, wie schnell Fenster und Masken da sind\n"
+    "tavelin --bench [NUMMER …]          misst, wie schnell Fenster und Masken da sind, mit Nummern nur diese Masken;\n"
+    "                                    0 steht für keine\n"
     "tavelin --help                      zeigt diesen Text\n";
 
 } // namespace desktop

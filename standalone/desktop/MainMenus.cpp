@@ -213,22 +213,48 @@ void MainWindow::BuildWindowMenu()
         const char* icon;
         const char* keys;
         void (MaskArea::*command)();
+        bool ofWindows; ///< does nothing for tabs
     } commands[] = {
-        {"&Nebeneinander", "tile", "", &MaskArea::Tile},
-        {"&Überlappend", "cascade", "", &MaskArea::Cascade},
-        {"Alle &minimieren", nullptr, "", &MaskArea::MinimiseAll},
-        {"Alle &wiederherstellen", nullptr, "", &MaskArea::RestoreAll},
-        {"Nächs&te Maske", nullptr, "Ctrl+F6", &MaskArea::GoToNext},
-        {"&Vorige Maske", nullptr, "Ctrl+Shift+F6", &MaskArea::GoToPrevious},
-        {"Mas&ke minimieren", nullptr, "Ctrl+M", &MaskArea::MinimiseActive},
-        {"Maske s&chließen", nullptr, "Ctrl+W", &MaskArea::CloseActive},
+        {"&Nebeneinander", "tile", "", &MaskArea::Tile, true},
+        {"&Überlappend", "cascade", "", &MaskArea::Cascade, true},
+        {"Alle &minimieren", nullptr, "", &MaskArea::MinimiseAll, true},
+        {"Alle &wiederherstellen", nullptr, "", &MaskArea::RestoreAll, true},
+        {"Nächs&te Maske", nullptr, "Ctrl+F6", &MaskArea::GoToNext, false},
+        {"&Vorige Maske", nullptr, "Ctrl+Shift+F6", &MaskArea::GoToPrevious, false},
+        {"Mas&ke minimieren", nullptr, "Ctrl+M", &MaskArea::MinimiseActive, false},
+        {"Maske s&chließen", nullptr, "Ctrl+W", &MaskArea::CloseActive, false},
     };
+    const QString menu = QStringLiteral("&Fenster");
+    m_tabs = Command(menu, QStringLiteral("Masken als &Reiter"), nullptr, {});
+    m_tabs->setCheckable(true);
+    connect(m_tabs, &QAction::triggered, this, [this](bool tabs) {
+        m_preferences.tabs = tabs;
+        m_masks->SetTabs(tabs);
+        SaveSettings();
+    });
+    m_tearOff = Command(menu, {}, nullptr, QKeySequence(QStringLiteral("Ctrl+Shift+M")));
+    connect(m_tearOff, &QAction::triggered, m_masks, &MaskArea::TearOffActive);
+    connect(
+        m_masks, &MaskArea::tornOff, this,
+        [this](QWidget* window) {
+            for (QAction* action : findChildren<QAction*>())
+                if (!action->shortcut().isEmpty()) // the keys of the menus work there too
+                    window->addAction(action);
+        });
+    connect(m_masks, &MaskArea::minimisedForRoom, this, [this](int count) {
+        Say(count == 1 ? QStringLiteral("Eine Maske hat nebeneinander keinen Platz und ist minimiert.")
+                       : QStringLiteral("%1 Masken haben nebeneinander keinen Platz und sind minimiert.").arg(count));
+    });
+    Menu(menu)->addSeparator();
     for (const auto& entry : commands) {
         QAction* action = Command(QStringLiteral("&Fenster"), QString::fromUtf8(entry.text), entry.icon,
                                   QKeySequence(QString::fromLatin1(entry.keys)));
         connect(action, &QAction::triggered, m_masks, entry.command);
+        if (entry.ofWindows)
+            m_ofWindows.push_back(action);
     }
-    Menu(QStringLiteral("&Fenster"))->addSeparator();
+    Menu(menu)->addSeparator();
+    FillWindowMenu();
 }
 
 void MainWindow::FillWindowMenu()
@@ -237,6 +263,11 @@ void MainWindow::FillWindowMenu()
     for (QAction* action : menu->actions())
         if (action->data().isValid())
             delete action;
+    const MaskWindow* active = m_masks->Active();
+    const bool torn = active != nullptr && m_masks->FrameOf(*active)->Own() != nullptr;
+    m_tearOff->setText(torn ? QStringLiteral("M&aske zurückholen") : QStringLiteral("M&aske abtrennen"));
+    for (QAction* action : m_ofWindows)
+        action->setEnabled(!m_masks->HasTabs());
     int count = 0;
     for (MaskFrame* frame : m_masks->Frames()) {
         QString text = QStringLiteral("%1  %2").arg(frame->Mask()->Number()).arg(Literal(frame->Mask()->windowTitle()));

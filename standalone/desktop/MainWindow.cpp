@@ -8,6 +8,7 @@
 #include "desktop/case/CaseDocument.h"
 #include "desktop/case/CaseFileDialogs.h"
 #include "desktop/look/Icons.h"
+#include "desktop/look/Tell.h"
 #include "desktop/look/Theme.h"
 #include "desktop/mask/HelpPane.h"
 #include "desktop/mask/MaskArea.h"
@@ -104,15 +105,8 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
         ShowSettingsState(); // a mask has the same switch
         SaveSettings();
     });
-    connect(&frontEnd, &QtFrontEnd::busy, this, [this](const QString& what, double done) {
-        statusBar()->showMessage(what);
-        m_busyMark->setValue(qRound(100.0 * done));
-        m_busyMark->show();
-    });
-    connect(&frontEnd, &QtFrontEnd::idle, this, [this] {
-        statusBar()->clearMessage();
-        m_busyMark->hide();
-    });
+    connect(&frontEnd, &QtFrontEnd::busy, this, &MainWindow::ShowBusy);
+    connect(&frontEnd, &QtFrontEnd::idle, this, &MainWindow::ShowIdle);
     connect(&document, &CaseDocument::modifiedChanged, this, &MainWindow::ShowCaseState);
     connect(&document, &CaseDocument::titleChanged, this, &MainWindow::ShowCaseState);
     connect(&document, &CaseDocument::historyChanged, this, &MainWindow::ShowHistory);
@@ -133,6 +127,7 @@ MainWindow::MainWindow(CaseDocument& document, QtFrontEnd& frontEnd)
 
 MainWindow::~MainWindow()
 {
+    m_helpDock->toggleViewAction()->disconnect(this);
     CloseMasks();
     m_frontEnd.SetMaskArea(nullptr);
 }
@@ -159,12 +154,39 @@ void MainWindow::ShowHelp(UINT number)
     m_help->ShowPage(number);
     if (number != 0 && m_help->Page() == 0)
         statusBar()->showMessage(QStringLiteral("Zu dieser Maske gibt es keine Hilfeseite."), kMessageTime);
+    if (m_helpDock->isHidden())
+        m_beforeHelp = saveState();
     m_helpDock->show();
     m_helpDock->raise();
-    if (std::exchange(m_helpSized, true))
-        return;
-    resizeDocks({m_helpDock}, {m_help->sizeHint().width()}, Qt::Horizontal);
-    resizeDocks({m_helpDock}, {height() * 3 / 5}, Qt::Vertical); // what stands below it needs less
+    if (!std::exchange(m_helpSized, true)) {
+        resizeDocks({m_helpDock}, {m_help->sizeHint().width()}, Qt::Horizontal);
+        resizeDocks({m_helpDock}, {height() * 3 / 5}, Qt::Vertical); // what stands below it needs less
+    }
+    SettleLayout();
+    m_sizesWithHelp = PanelSizes();
+}
+
+std::vector<QSize> MainWindow::PanelSizes() const
+{
+    std::vector<QSize> sizes{m_helpDock->size()};
+    for (const QDockWidget* panel : m_panels)
+        sizes.push_back(panel->isHidden() || panel->isFloating() ? QSize() : panel->size());
+    return sizes;
+}
+
+void MainWindow::SettleLayout()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    layout()->activate();
+}
+
+void MainWindow::EndHelp()
+{
+    if (!m_helpDock->isHidden())
+        return; // the whole window is hidden
+    const QByteArray before = std::exchange(m_beforeHelp, {});
+    if (!before.isEmpty() && PanelSizes() == m_sizesWithHelp) // otherwise the user has arranged them
+        restoreState(before);
 }
 
 QDockWidget* MainWindow::AddCasePanel(QWidget* panel, const QString& title, Qt::DockWidgetArea area)
@@ -208,6 +230,8 @@ void MainWindow::UsePreferences(const Preferences& preferences, const QString& p
         ShowPanelsByWidth();
     m_helpDock->setVisible(m_helpDock->isVisible() && m_help->Page() != 0);
     m_dark->setChecked(preferences.scheme == Scheme::dark);
+    m_tabs->setChecked(preferences.tabs);
+    m_masks->SetTabs(preferences.tabs);
 }
 
 QString MainWindow::ScreenSize() const
@@ -228,16 +252,16 @@ void MainWindow::ResetLayout()
     m_docksBefore.clear();
     restoreState(m_firstDocks);
     ShowPanelsByWidth();
+    m_masks->TakeAllBack();
+    m_preferences.tabs = false;
+    m_tabs->setChecked(false);
+    m_masks->SetTabs(false);
     m_masks->Tile();
     SaveSettings();
 }
 
 void MainWindow::MakeRoom(const QSize& wanted)
 {
-    const auto settle = [this] {
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-        layout()->activate();
-    };
     const auto docked = [this](Qt::DockWidgetArea area) {
         QList<QDockWidget*> docks;
         for (QDockWidget* panel : m_panels)
@@ -267,7 +291,7 @@ void MainWindow::MakeRoom(const QSize& wanted)
         if (m_docksBefore.isEmpty())
             m_docksBefore = saveState();
         resizeDocks(docks, QList<int>(docks.size(), std::max(shown - lack(), 1)), side.across);
-        settle();
+        SettleLayout();
         if (lack() <= 0)
             continue;
         for (QDockWidget* dock : docks) {
@@ -275,7 +299,7 @@ void MainWindow::MakeRoom(const QSize& wanted)
             m_yielded.push_back(dock);
             hidden.append(dock->windowTitle());
         }
-        settle();
+        SettleLayout();
     }
     if (!m_docksBefore.isEmpty())
         m_docksAfter = saveState();
@@ -477,6 +501,10 @@ void MainWindow::BuildHelpDock()
     m_helpDock->setWidget(holder);
     addDockWidget(Qt::RightDockWidgetArea, m_helpDock);
     m_helpDock->hide();
+    connect(m_helpDock->toggleViewAction(), &QAction::toggled, this, [this](bool shown) {
+        if (!shown) // in the midst of hiding, the sizes are still those with it
+            EndHelp();
+    });
 }
 
 void MainWindow::ShowAbout()
@@ -504,8 +532,29 @@ void MainWindow::closeEvent(QCloseEvent* event)
     event->accept();
 }
 
+void MainWindow::ShowBusy(const QString& what, double done)
+{
+    statusBar()->showMessage(what);
+    m_busyMark->setValue(qRound(100.0 * done));
+    m_busyMark->show();
+}
+
+void MainWindow::ShowIdle()
+{
+    statusBar()->clearMessage();
+    m_busyMark->hide();
+}
+
 bool MainWindow::event(QEvent* event)
 {
+    if (event->type() == BusyEvent::OfBusy()) {
+        const auto& busy = static_cast<BusyEvent&>(*event);
+        if (busy.what.isEmpty())
+            ShowIdle();
+        else
+            ShowBusy(busy.what, busy.done);
+        return true;
+    }
     if (event->type() != QEvent::StatusTip)
         return QMainWindow::event(event);
     // Entries of menus and tools have none: passing over them must not wipe off what was said.

@@ -103,12 +103,19 @@ class MainWindow : public QMainWindow
     /// Shrinks panels, or hides them for as long as masks are open, until the area of the masks has the size.
     void MakeRoom(const QSize& wanted);
     void ShowYielded();
+    /// Gives the panels back what the help took of them.
+    void EndHelp();
+    /// Of the help and the panels.
+    std::vector<QSize> PanelSizes() const;
+    void SettleLayout();
     void ResetLayout();
     /// Beside narrow masks there is no room for the panels to the right.
     void ShowPanelsByWidth();
     QString ScreenSize() const;
     void ShowTransfer(std::size_t vehicle);
     void ShowSettingsState();
+    void ShowBusy(const QString& what, double done);
+    void ShowIdle();
     void EditSettings();
     void SetTransfer(bool on);
     void SetFontScale(double scale);
@@ -124,6 +131,8 @@ class MainWindow : public QMainWindow
     QuickOpener* m_opener;
     QDockWidget* m_helpDock = nullptr;
     bool m_helpSized = false; ///< has the width it or the user chose
+    QByteArray m_beforeHelp;  ///< the docks before the help was opened
+    std::vector<QSize> m_sizesWithHelp;
     std::vector<QDockWidget*> m_panels;
     std::vector<QDockWidget*> m_yielded; ///< panels hidden for want of room
     QByteArray m_docksBefore;            ///< before the first panel was shrunk or hidden, empty while none is
@@ -144,6 +153,9 @@ class MainWindow : public QMainWindow
     QAction* m_transfer = nullptr;
     QAction* m_dark = nullptr;
     QAction* m_maskHelp = nullptr;
+    QAction* m_tabs = nullptr;
+    QAction* m_tearOff = nullptr;
+    std::vector<QAction*> m_ofWindows; ///< arrange masks as windows
     QLabel* m_unitLabel = nullptr;
     QLabel* m_transferLabel = nullptr;
     QLabel* m_unprotected = nullptr;

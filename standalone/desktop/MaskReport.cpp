@@ -6,6 +6,7 @@
 #include "base/Sha256.h"
 #include "desktop/MainWindow.h"
 #include "desktop/case/CaseDocument.h"
+#include "desktop/look/Aside.h"
 #include "desktop/look/Icons.h"
 #include "desktop/look/MessageBox.h"
 #include "desktop/mask/MaskArea.h"
@@ -58,7 +59,7 @@ void MaskReport::AddCommands()
         auto* action = new QAction(Icon(icon), text, this);
         action->setShortcut(QKeySequence(keys));
         connect(action, &QAction::triggered, this, command);
-        connect(&m_window.Masks(), &QMdiArea::subWindowActivated, action,
+        connect(&m_window.Masks(), &MaskArea::activeChanged, action,
                 [this, action] { action->setEnabled(m_window.Masks().Active() != nullptr); });
         action->setEnabled(false);
         m_window.AddCommand(QStringLiteral("Masken"), action);
@@ -93,25 +94,34 @@ report::Protocol MaskReport::ProtocolOf(MaskWindow& mask)
     return report::MakeProtocol(*mask.Dialog(), context);
 }
 
-QString MaskReport::Save(MaskWindow& mask, const QString& path)
+std::optional<QString> MaskReport::Save(MaskWindow& mask, const QString& path)
 {
-    const report::Protocol protocol = ProtocolOf(mask);
     const QString ending = QFileInfo(path).suffix().toLower();
-    std::string bytes;
-    if (ending == QLatin1String("pdf"))
-        bytes = ProtocolPdf(protocol).toStdString();
-    else if (ending == QLatin1String("html") || ending == QLatin1String("htm"))
-        bytes = report::ProtocolHtml(protocol, report::HtmlPictures::inlineSvg);
-    else if (ending == QLatin1String("odt"))
-        bytes = report::ProtocolOdt(protocol);
-    else
+    const bool pdf = ending == QLatin1String("pdf");
+    const bool odt = ending == QLatin1String("odt");
+    if (!pdf && !odt && ending != QLatin1String("html") && ending != QLatin1String("htm"))
         return QStringLiteral("Der Dateiname muss auf .pdf, .html oder .odt enden.");
-    return QString::fromStdString(base::WriteFileAtomically(path.toStdString(), bytes).Text());
+    const auto why = std::make_shared<QString>();
+    const bool ended =
+        DoAside(&m_window, QStringLiteral("Das Protokoll wird geschrieben"),
+                [protocol = ProtocolOf(mask), path, pdf, odt, why](AsideWork& work) {
+                    const std::string bytes = pdf   ? ProtocolPdf(protocol, work).toStdString()
+                                              : odt ? report::ProtocolOdt(protocol)
+                                                    : report::ProtocolHtml(protocol, report::HtmlPictures::inlineSvg);
+                    if (work.BeginToKeep())
+                        *why = QString::fromStdString(base::WriteFileAtomically(path.toStdString(), bytes).Text());
+                });
+    return ended ? std::optional(*why) : std::nullopt;
 }
 
-QString MaskReport::PrintOn(QPrinter& printer, MaskWindow& mask)
+std::optional<QString> MaskReport::PrintOn(const std::shared_ptr<QPrinter>& printer, MaskWindow& mask)
 {
-    return PrintProtocol(ProtocolOf(mask), printer);
+    const auto why = std::make_shared<QString>();
+    const bool ended = DoAside(&m_window, QStringLiteral("Das Protokoll wird gedruckt"),
+                               [protocol = ProtocolOf(mask), printer, why](AsideWork& work) {
+                                   *why = PrintProtocol(protocol, *printer, work);
+                               });
+    return ended ? std::optional(*why) : std::nullopt;
 }
 
 QMimeData* MaskReport::ForClipboard(MaskWindow& mask)
@@ -151,14 +161,19 @@ void MaskReport::AskAndSave()
     const QPointer<MaskWindow> still(mask);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty() || !still || mask->Dialog() == nullptr)
         return;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const UINT number = mask->Number();
     const QString path = dialog.selectedFiles().front();
-    const QString why = Save(*mask, path);
-    QApplication::restoreOverrideCursor();
-    if (!why.isEmpty())
-        Warn(&m_window, title, why);
+    TellEnd(Save(*mask, path), title, QStringLiteral("Protokoll der Maske %1 gespeichert: %2").arg(number).arg(path));
+}
+
+void MaskReport::TellEnd(const std::optional<QString>& why, const QString& title, const QString& done)
+{
+    if (!why)
+        m_window.Say(title + QStringLiteral(": abgebrochen"));
+    else if (!why->isEmpty())
+        Warn(&m_window, title, *why);
     else
-        m_window.Say(QStringLiteral("Protokoll der Maske %1 gespeichert: %2").arg(mask->Number()).arg(path));
+        m_window.Say(done);
 }
 
 void MaskReport::AskAndPrint()
@@ -166,19 +181,15 @@ void MaskReport::AskAndPrint()
     MaskWindow* mask = m_window.Masks().Active();
     if (mask == nullptr)
         return;
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setDocName(QStringLiteral("Protokoll %1").arg(mask->Number()));
-    QPrintDialog dialog(&printer, &m_window);
+    const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    printer->setDocName(QStringLiteral("Protokoll %1").arg(mask->Number()));
+    QPrintDialog dialog(printer.get(), &m_window);
     const QPointer<MaskWindow> still(mask);
     if (dialog.exec() != QDialog::Accepted || !still || mask->Dialog() == nullptr)
         return;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const QString why = PrintOn(printer, *mask);
-    QApplication::restoreOverrideCursor();
-    if (!why.isEmpty())
-        Warn(&m_window, QStringLiteral("Protokoll drucken"), why);
-    else
-        m_window.Say(QStringLiteral("Protokoll der Maske %1 gedruckt").arg(mask->Number()));
+    const UINT number = mask->Number();
+    TellEnd(PrintOn(printer, *mask), QStringLiteral("Protokoll drucken"),
+            QStringLiteral("Protokoll der Maske %1 gedruckt").arg(number));
 }
 
 } // namespace desktop

@@ -9,6 +9,9 @@
 
 #include <QObject>
 
+#include <memory>
+#include <optional>
+
 class QAction;
 class QMimeData;
 class QPrinter;
@@ -31,10 +34,12 @@ class MaskReport : public QObject
     MaskReport(MainWindow& window, CaseDocument& document, QtFrontEnd& frontEnd);
 
     report::Protocol ProtocolOf(MaskWindow& mask);
-    /// As PDF, HTML or OpenDocument by the ending (.pdf, .html, .odt); returns why it failed, in German, or nothing.
-    QString Save(MaskWindow& mask, const QString& path);
-    /// Returns why it failed, or nothing.
-    QString PrintOn(QPrinter& printer, MaskWindow& mask);
+    /// As PDF, HTML or OpenDocument by the ending (.pdf, .html, .odt), of what the mask shows when it is called.
+    /// Returns why it failed, in German, or an empty text; nothing when the user cancelled it, then there is no new
+    /// file.
+    std::optional<QString> Save(MaskWindow& mask, const QString& path);
+    /// Likewise.
+    std::optional<QString> PrintOn(const std::shared_ptr<QPrinter>& printer, MaskWindow& mask);
     /// Text, HTML table and picture of the mask at once. The caller owns it.
     QMimeData* ForClipboard(MaskWindow& mask);
 
@@ -46,6 +51,7 @@ class MaskReport : public QObject
     void AddCommands();
     void Note(HWND dialog, const QString& message);
     void Copy();
+    void TellEnd(const std::optional<QString>& why, const QString& title, const QString& done);
 
     MainWindow& m_window;
     CaseDocument& m_document;

@@ -159,7 +159,7 @@ int main(int argc, char** argv)
         if (!OpenGiven(document, line, &window))
             return 3;
         if (line.bench)
-            return desktop::RunBench(window, sinceStart) ? 0 : 1;
+            return desktop::RunBench(window, sinceStart, line.numbers) ? 0 : 1;
         return desktop::TakeShots(window, {line.shotFolder, line.numbers}) ? 0 : 1;
     }
     window.show();

@@ -5,6 +5,7 @@
 #include "base/NumberText.h"
 #include "drawing/DiagramColor.h"
 #include "drawing/DiagramLabels.h"
+#include "drawing/ThinnedCurve.h"
 #include "host/CRuvData.h"
 #include "host/Charts.h"
 #include "host/Physics.h"
@@ -35,6 +36,7 @@ constexpr double kLegendSpace = 22.0;
 constexpr double kDot = 3.0;   // radius
 constexpr double kCurve = 2.2; // width
 constexpr double kChosenCurve = 3.8;
+constexpr double kInvisible = 0.05; // that a curve may be off
 constexpr double kSampleDistance = 1.5;
 constexpr double kSmallestPlot = 60.0; // high enough to be read
 constexpr double kNarrowestPlot = 20.0;
@@ -401,7 +403,7 @@ class DiagramPainter
                 points.push_back({X(state.time), Y(panel, panel.Shown(state))});
             const bool chosen = m_options.chosen == track.vehicle->index;
             m_dc.SelectPen({track.style, chosen ? kChosenCurve : kCurve, track.color});
-            m_dc.Polyline(std::move(points));
+            m_dc.Polyline(drawing::ThinnedCurve(points, kInvisible));
         }
         for (const Track& track : m_tracks) {
             m_dc.SelectPen({PenStyle::solid, 1.6, track.color});

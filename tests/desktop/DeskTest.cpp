@@ -4,6 +4,7 @@
 // What the desk shows and has room for: masks on small screens, what was done, the table and the diagram by hand.
 #include "tests/desktop/DesktopFixture.h"
 
+#include "base/NumberText.h"
 #include "desktop/CasePanels.h"
 #include "desktop/DeskOutput.h"
 #include "desktop/MaskReport.h"
@@ -13,6 +14,8 @@
 #include "desktop/look/DiagramView.h"
 #include "desktop/look/NumberField.h"
 #include "desktop/mask/ControlWidgets.h"
+#include "desktop/mask/HelpPane.h"
+#include "desktop/mask/TornOffMask.h"
 #include "desktop/scene/SceneCanvas.h"
 #include "desktop/scene/SceneView.h"
 #include "frame/MaskTable.h"
@@ -24,6 +27,8 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QMenu>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTableView>
@@ -253,6 +258,208 @@ TEST_F(DeskTest, ExportOffersTheDiagramTheSceneAndTheMask)
         entries << action->text();
     EXPECT_TRUE(entries.contains("Protokoll der Maske 487…")) << entries.join('|').toStdString();
     EXPECT_TRUE(entries.contains("Szene…"));
+}
+
+TEST_F(DeskTest, PrintingTakesWhatHasTheFocus)
+{
+    const desktop::DeskOutput output(window, panels, report);
+    const auto printed = [&] {
+        QString name;
+        InModal([&](QWidget& modal) {
+            if (auto* dialog = qobject_cast<QPrintDialog*>(&modal))
+                name = dialog->printer()->docName();
+            modal.close();
+        });
+        window.PrintCommand().trigger();
+        return name.toStdString();
+    };
+    panels.phases->View().setFocus();
+    EXPECT_EQ(printed(), "Weg-Zeit-Diagramm") << "without a mask";
+    Open(400);
+    EXPECT_EQ(printed(), "Protokoll 400");
+    const auto focus = [&](QWidget& widget) {
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        widget.setFocus();
+        ASSERT_TRUE(widget.hasFocus());
+    };
+    focus(panels.scene->Canvas());
+    EXPECT_EQ(printed(), "Szene");
+    for (QDockWidget* panel : window.CasePanels())
+        if (panel->widget() == panels.diagram)
+            panel->raise();
+    QApplication::processEvents();
+    focus(*panels.diagram);
+    EXPECT_EQ(printed(), "Weg-Zeit-Diagramm");
+}
+
+TEST_F(DeskTest, TheDiagramReadsTheMotionUnderTheMouse)
+{
+    CWegZeitRechDat& phases = document.Data().WZRechDat(0);
+    CWegZeitSpalte& braking = phases.spalten[CWegZeitDat::kErsteSpalte];
+    braking.art = PhasenArt::braking;
+    braking.verz = 5.0;
+    braking.zeit = 2.0;
+    phases.Berechnung();
+    document.Commit("Bremsung");
+    for (QDockWidget* panel : window.CasePanels())
+        if (panel->widget() == panels.diagram)
+            panel->raise();
+    QApplication::processEvents();
+    desktop::DiagramView& diagram = *panels.diagram;
+    const QImage before = diagram.viewport()->grab().toImage();
+    std::vector<QString> lines;
+    for (int x = 0; x < diagram.viewport()->width(); ++x)
+        if (const auto reading = diagram.ReadingAt(QPointF(x, diagram.viewport()->height() / 3.0)))
+            if (reading->texts.size() == 2 && reading->texts.front().first == "t = -1,00 s")
+                lines.push_back(reading->texts.back().first);
+    // Braking to a stop with 5 m/s², a second before it: 5 m/s, 2.5 m to go.
+    ASSERT_FALSE(lines.empty());
+    EXPECT_TRUE(lines.front().endsWith(" m, v = 18,0 km/h, a = -5,00 m/s²")) << lines.front().toStdString();
+    const QString path = lines.front().section("s = ", 1).section(' ', 0, 0);
+    EXPECT_NEAR(base::ParseNumber(path.toStdString()).value_or(0.0), -2.5, 0.03)
+        << "a pixel is some hundredths of a second";
+    EXPECT_FALSE(diagram.ReadingAt(QPointF(1.0, 1.0)));
+    // Under the mouse it is shown, and gone with the mouse.
+    QTest::mouseMove(diagram.viewport(), diagram.viewport()->rect().center());
+    EXPECT_NE(diagram.viewport()->grab().toImage(), before);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&diagram, &leave);
+    EXPECT_EQ(diagram.viewport()->grab().toImage(), before);
+}
+
+TEST_F(DeskTest, AMaskAsTabOrTornOffWorksAsInAWindow)
+{
+    window.resize(1366, 768);
+    window.Masks().SetTabs(true);
+    desktop::MaskWindow& first = Open(400);
+    desktop::MaskWindow& second = Open(468);
+    QApplication::processEvents();
+    const auto& area = window.Masks();
+    EXPECT_TRUE(area.FrameOf(second)->isMaximized());
+    EXPECT_TRUE(first.visibleRegion().isEmpty()) << "behind its tab";
+    EXPECT_EQ(second.visibleRegion().boundingRect().size(), second.size());
+    window.Masks().GoTo(*area.FrameOf(first));
+    QApplication::processEvents();
+    EXPECT_EQ(area.Active(), &first);
+    EXPECT_EQ(first.visibleRegion().boundingRect().size(), first.size());
+    EXPECT_TRUE(second.visibleRegion().isEmpty());
+
+    window.Masks().TearOffActive();
+    desktop::TornOffMask* own = area.FrameOf(first)->Own();
+    ASSERT_NE(own, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(own));
+    EXPECT_TRUE(own->isWindow());
+    EXPECT_EQ(own->windowTitle(), "400  Berechnung der Beschleunigung");
+    EXPECT_EQ(area.Active(), &first);
+    EXPECT_EQ(first.visibleRegion().boundingRect().size(), first.size());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return first.isAncestorOf(QApplication::focusWidget()); }));
+    Type("0,8");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(Text(first, IDC_BESCHL_VERZOEGERUNG), "7,85");
+    const double mass = document.Data().KfzDat(0).mass;
+    document.Data().KfzDat(0).mass = mass + 100.0;
+    document.Commit("Masse");
+    Press(Qt::Key_Z, Qt::ControlModifier); // the keys of the menus work there
+    EXPECT_EQ(document.Data().KfzDat(0).mass, mass);
+    first.Act([&] { first.Dialog()->object->ShowWindow(SW_MINIMIZE); });
+    EXPECT_TRUE(own->isMinimized());
+    window.OpenMask(400);
+    EXPECT_FALSE(own->isMinimized()) << "its entry restores it";
+
+    window.Masks().TakeBack(*area.FrameOf(first));
+    QApplication::processEvents();
+    EXPECT_EQ(area.FrameOf(first)->Own(), nullptr);
+    EXPECT_EQ(first.window(), &window);
+    EXPECT_EQ(first.visibleRegion().boundingRect().size(), first.size());
+    window.Masks().SetTabs(false);
+    QApplication::processEvents();
+    for (const desktop::MaskFrame* shell : area.Frames()) {
+        EXPECT_FALSE(shell->isMaximized());
+        EXPECT_TRUE(area.viewport()->rect().contains(shell->geometry())) << shell->Mask()->Number();
+        EXPECT_LE(shell->width(), shell->FullSize().width());
+    }
+
+    // Closed in its own window, and torn off when the program closes all.
+    window.Masks().TearOff(*area.FrameOf(first));
+    area.FrameOf(first)->Own()->close();
+    QApplication::processEvents();
+    ASSERT_EQ(area.Frames().size(), 1U);
+    EXPECT_EQ(area.Active(), &second);
+    window.Masks().TearOff(*area.FrameOf(second));
+    window.CloseMasks();
+    QApplication::processEvents();
+    EXPECT_TRUE(area.Frames().empty());
+    EXPECT_EQ(area.Active(), nullptr);
+    EXPECT_TRUE(thread.Dialogs().empty());
+}
+
+TEST_P(DeskSizeTest, SideBySideNoMaskCoversAnother)
+{
+    window.resize(GetParam());
+    for (const UINT number : {487U, 450U, 472U, 400U, 471U, 419U})
+        Open(number);
+    const auto& area = window.Masks();
+    for (const bool narrower : {false, true}) {
+        window.Masks().Tile();
+        if (narrower)
+            window.resize(1000, 680); // they follow
+        QApplication::processEvents();
+        int open = 0;
+        for (const desktop::MaskFrame* shell : area.Frames()) {
+            if (shell->isMinimized())
+                continue;
+            ++open;
+            EXPECT_TRUE(area.viewport()->rect().contains(shell->geometry())) << shell->Mask()->Number();
+            const QSize least = shell->FullSize().boundedTo(QSize(300, 200));
+            EXPECT_GE(shell->width(), least.width());
+            EXPECT_GE(shell->height(), least.height());
+            for (const desktop::MaskFrame* other : area.Frames())
+                EXPECT_TRUE(other == shell || other->isMinimized() || !other->geometry().intersects(shell->geometry()))
+                    << shell->Mask()->Number() << " and " << other->Mask()->Number();
+        }
+        EXPECT_GE(open, narrower ? 1 : 2);
+        EXPECT_FALSE(area.FrameOf(*area.Active())->isMinimized());
+    }
+}
+
+TEST_P(DeskSizeTest, ClosingTheHelpGivesTheSpaceBack)
+{
+    window.resize(GetParam());
+    QApplication::processEvents();
+    auto* help = window.findChild<QDockWidget*>("help");
+    ASSERT_NE(help, nullptr);
+    std::vector<QSize> before;
+    for (const QDockWidget* panel : window.CasePanels())
+        before.push_back(panel->size());
+    for (const UINT page : {487U, 400U}) {
+        window.ShowHelp(page);
+        QTest::qWait(20);
+        ASSERT_TRUE(help->isVisible());
+        help->close();
+        QTest::qWait(20);
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            const QDockWidget& panel = *window.CasePanels()[i];
+            EXPECT_NEAR(panel.width(), before[i].width(), 2) << panel.windowTitle().toStdString();
+            EXPECT_NEAR(panel.height(), before[i].height(), 2) << panel.windowTitle().toStdString();
+        }
+    }
+}
+
+TEST_F(DeskTest, EveryHelpPageFitsItsPane)
+{
+    desktop::HelpPane pane;
+    for (const int width : {300, 420}) {
+        pane.resize(width, 600);
+        pane.show();
+        for (const MaskEntry& entry : MaskTable()) {
+            if (desktop::HelpPane::PageText(entry.number).isEmpty())
+                continue;
+            pane.ShowPage(entry.number);
+            QApplication::processEvents();
+            EXPECT_EQ(pane.horizontalScrollBar()->maximum(), 0) << entry.number << " at " << width;
+        }
+    }
 }
 
 TEST_F(DeskTest, TheProtokollIsWholeOnItsPagesAndItsDiagramOfLines)

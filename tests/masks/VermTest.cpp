@@ -245,6 +245,13 @@ TEST_F(VermTest, TransferWritesWhatIsShownAndCanBeUndone)
     EXPECT_NE(Text(mask, kTransferHint).find("etwas anderes"), std::string::npos) << "the case holds something else";
     ASSERT_TRUE(history.Redo());
     EXPECT_EQ(data.WZRechDat(2), written);
+    EXPECT_NE(Text(mask, kTransferHint).find("In Fahrzeug 3 übertragen"), std::string::npos) << "as it was";
+    EXPECT_NE(Text(mask, kTransferHintG).find("In Fahrzeug 4 übertragen"), std::string::npos);
+    data.WZRechDat(3).spalten[CWegZeitDat::kErsteSpalte].zeit = 0.9;
+    data.NotifyWZ(3);
+    EXPECT_NE(Text(mask, kTransferHint).find("etwas anderes"), std::string::npos);
+    ASSERT_TRUE(history.Undo());
+    EXPECT_NE(Text(mask, kTransferHintG).find("In Fahrzeug 4 übertragen"), std::string::npos);
 
     // The limits stop, each from its own values; choosing one writes at once.
     const double stop = 28.125; // m at 50 km/h

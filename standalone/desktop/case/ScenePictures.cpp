@@ -26,9 +26,9 @@ namespace
 
 constexpr qint64 kMostBytes = qint64{200} << 20;
 constexpr qint64 kMostPixels = 64'000'000;
-constexpr int kMegabytesPerReader = 300;                  // 64 million pixels of four bytes
-constexpr auto kBriefly = std::chrono::milliseconds(150); // too short to be felt as a stop
-constexpr int kSmallestLevel = 512;                       // pixels
+constexpr int kMegabytesPerReader = 300;                 // 64 million pixels of four bytes
+constexpr auto kBriefly = std::chrono::milliseconds(20); // too short to be felt as a stop
+constexpr int kSmallestLevel = 512;                      // pixels
 
 std::shared_ptr<const drawing::Bitmap> BitmapOf(const QImage& image, std::string file)
 {
@@ -159,19 +159,25 @@ std::shared_future<PictureFile> ScenePictures::Read(const QString& path) const
     return promise->get_future().share();
 }
 
+std::shared_future<PictureFile> ScenePictures::File(const QString& path)
+{
+    const QFileInfo info(path);
+    const qint64 size = info.exists() ? info.size() : -2;
+    Entry& entry = m_files[path];
+    if (entry.size != size || entry.modified != info.lastModified())
+        entry = {info.lastModified(), size, Read(path)};
+    return entry.file;
+}
+
 scene::SceneLayer ScenePictures::Layer(const CSzenenBild& picture, const QString& casePath, double pixels, Wait wait)
 {
-    const QString path = PicturePath(picture.datei, casePath);
-    const QFileInfo info(path);
-    Entry& entry = m_files[path];
-    if (entry.size != (info.exists() ? info.size() : -2) || entry.modified != info.lastModified())
-        entry = {info.lastModified(), info.exists() ? info.size() : -2, Read(path)};
+    const std::shared_future<PictureFile> read = File(PicturePath(picture.datei, casePath));
     scene::SceneLayer layer{picture, nullptr, {}};
-    if (wait == Wait::briefly && entry.file.wait_for(kBriefly) != std::future_status::ready) {
+    if (wait == Wait::briefly && read.wait_for(kBriefly) != std::future_status::ready) {
         layer.trouble = "Das Bild wird gelesen …";
         return layer;
     }
-    const PictureFile& file = entry.file.get();
+    const PictureFile& file = read.get();
     if (!file.why.isEmpty()) {
         layer.trouble = "Das Bild " + file.why.toStdString();
         return layer;

@@ -43,6 +43,9 @@ class ScenePictures
     /// Every file is read anew when it is shown next.
     void Forget() { m_files.clear(); }
 
+    /// Begins to read a file, or gives what was read of it. The first to show the picture finds it read.
+    std::shared_future<PictureFile> File(const QString& path);
+
     enum class Wait { untilRead, briefly };
     /// The picture in a size for `pixels` across. Waiting briefly, one that is not read yet is said to be on its way.
     scene::SceneLayer Layer(const CSzenenBild& picture, const QString& casePath, double pixels,

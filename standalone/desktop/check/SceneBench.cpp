@@ -4,6 +4,7 @@
 
 #include "desktop/MainWindow.h"
 #include "desktop/case/CaseDocument.h"
+#include "desktop/check/PaintCounter.h"
 #include "desktop/mask/ControlWidgets.h"
 #include "desktop/mask/MaskArea.h"
 #include "desktop/mask/MaskWindow.h"
@@ -32,24 +33,8 @@ constexpr int kSteps = 300;
 constexpr UINT kBarriers = 487;
 constexpr double kNanosPerMilli = 1e6;
 
-/// Counts how often a widget is painted.
-class PaintCounter : public QObject
-{
-  public:
-    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
-    int Count() const { return m_count; }
+} // namespace
 
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        m_count += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-
-  private:
-    int m_count = 0;
-};
-
-/// The barrier mask on its example with every barrier on, computed; null when it cannot be had.
 MaskWindow* OpenBarriers(MainWindow& window)
 {
     QFile example(QStringLiteral(":/examples/fussgaenger.json"));
@@ -70,6 +55,9 @@ MaskWindow* OpenBarriers(MainWindow& window)
         mask->Act([&] { framework::Click(*mask->Dialog()->Child(IDC_RECHNEN)); });
     return mask;
 }
+
+namespace
+{
 
 bool Say(const char* trouble)
 {

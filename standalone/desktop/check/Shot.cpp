@@ -20,11 +20,14 @@
 #include <QDialog>
 #include <QDir>
 #include <QDockWidget>
+#include <QFileDialog>
 #include <QPixmap>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace desktop
 {
@@ -63,6 +66,17 @@ constexpr Entry kEntries[] = {
     {472, IDC_HALBESICHT_A_VERZOEGERUNG, "7"},
     {472, IDC_HALBESICHT_B_VERZOEGERUNG, "6"},
 };
+/// A recording that comes with the program, for a mask that reads one.
+struct Recording {
+    UINT mask;
+    UINT choose; ///< the button that asks for the file
+    const char* name;
+};
+constexpr Recording kRecordings[] = {
+    {474, IDC_IMPORT_WAEHLEN, "bremsung.csv"},
+    {486, IDC_ESO_WAEHLEN, "messkurven.csv"},
+    {492, IDC_IMPORT_WAEHLEN, "fahrt.gpx"},
+};
 constexpr UINT kBarriers = 487;  // computes with what the case keeps for it
 constexpr UINT kPlainMask = 400; // in the picture of the main window when the case keeps nothing for the other
 
@@ -71,9 +85,14 @@ class Album
   public:
     Album(MainWindow& window, const QString& folder) : m_window(window), m_folder(folder)
     {
-        // A message of a mask would wait for somebody to close it.
-        QObject::connect(&m_closer, &QTimer::timeout, &m_closer, [] {
-            if (auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+        // A message of a mask would wait for somebody to close it, the choice of a file for a choice.
+        QObject::connect(&m_closer, &QTimer::timeout, &m_closer, [this] {
+            auto* box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            auto* files = qobject_cast<QFileDialog*>(box);
+            if (files != nullptr && !m_recording.isEmpty()) {
+                files->selectFile(std::exchange(m_recording, {}));
+                QMetaObject::invokeMethod(files, "accept");
+            } else if (box != nullptr)
                 box->reject();
         });
         m_closer.start(0);
@@ -165,7 +184,22 @@ class Album
         }
         if (computes)
             Press(*mask, IDC_RECHNEN);
+        for (const Recording& recording : kRecordings)
+            if (recording.mask == number)
+                Read(*mask, recording);
         return mask;
+    }
+
+    void Read(MaskWindow& mask, const Recording& recording)
+    {
+        const QString name = QString::fromLatin1(recording.name);
+        const QString path = m_recordings.filePath(name);
+        if (!QFileInfo::exists(path) && !QFile::copy(QStringLiteral(":/recordings/") + name, path)) {
+            Fail(path + QStringLiteral(": lässt sich nicht anlegen"));
+            return;
+        }
+        m_recording = path;
+        Press(mask, recording.choose);
     }
 
     static bool Press(MaskWindow& mask, UINT button)
@@ -194,6 +228,8 @@ class Album
 
     MainWindow& m_window;
     QDir m_folder;
+    QTemporaryDir m_recordings;
+    QString m_recording; ///< path of the one to be chosen next
     QTimer m_closer;
     bool m_failed = false;
 };

@@ -68,6 +68,12 @@ void DiagramView::SetReading(std::function<std::optional<DiagramReading>(QPointF
     viewport()->setMouseTracking(true);
 }
 
+std::optional<DiagramReading> DiagramView::ReadingAt(QPointF point) const
+{
+    const QPointF offset(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    return m_reading ? m_reading((point + offset) / m_zoom) : std::nullopt;
+}
+
 QSizeF DiagramView::Whole() const
 {
     const QSizeF shown = viewport()->size().expandedTo(kSmallest);
@@ -111,10 +117,7 @@ void DiagramView::paintEvent(QPaintEvent*)
 
 void DiagramView::PaintReading(QPainter& painter) const
 {
-    if (!m_reading || !m_hovered)
-        return;
-    const QPointF offset(horizontalScrollBar()->value(), verticalScrollBar()->value());
-    const auto reading = m_reading((*m_hovered + offset) / m_zoom);
+    const auto reading = m_hovered ? ReadingAt(*m_hovered) : std::nullopt;
     if (!reading)
         return;
     painter.setPen(QPen(Colors().accent, 1.0 / m_zoom));

@@ -52,6 +52,8 @@ class DiagramView : public QAbstractScrollArea
     void SetLeastHeight(std::function<double(double width)> least) { m_least = std::move(least); }
     /// What is read under the mouse, in the coordinates of the drawing; nothing beside the plots.
     void SetReading(std::function<std::optional<DiagramReading>(QPointF)> reading);
+    /// At a point of the viewport.
+    std::optional<DiagramReading> ReadingAt(QPointF point) const;
     /// An entry of the context menu before its own.
     void AddMenuAction(QAction* action) { m_actions.append(action); }
 
@@ -60,6 +62,8 @@ class DiagramView : public QAbstractScrollArea
     void SetZoom(double zoom, QPointF fixed);
 
     const QString& Name() const { return m_name; }
+    /// What the screen shows, null before it was painted for the first time.
+    const CDC* Shown() const { return m_drawing ? &*m_drawing : nullptr; }
     CDC ForPaper() const;
     void Copy() const;
     /// As SVG, PDF or PNG by the ending; returns why it failed, in German, or nothing.

@@ -3,6 +3,7 @@
 #include "desktop/look/DrawingOutput.h"
 
 #include "base/AtomicFile.h"
+#include "desktop/look/Aside.h"
 #include "desktop/look/CdcPainter.h"
 #include "desktop/look/Icons.h"
 #include "desktop/look/MessageBox.h"
@@ -20,6 +21,7 @@
 #include <QPrinter>
 
 #include <algorithm>
+#include <memory>
 
 namespace desktop
 {
@@ -41,13 +43,26 @@ void CopyDrawing(const CDC& drawing)
 
 QString SaveDrawing(const CDC& drawing, const QString& path)
 {
+    AsideWork work;
+    return SaveDrawing(drawing, path, work);
+}
+
+QString SaveDrawing(const CDC& drawing, const QString& path, AsideWork& work)
+{
     const std::string file = path.toStdString();
     if (!drawing::IsDrawingFile(file))
         return QStringLiteral("Der Dateiname muss auf .svg, .pdf oder .png enden.");
-    return QString::fromStdString(base::WriteFileAtomically(file, drawing::ExportByEnding(drawing, file)).Text());
+    const std::string bytes = drawing::ExportByEnding(drawing, file);
+    return work.BeginToKeep() ? QString::fromStdString(base::WriteFileAtomically(file, bytes).Text()) : QString();
 }
 
 QString PrintDrawing(const CDC& drawing, QPrinter& printer)
+{
+    AsideWork work;
+    return PrintDrawing(drawing, printer, work);
+}
+
+QString PrintDrawing(const CDC& drawing, QPrinter& printer, AsideWork& work)
 {
     QPainter painter;
     if (!painter.begin(&printer))
@@ -56,6 +71,8 @@ QString PrintDrawing(const CDC& drawing, QPrinter& printer)
     const double scale = std::min(page.width() / drawing.Width(), page.height() / drawing.Height());
     painter.scale(scale, scale);
     Replay(drawing, painter);
+    if (!work.BeginToKeep())
+        printer.abort();
     return {};
 }
 
@@ -73,22 +90,36 @@ void AskAndSaveDrawing(const CDC& drawing, const QString& name, QWidget* parent)
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return;
     const QString path = dialog.selectedFiles().front();
-    if (const QString why = SaveDrawing(drawing, path); !why.isEmpty())
-        Warn(parent, title, why);
+    const auto why = std::make_shared<QString>();
+    const bool ended = DoAside(parent, QStringLiteral("%1 wird gespeichert").arg(name),
+                               [drawing, path, why](AsideWork& work) { *why = SaveDrawing(drawing, path, work); });
+    if (!ended)
+        Tell(*parent, title + QStringLiteral(": abgebrochen"));
+    else if (!why->isEmpty())
+        Warn(parent, title, *why);
     else
         Tell(*parent, QStringLiteral("%1 gespeichert: %2").arg(name, path));
 }
 
 void AskAndPrintDrawing(const CDC& drawing, const QString& name, QWidget* parent)
 {
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setDocName(name);
-    printer.setPageOrientation(drawing.Width() > drawing.Height() ? QPageLayout::Landscape : QPageLayout::Portrait);
-    QPrintDialog dialog(&printer, parent);
+    const QString title = QStringLiteral("Diagramm drucken");
+    const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    printer->setDocName(name);
+    printer->setPageOrientation(drawing.Width() > drawing.Height() ? QPageLayout::Landscape : QPageLayout::Portrait);
+    QPrintDialog dialog(printer.get(), parent);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    if (const QString why = PrintDrawing(drawing, printer); !why.isEmpty())
-        Warn(parent, QStringLiteral("Diagramm drucken"), why);
+    const auto why = std::make_shared<QString>();
+    const bool ended =
+        DoAside(parent, QStringLiteral("%1 wird gedruckt").arg(name),
+                [drawing, printer, why](AsideWork& work) { *why = PrintDrawing(drawing, *printer, work); });
+    if (!ended)
+        Tell(*parent, title + QStringLiteral(": abgebrochen"));
+    else if (!why->isEmpty())
+        Warn(parent, title, *why);
+    else
+        Tell(*parent, QStringLiteral("%1 gedruckt").arg(name));
 }
 
 void AddDrawingEntries(QMenu& menu, const QString& name, QWidget* parent, const std::function<CDC()>& draw)

@@ -19,6 +19,8 @@ constexpr const char* kGeometry = "geometry";
 constexpr const char* kDocks = "docks";
 constexpr const char* kScreens = "screens";
 constexpr const char* kDark = "dark";
+constexpr const char* kMasks = "masks";
+constexpr const char* kTabs = "tabs";
 
 } // namespace
 
@@ -38,6 +40,7 @@ Preferences Preferences::Load(const QString& path)
     const double scale = file.value(kFontScale, 1.0).toDouble();
     if (scale >= kSmallestFontScale && scale <= kLargestFontScale)
         loaded.fontScale = scale;
+    loaded.tabs = file.value(kMasks).toString() == QLatin1String(kTabs);
     loaded.layout = {file.value(kGeometry).toByteArray(), file.value(kDocks).toByteArray()};
     file.beginGroup(kScreens);
     for (const QString& size : file.childGroups())
@@ -53,6 +56,7 @@ bool Preferences::Save(const QString& path) const
     QSettings file(path, QSettings::IniFormat);
     file.setValue(kScheme, scheme == Scheme::dark ? QString::fromLatin1(kDark) : QStringLiteral("light"));
     file.setValue(kFontScale, fontScale);
+    file.setValue(kMasks, tabs ? QString::fromLatin1(kTabs) : QStringLiteral("windows"));
     file.setValue(kGeometry, layout.geometry);
     file.setValue(kDocks, layout.docks);
     for (auto screen = ofScreen.begin(); screen != ofScreen.end(); ++screen) {

@@ -16,6 +16,7 @@ namespace desktop
 struct Preferences {
     Scheme scheme = Scheme::light;
     double fontScale = 1.0; ///< 0.8 to 2
+    bool tabs = false;      ///< masks as tabs, not as windows
     /// Where the main window and its panels are.
     struct Layout {
         QByteArray geometry;

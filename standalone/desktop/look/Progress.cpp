@@ -11,12 +11,26 @@ namespace desktop
 namespace
 {
 
-constexpr qint64 kBusyAfter = 200;    // ms
-constexpr qint64 kDialogAfter = 1000; // ms
-constexpr qint64 kEventsEvery = 40;   // ms between two looks at the event queue
+constexpr qint64 kEventsEvery = 40; // ms between two looks at the event queue
 constexpr int kSteps = 1000;
 
 } // namespace
+
+QProgressDialog* MakeProgressDialog(const QString& what, QWidget* parent)
+{
+    auto* dialog = new QProgressDialog(what, QStringLiteral("Abbrechen"), 0, kSteps, parent);
+    dialog->setWindowTitle(QStringLiteral("Bitte warten"));
+    dialog->setWindowModality(Qt::ApplicationModal);
+    dialog->setMinimumDuration(0);
+    dialog->setAutoClose(false);
+    dialog->setAutoReset(false);
+    return dialog;
+}
+
+void ShowProgress(QProgressDialog& dialog, double done)
+{
+    dialog.setValue(qBound(0, qRound(done * kSteps), kSteps));
+}
 
 ProgressView::ProgressView(QWidget* parent) : m_parent(parent)
 {
@@ -49,19 +63,14 @@ bool ProgressView::Report(const QString& what, double done)
     m_sinceEvents.restart();
     m_reporting = true;
     if (!m_dialog && m_clock.elapsed() >= kDialogAfter) {
-        m_dialog = new QProgressDialog(what, QObject::tr("Abbrechen"), 0, kSteps, m_parent);
-        m_dialog->setWindowTitle(QObject::tr("Bitte warten"));
-        m_dialog->setWindowModality(Qt::ApplicationModal);
-        m_dialog->setMinimumDuration(0);
-        m_dialog->setAutoClose(false);
-        m_dialog->setAutoReset(false);
+        m_dialog = MakeProgressDialog(what, m_parent);
         QObject::connect(m_dialog, &QProgressDialog::canceled, m_dialog, [this] { m_cancelled = true; });
         EndWaitCursor(); // the button is to be clicked
         m_dialog->show();
     }
     if (m_dialog) {
         m_dialog->setLabelText(what);
-        m_dialog->setValue(qBound(0, qRound(done * kSteps), kSteps));
+        ShowProgress(*m_dialog, done);
         QApplication::processEvents();
     } else {
         // Paint the busy mark; what the user does meanwhile has to wait.

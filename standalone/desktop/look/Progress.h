@@ -12,6 +12,14 @@ class QWidget;
 namespace desktop
 {
 
+constexpr qint64 kBusyAfter = 200;    ///< ms until the foot of the main window says that work is going on
+constexpr qint64 kDialogAfter = 1000; ///< ms until a dialog with "Abbrechen" does
+
+/// The dialog, not shown yet; stays until it is deleted.
+QProgressDialog* MakeProgressDialog(const QString& what, QWidget* parent);
+/// `done` is 0 to 1.
+void ShowProgress(QProgressDialog& dialog, double done);
+
 /// Shows how far long work on the user-interface thread has come: the wait cursor, after 0.2 s a busy mark, after 1 s a
 /// dialog with "Abbrechen" in place of the cursor.
 class ProgressView

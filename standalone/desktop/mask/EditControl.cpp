@@ -63,7 +63,8 @@ QColor TintOf(const Window& control, const CEditColors* colors)
             if (!IsGrey(color))
                 return color;
     const auto* mask = dynamic_cast<const CMDIRechDialog*>(control.parent->object);
-    if (mask == nullptr || !mask->RuvData().IsFzgValid(control.parent->vehicle))
+    // What holds no value of the record, a path or a report, is nothing of the vehicle's.
+    if (mask == nullptr || BindingOf(control) == nullptr || !mask->RuvData().IsFzgValid(control.parent->vehicle))
         return {};
     return FromColorRef(mask->RuvData().KfzDat(static_cast<std::size_t>(control.parent->vehicle)).color);
 }

@@ -59,7 +59,7 @@ HelpPane::HelpPane(QWidget* parent) : QTextBrowser(parent)
 {
     setOpenLinks(false);
     setFrameShape(QFrame::NoFrame);
-    setWordWrapMode(QTextOption::WordWrap);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document()->setDocumentMargin(2.0 * Spacing());
     connect(this, &QTextBrowser::anchorClicked, this,
             [this](const QUrl& link) { ShowPage(NumberOf(link.fileName())); });
@@ -72,8 +72,9 @@ QSize HelpPane::sizeHint() const
 
 QString HelpPane::PageText(UINT number)
 {
-    QFile file(PagePath(number));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    const QString path = PagePath(number);
+    QFile file(path);
+    return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 void HelpPane::ShowPage(UINT number)
@@ -185,7 +186,7 @@ void HelpPane::Decorate()
         format.setCellPadding(0.6 * gap);
         format.setCellSpacing(0.0);
         format.clearColumnWidthConstraints();
-        format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
+        format.setWidth(QTextLength(QTextLength::PercentageLength, 99)); // the border is not counted
         table->setFormat(format);
     }
     cursor.endEditBlock();

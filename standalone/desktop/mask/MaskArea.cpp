@@ -4,6 +4,7 @@
 
 #include "desktop/look/Theme.h"
 #include "desktop/mask/MaskWindow.h"
+#include "desktop/mask/TornOffMask.h"
 #include "framework/UserInput.h"
 
 #include <QApplication>
@@ -32,6 +33,8 @@ constexpr Hint kHints[] = {
     {"F1", "Hilfe"},
 };
 
+constexpr QSize kLeastCell(360, 260); // of a frame beside others: small enough to scroll in, large enough to work in
+
 } // namespace
 
 MaskFrame::MaskFrame(MaskWindow& mask) : m_mask(&mask), m_scroll(new QScrollArea)
@@ -52,13 +55,18 @@ MaskFrame::MaskFrame(MaskWindow& mask) : m_mask(&mask), m_scroll(new QScrollArea
     setSystemMenu(nullptr); // title bar and keys do all it offers
     // A click beside the controls, or on a button, leaves the focus where it is: the framework moves it.
     setFocusPolicy(Qt::NoFocus);
-    connect(&mask, &MaskWindow::clicked, this, [this] { mdiArea()->setActiveSubWindow(this); });
+    connect(&mask, &MaskWindow::clicked, this, [this] {
+        if (mdiArea() != nullptr)
+            mdiArea()->setActiveSubWindow(this);
+    });
     connect(&mask, &MaskWindow::dialogChanged, this, &MaskFrame::Follow);
 }
 
 void MaskFrame::ShowTitle()
 {
     setWindowTitle(QStringLiteral("%1  %2").arg(m_mask->Number()).arg(m_mask->windowTitle()));
+    if (m_own)
+        m_own->setWindowTitle(windowTitle());
 }
 
 void MaskFrame::Follow()
@@ -68,19 +76,72 @@ void MaskFrame::Follow()
         return;
     ShowTitle();
     const QScopedValueRollback following(m_following, true);
+    QWidget* shell = m_own == nullptr ? this : static_cast<QWidget*>(m_own);
     if (!dialog->visible) {
-        hide();
+        shell->hide();
         return;
     }
-    if (dialog->iconic != isMinimized())
+    if (dialog->iconic != IsMinimised())
         if (dialog->iconic)
-            showMinimized();
+            Minimise();
         else
-            showNormal();
-    else if (isHidden())
-        show();
-    if (!isMinimized() && !m_mask->IsDrawing() && FullSize() != m_full && mdiArea() != nullptr)
+            Restore();
+    else if (shell->isHidden())
+        shell->show();
+    if (!m_own && !isMinimized() && !m_mask->IsDrawing() && FullSize() != m_full && mdiArea() != nullptr)
         FitInto(mdiArea()->viewport()->size());
+}
+
+bool MaskFrame::IsMinimised() const
+{
+    return m_own ? m_own->isMinimized() : isMinimized();
+}
+
+void MaskFrame::Minimise()
+{
+    if (m_own)
+        m_own->showMinimized();
+    else
+        showMinimized();
+}
+
+void MaskFrame::Restore()
+{
+    if (m_own)
+        m_own->showNormal();
+    else if (mdiArea() != nullptr && mdiArea()->viewMode() == QMdiArea::TabbedView)
+        showMaximized();
+    else
+        showNormal();
+}
+
+TornOffMask& MaskFrame::TearOff(QWidget* mainWindow)
+{
+    const QSize size = m_mask->IsDrawing() ? m_scroll->size() : m_mask->size();
+    setWidget(nullptr);
+    m_own = new TornOffMask(*this, *m_scroll, mainWindow);
+    m_own->setWindowTitle(windowTitle());
+    m_own->setWindowIcon(mainWindow->windowIcon());
+    m_own->resize(size + QSize(0, m_own->sizeHint().height() - m_scroll->sizeHint().height()));
+    return *m_own;
+}
+
+void MaskFrame::TakeBack()
+{
+    setWidget(m_scroll);
+    m_scroll->show();
+    m_own->hide();
+    m_own->deleteLater(); // its button may have been pressed
+    m_own = nullptr;
+    m_full = {};
+}
+
+void MaskFrame::TellState()
+{
+    const framework::Window* dialog = m_mask->Dialog();
+    if (m_following || dialog == nullptr || dialog->iconic == IsMinimised())
+        return;
+    m_mask->Act([this, dialog] { dialog->object->ShowWindow(IsMinimised() ? SW_MINIMIZE : SW_RESTORE); });
 }
 
 QSize MaskFrame::FullSize() const
@@ -90,8 +151,12 @@ QSize MaskFrame::FullSize() const
 
 void MaskFrame::FitInto(const QSize& room)
 {
-    if (isMinimized() || isMaximized())
+    if (m_own || isMinimized())
         return;
+    if (mdiArea() != nullptr && mdiArea()->viewMode() == QMdiArea::TabbedView) {
+        setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+        return;
+    }
     QSize size = m_mask->IsDrawing() && !m_full.isEmpty() ? this->size() : FullSize();
     m_full = FullSize();
     if (!m_mask->IsDrawing()) {
@@ -109,12 +174,8 @@ void MaskFrame::FitInto(const QSize& room)
 void MaskFrame::changeEvent(QEvent* event)
 {
     QMdiSubWindow::changeEvent(event);
-    if (event->type() != QEvent::WindowStateChange || m_following)
-        return;
-    const framework::Window* dialog = m_mask->Dialog();
-    if (dialog == nullptr || dialog->iconic == isMinimized())
-        return;
-    m_mask->Act([this, dialog] { dialog->object->ShowWindow(isMinimized() ? SW_MINIMIZE : SW_RESTORE); });
+    if (event->type() == QEvent::WindowStateChange && !m_own)
+        TellState();
 }
 
 void MaskFrame::closeEvent(QCloseEvent* event)
@@ -130,7 +191,41 @@ MaskArea::MaskArea(QWidget* parent) : QMdiArea(parent)
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     setActivationOrder(QMdiArea::ActivationHistoryOrder);
+    setDocumentMode(true);
+    setTabsClosable(true);
+    setTabsMovable(true);
     setBackground(Colors().desk);
+    connect(
+        this, &QMdiArea::subWindowActivated, this,
+        [this](QMdiSubWindow* window) {
+            auto* frame = qobject_cast<MaskFrame*>(window);
+            if (frame != nullptr && HasTabs() && !frame->isMinimized() && !frame->isMaximized())
+                frame->showMaximized();
+            if (frame != nullptr || !m_active || m_active->Own() == nullptr)
+                SetActive(frame);
+        });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        for (MaskFrame* frame : m_frames)
+            if (now != nullptr && frame->Own() != nullptr && frame->Own()->isAncestorOf(now))
+                SetActive(frame);
+    });
+}
+
+void MaskArea::SetActive(MaskFrame* frame)
+{
+    if (frame == m_active)
+        return;
+    m_active = frame;
+    emit activeChanged();
+}
+
+bool MaskArea::event(QEvent* event)
+{
+    // Back from a mask torn off: the one that is marked here is the active one.
+    if (event->type() == QEvent::WindowActivate)
+        if (auto* frame = qobject_cast<MaskFrame*>(currentSubWindow()))
+            SetActive(frame);
+    return QMdiArea::event(event);
 }
 
 void MaskArea::changeEvent(QEvent* event)
@@ -143,23 +238,36 @@ void MaskArea::changeEvent(QEvent* event)
 std::vector<MaskFrame*> MaskArea::Frames() const
 {
     std::vector<MaskFrame*> frames;
-    for (QMdiSubWindow* window : subWindowList(QMdiArea::CreationOrder))
-        if (auto* frame = qobject_cast<MaskFrame*>(window); frame != nullptr && frame->Mask()->Dialog() != nullptr)
-            frames.push_back(frame);
+    std::copy_if(m_frames.begin(), m_frames.end(), std::back_inserter(frames),
+                 [](const MaskFrame* frame) { return frame->Mask()->Dialog() != nullptr; });
     return frames;
 }
 
 MaskFrame* MaskArea::FrameOf(const MaskWindow& mask) const
 {
-    for (QMdiSubWindow* window : subWindowList())
-        if (auto* frame = qobject_cast<MaskFrame*>(window); frame != nullptr && frame->Mask() == &mask)
-            return frame;
-    return nullptr;
+    const auto found =
+        std::find_if(m_frames.begin(), m_frames.end(), [&](const MaskFrame* frame) { return frame->Mask() == &mask; });
+    return found == m_frames.end() ? nullptr : *found;
+}
+
+/// Those that lie in the area as windows to be seen.
+std::vector<MaskFrame*> MaskArea::Arranged() const
+{
+    std::vector<MaskFrame*> frames;
+    for (MaskFrame* frame : Frames())
+        if (frame->Own() == nullptr && !frame->isMinimized() && frame->isVisible())
+            frames.push_back(frame);
+    return frames;
 }
 
 void MaskArea::resizeEvent(QResizeEvent* event)
 {
     QMdiArea::resizeEvent(event);
+    if (!m_tiles.empty() && std::all_of(m_tiles.begin(), m_tiles.end(), [](const auto& tile) {
+            return tile.first != nullptr && tile.first->geometry() == tile.second;
+        }))
+        return Tile();
+    m_tiles.clear();
     for (MaskFrame* frame : Frames())
         frame->FitInto(viewport()->size());
 }
@@ -170,9 +278,8 @@ QPoint MaskArea::FreePlace(const QSize& size) const
 {
     const int gap = Spacing();
     std::vector<QRect> taken;
-    for (const MaskFrame* frame : Frames())
-        if (!frame->isMinimized() && frame->isVisible())
-            taken.push_back(frame->geometry().adjusted(-gap, -gap, gap, gap));
+    for (const MaskFrame* frame : Arranged())
+        taken.push_back(frame->geometry().adjusted(-gap, -gap, gap, gap));
     const QSize room = viewport()->size();
     std::vector<int> xs{gap};
     std::vector<int> ys{gap};
@@ -190,11 +297,10 @@ QPoint MaskArea::FreePlace(const QSize& size) const
                 return place.topLeft();
         }
     std::vector<QRect> buttons;
-    for (const MaskFrame* frame : Frames())
-        if (!frame->isMinimized() && frame->isVisible())
-            for (ControlView* view : frame->Mask()->Views())
-                if (view->Control()->kind == framework::Kind::button && !view->Widget()->isHidden())
-                    buttons.emplace_back(view->Widget()->mapTo(viewport(), QPoint(0, 0)), view->Widget()->size());
+    for (const MaskFrame* frame : Arranged())
+        for (ControlView* view : frame->Mask()->Views())
+            if (view->Control()->kind == framework::Kind::button && !view->Widget()->isHidden())
+                buttons.emplace_back(view->Widget()->mapTo(viewport(), QPoint(0, 0)), view->Widget()->size());
     const auto covered = [](const std::vector<QRect>& rects, const QRect& place) {
         double area = 0.0;
         for (const QRect& rect : rects) {
@@ -222,6 +328,8 @@ QPoint MaskArea::FreePlace(const QSize& size) const
 void MaskArea::Add(MaskWindow& mask)
 {
     auto* frame = new MaskFrame(mask);
+    m_tiles.clear();
+    m_frames.push_back(frame);
     addSubWindow(frame);
     const int gap = Spacing();
     emit roomWanted(frame->FullSize() + QSize(2 * gap, 2 * gap));
@@ -229,14 +337,14 @@ void MaskArea::Add(MaskWindow& mask)
     const QPoint place = FreePlace(frame->FullSize().boundedTo(room));
     frame->move(place);
     frame->FitInto(viewport()->size());
-    if (mask.IsDrawing()) { // as large as there is room
+    if (mask.IsDrawing() && !HasTabs()) { // as large as there is room
         frame->resize(frame->FullSize().boundedTo(room));
         frame->move(std::min(place.x(), viewport()->width() - gap - frame->width()),
                     std::min(place.y(), viewport()->height() - gap - frame->height()));
     }
     frame->Follow();
     if (mask.Dialog()->visible && !mask.Dialog()->iconic) {
-        frame->show();
+        frame->Restore();
         setActiveSubWindow(frame);
         mask.GoToFirstControl();
     }
@@ -249,9 +357,19 @@ bool MaskArea::Remove(MaskWindow& mask)
     MaskFrame* frame = FrameOf(mask);
     if (frame == nullptr)
         return false;
+    m_frames.erase(std::find(m_frames.begin(), m_frames.end(), frame));
+    if (frame == m_active)
+        SetActive(nullptr);
     frame->hide();
-    removeSubWindow(frame);
+    if (TornOffMask* own = frame->Own()) {
+        m_ownPlaces[mask.Number()] = own->saveGeometry();
+        frame->TakeBack();
+        frame->hide();
+    } else
+        removeSubWindow(frame);
     frame->deleteLater(); // with the mask
+    if (!m_active)
+        SetActive(qobject_cast<MaskFrame*>(currentSubWindow()));
     viewport()->update();
     emit masksChanged();
     return true;
@@ -259,39 +377,199 @@ bool MaskArea::Remove(MaskWindow& mask)
 
 MaskWindow* MaskArea::Active() const
 {
-    auto* frame = qobject_cast<MaskFrame*>(currentSubWindow());
-    return frame == nullptr || frame->Mask()->Dialog() == nullptr ? nullptr : frame->Mask();
+    return !m_active || m_active->Mask()->Dialog() == nullptr ? nullptr : m_active->Mask();
+}
+
+void MaskArea::SetTabs(bool tabs)
+{
+    if (tabs == HasTabs())
+        return;
+    QMdiSubWindow* current = currentSubWindow();
+    m_tiles.clear();
+    for (MaskFrame* frame : Frames())
+        if (frame->Own() == nullptr && frame->isMinimized())
+            frame->showNormal();
+    for (MaskFrame* frame : Frames()) // a frame that may not grow cannot fill the area
+        if (tabs)
+            frame->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    setViewMode(tabs ? QMdiArea::TabbedView : QMdiArea::SubWindowView);
+    for (MaskFrame* frame : Frames()) {
+        if (frame->Own() != nullptr)
+            continue;
+        if (!tabs)
+            frame->showNormal();
+        frame->FitInto(viewport()->size());
+    }
+    setActiveSubWindow(current);
+}
+
+void MaskArea::TearOff(MaskFrame& frame)
+{
+    if (frame.Own() != nullptr)
+        return;
+    m_tiles.clear();
+    const bool maximised = frame.isMaximized();
+    if (maximised || frame.isMinimized())
+        frame.showNormal();
+    const QPoint place = frame.mapToGlobal(QPoint(0, 0));
+    removeSubWindow(&frame);
+    frame.setParent(window()); // a child of the area's would be taken in again
+    frame.hide();
+    TornOffMask& own = frame.TearOff(window());
+    connect(&own, &TornOffMask::backWanted, this, [this, &frame] { TakeBack(frame); });
+    if (const auto kept = m_ownPlaces.find(frame.Mask()->Number()); kept != m_ownPlaces.end())
+        own.restoreGeometry(kept->second);
+    else
+        own.move(place);
+    SetActive(&frame);
+    own.show();
+    own.activateWindow();
+    frame.Mask()->GoToFirstControl();
+    emit tornOff(&own);
+    viewport()->update();
+}
+
+void MaskArea::TakeBack(MaskFrame& frame)
+{
+    if (frame.Own() == nullptr)
+        return;
+    m_ownPlaces[frame.Mask()->Number()] = frame.Own()->saveGeometry();
+    const bool minimised = frame.Own()->isMinimized();
+    frame.TakeBack();
+    addSubWindow(&frame);
+    const int gap = Spacing();
+    emit roomWanted(frame.FullSize() + QSize(2 * gap, 2 * gap));
+    frame.move(FreePlace(frame.FullSize().boundedTo(viewport()->size())));
+    frame.FitInto(viewport()->size());
+    if (minimised && !HasTabs())
+        frame.showMinimized();
+    else
+        frame.Restore();
+    window()->activateWindow();
+    setActiveSubWindow(&frame);
+    frame.Mask()->GoToFirstControl();
+}
+
+void MaskArea::TearOffActive()
+{
+    if (!m_active)
+        return;
+    if (m_active->Own() == nullptr)
+        TearOff(*m_active);
+    else
+        TakeBack(*m_active);
+}
+
+void MaskArea::TakeAllBack()
+{
+    for (MaskFrame* frame : Frames())
+        TakeBack(*frame);
+}
+
+QSize MaskArea::Room() const
+{
+    QSize room = viewport()->size();
+    for (const MaskFrame* frame : Frames())
+        if (frame->Own() == nullptr && frame->isMinimized())
+            room.setHeight(std::min(room.height(), viewport()->height() - frame->height()));
+    return room;
+}
+
+bool MaskArea::TileInRows(const std::vector<MaskFrame*>& frames)
+{
+    const int gap = Spacing();
+    const QSize room = Room();
+    std::vector<QPoint> places;
+    QPoint at(gap, gap);
+    int rowHeight = 0;
+    for (const MaskFrame* frame : frames) {
+        const QSize size = frame->size();
+        if (at.x() > gap && at.x() + size.width() + gap > room.width()) {
+            at = QPoint(gap, at.y() + rowHeight + gap);
+            rowHeight = 0;
+        }
+        if (at.x() + size.width() > room.width() || at.y() + size.height() > room.height())
+            return frames.size() == 1;
+        places.push_back(at);
+        at.rx() += size.width() + gap;
+        rowHeight = std::max(rowHeight, size.height());
+    }
+    for (std::size_t i = 0; i < frames.size(); ++i)
+        frames[i]->move(places[i]);
+    return true;
+}
+
+bool MaskArea::TileInCells(const std::vector<MaskFrame*>& frames)
+{
+    const auto count = static_cast<int>(frames.size());
+    const QSize room = Room();
+    const QSize least = kLeastCell * CurrentFontScale();
+    int columns = 0;
+    double most = 0.0;
+    for (int tried = 1; tried <= count; ++tried) {
+        const QSize cell(room.width() / tried, room.height() / ((count + tried - 1) / tried));
+        if (cell.width() < least.width() || cell.height() < least.height())
+            continue;
+        double shown = 0.0; // of the masks
+        for (const MaskFrame* frame : frames) {
+            const QSize part = frame->FullSize().boundedTo(cell);
+            shown += static_cast<double>(part.width()) * part.height();
+        }
+        if (shown > most) {
+            most = shown;
+            columns = tried;
+        }
+    }
+    if (columns == 0)
+        return false;
+    const QSize cell(room.width() / columns, room.height() / ((count + columns - 1) / columns));
+    for (int i = 0; i < count; ++i) {
+        frames[static_cast<std::size_t>(i)]->resize(frames[static_cast<std::size_t>(i)]->size().boundedTo(cell));
+        frames[static_cast<std::size_t>(i)]->move(i % columns * cell.width(), i / columns * cell.height());
+    }
+    return true;
 }
 
 void MaskArea::Tile()
 {
-    const int gap = Spacing();
-    QPoint at(gap, gap);
-    int rowHeight = 0;
-    for (MaskFrame* frame : Frames()) {
-        if (frame->isMinimized() || !frame->isVisible())
-            continue;
-        frame->FitInto(viewport()->size());
-        if (at.x() > gap && at.x() + frame->width() + gap > viewport()->width()) {
-            at = QPoint(gap, at.y() + rowHeight + gap);
-            rowHeight = 0;
-        }
-        // Below the last row a frame would lie outside.
-        frame->move(at.x(), std::clamp(at.y(), 0, std::max(0, viewport()->height() - frame->height())));
-        at.rx() += frame->width() + gap;
-        rowHeight = std::max(rowHeight, frame->height());
+    if (HasTabs())
+        return;
+    std::vector<MaskFrame*> frames = Arranged();
+    const QPointer<MaskFrame> active = m_active;
+    int minimised = 0;
+    for (MaskFrame* frame : frames)
+        frame->FitInto(Room());
+    while (!frames.empty() && !TileInRows(frames) && !TileInCells(frames)) {
+        // The active one stays.
+        const auto last =
+            std::find_if(frames.rbegin(), frames.rend(), [&active](const MaskFrame* frame) { return frame != active; });
+        if (last == frames.rend())
+            break;
+        (*last)->showMinimized();
+        frames.erase(std::next(last).base());
+        ++minimised;
+        for (MaskFrame* frame : frames)
+            frame->FitInto(Room());
     }
+    if (minimised > 0 && active && active->Own() == nullptr)
+        setActiveSubWindow(active);
+    m_tiles.clear();
+    for (MaskFrame* frame : frames)
+        m_tiles.emplace_back(frame, frame->geometry());
+    if (minimised > 0)
+        emit minimisedForRoom(minimised);
 }
 
 void MaskArea::Cascade()
 {
     const int gap = Spacing();
     const int step = style()->pixelMetric(QStyle::PM_TitleBarHeight) + gap / 2;
+    m_tiles.clear();
     QPoint at(gap, gap);
-    for (MaskFrame* frame : Frames()) {
-        if (frame->isMinimized() || !frame->isVisible())
-            continue;
-        frame->move(at);
+    for (MaskFrame* frame : Arranged()) {
+        frame->FitInto(viewport()->size());
+        frame->move(std::clamp(at.x(), 0, std::max(0, viewport()->width() - frame->width())),
+                    std::clamp(at.y(), 0, std::max(0, viewport()->height() - frame->height())));
         frame->raise();
         at += QPoint(step, step);
         if (at.y() + step > viewport()->height())
@@ -301,16 +579,16 @@ void MaskArea::Cascade()
 
 void MaskArea::MinimiseAll()
 {
-    for (MaskFrame* frame : Frames())
-        if (frame->isVisible() && !frame->isMinimized())
+    for (MaskFrame* frame : Arranged())
+        if (!HasTabs())
             frame->showMinimized();
 }
 
 void MaskArea::RestoreAll()
 {
     for (MaskFrame* frame : Frames())
-        if (frame->isMinimized())
-            frame->showNormal();
+        if (frame->IsMinimised())
+            frame->Restore();
 }
 
 void MaskArea::GoToNext()
@@ -325,21 +603,26 @@ void MaskArea::GoToPrevious()
 
 void MaskArea::MinimiseActive()
 {
-    if (QMdiSubWindow* frame = activeSubWindow())
-        frame->showMinimized();
+    if (m_active && (m_active->Own() != nullptr || !HasTabs()))
+        m_active->Minimise();
 }
 
 void MaskArea::CloseActive()
 {
-    if (QMdiSubWindow* frame = activeSubWindow())
-        frame->close();
+    if (m_active)
+        m_active->close();
 }
 
 void MaskArea::GoTo(MaskFrame& frame)
 {
-    if (frame.isMinimized())
-        frame.showNormal();
-    setActiveSubWindow(&frame);
+    if (frame.IsMinimised())
+        frame.Restore();
+    if (TornOffMask* own = frame.Own()) {
+        own->raise();
+        own->activateWindow();
+        SetActive(&frame);
+    } else
+        setActiveSubWindow(&frame);
 }
 
 void MaskArea::paintEvent(QPaintEvent* event)

@@ -1,14 +1,18 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// The area of the main window in which masks stand side by side.
+// The area of the main window in which masks stand side by side, or as tabs. A mask can leave it for a window of its
+// own.
 #pragma once
 
 #include "host/HostTypes.h"
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPointer>
 
+#include <map>
+#include <utility>
 #include <vector>
 
 class QScrollArea;
@@ -18,8 +22,11 @@ namespace desktop
 
 class MaskWindow;
 
+class MaskArea;
+class TornOffMask;
+
 /// The frame of a mask: as large as the mask where there is room, otherwise the mask is scrolled in it. Can be
-/// minimised.
+/// minimised. While the mask is torn off it is hidden and stands for the window of its own.
 class MaskFrame : public QMdiSubWindow
 {
     Q_OBJECT
@@ -34,6 +41,19 @@ class MaskFrame : public QMdiSubWindow
     /// As large as it may be in the area, and inside of it.
     void FitInto(const QSize& room);
 
+    /// Gives the mask a window of its own; `mainWindow` is its parent. The frame must not be in the area any more.
+    TornOffMask& TearOff(QWidget* mainWindow);
+    /// Takes the mask back into the frame.
+    void TakeBack();
+    /// The window of its own, null while there is none.
+    TornOffMask* Own() const { return m_own; }
+    bool IsMinimised() const;
+    /// Out of its minimised state.
+    void Restore();
+    void Minimise();
+    /// The mask follows when the user minimises or restores its window.
+    void TellState();
+
   protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -43,7 +63,8 @@ class MaskFrame : public QMdiSubWindow
 
     MaskWindow* m_mask;
     QScrollArea* m_scroll;
-    QSize m_full; ///< that the frame was fitted to
+    TornOffMask* m_own = nullptr; ///< belongs to the main window
+    QSize m_full;                 ///< that the frame was fitted to
     bool m_following = false;
 };
 
@@ -57,13 +78,23 @@ class MaskArea : public QMdiArea
     void Add(MaskWindow& mask);
     /// Closes the frame of a mask whose dialog is gone; false when it has none here.
     bool Remove(MaskWindow& mask);
-    /// The active mask, or null.
+    /// The mask that has or had the focus, torn off or not; or null.
     MaskWindow* Active() const;
     std::vector<MaskFrame*> Frames() const;
     /// The frame of a mask, or null.
     MaskFrame* FrameOf(const MaskWindow& mask) const;
 
-    /// Arranges the frames that are not minimised side by side, each in its own size.
+    /// Masks as tabs, one of them seen, or as windows.
+    void SetTabs(bool tabs);
+    bool HasTabs() const { return viewMode() == QMdiArea::TabbedView; }
+    void TearOff(MaskFrame& frame);
+    void TakeBack(MaskFrame& frame);
+    /// Tears the active mask off, or takes it back.
+    void TearOffActive();
+    void TakeAllBack();
+
+    /// Arranges the frames that are not minimised side by side: each in its own size, or in equal parts of the area
+    /// when there is no room for that. When those would be too small to work in, the last ones are minimised.
     void Tile();
     void Cascade();
     void MinimiseAll();
@@ -77,6 +108,12 @@ class MaskArea : public QMdiArea
 
   signals:
     void masksChanged();
+    /// Active() is another.
+    void activeChanged();
+    /// A mask has got a window of its own.
+    void tornOff(QWidget* window);
+    /// Frames were minimised because there is no room for them.
+    void minimisedForRoom(int count);
     /// A mask is to be shown that needs a frame of this size.
     void roomWanted(const QSize& frame);
 
@@ -84,9 +121,21 @@ class MaskArea : public QMdiArea
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
 
   private:
     QPoint FreePlace(const QSize& size) const;
+    std::vector<MaskFrame*> Arranged() const;
+    /// Of the area, what minimised frames at its foot leave.
+    QSize Room() const;
+    bool TileInRows(const std::vector<MaskFrame*>& frames);
+    bool TileInCells(const std::vector<MaskFrame*>& frames);
+    void SetActive(MaskFrame* frame);
+
+    std::vector<MaskFrame*> m_frames; ///< in the order they came
+    QPointer<MaskFrame> m_active;
+    std::vector<std::pair<QPointer<MaskFrame>, QRect>> m_tiles; ///< as Tile left them
+    std::map<UINT, QByteArray> m_ownPlaces;                     ///< of torn off masks, by number
 };
 
 } // namespace desktop

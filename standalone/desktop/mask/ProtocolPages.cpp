@@ -9,6 +9,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
+#include <QFile>
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPdfWriter>
@@ -34,6 +35,7 @@ constexpr int kResolution = 300;     // dots per inch of a PDF
 constexpr double kMargin = 20.0;     // mm
 constexpr double kFootHeight = 24.0; // dots of the screen
 constexpr double kFootPoints = 7.5;
+constexpr double kTypesetPart = 0.8; // of the work
 
 /// What keeps together that a page's end would part: from a block on, a new page.
 struct PageEnd {
@@ -177,15 +179,16 @@ class PageEnds
 
 } // namespace
 
-std::unique_ptr<QTextDocument> ProtocolOnPages(const report::Protocol& protocol, QSizeF page)
+std::unique_ptr<QTextDocument> ProtocolOnPages(const report::Protocol& protocol, QSizeF page, AsideWork& work)
 {
     std::vector<PageEnd> ends;
     for (;;) {
         auto document = Typeset(protocol, page, ends);
         const auto end = PageEnds(*document, page.height()).First(ends.empty() ? 0 : ends.back().block + 1);
-        if (!end)
+        if (!end || work.IsCancelled())
             return document;
         ends.push_back(*end);
+        work.Report(kTypesetPart * end->block / std::max(document->blockCount(), 1));
     }
 }
 
@@ -193,7 +196,7 @@ namespace
 {
 
 /// Pages of the device's own size, with the page's number and `foot` below the text.
-bool Print(const report::Protocol& protocol, const QString& foot, QPagedPaintDevice& device)
+bool Print(const report::Protocol& protocol, const QString& foot, QPagedPaintDevice& device, AsideWork& work)
 {
     QPainter painter;
     if (!painter.begin(&device))
@@ -202,11 +205,12 @@ bool Print(const report::Protocol& protocol, const QString& foot, QPagedPaintDev
     const double scale = device.logicalDpiY() / QGuiApplication::primaryScreen()->logicalDotsPerInchY();
     const double width = device.width() / scale;
     const double height = device.height() / scale - kFootHeight;
-    const auto document = ProtocolOnPages(protocol, QSizeF(width, height));
+    const auto document = ProtocolOnPages(protocol, QSizeF(width, height), work);
     QFont footFont = document->defaultFont();
     footFont.setPointSizeF(kFootPoints);
     const QRectF line(0.0, height * scale, device.width(), kFootHeight * scale);
-    for (int page = 0; page < document->pageCount(); ++page) {
+    for (int page = 0; page < document->pageCount() && !work.IsCancelled(); ++page) {
+        work.Report(kTypesetPart + (1.0 - kTypesetPart) * page / document->pageCount());
         if (page > 0)
             device.newPage();
         painter.save();
@@ -220,6 +224,8 @@ bool Print(const report::Protocol& protocol, const QString& foot, QPagedPaintDev
         painter.drawText(line, Qt::AlignRight | Qt::AlignBottom,
                          QStringLiteral("Seite %1 von %2").arg(page + 1).arg(document->pageCount()));
     }
+    if (auto* printer = dynamic_cast<QPrinter*>(&device); printer != nullptr && work.IsCancelled())
+        printer->abort();
     return true;
 }
 
@@ -233,7 +239,7 @@ QString FootOf(const report::Protocol& protocol)
 
 } // namespace
 
-QByteArray ProtocolPdf(const report::Protocol& protocol)
+QByteArray ProtocolPdf(const report::Protocol& protocol, AsideWork& work)
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -245,16 +251,18 @@ QByteArray ProtocolPdf(const report::Protocol& protocol)
     writer.setTitle(QString::fromStdString(protocol.title));
     writer.setCreator(
         QStringLiteral("%1 %2").arg(QLatin1String(base::kProgramName), QLatin1String(base::kProgramVersion)));
-    Print(protocol, FootOf(protocol), writer);
+    Print(protocol, FootOf(protocol), writer, work);
     buffer.close();
     return bytes;
 }
 
-QString PrintProtocol(const report::Protocol& protocol, QPrinter& printer)
+QString PrintProtocol(const report::Protocol& protocol, QPrinter& printer, AsideWork& work)
 {
     printer.setPageMargins(QMarginsF(kMargin, kMargin, kMargin, kMargin), QPageLayout::Millimeter);
-    if (!Print(protocol, FootOf(protocol), printer))
+    if (!Print(protocol, FootOf(protocol), printer, work))
         return QStringLiteral("Der Drucker „%1“ nimmt den Auftrag nicht an.").arg(printer.printerName());
+    if (!printer.outputFileName().isEmpty() && !work.BeginToKeep())
+        QFile::remove(printer.outputFileName()); // a part of the pages would pass for all
     return {};
 }
 

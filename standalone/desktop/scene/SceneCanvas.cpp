@@ -3,6 +3,7 @@
 #include "desktop/scene/SceneCanvas.h"
 
 #include "desktop/case/CaseDocument.h"
+#include "desktop/look/Aside.h"
 #include "desktop/look/CdcPainter.h"
 #include "desktop/look/Theme.h"
 #include "krn/Placing.h"
@@ -303,8 +304,7 @@ scene::SceneDrawingOptions SceneCanvas::Options(Ground ground, const scene::Scen
         const double pixels = static_cast<double>(picture.breite) * picture.meterProPixel * camera.pixelsPerMetre;
         const double sharp = ground == Ground::paper ? kPaperSharpness : devicePixelRatioF();
         options.layers.push_back(
-            m_pictures.Layer(picture, m_document.Path(), sharp * pixels,
-                             ground == Ground::paper ? ScenePictures::Wait::untilRead : ScenePictures::Wait::briefly));
+            m_pictures.Layer(picture, m_document.Path(), sharp * pixels, ScenePictures::Wait::briefly));
     }
     if (ground == Ground::paper) {
         options.title = m_document.Data().Title();
@@ -319,6 +319,18 @@ scene::SceneDrawingOptions SceneCanvas::Options(Ground ground, const scene::Scen
 
 CDC SceneCanvas::ForPaper()
 {
+    std::vector<std::shared_future<PictureFile>> files;
+    for (const CSzenenBild& picture : m_document.Data().Bilder())
+        if (picture.sichtbar)
+            files.push_back(m_pictures.File(PicturePath(picture.datei, m_document.Path())));
+    if (!files.empty())
+        DoAside(
+            this, QStringLiteral("Die Bilder der Szene werden gelesen"),
+            [files](AsideWork&) {
+                for (const auto& file : files)
+                    file.wait();
+            },
+            AtEnd::leaves);
     const double ratio =
         std::clamp(static_cast<double>(height()) / std::max(width(), 1), kPaperRatioLow, kPaperRatioHigh);
     CDC drawing(kPaperWidth, kPaperWidth * ratio);

@@ -64,8 +64,9 @@ class SceneCanvas : public QWidget
 
     /// What the user is to do now, empty for nothing in particular.
     QString Prompt() const;
-    /// The part of the scene that is shown, drawn for paper.
+    /// The part of the scene that is shown, drawn for paper, its pictures read to the end.
     CDC ForPaper();
+    ScenePictures& Pictures() { return m_pictures; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

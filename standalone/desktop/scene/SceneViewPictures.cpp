@@ -4,6 +4,7 @@
 // Commands of the scene for the pictures under it.
 #include "desktop/case/CaseDocument.h"
 #include "desktop/case/ScenePictures.h"
+#include "desktop/look/Aside.h"
 #include "desktop/look/Icons.h"
 #include "desktop/look/MessageBox.h"
 #include "desktop/scene/SceneCanvas.h"
@@ -11,7 +12,9 @@
 #include "host/Physics.h"
 #include "krn/NumberEntry.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QMenu>
 
@@ -102,7 +105,12 @@ QString SceneView::AddPicture(const QString& path)
     if (pictures.size() >= CSzenenBild::kMeiste)
         return QStringLiteral("Unter der Szene liegen schon %1 Bilder; mehr kann ein Fall nicht aufnehmen.")
             .arg(CSzenenBild::kMeiste);
-    const PictureFile file = ReadPictureFile(path);
+    const auto read = m_canvas->Pictures().File(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+    // What lies on a network that does not answer must not hold up the program's end.
+    if (!DoAside(
+            this, QStringLiteral("Das Bild wird gelesen"), [read](AsideWork&) { read.wait(); }, AtEnd::leaves))
+        return {};
+    const PictureFile& file = read.get();
     if (!file.why.isEmpty())
         return QStringLiteral("Die Datei „%1“ %2.").arg(path, file.why);
     CSzenenBild picture;

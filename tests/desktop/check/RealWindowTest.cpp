@@ -10,10 +10,13 @@
 #include "desktop/case/VehicleEditor.h"
 #include "desktop/look/NumberField.h"
 #include "desktop/look/RefusalBubble.h"
+#include "desktop/mask/ControlWidgets.h"
 #include "desktop/mask/QuickOpener.h"
+#include "res/resource.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QScreen>
 #include <QTableView>
 #include <QTemporaryDir>
 
@@ -176,6 +179,55 @@ TEST_F(RealKeysTest, PanelsTakeKeysAsMasksDo)
     EXPECT_TRUE(Comes([&] { return phase().vAnf == 50.0 && table.currentIndex().row() == 2; }));
 }
 
+/// What the screen shows after Alt and a number is one page, and one button looks like that of the current page.
+TEST_F(RealKeysTest, AltAndANumberShowOnePageAtEveryWindowSize)
+{
+    ASSERT_TRUE(document.Open(QStringLiteral(TAVELIN_SOURCE_DIR "/examples/fussgaenger.json")));
+    desktop::AddCasePanels(window, document);
+    constexpr UINT kButtons[] = {IDC_SCHR_BU1, IDC_SCHR_BU2, IDC_SCHR_BU3, IDC_SCHR_BU4, IDC_SCHR_BU5};
+    for (const QSize size : {QSize(1000, 680), QSize(1366, 768), QSize(1440, 900), QSize(1920, 1200)}) {
+        window.resize(size);
+        ASSERT_TRUE(Comes([&] { return window.size() == size; }));
+        desktop::MaskWindow& mask = Open(487);
+        Focus();
+        const auto shown = [&](QWidget& widget) {
+            const QRect seen = widget.visibleRegion().boundingRect();
+            const QPoint at = widget.mapTo(&window, seen.topLeft());
+            return window.screen()->grabWindow(window.winId(), at.x(), at.y(), seen.width(), seen.height()).toImage();
+        };
+        const auto ground = [&](UINT button) {
+            const QImage image = shown(Widget(mask, button));
+            return image.isNull() ? 0U : image.pixel(image.width() - 5, image.height() / 2);
+        };
+        for (const int number : {2, 4, 3, 5, 1, 3, 2}) {
+            Do({"key", QStringLiteral("alt+%1").arg(number)});
+            const UINT chosen = kButtons[number - 1];
+            ASSERT_TRUE(Comes([&] { return Control(mask, chosen).check != 0; })) << number;
+            std::vector<desktop::MaskWindow*> pages;
+            for (auto* page : mask.findChildren<desktop::MaskWindow*>())
+                if (page->isVisible())
+                    pages.push_back(page);
+            ASSERT_EQ(pages.size(), 1U) << number;
+            const QRect seen = pages.front()->visibleRegion().boundingRect();
+            ASSERT_FALSE(seen.isEmpty());
+            const auto wanted = [&] {
+                return pages.front()->grab(seen).toImage().convertToFormat(QImage::Format_RGB32);
+            };
+            EXPECT_TRUE(Comes([&] { return shown(*pages.front()).convertToFormat(QImage::Format_RGB32) == wanted(); }))
+                << "the screen shows another page than " << number;
+            for (const UINT button : kButtons)
+                if (!Widget(mask, button).visibleRegion().isEmpty()) {
+                    EXPECT_EQ(ground(button) == ground(chosen), button == chosen) << number << ": " << button;
+                }
+            if (const QString folder = qEnvironmentVariable("TAVELIN_PICTURES"); !folder.isEmpty())
+                window.screen()
+                    ->grabWindow(window.winId())
+                    .save(QStringLiteral("%1/%2-%3.png").arg(folder).arg(size.width()).arg(number));
+        }
+        window.CloseMasks();
+    }
+}
+
 /// Starts this program again on an X server of its own.
 TEST(RealWindowTest, KeysOfARealKeyboard)
 {
@@ -195,7 +247,7 @@ TEST(RealWindowTest, KeysOfARealKeyboard)
         inner.kill();
     EXPECT_TRUE(finished);
     EXPECT_EQ(inner.exitCode(), 0) << output;
-    EXPECT_NE(output.find("[  PASSED  ] 3 tests."), std::string::npos) << output;
+    EXPECT_NE(output.find("[  PASSED  ] 4 tests."), std::string::npos) << output;
 }
 
 } // namespace

@@ -75,7 +75,8 @@ TEST_F(MaskReportTest, NoPageBreakLosesText)
     ASSERT_FALSE(protocol.pictures.empty());
     ASSERT_FALSE(protocol.formulas.empty());
     for (const double height : {947.0, 899.5, 801.0, 702.25, 640.0}) {
-        const auto pages = desktop::ProtocolOnPages(protocol, QSizeF(642.0, height));
+        desktop::AsideWork work;
+        const auto pages = desktop::ProtocolOnPages(protocol, QSizeF(642.0, height), work);
         const auto pageOf = [&](const QTextBlock& block) {
             const double top = pages->documentLayout()->blockBoundingRect(block).top() + block.layout()->lineAt(0).y();
             return static_cast<int>((top + 0.5) / height);
