@@ -76,6 +76,7 @@ void CVideoDlg::AnalyzeVideo()
     const int bilder = m_leser->GetFrameCount();
     std::string grund;
     int bild = 0;
+    int unlesbar = 0;
     for (; bild < bilder && grund.empty(); ++bild) {
         knopf->SetWindowText(std::to_string(bild + 1));
         if (RuvProgress(was, static_cast<double>(bild) / bilder) == Work::cancel) {
@@ -84,6 +85,7 @@ void CVideoDlg::AnalyzeVideo()
         }
         SearchedFrame gesucht = DetectAndTrack(suche, *m_leser, bild, spuren);
         grund = std::move(gesucht.reason);
+        unlesbar += gesucht.isUnreadable ? 1 : 0;
         for (const SeenVehicle& fahrzeug : gesucht.seen)
             kaesten[{fahrzeug.id, bild}] = fahrzeug.box;
     }
@@ -107,6 +109,8 @@ void CVideoDlg::AnalyzeVideo()
     ZeigeFrame(m_dat.bildnummer);
     Zeige();
     if (grund.empty()) {
+        if (unlesbar > 0)
+            Status(Eingesetzt(LoadRuvString(IDS_VIDEO_UNLESBAR), {std::to_string(unlesbar)}));
         FehlerMeldung(this, kFertig);
         return;
     }

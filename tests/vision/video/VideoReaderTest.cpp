@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Videos made here: every picture shows its number, so a wrong picture at a time is seen.
+#include "host/CDC.h"
 #include "host/vision/CVideoReader.h"
 #include "tests/cli/CliProgram.h"
 #include "tests/support/TemporaryFolder.h"
@@ -361,6 +362,45 @@ TEST(VideoReader, TheCommandLineListsTheIndex)
     const auto refused = test::RunCli({"eval", "VideoIndex", folder.File("none.mp4")});
     EXPECT_EQ(refused.exit, 3);
     EXPECT_NE(refused.err.find("Die Datei gibt es nicht."), std::string::npos);
+}
+
+/// The pictures for the screen show the same as those that are analysed, however they are turned.
+TEST(VideoReader, PicturesForTheScreenAreThoseOfTheAnalysis)
+{
+    const test::TemporaryFolder folder;
+    for (const int rotation : {0, 90, 180, 270}) {
+        SCOPED_TRACE(rotation);
+        VideoPlan plan = Plan(EvenTimes(30, 512), 2);
+        plan.rotation = rotation;
+        plan.width = 136; // no multiple of what a scaler likes
+        const std::string path = folder.File("v" + std::to_string(rotation) + ".mp4");
+        test::WriteVideo(path, plan);
+        CVideoReader reader;
+        ASSERT_NE(reader.OpenVideo(path), 0) << reader.Reason();
+        cv::Mat image;
+        drawing::Bitmap shown;
+        double time = 0.0;
+        double again = 0.0;
+        for (const int frame : {0, 21, 5}) {
+            reader.SetFramePos(frame);
+            ASSERT_NE(reader.ReadFrame(image, time), 0);
+            reader.SetFramePos(frame);
+            ASSERT_NE(reader.ReadFrame(shown, again), 0);
+            EXPECT_EQ(again, time);
+            ASSERT_EQ(shown.width, image.cols);
+            ASSERT_EQ(shown.height, image.rows);
+            int others = 0;
+            for (int y = 0; y < image.rows; ++y)
+                for (int x = 0; x < image.cols; ++x) {
+                    const std::uint32_t pixel = shown.pixels[static_cast<std::size_t>(y * image.cols + x)];
+                    EXPECT_EQ(pixel >> 24U, 0xFFU);
+                    const cv::Vec3b bgr = image.at<cv::Vec3b>(y, x);
+                    for (int i = 0; i < 3; ++i)
+                        others += std::abs(static_cast<int>(pixel >> (8 * i) & 0xFFU) - bgr[i]) > 8 ? 1 : 0;
+                }
+            EXPECT_EQ(others, 0) << "frame " << frame;
+        }
+    }
 }
 
 } // namespace
