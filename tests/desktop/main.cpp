@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
@@ -18,15 +20,17 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // A test that starts this program again chooses the folders itself.
     constexpr const char* kMark = "TAVELIN_TEST_FOLDERS";
-    const QTemporaryDir home;
-    const bool again = qEnvironmentVariableIsSet(kMark);
+    std::unique_ptr<QTemporaryDir> home;
+    if (!qEnvironmentVariableIsSet(kMark)) {
+        home = std::make_unique<QTemporaryDir>();
+        for (const char* folder :
+             {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
+            qputenv(folder, home->path().toUtf8());
+        testing::AddGlobalTestEnvironment(new test::NothingLeftBehind);
+    }
     qputenv(kMark, "1");
-    for (const char* folder : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-        if (!again)
-            qputenv(folder, home.path().toUtf8());
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     QApplication application(argc, argv);
     desktop::ApplyTheme(desktop::Scheme::light);
-    testing::AddGlobalTestEnvironment(new test::NothingLeftBehind);
     return RUN_ALL_TESTS();
 }

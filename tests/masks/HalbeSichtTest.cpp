@@ -15,8 +15,8 @@ using framework::InputResult;
 using framework::Window;
 using test::FieldValue;
 
-constexpr UINT kSight = 4700, kSum = 4728, kVehicleA = 4717, kVehicleB = 4718, kPhaseB = 4720, kTime = 4721,
-               kHint = 24700, kCase = 24701, kDrawing = 24702;
+constexpr UINT kSight = 4700, kSum = 4728, kVehicleB = 4718, kPhaseB = 4720, kTime = 4721, kHint = 24700, kCase = 24701,
+               kDrawing = 24702;
 constexpr UINT kVkA = 4701, kDecA = 4702, kTsA = 4703, kTrA = 4704, kPathA = 4705, kMissingA = 4706, kVA = 4707,
                kDistA = 4708, kStopA = 4722, kDiffA = 4724, kLimitA = 4726;
 constexpr UINT kVkB = 4709, kDecB = 4710, kTsB = 4711, kTrB = 4712, kPathB = 4713, kMissingB = 4714, kVB = 4715,
