@@ -81,7 +81,6 @@ CYoloV5ORTDetector::~CYoloV5ORTDetector() = default;
 
 int CYoloV5ORTDetector::ReadModel(const std::string& weights, const std::string& /*config*/)
 {
-    m_net.reset();
     if (m_crop != kNoCrop || m_device != kProcessor || m_size.width <= 0 || m_size.height <= 0) {
         m_reason = "Diese Einstellung der Objekterkennung gibt es nicht.";
         return 0;
