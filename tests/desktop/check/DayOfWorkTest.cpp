@@ -83,7 +83,7 @@ class DayOfWorkTest : public test::DesktopTest
 
     void Act()
     {
-        switch (random.Number(14)) {
+        switch (random.Number(15)) {
         case 0:
             return OpenOrCloseMasks();
         case 1:
@@ -108,8 +108,29 @@ class DayOfWorkTest : public test::DesktopTest
         case 12:
             return Press(random.Pick({Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Return, Qt::Key_Escape, Qt::Key_Down,
                                       Qt::Key_Up, Qt::Key_F1, Qt::Key_PageUp, Qt::Key_5}));
+        case 13:
+            return ArrangeMasks();
         default:
             return KeepOrReopen();
+        }
+    }
+
+    void ArrangeMasks()
+    {
+        desktop::MaskArea& area = window.Masks();
+        switch (random.Number(6)) {
+        case 0:
+            return area.SetTabs(!area.HasTabs());
+        case 1:
+            return area.TearOffActive();
+        case 2:
+            return area.Tile();
+        case 3:
+            return area.Cascade();
+        case 4:
+            return area.MinimiseActive();
+        default:
+            return area.RestoreAll();
         }
     }
 
