@@ -302,6 +302,15 @@ TEST(VideoAnalysis, TheCommandLineAnalysesAVideo)
     ASSERT_EQ(results.at("tracks").size(), 3U);
     for (const auto& track : results["tracks"])
         EXPECT_EQ(track.at("v").size() + 2, track.at("t").size());
+    // Between 40 and 52 m a box has 2,000 to 3,400 px², the near vehicle's begins with 29,000.
+    const auto tracks = [&](int least, int most) {
+        job["minArea"] = least;
+        job["maxArea"] = most;
+        return nlohmann::json::parse(run().out).at("tracks").size();
+    };
+    EXPECT_EQ(tracks(10000, 0), 1U);
+    EXPECT_EQ(tracks(100, 5000), 2U);
+    tracks(100, 0);
     // The model of the workstation lies beside its program.
     job.erase("model");
     EXPECT_EQ(run().exit, 3);
