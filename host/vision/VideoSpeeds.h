@@ -25,7 +25,7 @@ struct VideoSpeed {
     int frame = 0;                  ///< where the interval ends
     double uncertainty = 0.0;       ///< km/h, standard uncertainty
     int label = 0;                  ///< km/h, as it stands beside the object in the picture
-    std::optional<double> smooth;   ///< km/h, the smooth course at this time
+    std::optional<double> smooth;   ///< km/h, the smooth course at this time; none where it says much less than `speed`
     double smoothUncertainty = 0.0; ///< km/h, standard uncertainty
 };
 

@@ -20,6 +20,8 @@ using vision::kKmhPerMs;
 using vision::RoadPath;
 
 /// How many entries before the last one the speed is taken to: -7, then -6 to -3, where the last is -1.
+/// A smooth speed that is so many times less sure than the measured one beside it is none.
+constexpr double kMuchLessSure = 4.0;
 constexpr std::size_t kOldest = 6;
 constexpr std::size_t kYoungest = 2;
 
@@ -249,5 +251,8 @@ void VideoSpeeds::Smooth(std::span<const VideoEntry> entries, std::vector<VideoS
         const double relative = speed.speed > 0.0 ? systematic[s] / Square(speed.speed) : 0.0;
         const double sum = std::sqrt(random + relative * Square(*speed.smooth));
         speed.smoothUncertainty = m_isSure && std::isfinite(sum) ? sum : std::numeric_limits<double>::infinity();
+        // Beside a gap the quadratic swings freely: then it says less than the two entries of the rule.
+        if (speed.smoothUncertainty > kMuchLessSure * speed.uncertainty)
+            speed.smooth.reset();
     }
 }
