@@ -15,10 +15,10 @@ using framework::InputResult;
 using framework::Window;
 using test::FieldValue;
 
-constexpr UINT kVehicle = 3601, kPhase = 3602, kReverse = 3607, kEnd = 115, kRadius = 3636, kOffset = 3611, kAq = 3616,
-               kVA = 3612, kA = 3617, kLimit = 3613, kDelay = 3637, kFront = 3631, kVE = 3618, kYaw = 3619,
-               kPath = 3614, kTime = 3615, kLength = 3621, kDifference = 3622, kRear = 3632, kMidPath = 3633,
-               kGraphic = 3638, kHint = 23601, kCase = 23602, kDrawing = 23603, kLargeDialog = 23604;
+constexpr UINT kVehicle = 3601, kEnd = 115, kRadius = 3636, kOffset = 3611, kAq = 3616, kVA = 3612, kA = 3617,
+               kLimit = 3613, kDelay = 3637, kFront = 3631, kVE = 3618, kYaw = 3619, kPath = 3614, kTime = 3615,
+               kLength = 3621, kDifference = 3622, kRear = 3632, kMidPath = 3633, kGraphic = 3638, kHint = 23601,
+               kCase = 23602, kDrawing = 23603, kLargeDialog = 23604;
 
 class SpurVorTest : public test::MaskTest
 {

@@ -33,6 +33,8 @@ class RealProgramTest : public ::testing::Test
         environment = server->Environment();
         for (const char* variable : {"XDG_CONFIG_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"})
             environment.insert(variable, QString::fromStdString(folder.Folder(variable)));
+        // Qt takes a runtime folder that others may enter for none, and makes one that stays.
+        std::filesystem::permissions(folder.File("XDG_RUNTIME_DIR"), std::filesystem::perms::owner_all);
         std::filesystem::copy_file(TAVELIN_SOURCE_DIR "/examples/kreuzung.json", folder.File("fall.json"));
     }
     void TearDown() override
