@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/import/GpxLeser.h"
 
+#include "host/Memory.h"
 #include "masks/import/XmlLeser.h"
 
 #include <algorithm>
@@ -20,6 +21,7 @@ constexpr int kHoechstensZiffern = 9;
 constexpr std::uint64_t kExakt = std::uint64_t{1} << 53U;
 constexpr std::array<double, 23> kZehnerpotenzen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                                  1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr GPXTrackPoint kLeererPunkt{}; // copied, it needs no step of filling with zeros before
 constexpr double kGroessteBreite = 90.0;
 constexpr double kGroessteLaenge = 360.0; // some count eastwards from Greenwich to 360°
 
@@ -152,10 +154,7 @@ class Spurleser
         m_attribute = false;
         const std::string_view ort = name.ort;
         if (Ist(ort, "trkpt")) {
-            if (m_imPunkt)
-                ++m_inhalt.unvollstaendig;
-            m_punkt = GPXTrackPoint{};
-            m_imPunkt = true;
+            NeuerPunkt();
             m_attribute = true;
             m_tiefe = 0;
         } else if (m_imPunkt) {
@@ -175,15 +174,15 @@ class Spurleser
     void Attribut(std::string_view name, std::string_view wert)
     {
         if (Ist(name, "lat"))
-            m_punkt.latitude = GpxZahl(wert).value_or(-1.0);
+            m_punkt->latitude = GpxZahl(wert).value_or(-1.0);
         else if (Ist(name, "lon"))
-            m_punkt.longitude = GpxZahl(wert).value_or(-1.0);
+            m_punkt->longitude = GpxZahl(wert).value_or(-1.0);
     }
 
     void Text(std::string_view text)
     {
         if (m_zeit)
-            GpxZeit(text, m_punkt);
+            GpxZeit(text, *m_punkt);
         else
             *m_feld = GpxZahl(text).value_or(-1.0);
     }
@@ -202,21 +201,37 @@ class Spurleser
 
     void Schluss()
     {
-        if (m_imPunkt)
-            ++m_inhalt.unvollstaendig;
+        if (!m_imPunkt)
+            return;
+        ++m_inhalt.unvollstaendig;
+        m_inhalt.punkte.pop_back();
     }
 
   private:
+    /// A point is read where it stays; one that the file does not end gives its place to the next.
+    void NeuerPunkt()
+    {
+        if (m_imPunkt) {
+            ++m_inhalt.unvollstaendig;
+            *m_punkt = kLeererPunkt;
+            return;
+        }
+        if (m_inhalt.punkte.size() == m_inhalt.punkte.capacity())
+            SchaffePlatz();
+        m_punkt = &m_inhalt.punkte.emplace_back(kLeererPunkt);
+        m_imPunkt = true;
+    }
+
     void WaehleFeld(const XmlName& name)
     {
         if (m_tiefe == 1 && Ist(name.ort, "ele")) {
-            m_feld = &m_punkt.elevation;
+            m_feld = &m_punkt->elevation;
         } else if (m_tiefe == 1 && Ist(name.ort, "time")) {
             m_zeit = true;
         } else {
-            WaehleMesswert(name, "hr", m_punkt.heartRate);
-            WaehleMesswert(name, "cad", m_punkt.cadence);
-            WaehleMesswert(name, "atemp", m_punkt.temperature);
+            WaehleMesswert(name, "hr", m_punkt->heartRate);
+            WaehleMesswert(name, "cad", m_punkt->cadence);
+            WaehleMesswert(name, "atemp", m_punkt->temperature);
         }
     }
 
@@ -229,16 +244,13 @@ class Spurleser
 
     void Nimm()
     {
-        if (std::abs(m_punkt.latitude) > kGroessteBreite || std::abs(m_punkt.longitude) > kGroessteLaenge) {
+        if (std::abs(m_punkt->latitude) > kGroessteBreite || std::abs(m_punkt->longitude) > kGroessteLaenge) {
             ++m_inhalt.unmoeglich;
-            m_punkt.latitude = m_punkt.longitude = -1.0;
+            m_punkt->latitude = m_punkt->longitude = -1.0;
         }
-        if (m_inhalt.punkte.size() == m_inhalt.punkte.capacity())
-            SchaffePlatz();
-        if (m_neuerAbschnitt && !m_inhalt.punkte.empty())
-            m_inhalt.nahtstellen.push_back(m_inhalt.punkte.size());
+        if (m_neuerAbschnitt && m_inhalt.punkte.size() > 1)
+            m_inhalt.nahtstellen.push_back(m_inhalt.punkte.size() - 1);
         m_neuerAbschnitt = false;
-        m_inhalt.punkte.push_back(m_punkt);
     }
 
     /// Room for as many points as the rest of the file holds if it goes on like this, instead of twice as many.
@@ -248,14 +260,15 @@ class Spurleser
         const double jePunkt = static_cast<double>(m_leser->Stelle()) / static_cast<double>(anzahl + 1);
         const auto gesamt = static_cast<std::size_t>(static_cast<double>(m_bytes) / jePunkt * 1.02);
         m_inhalt.punkte.reserve(std::max(anzahl + anzahl / 8 + 64, anzahl < 64 ? 64 : gesamt));
+        RuvWillFill(m_inhalt.punkte.data(), m_inhalt.punkte.capacity() * sizeof(GPXTrackPoint));
     }
 
     GpxInhalt& m_inhalt;
     std::size_t m_bytes;
     const XmlLeser<Spurleser>* m_leser = nullptr;
-    GPXTrackPoint m_punkt{};
-    double* m_feld = nullptr; ///< that the text goes to
-    int m_tiefe = 0;          ///< elements open inside the point
+    GPXTrackPoint* m_punkt = nullptr; ///< the one that is read, the last
+    double* m_feld = nullptr;         ///< that the text goes to
+    int m_tiefe = 0;                  ///< elements open inside the point
     bool m_imPunkt = false;
     bool m_zeit = false; ///< the text is the point's time
     bool m_attribute = false;
@@ -266,7 +279,8 @@ class Spurleser
 
 std::optional<double> GpxZahl(std::string_view text)
 {
-    text = OhneLeerraum(text);
+    if (!text.empty() && IstLeer(text.front()))
+        text = OhneLeerraum(text);
     if (!text.empty() && text.front() == '+')
         text.remove_prefix(1);
     const char* p = text.data();
