@@ -66,13 +66,20 @@ void Compress(State& state, std::string_view block)
 
 } // namespace
 
-std::string Sha256(std::string_view bytes)
+std::string Sha256(std::string_view bytes, const std::function<bool(double)>& goOn)
 {
     constexpr std::size_t kLengthField = 8;
+    constexpr std::size_t kBetweenQuestions = std::size_t{4} << 20U;
+    const std::size_t all = bytes.size();
     State state = kStart;
     const std::uint64_t bits = std::uint64_t{bytes.size()} * 8;
-    for (; bytes.size() >= kBlock; bytes.remove_prefix(kBlock))
+    for (; bytes.size() >= kBlock; bytes.remove_prefix(kBlock)) {
+        const std::size_t done = all - bytes.size();
+        if (goOn && done != 0 && done % kBetweenQuestions == 0 &&
+            !goOn(static_cast<double>(done) / static_cast<double>(all)))
+            return {};
         Compress(state, bytes.substr(0, kBlock));
+    }
     // 5.1.1: a one bit, zeros, the length in bits.
     std::string tail(bytes);
     tail += '\x80';

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -9,7 +10,7 @@ namespace base
 {
 
 /// SHA-256 (FIPS 180-4) of the bytes, as 64 lower-case hexadecimal digits. Our own, because the Windows build has no
-/// package with one.
-std::string Sha256(std::string_view bytes);
+/// package with one. `goOn` is asked every few megabytes with the part done; after a no the result is empty.
+std::string Sha256(std::string_view bytes, const std::function<bool(double)>& goOn = {});
 
 } // namespace base
