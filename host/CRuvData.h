@@ -4,6 +4,7 @@
 
 #include "host/CKfzDaten.h"
 #include "host/CSzenenBild.h"
+#include "host/CSzenenSpur.h"
 #include "host/CUBEParameter.h"
 #include "host/CWegZeitDat.h"
 #include "host/HostTypes.h"
@@ -77,6 +78,10 @@ class CRuvData
     std::vector<CSzenenBild>& Bilder() { return m_bilder; }
     const std::vector<CSzenenBild>& Bilder() const { return m_bilder; }
 
+    /// Recorded tracks, above the pictures.
+    std::vector<CSzenenSpur>& Spuren() { return m_spuren; }
+    const std::vector<CSzenenSpur>& Spuren() const { return m_spuren; }
+
     CFallParameter& FallParameter() { return m_fallParameter; }
     const CFallParameter& FallParameter() const { return m_fallParameter; }
 
@@ -106,6 +111,7 @@ class CRuvData
     std::array<CUBEParameter, kFahrzeuge> m_parameter{};
     std::map<UINT, CMaskenWerte> m_maskenWerte;
     std::vector<CSzenenBild> m_bilder;
+    std::vector<CSzenenSpur> m_spuren;
     CFallParameter m_fallParameter;
     std::string m_title;
     CFallAngaben m_angaben;

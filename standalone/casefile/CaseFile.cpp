@@ -131,6 +131,7 @@ void ReplaceCase(CRuvData& data, CRuvData&& content)
     for (const auto& entry : content.AlleMaskenWerte())
         data.MaskenWerte(entry.first) = std::move(content.MaskenWerte(entry.first));
     data.Bilder() = std::move(content.Bilder());
+    data.Spuren() = std::move(content.Spuren());
     data.FallParameter() = content.FallParameter();
     data.Title() = std::move(content.Title());
     data.Angaben() = std::move(content.Angaben());

@@ -17,7 +17,7 @@ namespace casefile
 {
 
 /// Of the format's version 1 that this program knows in full.
-inline constexpr int kCaseMinorVersion = 3;
+inline constexpr int kCaseMinorVersion = 4;
 
 enum class CaseOutcome {
     ok,

@@ -4,6 +4,7 @@
 #include "casefile/CaseFields.h"
 #include "casefile/CaseFile.h"
 #include "casefile/CasePictures.h"
+#include "casefile/CaseTracks.h"
 #include "casefile/JsonFields.h"
 #include "host/CRuvData.h"
 #include "krn/CaseUnknown.h"
@@ -37,6 +38,8 @@ bool IsWritten(const CRuvData& data, std::size_t vehicle)
 /// The lowest version that has all that the case holds.
 int NeededMinor(const CRuvData& data)
 {
+    if (!data.Spuren().empty())
+        return kTracksMinor;
     if (!(data.Angaben() == CFallAngaben{}))
         return kDetailsMinor;
     if (!(data.FallParameter() == CFallParameter{}))
@@ -114,6 +117,11 @@ class Writer
         if (!m_data.Bilder().empty()) {
             Fault fault;
             Put(scene, "pictures", PicturesToJson(m_data.Bilder(), "/scene/pictures", fault));
+            Check(fault.reason.empty(), fault.pointer, fault.reason);
+        }
+        if (!m_data.Spuren().empty()) {
+            Fault fault;
+            Put(scene, "tracks", TracksToJson(m_data.Spuren(), "/scene/tracks", fault));
             Check(fault.reason.empty(), fault.pointer, fault.reason);
         }
         if (m_data.unknown)

@@ -74,6 +74,7 @@ void CRuvData::Clear()
     m_touched = {};
     m_maskenWerte.clear();
     m_bilder.clear();
+    m_spuren.clear();
     m_fallParameter = {};
     m_title.clear();
     m_angaben = {};
