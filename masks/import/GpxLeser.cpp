@@ -134,6 +134,66 @@ std::int16_t Zonenversatz(std::string_view text)
     return static_cast<std::int16_t>(text.front() == '-' ? -minuten : minuten);
 }
 
+/// See GpxZeit.
+void NimmZeit(std::string_view text, GPXTrackPoint& punkt)
+{
+    if (!NimmUeblicheZeit(text, punkt) &&
+        (!NimmGanze(text, punkt.year) || !NimmZeichen(text, '-') || !NimmGanze(text, punkt.month) ||
+         !NimmZeichen(text, '-') || !NimmGanze(text, punkt.day) || !NimmZeichen(text, 'T') ||
+         !NimmGanze(text, punkt.hour) || !NimmZeichen(text, ':') || !NimmGanze(text, punkt.minute) ||
+         !NimmZeichen(text, ':') || !NimmGanze(text, punkt.second)))
+        return;
+    punkt.millisecond = 0;
+    punkt.mikrosekunde = 0;
+    if (NimmZeichen(text, '.') || NimmZeichen(text, ','))
+        NimmBruchteil(text, punkt);
+    punkt.zone = Zonenversatz(text);
+}
+
+/// See GpxZahl; false when there is no number.
+bool NimmZahl(std::string_view text, double& zahl)
+{
+    if (!text.empty() && IstLeer(text.front()))
+        text = OhneLeerraum(text);
+    if (!text.empty() && text.front() == '+')
+        text.remove_prefix(1);
+    const char* p = text.data();
+    const char* const ende = p + text.size();
+    const bool negativ = p != ende && *p == '-';
+    if (negativ)
+        ++p;
+    std::uint64_t ziffern = 0;
+    std::size_t nachkomma = 0;
+    const char* const von = p;
+    while (p != ende && IstZiffer(*p))
+        ziffern = ziffern * 10 + static_cast<unsigned>(*p++ - '0');
+    std::size_t anzahl = static_cast<std::size_t>(p - von);
+    if (p != ende && *p == '.') {
+        const char* const punkt = ++p;
+        while (p != ende && IstZiffer(*p))
+            ziffern = ziffern * 10 + static_cast<unsigned>(*p++ - '0');
+        nachkomma = static_cast<std::size_t>(p - punkt);
+        anzahl += nachkomma;
+    }
+    if (anzahl == 0)
+        return false; // "nan", "inf"
+    // 19 digits fit into 64 bits.
+    if (anzahl <= 19 && ziffern <= kExakt && (p == ende || (*p != 'e' && *p != 'E'))) {
+        const double betrag = static_cast<double>(ziffern) / kZehnerpotenzen[nachkomma];
+        zahl = negativ ? -betrag : betrag;
+        return true;
+    }
+    const auto ergebnis = std::from_chars(text.data(), ende, zahl);
+    return ergebnis.ec == std::errc{} && std::isfinite(zahl);
+}
+
+/// -1 where the text holds none.
+double Zahlwert(std::string_view text)
+{
+    double zahl = 0.0;
+    return NimmZahl(text, zahl) ? zahl : -1.0;
+}
+
 /// Comparison with a word of known length, which compilers turn into one or two instructions.
 template <std::size_t N> bool Ist(std::string_view name, const char (&wort)[N])
 {
@@ -174,17 +234,17 @@ class Spurleser
     void Attribut(std::string_view name, std::string_view wert)
     {
         if (Ist(name, "lat"))
-            m_punkt->latitude = GpxZahl(wert).value_or(-1.0);
+            m_punkt->latitude = Zahlwert(wert);
         else if (Ist(name, "lon"))
-            m_punkt->longitude = GpxZahl(wert).value_or(-1.0);
+            m_punkt->longitude = Zahlwert(wert);
     }
 
     void Text(std::string_view text)
     {
         if (m_zeit)
-            GpxZeit(text, *m_punkt);
+            NimmZeit(text, *m_punkt);
         else
-            *m_feld = GpxZahl(text).value_or(-1.0);
+            *m_feld = Zahlwert(text);
     }
 
     void Ende(const XmlName& name)
@@ -279,55 +339,13 @@ class Spurleser
 
 std::optional<double> GpxZahl(std::string_view text)
 {
-    if (!text.empty() && IstLeer(text.front()))
-        text = OhneLeerraum(text);
-    if (!text.empty() && text.front() == '+')
-        text.remove_prefix(1);
-    const char* p = text.data();
-    const char* const ende = p + text.size();
-    const bool negativ = p != ende && *p == '-';
-    if (negativ)
-        ++p;
-    std::uint64_t ziffern = 0;
-    std::size_t nachkomma = 0;
-    const char* const von = p;
-    while (p != ende && IstZiffer(*p))
-        ziffern = ziffern * 10 + static_cast<unsigned>(*p++ - '0');
-    std::size_t anzahl = static_cast<std::size_t>(p - von);
-    if (p != ende && *p == '.') {
-        const char* const punkt = ++p;
-        while (p != ende && IstZiffer(*p))
-            ziffern = ziffern * 10 + static_cast<unsigned>(*p++ - '0');
-        nachkomma = static_cast<std::size_t>(p - punkt);
-        anzahl += nachkomma;
-    }
-    if (anzahl == 0)
-        return std::nullopt; // "nan", "inf"
-    // 19 digits fit into 64 bits.
-    if (anzahl <= 19 && ziffern <= kExakt && (p == ende || (*p != 'e' && *p != 'E'))) {
-        const double betrag = static_cast<double>(ziffern) / kZehnerpotenzen[nachkomma];
-        return negativ ? -betrag : betrag;
-    }
     double zahl = 0.0;
-    const auto ergebnis = std::from_chars(text.data(), ende, zahl);
-    if (ergebnis.ec != std::errc{} || !std::isfinite(zahl))
-        return std::nullopt;
-    return zahl;
+    return NimmZahl(text, zahl) ? std::optional(zahl) : std::nullopt;
 }
 
 void GpxZeit(std::string_view text, GPXTrackPoint& punkt)
 {
-    if (!NimmUeblicheZeit(text, punkt) &&
-        (!NimmGanze(text, punkt.year) || !NimmZeichen(text, '-') || !NimmGanze(text, punkt.month) ||
-         !NimmZeichen(text, '-') || !NimmGanze(text, punkt.day) || !NimmZeichen(text, 'T') ||
-         !NimmGanze(text, punkt.hour) || !NimmZeichen(text, ':') || !NimmGanze(text, punkt.minute) ||
-         !NimmZeichen(text, ':') || !NimmGanze(text, punkt.second)))
-        return;
-    punkt.millisecond = 0;
-    punkt.mikrosekunde = 0;
-    if (NimmZeichen(text, '.') || NimmZeichen(text, ','))
-        NimmBruchteil(text, punkt);
-    punkt.zone = Zonenversatz(text);
+    NimmZeit(text, punkt);
 }
 
 GpxInhalt LiesGpx(std::string_view bytes, const std::function<bool(double)>& weiter)
