@@ -411,7 +411,7 @@ TEST(CaseFile, NewerAndDamagedFilesAreNotOverwritten)
         {with("\"1.0\"", "\"2.0\""), CaseOutcome::newerVersion, CaseOutcome::keepsNewer},
         {with("\"1.0\"", "\"17.3\""), CaseOutcome::newerVersion, CaseOutcome::keepsNewer},
         // A newer minor version whose content is beyond this program.
-        {with("\"1.0\",", "\"1.4\", \"masks\": 5,"), CaseOutcome::newerVersion, CaseOutcome::keepsNewer},
+        {with("\"1.0\",", "\"1.9\", \"masks\": 5,"), CaseOutcome::newerVersion, CaseOutcome::keepsNewer},
         {example.substr(0, 700), CaseOutcome::damaged, CaseOutcome::keepsDamaged},
         {"Einkaufszettel", CaseOutcome::damaged, CaseOutcome::keepsDamaged},
     };
