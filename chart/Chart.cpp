@@ -111,6 +111,7 @@ void Chart::SetSeries(std::vector<Series> series)
         curves.push_back(std::move(entry));
     }
     m_curves = std::move(curves);
+    m_gaps.clear();
     m_span.reset();
     m_height.reset();
     m_pointer.reset();
@@ -123,6 +124,13 @@ void Chart::SetSeries(std::vector<Series> series)
 void Chart::Clear()
 {
     SetSeries({});
+}
+
+void Chart::SetGaps(std::string name, std::vector<Gap> gaps)
+{
+    m_gapName = std::move(name);
+    m_gaps = std::move(gaps);
+    Redraw();
 }
 
 void Chart::SetVisible(std::size_t series, bool visible)
@@ -488,6 +496,8 @@ Look Chart::MakeLook(bool report) const
         look.curves.push_back({entry.series.name, entry.series.color, entry.series.width,
                                overview ? &*entry.overview : &entry.curve, &entry.curve});
     }
+    look.gaps = m_gaps;
+    look.gapName = m_gapName;
     if (m_range)
         look.cursors = {RangeFrom(), RangeTo()};
     else if (m_start)

@@ -68,6 +68,8 @@ class Chart final : public CChartClient
     void Clear();
     bool IsEmpty() const { return m_curves.empty(); }
     bool Problem() const { return !m_problem.empty(); }
+    /// Stretches of the bottom axis without recorded samples, in order; they are shaded until there are other series.
+    void SetGaps(std::string name, std::vector<Gap> gaps);
     void SetVisible(std::size_t series, bool visible);
     /// The y range follows what is visible; the view along the bottom axis and the range stay.
     void SetWidth(double pixels);
@@ -146,6 +148,8 @@ class Chart final : public CChartClient
     std::string m_hint;
     std::string m_problem;
     std::vector<Entry> m_curves;
+    std::vector<Gap> m_gaps;
+    std::string m_gapName;
     std::optional<std::pair<double, double>> m_span;   // of the bottom axis, all without
     std::optional<std::pair<double, double>> m_height; // of the left axis, all without
 

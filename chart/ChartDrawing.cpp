@@ -22,6 +22,8 @@ constexpr double kTickRoom = 72.0;      // px of the bottom axis for each label
 constexpr double kTickHeight = 1.7;     // lines of text of the left axis for each label
 constexpr double kMarkedSpacing = 7.0;  // px between samples from which each is marked
 constexpr double kContrast = 3.0;       // of a curve with the ground, as WCAG 2 asks of graphics
+constexpr double kNarrowestGap = 2.0;   // px
+constexpr double kGapKey = 8.0;         // px, its height in the legend
 constexpr std::size_t kFooterLines = 2; // kept free, so that the plot stays when a range comes
 constexpr double kSmallestFont = 9.0;   // px
 constexpr double kLargestFont = 15.0;   // px
@@ -49,6 +51,7 @@ struct Colors {
     COLORREF grid = drawing::Legible(kGrid, plot, 1.2);
     COLORREF range = drawing::Legible(kRange, plot, kContrast);
     COLORREF rangeArea = drawing::Blend(plot, range, 0.12);
+    COLORREF gap = drawing::Blend(plot, drawing::Legible(kQuiet, plot, 4.5), 0.35);
 };
 
 class Drawer
@@ -93,6 +96,7 @@ class Drawer
             return;
         }
         RangeArea();
+        Gaps();
         Axes();
         for (const DrawnCurve& curve : m_look.curves)
             Curve(curve);
@@ -149,6 +153,8 @@ class Drawer
         for (const DrawnCurve& curve : m_look.curves)
             if (!curve.name.empty())
                 items.push_back({curve.name, kKey + kGap, curve.color, std::min(curve.width, 4.0)});
+        if (!m_look.gaps.empty() && !m_look.gapName.empty())
+            items.push_back({m_look.gapName, kKey + kGap, m_colors.gap, kGapKey});
         return items;
     }
 
@@ -276,6 +282,23 @@ class Drawer
         m_dc.SelectBrush({});
     }
 
+    /// Each one is seen, however short, and none more than once per pixel.
+    void Gaps()
+    {
+        double covered = m_plot.left;
+        for (const Gap& gap : m_look.gaps) {
+            const double right = std::min(std::max(X(gap.to), X(gap.from) + kNarrowestGap), m_plot.right);
+            const double left = std::max(X(gap.from), covered);
+            if (right <= left)
+                continue;
+            m_dc.SelectPen({PenStyle::none});
+            m_dc.SelectBrush({true, m_colors.gap});
+            m_dc.Rectangle(left, m_plot.top, right, m_plot.bottom);
+            m_dc.SelectBrush({});
+            covered = std::max(covered, right + 1.0);
+        }
+    }
+
     void Cursors()
     {
         for (std::size_t i = 0; i < m_look.cursors.size(); ++i) {
@@ -300,8 +323,10 @@ class Drawer
         for (const Placed& placed : m_headings.items) {
             const double y = baseline + m_line * static_cast<double>(placed.line);
             const double middle = y - 0.33 * m_font.size;
+            const bool area = placed.item.width >= kGapKey;
             m_dc.SelectPen(
-                {PenStyle::solid, placed.item.width, drawing::Legible(placed.item.color, m_colors.ground, kContrast)});
+                {PenStyle::solid, placed.item.width,
+                 area ? placed.item.color : drawing::Legible(placed.item.color, m_colors.ground, kContrast)});
             m_dc.Line({placed.x, middle}, {placed.x + kKey, middle});
             m_dc.TextOut({placed.x + placed.item.before, y}, placed.item.text);
         }

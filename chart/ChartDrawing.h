@@ -23,6 +23,12 @@ struct DrawnCurve {
     const Curve* readings = nullptr; ///< what the cross-hair reads off
 };
 
+/// A stretch of the bottom axis over which nothing was recorded.
+struct Gap {
+    double from = 0.0;
+    double to = 0.0;
+};
+
 struct View {
     double from = 0.0; ///< bottom axis
     double to = 1.0;
@@ -41,6 +47,8 @@ struct Look {
     const Axis* left = nullptr;
     std::vector<DrawnCurve> curves{};
     View view{};
+    std::vector<Gap> gaps{};          ///< shaded
+    std::string gapName{};            ///< in the legend, when there are some
     std::vector<double> cursors{};    ///< the ends of the range, or its start alone
     std::size_t activeCursor = 0;     ///< the one the arrow keys move
     std::vector<std::string> items{}; ///< what stands under the plot, flowing into lines

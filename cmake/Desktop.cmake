@@ -10,7 +10,7 @@ if(NOT "${CMAKE_SOURCE_DIR}/standalone/desktop/main.cpp" IN_LIST desktop_sources
 endif()
 list(FILTER desktop_sources EXCLUDE REGEX "/main\\.cpp$")
 
-find_package(Qt6 QUIET COMPONENTS Widgets PrintSupport Svg)
+find_package(Qt6 QUIET COMPONENTS Widgets PrintSupport Svg Network)
 if(NOT Qt6_FOUND)
     message(STATUS "Qt 6 is not installed: building without the workstation")
     return()
@@ -19,7 +19,7 @@ endif()
 add_library(tavelin-parts STATIC ${desktop_sources} ${desktop_resources})
 set_target_properties(tavelin-parts PROPERTIES AUTOMOC ON AUTORCC ON)
 target_link_libraries(tavelin-parts
-    PUBLIC RuvMod ClassKrn Qt6::Widgets Qt6::PrintSupport Qt6::Svg
+    PUBLIC RuvMod ClassKrn Qt6::Widgets Qt6::PrintSupport Qt6::Svg Qt6::Network
     PRIVATE ruv_standalone_includes ruv_third_party)
 file(GLOB help_pages CONFIGURE_DEPENDS docs/masks/*.md docs/masks/*.png docs/masks/*.svg)
 qt_add_resources(tavelin-parts help PREFIX "/masks" BASE docs/masks FILES ${help_pages})

@@ -45,8 +45,17 @@ endif()
 # The plain searches that fast ones are held against.
 set_source_files_properties(tests/masks/SchrankenKurveTest.cpp PROPERTIES COMPILE_OPTIONS -O2)
 
+# Tests that write map files see SQLite.
+set(map_libraries "")
+if(SQLite3_FOUND)
+    set(map_libraries SQLite::SQLite3)
+else()
+    list(FILTER test_sources EXCLUDE REGEX "/(Tiles|KartenDatei)Test\\.cpp$")
+endif()
+
 if(TARGET tavelin-cli)
-    ruv_add_tests(ruvmod-tests "${test_sources}" "tavelin-cli-parts;RuvMod;ClassKrn;${video_libraries}" "${test_environment}")
+    ruv_add_tests(ruvmod-tests "${test_sources}"
+        "tavelin-cli-parts;RuvMod;ClassKrn;${video_libraries};${map_libraries}" "${test_environment}")
     add_dependencies(ruvmod-tests tavelin-cli)
     if(TARGET RuvVideo)
         add_dependencies(ruvmod-tests RuvVideo)

@@ -4,6 +4,7 @@
 
 #include "host/CKfzDaten.h"
 #include "host/CSzenenBild.h"
+#include "host/CSzenenSpur.h"
 #include "host/CUBEParameter.h"
 #include "host/CVideoQuelle.h"
 #include "host/CWegZeitDat.h"
@@ -86,6 +87,10 @@ class CRuvData
     std::string& Falldatei() { return m_falldatei; }
     const std::string& Falldatei() const { return m_falldatei; }
 
+    /// Recorded tracks, above the pictures.
+    std::vector<CSzenenSpur>& Spuren() { return m_spuren; }
+    const std::vector<CSzenenSpur>& Spuren() const { return m_spuren; }
+
     CFallParameter& FallParameter() { return m_fallParameter; }
     const CFallParameter& FallParameter() const { return m_fallParameter; }
 
@@ -117,6 +122,7 @@ class CRuvData
     std::vector<CSzenenBild> m_bilder;
     CVideoQuelle m_video;
     std::string m_falldatei;
+    std::vector<CSzenenSpur> m_spuren;
     CFallParameter m_fallParameter;
     std::string m_title;
     CFallAngaben m_angaben;

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -29,8 +30,9 @@ using FileBlockTaker = std::function<bool(std::string_view block, std::uint64_t 
 /// Reads an ordinary file; links are followed.
 CFileRead ReadFileBlocks(const std::string& utf8Path, const FileBlockTaker& take);
 
-/// SHA-256 of the bytes, 64 lower-case hexadecimal digits: tells in a report which file was read.
-std::string RuvSha256(std::string_view bytes);
+/// SHA-256 of the bytes, 64 lower-case hexadecimal digits: tells in a report which file was read. `goOn` is asked every
+/// few megabytes with the part done; after a no the result is empty.
+std::string RuvSha256(std::string_view bytes, const std::function<bool(double)>& goOn = {});
 
 /// The same of a file, however large; empty when it cannot be read, or when `goOn`, asked now and then with the part
 /// that is read, says no.
@@ -41,8 +43,9 @@ std::string RuvPathBeside(const std::string& name, const std::string& caseFile);
 /// How such a case names the file: relative to its own, in full where they lie on another drive or the case has none.
 std::string RuvNameBeside(const std::string& utf8Path, const std::string& caseFile);
 
-/// Gives a file piece by piece, an empty one at its end; a piece must last until the next is asked for.
-using FilePieces = std::function<std::string_view()>;
+/// Gives a file piece by piece, an empty one at its end; a piece must last until the next is asked for. Nothing: the
+/// file is not wanted any more.
+using FilePieces = std::function<std::optional<std::string_view>()>;
 
 /// Puts a file in place whole or not at all: it is written under another name beside it first. Never takes the place of
 /// `source`, the file that the content comes from, under whichever name. The German sentence that says why it was not

@@ -5,6 +5,7 @@
 #include "host/Bindings.h"
 
 #include <cstdint>
+#include <string>
 
 /// Colours of the barrier method's curves on a light ground. Two pairs of barriers share one on purpose.
 struct CSchrankenFarben {
@@ -17,6 +18,21 @@ struct CSchrankenFarben {
     COLORREF scheinwerferGesamt = RGB(204, 52, 140);
     COLORREF abwicklung = RGB(112, 118, 0);
     COLORREF geschwindigkeit = RGB(72, 78, 88);
+};
+
+/// Where the ground of maps comes from.
+struct CKartenCfg {
+    enum class Quelle {
+        keine, ///< there is none
+        datei, ///< an MBTiles file
+        server ///< asked only because the user entered it
+    };
+    Quelle quelle = Quelle::keine;
+    std::string datei{};    ///< path
+    std::string server{};   ///< address with {z}, {x} and {y}
+    std::string herkunft{}; ///< of the server's map, as it must be shown
+
+    friend bool operator==(const CKartenCfg&, const CKartenCfg&) = default;
 };
 
 /// Colour keys name the colours that edits take. The key of a vehicle's colour is its index (0..15) above this one.
@@ -48,6 +64,7 @@ class CRuvCfg
     COLORREF diagramBackground = RGB(255, 255, 255);
     COLORREF diagramPlot = RGB(255, 255, 255);
     CSchrankenFarben schranken{};
+    CKartenCfg karte{};
 };
 
 extern CRuvCfg RuvCfg;

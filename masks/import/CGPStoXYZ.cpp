@@ -10,8 +10,6 @@
 namespace
 {
 
-/// A degree of latitude on the earth's mean circumference.
-constexpr double kMeterProGrad = 111320.0;
 constexpr double kKeineHoehe = -1.0;
 
 } // namespace

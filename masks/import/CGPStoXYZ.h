@@ -9,6 +9,9 @@
 #include <span>
 #include <vector>
 
+/// A degree of latitude on the earth's mean circumference.
+inline constexpr double kMeterProGrad = 111320.0;
+
 /// A position relative to the first one, m.
 struct LocalPoint {
     double x = 0.0;                 ///< east

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/import/CGPXImportDat.h"
 
+#include "host/CRuvData.h"
 #include "host/CWnd.h"
 #include "host/Files.h"
 #include "host/NumberTable.h"
@@ -22,7 +23,9 @@ namespace
 constexpr double kKeineZahl = std::numeric_limits<double>::quiet_NaN();
 /// Larger files are no tracks; their points would take three times as much memory.
 constexpr std::size_t kMeisteBytes = std::size_t{1} << 30U;
-constexpr std::size_t kEndung = 3; // "fit", "gpx"
+constexpr double kKleinsterAbstand = 0.05; // m, of points in the scene that has not room for all
+constexpr double kGroessteSpur = 1e6;      // m, as large as things of the scene may be
+constexpr std::size_t kEndung = 3;         // "fit", "gpx"
 
 constexpr UINT kTempoquellen[] = {IDC_GPX_BERECHNET, IDC_GPX_AUFGEZEICHNET};
 
@@ -48,6 +51,44 @@ double Sekunden(const GPXTrackPoint& p)
 double Millisekunden(const GPXTrackPoint& p)
 {
     return p.mikrosekunde == 0 ? p.millisecond : p.millisecond + p.mikrosekunde / 1000.0;
+}
+
+/// A part of a track for the scene, which has not room for all of it.
+struct Spurlinie {
+    std::vector<CDPoint> lagen{}; ///< m; the last one before a joint twice
+    std::size_t punkte = 0;       ///< without the second ones
+};
+
+/// The points erste..letzte without those that lie nearer than `abstand` to the last one kept; both sides of a joint
+/// stay.
+Spurlinie Ausgeduennt(const std::vector<GPXTrackPoint>& punkte, const std::vector<std::size_t>& nahtstellen,
+                      std::size_t erste, std::size_t letzte, double abstand)
+{
+    Spurlinie linie;
+    const auto lage = [&punkte](std::size_t i) { return CDPoint{punkte[i].x, punkte[i].y}; };
+    const auto nimm = [&linie](const CDPoint& ort) {
+        if (!linie.lagen.empty() && ort == linie.lagen.back())
+            return; // a second one would end the stretch
+        linie.lagen.push_back(ort);
+        ++linie.punkte;
+    };
+    auto naht = std::upper_bound(nahtstellen.begin(), nahtstellen.end(), erste);
+    for (std::size_t i = erste; i <= letzte; ++i) {
+        if (naht != nahtstellen.end() && *naht == i) {
+            nimm(lage(i - 1));
+            linie.lagen.push_back(lage(i - 1));
+            // A step across the joint that leads nowhere ends nothing: there is no gap to be seen.
+            if (lage(i) == lage(i - 1))
+                linie.lagen.pop_back();
+            nimm(lage(i));
+            ++naht;
+            continue;
+        }
+        const CDPoint ort = lage(i);
+        if (linie.lagen.empty() || std::hypot(ort.x - linie.lagen.back().x, ort.y - linie.lagen.back().y) >= abstand)
+            nimm(ort);
+    }
+    return linie;
 }
 
 double Zeitpunkt(const GPXTrackPoint& p)
@@ -93,6 +134,7 @@ CGPXImportDat::Ausgang CGPXImportDat::Lies()
     bool gelesen = datei.outcome == FileOutcome::read;
     FitSpur spur;
     GpxInhalt inhalt;
+    std::string sha256;
     if (gelesen) {
         const auto weiter = [](double teil) { return RuvProgress("Die Spur wird gelesen", teil) == Work::goOn; };
         if (fit)
@@ -100,6 +142,11 @@ CGPXImportDat::Ausgang CGPXImportDat::Lies()
         else
             inhalt = LiesGpx(bytes, weiter);
         if (spur.befund.abgebrochen || inhalt.ausgang == GpxAusgang::abgebrochen)
+            return Ausgang::abgebrochen;
+        sha256 = RuvSha256(bytes, [](double teil) {
+            return RuvProgress("Die Prüfsumme der Datei wird gebildet", teil) == Work::goOn;
+        });
+        if (sha256.empty())
             return Ausgang::abgebrochen;
     }
     Leere();
@@ -110,7 +157,7 @@ CGPXImportDat::Ausgang CGPXImportDat::Lies()
         return Ausgang::nichtLesbar;
     }
     m_herkunft.bytes = bytes.size();
-    m_herkunft.sha256 = RuvSha256(bytes);
+    m_herkunft.sha256 = std::move(sha256);
     if (fit) {
         m_fit = std::move(spur);
         return Ausgang::fit;
@@ -156,7 +203,11 @@ std::string CGPXImportDat::SchreibeGpx(Ziel dort)
     GpxText text(m_fit.punkte);
     std::string fehler;
     if (dort != Ziel::gleich)
-        fehler = WriteFilePieces(ziel, m_herkunft.pfad, [&text] { return text.Naechstes(); });
+        fehler = WriteFilePieces(ziel, m_herkunft.pfad, [&text]() -> std::optional<std::string_view> {
+            if (RuvProgress("Die GPX-Datei wird geschrieben", text.Anteil()) != Work::goOn)
+                return std::nullopt;
+            return text.Naechstes();
+        });
     if (fehler.empty())
         auswahl.pfad = m_herkunft.geschrieben = ziel;
     return fehler;
@@ -280,6 +331,12 @@ std::vector<double> CGPXImportDat::Zeiten() const
     return zeiten;
 }
 
+bool CGPXImportDat::HatNaht(std::size_t erste, std::size_t letzte) const
+{
+    const auto naht = std::upper_bound(m_nahtstellen.begin(), m_nahtstellen.end(), erste);
+    return naht != m_nahtstellen.end() && *naht <= letzte;
+}
+
 double CGPXImportDat::Tempo(std::size_t punkt, std::int64_t quelle) const
 {
     const double kmh = quelle == aufgezeichnet
@@ -313,4 +370,41 @@ Fahrtbefund CGPXImportDat::UebertrageKoordinaten(std::size_t erste, std::size_t 
     for (std::size_t i = erste; i <= letzte && i < punkte.size(); ++i)
         positionen.push_back({punkte[i].x, punkte[i].y});
     return UebertrageFahrlinie(m_data, auswahl.fahrzeug, auswahl.phase, positionen, m_parent);
+}
+
+std::string CGPXImportDat::LegeInSzene(std::size_t erste, std::size_t letzte)
+{
+    if (m_data.Spuren().size() >= CSzenenSpur::kMeiste)
+        return Eingesetzt(LoadRuvString(IDS_GPX_SZENE_VOLL), {std::to_string(CSzenenSpur::kMeiste)});
+    letzte = std::min(letzte, punkte.size() - 1);
+    double abstand = 0.0;
+    Spurlinie linie = Ausgeduennt(punkte, m_nahtstellen, erste, letzte, abstand);
+    // Thousands of joints would keep it too long for ever.
+    while (linie.lagen.size() > CSzenenSpur::kMeistePunkte && abstand < kGroessteSpur) {
+        abstand = abstand == 0.0 ? kKleinsterAbstand : 2.0 * abstand;
+        linie = Ausgeduennt(punkte, m_nahtstellen, erste, letzte, abstand);
+    }
+    const std::vector<CDPoint>& lagen = linie.lagen;
+    if (lagen.size() < 2)
+        return LoadRuvString(IDS_GPX_SZENE_STEHT);
+    CDPoint unten = lagen.front();
+    CDPoint oben = lagen.front();
+    for (const CDPoint& p : lagen) {
+        unten = {std::min(unten.x, p.x), std::min(unten.y, p.y)};
+        oben = {std::max(oben.x, p.x), std::max(oben.y, p.y)};
+    }
+    if (!(std::max(oben.x - unten.x, oben.y - unten.y) <= kGroessteSpur) || lagen.size() > CSzenenSpur::kMeistePunkte)
+        return LoadRuvString(IDS_GPX_SZENE_ZU_GROSS);
+    CSzenenSpur spur;
+    spur.name = m_herkunft.pfad.substr(m_herkunft.pfad.find_last_of("/\\") + 1);
+    const CDPoint mitte = (unten + oben) * 0.5;
+    spur.mitte = (mitte - lagen.front()) * kCmProM;
+    for (const CDPoint& p : lagen)
+        spur.punkte.push_back((p - mitte) * kCmProM);
+    m_data.Spuren().push_back(std::move(spur));
+    m_data.NotifyMaskenWerte();
+    const std::string alle = std::to_string(letzte - erste + 1);
+    return linie.punkte == letzte - erste + 1 ? Eingesetzt(LoadRuvString(IDS_GPX_SZENE_ALLE), {alle})
+                                              : Eingesetzt(LoadRuvString(IDS_GPX_SZENE_AUSGEDUENNT),
+                                                           {std::to_string(linie.punkte), alle, Dezimal(abstand, 2)});
 }

@@ -80,6 +80,11 @@ class CGPXImportDat final : public CDlgData
     const std::string& Quelle() const { return m_herkunft.pfad; }
     bool HatAufgezeichnete() const { return !m_aufgezeichnet.empty(); }
 
+    /// First point of each further segment: the step to it bridges what was not recorded.
+    const std::vector<std::size_t>& Nahtstellen() const { return m_nahtstellen; }
+    /// Whether a step between the points erste..letzte is such a bridge.
+    bool HatNaht(std::size_t erste, std::size_t letzte) const;
+
     /// Times (s) since the first point; a clock that is set back stands still.
     std::vector<double> Zeiten() const;
     /// km/h of a point, not-a-number where there is none: of a step back in time, or not recorded.
@@ -91,6 +96,9 @@ class CGPXImportDat final : public CDlgData
     // Points erste..letzte, both included.
     Fahrtbefund Uebertrage(std::size_t erste, std::size_t letzte);
     Fahrtbefund UebertrageKoordinaten(std::size_t erste, std::size_t letzte);
+    /// Lays them into the scene, the first one at its origin, north up. The sentence that says what was done or why
+    /// not.
+    std::string LegeInSzene(std::size_t erste, std::size_t letzte);
 
   private:
     struct Herkunft {

@@ -57,6 +57,7 @@ const CMessageMap* CGPXImportDlg::GetMessageMap() const
 {
     static constexpr CMessageEntry kEntries[] = {
         OnControl<&CGPXImportDlg::OnFahrlinie>(IDC_GPX_FAHRLINIE),
+        OnControl<&CGPXImportDlg::OnSzene>(IDC_GPX_SZENE),
     };
     static const CMessageMap kMap{CImportDlg::GetMessageMap(), kEntries};
     return &kMap;
@@ -76,11 +77,16 @@ void CGPXImportDlg::SetupWindow()
     m_karte.OnKlick([this](std::size_t punkt) { OnKartenklick(punkt); });
     m_karte.OnZeige([this](std::optional<std::size_t> punkt) { OnKartenzeiger(punkt); });
     Diagramm().OnPointer([this](double zeit) { OnDiagrammzeiger(zeit); });
+    m_kacheln.emplace([this] {
+        m_karte.NeuerGrund();
+        GetDlgItem(IDC_GPX_KARTE)->Invalidate();
+    });
     CImportDlg::SetupWindow();
 }
 
 void CGPXImportDlg::ShutDownWindow()
 {
+    m_kacheln.reset();
     Diagramm().OnPointer({});
     CImportDlg::ShutDownWindow();
 }
@@ -184,13 +190,26 @@ void CGPXImportDlg::ZeigeDaten()
     m_gezeigteQuelle = m_dat.tempoquelle;
     std::vector<Kartenbild::Punkt> punkte;
     punkte.reserve(m_dat.punkte.size());
-    for (std::size_t i = 0; i < m_dat.punkte.size(); ++i)
-        punkte.push_back({{m_dat.punkte[i].x, m_dat.punkte[i].y}, m_dat.Tempo(i, m_dat.tempoquelle)});
+    for (std::size_t i = 0; i < m_dat.punkte.size(); ++i) {
+        const GPXTrackPoint& p = m_dat.punkte[i];
+        punkte.push_back({{p.x, p.y}, m_dat.Tempo(i, m_dat.tempoquelle), p.latitude, p.longitude});
+    }
+    for (const std::size_t naht : m_dat.Nahtstellen())
+        punkte[naht].naht = true;
     m_karte.SetPunkte(std::move(punkte));
     Enable(IDC_GPX_BERECHNET, m_dat.HatAufgezeichnete());
     Enable(IDC_GPX_AUFGEZEICHNET, m_dat.HatAufgezeichnete());
     if (m_dat.HatAufgezeichnete())
         ZeigeKurven();
+    ZeigeNahtstellen();
+}
+
+void CGPXImportDlg::ZeigeNahtstellen()
+{
+    std::vector<chart::Gap> luecken;
+    for (const std::size_t naht : m_dat.Nahtstellen())
+        luecken.push_back({m_zeiten[naht - 1], m_zeiten[naht]});
+    Diagramm().SetGaps(LoadRuvString(IDS_GPX_NAHTSTELLE), std::move(luecken));
 }
 
 /// Both speeds, the chosen one first: range, statistics and transfer are of it.
@@ -214,6 +233,7 @@ void CGPXImportDlg::WechsleTempoquelle()
     m_gezeigteQuelle = m_dat.tempoquelle;
     const auto bereich = Diagramm().Range();
     ZeigeKurven();
+    ZeigeNahtstellen();
     if (bereich)
         Diagramm().SetRange(*bereich);
     m_karte.SetTempo(m_dat.Geschwindigkeiten(m_dat.tempoquelle));
@@ -226,6 +246,9 @@ void CGPXImportDlg::ZeigeWeiteres()
         WechsleTempoquelle();
     const auto bereich = Diagramm().Range();
     Enable(IDC_GPX_FAHRLINIE, Bereich() ? TRUE : FALSE);
+    Enable(IDC_GPX_SZENE, m_dat.punkte.size() > 1 ? TRUE : FALSE);
+    if (const auto gewaehlt = Bereich(); gewaehlt && m_dat.HatNaht(gewaehlt->first, gewaehlt->last))
+        ShowPrompt(IDC_IMPORT_HINWEIS, IDS_GPX_NAHT_IM_ZEITRAUM);
     m_karte.SetBereich(bereich ? std::optional(Kartenbild::Bereich{bereich->first, bereich->last}) : std::nullopt);
     GetDlgItem(IDC_GPX_KARTE)->Invalidate();
 }
@@ -234,6 +257,15 @@ void CGPXImportDlg::OnFahrlinie()
 {
     if (const auto bereich = Bereich())
         ZeigeUebertragung(m_dat.UebertrageKoordinaten(bereich->first, bereich->last));
+}
+
+/// The chosen range, or else all of the track: a range has no more points than phases.
+void CGPXImportDlg::OnSzene()
+{
+    if (m_dat.punkte.size() < 2)
+        return;
+    const chart::Rows zeilen = Bereich().value_or(chart::Rows{0, m_dat.punkte.size() - 1});
+    ShowPrompt(IDC_IMPORT_HINWEIS, m_dat.LegeInSzene(zeilen.first, zeilen.last));
 }
 
 void CGPXImportDlg::OnKartenklick(std::size_t punkt)

@@ -36,15 +36,18 @@ class CGPXImportDlg final : public CImportDlg
     /// Puts the GPX file beside it, after a question where another one lies there.
     void WandleUm();
     void ZeigeKurven();
+    void ZeigeNahtstellen();
     void WechsleTempoquelle();
     void OnFahrlinie();
+    void OnSzene();
     void OnKartenklick(std::size_t punkt);
     void OnDiagrammzeiger(double zeit);
     void OnKartenzeiger(std::optional<std::size_t> punkt);
 
     CGPXImportDat m_dat;
     Kartenbild m_karte;
-    std::vector<double> m_zeiten; // s, by point
+    std::optional<CTilesListener> m_kacheln; // while the window stands
+    std::vector<double> m_zeiten;            // s, by point
     std::int64_t m_gezeigteQuelle = CGPXImportDat::berechnet;
     std::optional<std::size_t> m_kartenanfang; // first of two clicks on the map
 };

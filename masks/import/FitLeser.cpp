@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/import/FitLeser.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -11,7 +11,6 @@ constexpr std::size_t kKleinerKopf = 12;
 constexpr std::size_t kKopf = 14; // with a checksum of its own
 constexpr std::size_t kCrcBytes = 2;
 constexpr unsigned kHoechsteVersion = 2;
-constexpr std::size_t kLokaleNummern = 16;
 /// The checksum follows the decoding at this distance at most, so that the bytes are still in the cache.
 constexpr std::size_t kCrcBlock = 16384;
 constexpr std::size_t kZwischenfrage = std::size_t{4} << 20U;
@@ -93,6 +92,14 @@ constexpr CrcTafeln BaueCrcTafeln()
 
 constexpr CrcTafeln kCrcTafeln = BaueCrcTafeln();
 
+/// kCrcBreite bytes at once: the remainder goes into the first two, the others count by their place alone.
+template <std::size_t... Weitere> unsigned CrcSchritt(unsigned rest, const char* p, std::index_sequence<Weitere...>)
+{
+    const unsigned ersteZwei = kCrcTafeln[kCrcBreite - 1][(Byte(p) ^ rest) & 0xFFU] ^
+                               kCrcTafeln[kCrcBreite - 2][(Byte(p + 1) ^ (rest >> 8U)) & 0xFFU];
+    return (ersteZwei ^ ... ^ kCrcTafeln[kCrcBreite - 3 - Weitere][Byte(p + 2 + Weitere)]);
+}
+
 } // namespace
 
 std::uint16_t FitCrc(std::uint16_t crc, std::string_view bytes)
@@ -100,13 +107,8 @@ std::uint16_t FitCrc(std::uint16_t crc, std::string_view bytes)
     unsigned rest = crc;
     const char* p = bytes.data();
     const char* const ende = p + bytes.size();
-    for (; ende - p >= static_cast<std::ptrdiff_t>(kCrcBreite); p += kCrcBreite) {
-        unsigned neu = kCrcTafeln[kCrcBreite - 1][(Byte(p) ^ rest) & 0xFFU] ^
-                       kCrcTafeln[kCrcBreite - 2][(Byte(p + 1) ^ (rest >> 8U)) & 0xFFU];
-        for (std::size_t i = 2; i < kCrcBreite; ++i)
-            neu ^= kCrcTafeln[kCrcBreite - 1 - i][Byte(p + i)];
-        rest = neu;
-    }
+    for (; ende - p >= static_cast<std::ptrdiff_t>(kCrcBreite); p += kCrcBreite)
+        rest = CrcSchritt(rest, p, std::make_index_sequence<kCrcBreite - 2>());
     for (; p != ende; ++p)
         rest = (rest >> 8U) ^ kCrcTafeln[0][(rest ^ Byte(p)) & 0xFFU];
     return static_cast<std::uint16_t>(rest);
@@ -161,7 +163,7 @@ class FitDekoder
             anmeldung.hoerer->Dateianfang();
         for (FitDefinition& definition : m_definitionen)
             definition.definiert = false;
-        m_letzteZeit.reset();
+        m_hatZeit = false;
         m_crc = 0;
         m_crcStelle = anfang;
         if (!Kopf(anfang))
@@ -253,6 +255,8 @@ class FitDekoder
             return DefinitionFehler("Architecture ", architektur);
         definition.bigEndian = architektur == 1;
         definition.nachricht = static_cast<std::uint16_t>(Ganze(p + 3, 2, definition.bigEndian));
+        definition.folge = ++m_definitionenBisher;
+        definition.lokal = static_cast<std::uint8_t>(lokal);
         definition.groesse = 0;
         definition.felder.clear();
         definition.platz.fill(0);
@@ -272,6 +276,11 @@ class FitDekoder
         m_stelle += 6 + 3 * anzahl;
         if (entwicklerfelder && !Entwicklerfelder(definition))
             return false;
+        definition.zeit = definition.Finde(kFitZeitstempel);
+        definition.hoerer.clear();
+        for (const FitVerteiler::Anmeldung& anmeldung : m_verteiler.m_anmeldungen)
+            if (anmeldung.nachricht == definition.nachricht)
+                definition.hoerer.push_back(anmeldung.hoerer);
         definition.definiert = true;
         return true;
     }
@@ -308,19 +317,20 @@ class FitDekoder
             return false;
         const char* const bytes = m_bytes.data() + m_stelle + 1;
         const char* const ende = m_bytes.data() + m_bytes.size();
-        std::optional<std::uint32_t> zeit;
-        if (const auto voll = FitNachricht(definition, bytes, ende, {}).Zahl(kFitZeitstempel))
-            m_letzteZeit = zeit = static_cast<std::uint32_t>(*voll);
-        else if (versatz && m_letzteZeit) {
+        FitNachricht nachricht(definition, bytes, ende);
+        const auto voll = definition.zeit == nullptr ? std::nullopt : nachricht.Zahl(*definition.zeit);
+        if (voll) {
+            m_letzteZeit = static_cast<std::uint32_t>(*voll);
+            m_hatZeit = true;
+        } else if (versatz && m_hatZeit) {
             // The five lowest bits of a time not before the last one.
-            std::uint32_t neu = (*m_letzteZeit & ~31U) + *versatz;
-            if (*versatz < (*m_letzteZeit & 31U))
-                neu += 32;
-            m_letzteZeit = zeit = neu;
+            const bool spaeter = *versatz < (m_letzteZeit & 31U);
+            m_letzteZeit = (m_letzteZeit & ~31U) + *versatz + (spaeter ? 32U : 0U);
         }
-        for (const FitVerteiler::Anmeldung& anmeldung : m_verteiler.m_anmeldungen)
-            if (anmeldung.nachricht == definition.nachricht)
-                anmeldung.hoerer->Empfange(FitNachricht(definition, bytes, ende, zeit));
+        if (voll || (versatz && m_hatZeit))
+            nachricht.SetZeitstempel(m_letzteZeit);
+        for (FitHoerer* const hoerer : definition.hoerer)
+            hoerer->Empfange(nachricht);
         ++m_befund.nachrichten;
         m_stelle += 1 + std::size_t{definition.groesse};
         return true;
@@ -355,8 +365,10 @@ class FitDekoder
     std::string_view m_bytes;
     const std::function<bool(double)>& m_weiter;
     FitBefund m_befund{};
-    std::array<FitDefinition, kLokaleNummern> m_definitionen{};
-    std::optional<std::uint32_t> m_letzteZeit{};
+    std::array<FitDefinition, kFitLokaleNummern> m_definitionen{};
+    std::size_t m_definitionenBisher = 0;
+    std::uint32_t m_letzteZeit = 0;
+    bool m_hatZeit = false; ///< a message had one
     std::size_t m_stelle = 0;
     std::size_t m_ende = 0; ///< of the messages
     std::size_t m_crcStelle = 0;

@@ -18,6 +18,7 @@
 
 /// The timestamp that every message may have.
 inline constexpr std::uint8_t kFitZeitstempel = 253;
+inline constexpr std::size_t kFitLokaleNummern = 16;
 
 /// An integer as a message holds it. A width of 0 marks all other base types: strings, floating point numbers, bytes,
 /// unknown ones, and fields narrower than their type or no multiple of it.
@@ -27,6 +28,8 @@ struct FitZahltyp {
     std::uint64_t ungueltig = 0;
 };
 
+class FitHoerer;
+
 /// What a definition says of one kind of data message.
 struct FitDefinition {
     struct Feld {
@@ -35,37 +38,53 @@ struct FitDefinition {
     };
     bool definiert = false;
     bool bigEndian = false;
+    std::uint8_t lokal = 0;      ///< local message number, below kFitLokaleNummern
+    std::size_t folge = 0;       ///< tells it from every other definition of the file; 0 = none
     std::uint16_t nachricht = 0; ///< global message number
     std::uint32_t groesse = 0;   ///< of a message with its developer fields, bytes
     std::vector<Feld> felder{};
     std::array<std::uint8_t, 256> platz{}; ///< by field number: place in `felder` + 1 of its last mention, 0 = none
+
+    const Feld* zeit = nullptr;       ///< the message's timestamp, if it has one
+    std::vector<FitHoerer*> hoerer{}; ///< of this message
+
+    /// The last mention of a field, if it is a whole number.
+    const Feld* Finde(std::uint8_t nummer) const
+    {
+        const std::size_t wo = platz[nummer];
+        return wo == 0 || felder[wo - 1].typ.bytes == 0 ? nullptr : &felder[wo - 1];
+    }
 };
 
 /// One data message, while its listener is called.
 class FitNachricht
 {
   public:
-    FitNachricht(const FitDefinition& definition, const char* bytes, const char* dateiende,
-                 std::optional<std::uint32_t> zeit)
-        : m_definition(definition), m_bytes(bytes), m_dateiende(dateiende), m_zeit(zeit)
+    FitNachricht(const FitDefinition& definition, const char* bytes, const char* dateiende)
+        : m_definition(definition), m_bytes(bytes), m_dateiende(dateiende)
     {
+    }
+    void SetZeitstempel(std::uint32_t zeit)
+    {
+        m_zeit = zeit;
+        m_hatZeit = true;
     }
 
     std::uint16_t Nummer() const { return m_definition.nachricht; }
     /// Bytes of the message in the file.
     std::size_t Groesse() const { return 1 + std::size_t{m_definition.groesse}; }
     /// Seconds from 1989-12-31 00:00 UTC; of a compressed time stamp the time it stands for.
-    std::optional<std::uint32_t> Zeitstempel() const { return m_zeit; }
+    std::optional<std::uint32_t> Zeitstempel() const { return m_hatZeit ? std::optional(m_zeit) : std::nullopt; }
     /// The whole number that a field holds, of an array the first one, without scale and offset. Nothing when the
     /// message has no such field, when it is marked invalid or its type is none of FitZahltyp.
     std::optional<std::int64_t> Zahl(std::uint8_t feld) const
     {
-        const std::size_t platz = m_definition.platz[feld];
-        if (platz == 0)
-            return std::nullopt;
-        const FitDefinition::Feld& wo = m_definition.felder[platz - 1];
-        if (wo.typ.bytes == 0)
-            return std::nullopt;
+        const FitDefinition::Feld* const wo = m_definition.Finde(feld);
+        return wo == nullptr ? std::nullopt : Zahl(*wo);
+    }
+    /// The same of a field that Definition().Finde gave, for those who read a million messages of it.
+    std::optional<std::int64_t> Zahl(const FitDefinition::Feld& wo) const
+    {
         const unsigned fehlend = 64U - 8U * wo.typ.bytes;
         const std::uint64_t oben = Links(m_bytes + wo.stelle, wo.typ.bytes);
         const std::uint64_t zahl = oben >> fehlend;
@@ -73,6 +92,7 @@ class FitNachricht
             return std::nullopt;
         return wo.typ.vorzeichen ? static_cast<std::int64_t>(oben) >> fehlend : static_cast<std::int64_t>(zahl);
     }
+    const FitDefinition& Definition() const { return m_definition; }
 
   private:
     /// The number in the highest bytes of the result; what lies below them is of no meaning with the high byte first.
@@ -90,7 +110,9 @@ class FitNachricht
     const FitDefinition& m_definition;
     const char* m_bytes;
     const char* m_dateiende;
-    std::optional<std::uint32_t> m_zeit;
+    // Not an optional: writing its parts and reading it at once stops the processor at every message.
+    std::uint32_t m_zeit = 0;
+    bool m_hatZeit = false;
 };
 
 class FitHoerer

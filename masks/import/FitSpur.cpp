@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/import/FitSpur.h"
 
+#include "host/Memory.h"
 #include "masks/import/Zivilzeit.h"
 
 #include <charconv>
@@ -27,48 +28,91 @@ constexpr std::string_view kGpxKopf = "<?xml version=\"1.0\" encoding=\"UTF-8\"?
                                       "    <trkseg>\n";
 constexpr std::string_view kGpxFuss = "    </trkseg>\n  </trk>\n</gpx>\n";
 
+/// What of a message makes a point, in the order of the tables below.
+enum Messwert : std::size_t {
+    breite,
+    laenge,
+    hoehe,
+    hoeheGenau,
+    tempo,
+    tempoGenau,
+    puls,
+    tritt,
+    temperatur,
+    millisekunde,
+    kMesswerte
+};
+
 /// Field numbers of a message; 255 is no field.
 constexpr std::uint8_t kKeins = 255;
-struct Felder {
-    std::uint8_t breite, laenge, hoehe, hoeheGenau, tempo, tempoGenau, puls, tritt, temperatur, millisekunde;
-};
+using Felder = std::array<std::uint8_t, kMesswerte>;
 constexpr Felder kRecordFelder{0, 1, 2, 78, 6, 73, 3, 4, 13, kKeins};
 constexpr Felder kMetadatenFelder{1, 2, kKeins, 3, kKeins, 4, kKeins, kKeins, kKeins, 0};
 
-/// The field's number, if it has one that fits.
-template <class T> bool Nimm(const FitNachricht& nachricht, std::uint8_t feld, T& ziel)
-{
-    if (feld == kKeins)
-        return false;
-    const auto zahl = nachricht.Zahl(feld);
-    if (!zahl || *zahl < std::numeric_limits<T>::min() || *zahl > std::numeric_limits<T>::max())
-        return false;
-    ziel = static_cast<T>(*zahl);
-    return true;
-}
+/// The numbers that a point has room for: others are no measured value.
+struct Spanne {
+    std::int64_t von, bis;
+};
+template <class T> constexpr Spanne kSpanne{std::numeric_limits<T>::min(), std::numeric_limits<T>::max()};
+constexpr std::array<Spanne, kMesswerte> kSpannen{
+    kSpanne<std::int32_t>,  kSpanne<std::int32_t>,  kSpanne<std::uint32_t>, kSpanne<std::uint32_t>,
+    kSpanne<std::uint32_t>, kSpanne<std::uint32_t>, kSpanne<std::uint16_t>, kSpanne<std::uint16_t>,
+    kSpanne<std::int16_t>,  Spanne{0, 999}};
+
+/// Where the messages of a definition have them: looked up once, for all messages of it.
+struct Leseplan {
+    struct Stelle {
+        FitDefinition::Feld feld{};
+        Messwert wert{};
+    };
+    std::size_t folge = 0; ///< of the definition
+    std::size_t anzahl = 0;
+    std::array<Stelle, kMesswerte> stellen{};
+
+    void Richte(const FitDefinition& definition, const Felder& felder)
+    {
+        folge = definition.folge;
+        anzahl = 0;
+        for (std::size_t i = 0; i < kMesswerte; ++i)
+            if (const FitDefinition::Feld* feld = felder[i] == kKeins ? nullptr : definition.Finde(felder[i]))
+                stellen[anzahl++] = {*feld, static_cast<Messwert>(i)};
+    }
+};
 
 /// False when the message has no position.
-bool Lies(const FitNachricht& nachricht, const Felder& felder, FitPunkt& punkt)
+bool Lies(const FitNachricht& nachricht, const Leseplan& plan, FitPunkt& punkt)
 {
-    if (!Nimm(nachricht, felder.breite, punkt.breite) || !Nimm(nachricht, felder.laenge, punkt.laenge))
-        return false;
-    unsigned vorhanden = 0;
-    if (const auto zeit = nachricht.Zeitstempel()) {
-        punkt.zeitstempel = *zeit;
-        vorhanden |= FitPunkt::zeit;
+    std::array<std::int64_t, kMesswerte> werte{};
+    unsigned gelesen = 0; // one bit each
+    for (std::size_t i = 0; i < plan.anzahl; ++i) {
+        const Leseplan::Stelle& stelle = plan.stellen[i];
+        const auto zahl = nachricht.Zahl(stelle.feld);
+        if (!zahl || *zahl < kSpannen[stelle.wert].von || *zahl > kSpannen[stelle.wert].bis)
+            continue;
+        werte[stelle.wert] = *zahl;
+        gelesen |= 1U << stelle.wert;
     }
-    if (Nimm(nachricht, felder.hoeheGenau, punkt.hoeheRoh) || Nimm(nachricht, felder.hoehe, punkt.hoeheRoh))
-        vorhanden |= FitPunkt::hoehe;
-    if (Nimm(nachricht, felder.tempoGenau, punkt.tempoRoh) || Nimm(nachricht, felder.tempo, punkt.tempoRoh))
-        vorhanden |= FitPunkt::tempo;
-    if (Nimm(nachricht, felder.puls, punkt.pulsRoh))
-        vorhanden |= FitPunkt::puls;
-    if (Nimm(nachricht, felder.tritt, punkt.trittRoh))
-        vorhanden |= FitPunkt::tritt;
-    if (Nimm(nachricht, felder.temperatur, punkt.temperaturC))
-        vorhanden |= FitPunkt::temperatur;
-    if (Nimm(nachricht, felder.millisekunde, punkt.millisekunde) && punkt.millisekunde > 999)
-        punkt.millisekunde = 0;
+    const auto hat = [gelesen](Messwert wert) { return (gelesen & 1U << wert) != 0; };
+    if (!hat(breite) || !hat(laenge))
+        return false;
+    punkt.breite = static_cast<std::int32_t>(werte[breite]);
+    punkt.laenge = static_cast<std::int32_t>(werte[laenge]);
+    punkt.hoeheRoh = static_cast<std::uint32_t>(werte[hat(hoeheGenau) ? hoeheGenau : hoehe]);
+    punkt.tempoRoh = static_cast<std::uint32_t>(werte[hat(tempoGenau) ? tempoGenau : tempo]);
+    punkt.pulsRoh = static_cast<std::uint16_t>(werte[puls]);
+    punkt.trittRoh = static_cast<std::uint16_t>(werte[tritt]);
+    punkt.temperaturC = static_cast<std::int16_t>(werte[temperatur]);
+    punkt.millisekunde = static_cast<std::uint16_t>(werte[millisekunde]);
+    const auto zeitstempel = nachricht.Zeitstempel();
+    punkt.zeitstempel = zeitstempel.value_or(0);
+    unsigned vorhanden = 0;
+    const auto merke = [&vorhanden](bool da, FitPunkt::Vorhanden was) { vorhanden |= da ? unsigned{was} : 0U; };
+    merke(zeitstempel.has_value(), FitPunkt::zeit);
+    merke(hat(hoehe) || hat(hoeheGenau), FitPunkt::hoehe);
+    merke(hat(tempo) || hat(tempoGenau), FitPunkt::tempo);
+    merke(hat(puls), FitPunkt::puls);
+    merke(hat(tritt), FitPunkt::tritt);
+    merke(hat(temperatur), FitPunkt::temperatur);
     punkt.vorhanden = static_cast<std::uint16_t>(vorhanden);
     return true;
 }
@@ -87,9 +131,14 @@ class Punkthoerer : public FitHoerer
 
     void Empfange(const FitNachricht& nachricht) override
     {
-        if (punkte.capacity() == 0)
+        if (punkte.capacity() == 0) {
             punkte.reserve(m_bytes / nachricht.Groesse()); // more messages of this size the file cannot hold
-        if (!Lies(nachricht, m_felder, punkte.emplace_back())) {
+            RuvWillFill(punkte.data(), punkte.capacity() * sizeof(FitPunkt));
+        }
+        Leseplan& plan = m_plaene[nachricht.Definition().lokal];
+        if (plan.folge != nachricht.Definition().folge)
+            plan.Richte(nachricht.Definition(), m_felder);
+        if (!Lies(nachricht, plan, punkte.emplace_back())) {
             punkte.pop_back();
             ++ohneLage;
         }
@@ -101,6 +150,7 @@ class Punkthoerer : public FitHoerer
 
   private:
     const Felder& m_felder;
+    std::array<Leseplan, kFitLokaleNummern> m_plaene{};
     std::size_t m_bytes;
 };
 

@@ -89,14 +89,20 @@ class GpxText
 {
   public:
     /// The points must outlive the text.
-    explicit GpxText(std::span<const FitPunkt> punkte) : m_punkte(punkte) {}
+    explicit GpxText(std::span<const FitPunkt> punkte) : m_punkte(punkte), m_anzahl(punkte.size()) {}
     /// About a megabyte; it lasts until the next one is asked for. Empty at the end.
     std::string_view Naechstes();
+    /// The part of the points in the text so far.
+    double Anteil() const
+    {
+        return m_anzahl == 0 ? 0.0 : 1.0 - static_cast<double>(m_punkte.size()) / static_cast<double>(m_anzahl);
+    }
 
   private:
     void HaengeAn(const FitPunkt& punkt);
 
     std::span<const FitPunkt> m_punkte;
+    std::size_t m_anzahl;
     std::string m_text;
     Ortsuhr m_uhr;
     bool m_begonnen = false;

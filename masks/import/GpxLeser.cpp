@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/import/GpxLeser.h"
 
+#include "host/Memory.h"
 #include "masks/import/XmlLeser.h"
 
 #include <algorithm>
@@ -20,6 +21,7 @@ constexpr int kHoechstensZiffern = 9;
 constexpr std::uint64_t kExakt = std::uint64_t{1} << 53U;
 constexpr std::array<double, 23> kZehnerpotenzen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                                  1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr GPXTrackPoint kLeererPunkt{}; // copied, it needs no step of filling with zeros before
 constexpr double kGroessteBreite = 90.0;
 constexpr double kGroessteLaenge = 360.0; // some count eastwards from Greenwich to 360°
 
@@ -132,141 +134,27 @@ std::int16_t Zonenversatz(std::string_view text)
     return static_cast<std::int16_t>(text.front() == '-' ? -minuten : minuten);
 }
 
-/// Comparison with a word of known length, which compilers turn into one or two instructions.
-template <std::size_t N> bool Ist(std::string_view name, const char (&wort)[N])
+/// See GpxZeit.
+void NimmZeit(std::string_view text, GPXTrackPoint& punkt)
 {
-    return name.size() == N - 1 && std::memcmp(name.data(), wort, N - 1) == 0;
+    if (!NimmUeblicheZeit(text, punkt) &&
+        (!NimmGanze(text, punkt.year) || !NimmZeichen(text, '-') || !NimmGanze(text, punkt.month) ||
+         !NimmZeichen(text, '-') || !NimmGanze(text, punkt.day) || !NimmZeichen(text, 'T') ||
+         !NimmGanze(text, punkt.hour) || !NimmZeichen(text, ':') || !NimmGanze(text, punkt.minute) ||
+         !NimmZeichen(text, ':') || !NimmGanze(text, punkt.second)))
+        return;
+    punkt.millisecond = 0;
+    punkt.mikrosekunde = 0;
+    if (NimmZeichen(text, '.') || NimmZeichen(text, ','))
+        NimmBruchteil(text, punkt);
+    punkt.zone = Zonenversatz(text);
 }
 
-class Spurleser
+/// See GpxZahl; false when there is no number.
+bool NimmZahl(std::string_view text, double& zahl)
 {
-  public:
-    Spurleser(GpxInhalt& inhalt, std::size_t bytes) : m_inhalt(inhalt), m_bytes(bytes) {}
-
-    void SetLeser(const XmlLeser<Spurleser>& leser) { m_leser = &leser; }
-
-    void Start(const XmlName& name)
-    {
-        m_feld = nullptr;
-        m_zeit = false;
-        m_attribute = false;
-        const std::string_view ort = name.ort;
-        if (Ist(ort, "trkpt")) {
-            if (m_imPunkt)
-                ++m_inhalt.unvollstaendig;
-            m_punkt = GPXTrackPoint{};
-            m_imPunkt = true;
-            m_attribute = true;
-            m_tiefe = 0;
-        } else if (m_imPunkt) {
-            ++m_tiefe;
-            WaehleFeld(name);
-        } else if (Ist(ort, "trkseg") || Ist(ort, "trk")) {
-            m_neuerAbschnitt = true;
-            m_inhalt.spuren += Ist(ort, "trk") ? 1U : 0U;
-        } else if (Ist(ort, "gpx")) {
-            m_inhalt.ausgang = GpxAusgang::gelesen;
-        }
-    }
-
-    bool WillAttribute() const { return m_attribute; }
-    bool WillText() const { return m_feld != nullptr || m_zeit; }
-
-    void Attribut(std::string_view name, std::string_view wert)
-    {
-        if (Ist(name, "lat"))
-            m_punkt.latitude = GpxZahl(wert).value_or(-1.0);
-        else if (Ist(name, "lon"))
-            m_punkt.longitude = GpxZahl(wert).value_or(-1.0);
-    }
-
-    void Text(std::string_view text)
-    {
-        if (m_zeit)
-            GpxZeit(text, m_punkt);
-        else
-            *m_feld = GpxZahl(text).value_or(-1.0);
-    }
-
-    void Ende(const XmlName& name)
-    {
-        if (m_imPunkt && Ist(name.ort, "trkpt")) {
-            Nimm();
-            m_imPunkt = false;
-        } else if (m_imPunkt) {
-            --m_tiefe;
-        } else if (Ist(name.ort, "gpx")) {
-            m_inhalt.vollstaendig = true;
-        }
-    }
-
-    void Schluss()
-    {
-        if (m_imPunkt)
-            ++m_inhalt.unvollstaendig;
-    }
-
-  private:
-    void WaehleFeld(const XmlName& name)
-    {
-        if (m_tiefe == 1 && Ist(name.ort, "ele")) {
-            m_feld = &m_punkt.elevation;
-        } else if (m_tiefe == 1 && Ist(name.ort, "time")) {
-            m_zeit = true;
-        } else {
-            WaehleMesswert(name, "hr", m_punkt.heartRate);
-            WaehleMesswert(name, "cad", m_punkt.cadence);
-            WaehleMesswert(name, "atemp", m_punkt.temperature);
-        }
-    }
-
-    /// The plain name, or with a prefix one that begins like it ("gpxdata:cadence"), which gives way to the plain one.
-    template <std::size_t N> void WaehleMesswert(const XmlName& name, const char (&wort)[N], double& feld)
-    {
-        if (Ist(name.ort, wort) || (name.HatVorsatz() && feld == -1.0 && name.ort.starts_with(wort)))
-            m_feld = &feld;
-    }
-
-    void Nimm()
-    {
-        if (std::abs(m_punkt.latitude) > kGroessteBreite || std::abs(m_punkt.longitude) > kGroessteLaenge) {
-            ++m_inhalt.unmoeglich;
-            m_punkt.latitude = m_punkt.longitude = -1.0;
-        }
-        if (m_inhalt.punkte.size() == m_inhalt.punkte.capacity())
-            SchaffePlatz();
-        if (m_neuerAbschnitt && !m_inhalt.punkte.empty())
-            m_inhalt.nahtstellen.push_back(m_inhalt.punkte.size());
-        m_neuerAbschnitt = false;
-        m_inhalt.punkte.push_back(m_punkt);
-    }
-
-    /// Room for as many points as the rest of the file holds if it goes on like this, instead of twice as many.
-    void SchaffePlatz()
-    {
-        const std::size_t anzahl = m_inhalt.punkte.size();
-        const double jePunkt = static_cast<double>(m_leser->Stelle()) / static_cast<double>(anzahl + 1);
-        const auto gesamt = static_cast<std::size_t>(static_cast<double>(m_bytes) / jePunkt * 1.02);
-        m_inhalt.punkte.reserve(std::max(anzahl + anzahl / 8 + 64, anzahl < 64 ? 64 : gesamt));
-    }
-
-    GpxInhalt& m_inhalt;
-    std::size_t m_bytes;
-    const XmlLeser<Spurleser>* m_leser = nullptr;
-    GPXTrackPoint m_punkt{};
-    double* m_feld = nullptr; ///< that the text goes to
-    int m_tiefe = 0;          ///< elements open inside the point
-    bool m_imPunkt = false;
-    bool m_zeit = false; ///< the text is the point's time
-    bool m_attribute = false;
-    bool m_neuerAbschnitt = false;
-};
-
-} // namespace
-
-std::optional<double> GpxZahl(std::string_view text)
-{
-    text = OhneLeerraum(text);
+    if (!text.empty() && IstLeer(text.front()))
+        text = OhneLeerraum(text);
     if (!text.empty() && text.front() == '+')
         text.remove_prefix(1);
     const char* p = text.data();
@@ -288,32 +176,176 @@ std::optional<double> GpxZahl(std::string_view text)
         anzahl += nachkomma;
     }
     if (anzahl == 0)
-        return std::nullopt; // "nan", "inf"
+        return false; // "nan", "inf"
     // 19 digits fit into 64 bits.
     if (anzahl <= 19 && ziffern <= kExakt && (p == ende || (*p != 'e' && *p != 'E'))) {
         const double betrag = static_cast<double>(ziffern) / kZehnerpotenzen[nachkomma];
-        return negativ ? -betrag : betrag;
+        zahl = negativ ? -betrag : betrag;
+        return true;
     }
-    double zahl = 0.0;
     const auto ergebnis = std::from_chars(text.data(), ende, zahl);
-    if (ergebnis.ec != std::errc{} || !std::isfinite(zahl))
-        return std::nullopt;
-    return zahl;
+    return ergebnis.ec == std::errc{} && std::isfinite(zahl);
+}
+
+/// -1 where the text holds none.
+double Zahlwert(std::string_view text)
+{
+    double zahl = 0.0;
+    return NimmZahl(text, zahl) ? zahl : -1.0;
+}
+
+/// Comparison with a word of known length, which compilers turn into one or two instructions.
+template <std::size_t N> bool Ist(std::string_view name, const char (&wort)[N])
+{
+    return name.size() == N - 1 && std::memcmp(name.data(), wort, N - 1) == 0;
+}
+
+class Spurleser
+{
+  public:
+    Spurleser(GpxInhalt& inhalt, std::size_t bytes) : m_inhalt(inhalt), m_bytes(bytes) {}
+
+    void SetLeser(const XmlLeser<Spurleser>& leser) { m_leser = &leser; }
+
+    void Start(const XmlName& name)
+    {
+        m_feld = nullptr;
+        m_zeit = false;
+        m_attribute = false;
+        const std::string_view ort = name.ort;
+        if (Ist(ort, "trkpt")) {
+            NeuerPunkt();
+            m_attribute = true;
+            m_tiefe = 0;
+        } else if (m_imPunkt) {
+            ++m_tiefe;
+            WaehleFeld(name);
+        } else if (Ist(ort, "trkseg") || Ist(ort, "trk")) {
+            m_neuerAbschnitt = true;
+            m_inhalt.spuren += Ist(ort, "trk") ? 1U : 0U;
+        } else if (Ist(ort, "gpx")) {
+            m_inhalt.ausgang = GpxAusgang::gelesen;
+        }
+    }
+
+    bool WillAttribute() const { return m_attribute; }
+    bool WillText() const { return m_feld != nullptr || m_zeit; }
+
+    void Attribut(std::string_view name, std::string_view wert)
+    {
+        if (Ist(name, "lat"))
+            m_punkt->latitude = Zahlwert(wert);
+        else if (Ist(name, "lon"))
+            m_punkt->longitude = Zahlwert(wert);
+    }
+
+    void Text(std::string_view text)
+    {
+        if (m_zeit)
+            NimmZeit(text, *m_punkt);
+        else
+            *m_feld = Zahlwert(text);
+    }
+
+    void Ende(const XmlName& name)
+    {
+        if (m_imPunkt && Ist(name.ort, "trkpt")) {
+            Nimm();
+            m_imPunkt = false;
+        } else if (m_imPunkt) {
+            --m_tiefe;
+        } else if (Ist(name.ort, "gpx")) {
+            m_inhalt.vollstaendig = true;
+        }
+    }
+
+    void Schluss()
+    {
+        if (!m_imPunkt)
+            return;
+        ++m_inhalt.unvollstaendig;
+        m_inhalt.punkte.pop_back();
+    }
+
+  private:
+    /// A point is read where it stays; one that the file does not end gives its place to the next.
+    void NeuerPunkt()
+    {
+        if (m_imPunkt) {
+            ++m_inhalt.unvollstaendig;
+            *m_punkt = kLeererPunkt;
+            return;
+        }
+        if (m_inhalt.punkte.size() == m_inhalt.punkte.capacity())
+            SchaffePlatz();
+        m_punkt = &m_inhalt.punkte.emplace_back(kLeererPunkt);
+        m_imPunkt = true;
+    }
+
+    void WaehleFeld(const XmlName& name)
+    {
+        if (m_tiefe == 1 && Ist(name.ort, "ele")) {
+            m_feld = &m_punkt->elevation;
+        } else if (m_tiefe == 1 && Ist(name.ort, "time")) {
+            m_zeit = true;
+        } else {
+            WaehleMesswert(name, "hr", m_punkt->heartRate);
+            WaehleMesswert(name, "cad", m_punkt->cadence);
+            WaehleMesswert(name, "atemp", m_punkt->temperature);
+        }
+    }
+
+    /// The plain name, or with a prefix one that begins like it ("gpxdata:cadence"), which gives way to the plain one.
+    template <std::size_t N> void WaehleMesswert(const XmlName& name, const char (&wort)[N], double& feld)
+    {
+        if (Ist(name.ort, wort) || (name.HatVorsatz() && feld == -1.0 && name.ort.starts_with(wort)))
+            m_feld = &feld;
+    }
+
+    void Nimm()
+    {
+        if (std::abs(m_punkt->latitude) > kGroessteBreite || std::abs(m_punkt->longitude) > kGroessteLaenge) {
+            ++m_inhalt.unmoeglich;
+            m_punkt->latitude = m_punkt->longitude = -1.0;
+        }
+        if (m_neuerAbschnitt && m_inhalt.punkte.size() > 1)
+            m_inhalt.nahtstellen.push_back(m_inhalt.punkte.size() - 1);
+        m_neuerAbschnitt = false;
+    }
+
+    /// Room for as many points as the rest of the file holds if it goes on like this, instead of twice as many.
+    void SchaffePlatz()
+    {
+        const std::size_t anzahl = m_inhalt.punkte.size();
+        const double jePunkt = static_cast<double>(m_leser->Stelle()) / static_cast<double>(anzahl + 1);
+        const auto gesamt = static_cast<std::size_t>(static_cast<double>(m_bytes) / jePunkt * 1.02);
+        m_inhalt.punkte.reserve(std::max(anzahl + anzahl / 8 + 64, anzahl < 64 ? 64 : gesamt));
+        RuvWillFill(m_inhalt.punkte.data(), m_inhalt.punkte.capacity() * sizeof(GPXTrackPoint));
+    }
+
+    GpxInhalt& m_inhalt;
+    std::size_t m_bytes;
+    const XmlLeser<Spurleser>* m_leser = nullptr;
+    GPXTrackPoint* m_punkt = nullptr; ///< the one that is read, the last
+    double* m_feld = nullptr;         ///< that the text goes to
+    int m_tiefe = 0;                  ///< elements open inside the point
+    bool m_imPunkt = false;
+    bool m_zeit = false; ///< the text is the point's time
+    bool m_attribute = false;
+    bool m_neuerAbschnitt = false;
+};
+
+} // namespace
+
+std::optional<double> GpxZahl(std::string_view text)
+{
+    double zahl = 0.0;
+    return NimmZahl(text, zahl) ? std::optional(zahl) : std::nullopt;
 }
 
 void GpxZeit(std::string_view text, GPXTrackPoint& punkt)
 {
-    if (!NimmUeblicheZeit(text, punkt) &&
-        (!NimmGanze(text, punkt.year) || !NimmZeichen(text, '-') || !NimmGanze(text, punkt.month) ||
-         !NimmZeichen(text, '-') || !NimmGanze(text, punkt.day) || !NimmZeichen(text, 'T') ||
-         !NimmGanze(text, punkt.hour) || !NimmZeichen(text, ':') || !NimmGanze(text, punkt.minute) ||
-         !NimmZeichen(text, ':') || !NimmGanze(text, punkt.second)))
-        return;
-    punkt.millisecond = 0;
-    punkt.mikrosekunde = 0;
-    if (NimmZeichen(text, '.') || NimmZeichen(text, ','))
-        NimmBruchteil(text, punkt);
-    punkt.zone = Zonenversatz(text);
+    NimmZeit(text, punkt);
 }
 
 GpxInhalt LiesGpx(std::string_view bytes, const std::function<bool(double)>& weiter)

@@ -24,12 +24,19 @@ constexpr double kZugBeginn = 4.0;      // px that a click may move
 constexpr double kMeisteVergroesserung = 1e5;
 constexpr double kJeRaste = 1.25; // zoom per notch of the wheel
 constexpr double kSchrift = 11.0;
+constexpr double kKleineSchrift = 9.0; // of whose the map is
+constexpr double kDeckkraft = 0.75;    // of the map: the track stands out
+constexpr int kFeinheitImBericht = 2;  // pixels of the map per pixel of the drawing, each way
+constexpr int kGroesstesBild = 2000;   // px
 
 /// From slow to fast, told apart by colour-blind readers too (viridis of matplotlib, S. van der Walt and N. Smith).
 constexpr std::array<COLORREF, 7> kFarben{RGB(68, 1, 84),    RGB(68, 57, 131),  RGB(49, 104, 142), RGB(33, 145, 140),
                                           RGB(53, 183, 121), RGB(144, 215, 67), RGB(233, 210, 30)};
 constexpr COLORREF kUnbekannt = RGB(128, 128, 128);
 constexpr COLORREF kAuswahl = RGB(213, 94, 0);
+constexpr double kStrich = 3.0;
+/// The step across a gap between two segments.
+constexpr CPen kNaht{PenStyle::dot, 1.5, kUnbekannt};
 constexpr COLORREF kSchwarz = RGB(0, 0, 0);
 
 /// Black or white, whichever shows on the ground.
@@ -161,6 +168,7 @@ CDPoint Kartenbild::Abbildung::Lage(CDPoint bild) const
 void Kartenbild::SetPunkte(std::vector<Punkt> punkte)
 {
     m_punkte = std::move(punkte);
+    m_grund = {};
     m_bereich.reset();
     m_marke.reset();
     m_vergroesserung = 1.0;
@@ -224,9 +232,15 @@ void Kartenbild::Zeichne(CDC& dc, bool bericht) const
     }
     const Abbildung sicht = bericht ? Ganze(dc.Width(), dc.Height()) : Sicht(dc.Width(), dc.Height());
     const double schritt = RundeAuf(kGitterweite / sicht.massstab);
-    ZeichneGitter(dc, sicht, schritt);
+    const bool karte = ZeichneGrund(dc, sicht, bericht);
+    if (!karte)
+        ZeichneGitter(dc, sicht, schritt);
     ZeichneBereich(dc, sicht);
     ZeichneSpur(dc, sicht);
+    if (const CTileSource* const quelle = RuvTiles(); quelle != nullptr && karte)
+        ZeichneHerkunft(dc, quelle->Attribution());
+    else if (!bericht)
+        ZeichneHerkunft(dc, RuvTilesTrouble());
     if (m_marke && !bericht && *m_marke < m_punkte.size()) {
         dc.SelectPen({PenStyle::solid, 2.0, schrift});
         dc.SelectBrush({true, kAuswahl});
@@ -251,6 +265,55 @@ void Kartenbild::ZeichneGitter(CDC& dc, const Abbildung& sicht, double schritt) 
     }
 }
 
+bool Kartenbild::ZeichneGrund(CDC& dc, const Abbildung& sicht, bool bericht) const
+{
+    CTileSource* const quelle = RuvTiles();
+    if (quelle == nullptr)
+        return false;
+    // The point nearest to the middle ties the plane to the earth: there the map lies true.
+    const Punkt* anker = nullptr;
+    double bester = std::numeric_limits<double>::infinity();
+    for (const Punkt& p : m_punkte) {
+        const double dx = p.lage.x - sicht.mitte.x;
+        const double dy = p.lage.y - sicht.mitte.y;
+        if (dx * dx + dy * dy < bester && std::isfinite(p.breite) && std::isfinite(p.laenge)) {
+            bester = dx * dx + dy * dy;
+            anker = &p;
+        }
+    }
+    if (anker == nullptr)
+        return false;
+    const int fein = bericht ? kFeinheitImBericht : 1;
+    const Kartenausschnitt ausschnitt{sicht.mitte, sicht.massstab * fein,
+                                      std::clamp(static_cast<int>(sicht.breite), 1, kGroesstesBild) * fein,
+                                      std::clamp(static_cast<int>(sicht.hoehe), 1, kGroesstesBild) * fein};
+    const COLORREF leer = RuvCfg.diagramPlot;
+    if (!m_grund.gezeichnet || !(m_grund.ausschnitt == ausschnitt) || m_grund.leer != leer) {
+        const auto kanal = [leer](unsigned bit) { return static_cast<std::uint32_t>(leer >> bit & 0xFFU); };
+        const std::uint32_t farbe = 0xFF000000U | kanal(0) << 16U | kanal(8) << 8U | kanal(16);
+        m_grund = {ausschnitt, leer, true,
+                   ZeichneKartengrund(*quelle, {anker->lage, anker->breite, anker->laenge}, ausschnitt, farbe)};
+    }
+    if (m_grund.bild == nullptr)
+        return false;
+    const double breite = ausschnitt.breite / static_cast<double>(fein);
+    const double hoehe = ausschnitt.hoehe / static_cast<double>(fein);
+    const CDPoint ecke{(sicht.breite - breite) / 2.0, (sicht.hoehe - hoehe) / 2.0};
+    dc.Picture(ecke, {breite, 0.0}, {0.0, hoehe}, kDeckkraft, m_grund.bild);
+    return true;
+}
+
+void Kartenbild::ZeichneHerkunft(CDC& dc, const std::string& text) const
+{
+    if (text.empty())
+        return;
+    dc.SelectFont({kKleineSchrift});
+    Unterlage(dc, 4.0, 4.0, 12.0 + dc.TextWidth(text), 8.0 + dc.TextHeight());
+    dc.SetTextColor(Schriftfarbe());
+    dc.TextOut({8.0, 6.0 + dc.TextAscent()}, text);
+    dc.SelectFont({kSchrift});
+}
+
 void Kartenbild::ZeichneBereich(CDC& dc, const Abbildung& sicht) const
 {
     if (!m_bereich)
@@ -273,8 +336,8 @@ void Kartenbild::ZeichneSpur(CDC& dc, const Abbildung& sicht) const
             const double stufe = spanne > 0.0 ? (p.kmh - m_langsamste) / spanne * kFarben.size() : 0.0;
             farbe = kFarben[std::min(static_cast<std::size_t>(stufe), kFarben.size() - 1)];
         }
-        zug.Stift({PenStyle::solid, 3.0, farbe});
-        zug.Zu(sicht.Bild(p.lage), i + 1 == m_punkte.size());
+        zug.Stift(p.naht ? kNaht : CPen{PenStyle::solid, kStrich, farbe});
+        zug.Zu(sicht.Bild(p.lage), p.naht || i + 1 == m_punkte.size());
     }
 }
 

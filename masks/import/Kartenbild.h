@@ -1,31 +1,41 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// A track seen from above: over a metric grid with north arrow and scale bar, coloured by speed.
+// A track seen from above, coloured by speed: over the map of the settings or a metric grid, with north arrow and scale
+// bar.
 #pragma once
 
 #include "host/CDC.h"
 #include "host/CDPoint.h"
 #include "host/Controls.h"
+#include "masks/import/Kartengrund.h"
 
 #include <cstddef>
 #include <functional>
+#include <limits>
+#include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
 class Kartenbild
 {
   public:
-    /// A point of the track: position (m, east and north) and speed (km/h, not-a-number where it is not known).
+    /// A point of the track.
     struct Punkt {
-        CDPoint lage{};
-        double kmh = 0.0;
+        CDPoint lage{};                                           ///< m, east and north
+        double kmh = 0.0;                                         ///< not-a-number where it is not known
+        double breite = std::numeric_limits<double>::quiet_NaN(); ///< °, to lay a map under the track
+        double laenge = std::numeric_limits<double>::quiet_NaN(); ///< °
+        bool naht = false; ///< the first one after a gap: the way to it was not recorded
     };
     using Bereich = std::pair<std::size_t, std::size_t>; ///< first and last point, both included
 
     /// Another track: all of it is shown.
     void SetPunkte(std::vector<Punkt> punkte);
+    /// The map's tiles are others than before.
+    void NeuerGrund() { m_grund = {}; }
     /// The same points with other speeds.
     void SetTempo(const std::vector<double>& kmh);
     void SetBereich(std::optional<Bereich> bereich) { m_bereich = bereich; }
@@ -53,6 +63,9 @@ class Kartenbild
     Abbildung Ganze(double breite, double hoehe) const;
     Abbildung Sicht(double breite, double hoehe) const;
     std::optional<std::size_t> Naechster(const Abbildung& sicht, CDPoint bild) const;
+    /// False when there is nothing of a map.
+    bool ZeichneGrund(CDC& dc, const Abbildung& sicht, bool bericht) const;
+    void ZeichneHerkunft(CDC& dc, const std::string& text) const;
     void ZeichneGitter(CDC& dc, const Abbildung& sicht, double schritt) const;
     void ZeichneSpur(CDC& dc, const Abbildung& sicht) const;
     void ZeichneBereich(CDC& dc, const Abbildung& sicht) const;
@@ -73,4 +86,13 @@ class Kartenbild
     std::optional<CDPoint> m_gegriffen;
     CDPoint m_mitteBeimGreifen{};
     bool m_gezogen = false;
+
+    /// The ground drawn last, as long as it is the same.
+    struct Grund {
+        Kartenausschnitt ausschnitt{};
+        COLORREF leer = 0;
+        bool gezeichnet = false;
+        std::shared_ptr<const drawing::Bitmap> bild{};
+    };
+    mutable Grund m_grund;
 };

@@ -114,7 +114,7 @@ FileResult WriteFileAtomically(const std::string& path, std::string_view bytes, 
         path, [&bytes] { return std::exchange(bytes, {}); }, calls);
 }
 
-FileResult WritePiecesAtomically(const std::string& path, const std::function<std::string_view()>& next,
+FileResult WritePiecesAtomically(const std::string& path, const std::function<std::optional<std::string_view>()>& next,
                                  const FileCalls& calls)
 {
     const auto native = NativePath(path);
@@ -142,8 +142,11 @@ FileResult WritePiecesAtomically(const std::string& path, const std::function<st
         return Failure(FileStep::open, error, path);
 
     FileStep step = FileStep::write;
-    for (std::string_view piece = next(); error == 0 && !piece.empty(); piece = next())
-        error = WriteAll(handle, piece, calls);
+    for (bool more = true; more && error == 0;) {
+        const std::optional<std::string_view> piece = next();
+        more = piece && !piece->empty();
+        error = !piece ? kErrorCancelled : more ? WriteAll(handle, *piece, calls) : 0;
+    }
     if (error == 0) {
         step = FileStep::sync;
         error = calls.sync(handle);

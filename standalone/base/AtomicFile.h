@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -42,7 +43,7 @@ FileResult WriteFileAtomically(const std::string& path, std::string_view bytes,
                                const FileCalls& calls = SystemFileCalls());
 
 /// The same for a file too large to be held at once: `next` gives it piece by piece, an empty one at its end.
-FileResult WritePiecesAtomically(const std::string& path, const std::function<std::string_view()>& next,
+FileResult WritePiecesAtomically(const std::string& path, const std::function<std::optional<std::string_view>()>& next,
                                  const FileCalls& calls = SystemFileCalls());
 
 /// Reads a file into `bytes`. One of more than `limit` bytes is refused, and so is what is no file of the wanted kind.

@@ -110,6 +110,7 @@ std::string EnvironmentVariable(const wchar_t* name)
 const int kErrorExists = ERROR_FILE_EXISTS;
 const int kErrorInvalidPath = ERROR_INVALID_NAME;
 const int kErrorTooLarge = ERROR_FILE_TOO_LARGE;
+const int kErrorCancelled = ERROR_CANCELLED;
 const int kErrorInputOutput = ERROR_WRITE_FAULT;
 
 std::optional<std::filesystem::path> NativePath(const std::string& utf8)
@@ -189,6 +190,12 @@ std::string UserStateFolder()
 {
     const std::string folder = EnvironmentVariable(L"LOCALAPPDATA");
     return folder.empty() ? folder : folder + "\\Tavelin";
+}
+
+std::string UserCacheFolder()
+{
+    const std::string folder = UserStateFolder();
+    return folder.empty() ? folder : folder + "\\Cache";
 }
 
 #else
@@ -289,6 +296,7 @@ std::string EnvironmentVariable(const char* name)
 const int kErrorExists = EEXIST;
 const int kErrorInvalidPath = EINVAL;
 const int kErrorTooLarge = EFBIG;
+const int kErrorCancelled = ECANCELED;
 const int kErrorInputOutput = EIO;
 
 std::optional<std::filesystem::path> NativePath(const std::string& utf8)
@@ -342,6 +350,7 @@ std::string SystemErrorText(int code)
         {ENOSPC, "kein Platz auf dem Datenträger"},
         {EDQUOT, "Speicherkontingent erschöpft"},
         {EFBIG, "Datei zu groß"},
+        {ECANCELED, "abgebrochen"},
         {EROFS, "Datenträger schreibgeschützt"},
         {EIO, "Ein-/Ausgabefehler"},
         {ENXIO, "Gerät nicht vorhanden"},
@@ -406,6 +415,11 @@ std::string UserConfigFolder()
 std::string UserStateFolder()
 {
     return UserFolder("XDG_STATE_HOME", "/.local/state");
+}
+
+std::string UserCacheFolder()
+{
+    return UserFolder("XDG_CACHE_HOME", "/.cache");
 }
 
 #endif

@@ -48,6 +48,8 @@ extern const int kErrorInvalidPath;
 /// A call that claims success and did nothing.
 extern const int kErrorInputOutput;
 extern const int kErrorTooLarge;
+/// What was to be written is not wanted any more.
+extern const int kErrorCancelled;
 
 enum class Source {
     any,          ///< also a pipe or a device, to its end
@@ -74,5 +76,7 @@ void MakePrivateFolder(const std::filesystem::path& folder);
 std::string UserConfigFolder();
 /// The user's folder for what a program keeps between its runs, empty when the environment names none.
 std::string UserStateFolder();
+/// The user's folder for what can be had again, empty when the environment names none.
+std::string UserCacheFolder();
 
 } // namespace base

@@ -107,10 +107,15 @@ std::string Sha256Sum::Digits() const
     return hex;
 }
 
-std::string Sha256(std::string_view bytes)
+std::string Sha256(std::string_view bytes, const std::function<bool(double)>& goOn)
 {
+    constexpr std::size_t kBetweenQuestions = std::size_t{4} << 20U;
     Sha256Sum sum;
-    sum.Add(bytes);
+    for (std::size_t at = 0; at < bytes.size(); at += kBetweenQuestions) {
+        if (goOn && at != 0 && !goOn(static_cast<double>(at) / static_cast<double>(bytes.size())))
+            return {};
+        sum.Add(bytes.substr(at, kBetweenQuestions));
+    }
     return sum.Digits();
 }
 

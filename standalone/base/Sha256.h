@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -11,8 +12,8 @@ namespace base
 {
 
 /// SHA-256 (FIPS 180-4) of the bytes, as 64 lower-case hexadecimal digits. Our own, because the Windows build has no
-/// package with one.
-std::string Sha256(std::string_view bytes);
+/// package with one. `goOn` is asked every few megabytes with the part done; after a no the result is empty.
+std::string Sha256(std::string_view bytes, const std::function<bool(double)>& goOn = {});
 
 /// The same, of bytes that come one after the other.
 class Sha256Sum

@@ -20,12 +20,13 @@ namespace casefile::case_file
 inline constexpr std::string_view kFormat = "tavelin-case";
 inline constexpr int kMajor = 1;
 inline constexpr int kMinor = kCaseMinorVersion;
-/// The first versions that know the scene; parameters of the case, payload, marker and driving line; details; the
-/// video. A case without them is written as the version before.
+/// The first versions that know the scene; parameters of the case, payload, marker and driving line; details; the video
+/// and recorded tracks in the scene. A case without them is written as the version before.
 inline constexpr int kSceneMinor = 1;
 inline constexpr int kParametersMinor = 2;
 inline constexpr int kDetailsMinor = 3;
 inline constexpr int kVideoMinor = 4;
+inline constexpr int kTracksMinor = 4;
 
 inline constexpr std::pair<std::string_view, std::string CFallAngaben::*> kDetails[] = {
     {"date", &CFallAngaben::datum},

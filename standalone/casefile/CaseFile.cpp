@@ -126,6 +126,7 @@ void ReplaceCase(CRuvData& data, CRuvData&& content)
         data.MaskenWerte(entry.first) = std::move(content.MaskenWerte(entry.first));
     data.Bilder() = std::move(content.Bilder());
     data.Video() = std::move(content.Video());
+    data.Spuren() = std::move(content.Spuren());
     data.FallParameter() = content.FallParameter();
     data.Title() = std::move(content.Title());
     data.Angaben() = std::move(content.Angaben());

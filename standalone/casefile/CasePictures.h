@@ -14,7 +14,7 @@
 namespace casefile::case_file
 {
 
-inline constexpr std::string_view kSceneNames[] = {"pictures"};
+inline constexpr std::string_view kSceneNames[] = {"pictures", "tracks"};
 
 /// What is wrong with a value, and where; no reason when nothing is.
 struct Fault {

@@ -3,6 +3,7 @@
 #include "casefile/CaseFields.h"
 #include "casefile/CaseFile.h"
 #include "casefile/CasePictures.h"
+#include "casefile/CaseTracks.h"
 #include "casefile/JsonFields.h"
 #include "host/CRuvData.h"
 #include "krn/CaseUnknown.h"
@@ -340,7 +341,10 @@ class Reader
             return Refuse("/scene", "ist kein Objekt");
         m_data.unknown->scene = OtherMembers(*scene, kSceneNames);
         const base::JsonValue* pictures = Find(*scene, "pictures");
+        const base::JsonValue* tracks = Find(*scene, "tracks");
         Fault fault = pictures ? ReadPictures(*pictures, "/scene/pictures", m_data.Bilder()) : Fault{};
+        if (fault.reason.empty() && tracks)
+            fault = ReadTracks(*tracks, "/scene/tracks", m_data.Spuren());
         return fault.reason.empty() || Refuse(std::move(fault.pointer), std::move(fault.reason));
     }
 

@@ -4,6 +4,7 @@
 #include "casefile/CaseFields.h"
 #include "casefile/CaseFile.h"
 #include "casefile/CasePictures.h"
+#include "casefile/CaseTracks.h"
 #include "casefile/JsonFields.h"
 #include "host/CRuvData.h"
 #include "krn/CaseUnknown.h"
@@ -39,6 +40,8 @@ int NeededMinor(const CRuvData& data)
 {
     if (!(data.Video() == CVideoQuelle{}))
         return kVideoMinor;
+    if (!data.Spuren().empty())
+        return kTracksMinor;
     if (!(data.Angaben() == CFallAngaben{}))
         return kDetailsMinor;
     if (!(data.FallParameter() == CFallParameter{}))
@@ -118,6 +121,11 @@ class Writer
         if (!m_data.Bilder().empty()) {
             Fault fault;
             Put(scene, "pictures", PicturesToJson(m_data.Bilder(), "/scene/pictures", fault));
+            Check(fault.reason.empty(), fault.pointer, fault.reason);
+        }
+        if (!m_data.Spuren().empty()) {
+            Fault fault;
+            Put(scene, "tracks", TracksToJson(m_data.Spuren(), "/scene/tracks", fault));
             Check(fault.reason.empty(), fault.pointer, fault.reason);
         }
         if (m_data.unknown)

@@ -5,8 +5,11 @@
 #include "casefile/JsonFields.h"
 #include "host/RuvCfg.h"
 #include "host/Units.h"
+#include "krn/Tiles.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -74,15 +77,33 @@ constexpr Color kColors[] = {
     {"barrierGeschwindigkeit", [](CRuvCfg& cfg) -> COLORREF& { return cfg.schranken.geschwindigkeit; }},
 };
 
-constexpr std::string_view kKnown[] = {
-    "format", "transferData", "useVehicleColors", "decimalPoint", "defaultReactionTime", "defaultThresholdTime",
-    "units",  "colors"};
+constexpr std::pair<std::string_view, CKartenCfg::Quelle> kMapSources[] = {
+    {"none", CKartenCfg::Quelle::keine},
+    {"file", CKartenCfg::Quelle::datei},
+    {"server", CKartenCfg::Quelle::server},
+};
+constexpr std::pair<std::string_view, std::string CKartenCfg::*> kMapTexts[] = {
+    {"file", &CKartenCfg::datei},
+    {"server", &CKartenCfg::server},
+    {"attribution", &CKartenCfg::herkunft},
+};
+
+constexpr std::string_view kKnown[] = {"format",
+                                       "transferData",
+                                       "useVehicleColors",
+                                       "decimalPoint",
+                                       "defaultReactionTime",
+                                       "defaultThresholdTime",
+                                       "units",
+                                       "colors",
+                                       "map"};
 
 /// What a settings file says.
 struct FileContent {
     Settings settings;
     base::JsonValue::Object unknown;
     base::JsonValue::Object unknownColors;
+    base::JsonValue::Object unknownMap;
     std::vector<std::string> refused; ///< members that are not what they should be
     std::string damage;               ///< why the file as a whole cannot be used
 };
@@ -105,6 +126,39 @@ void TakeColors(const base::JsonValue& value, FileContent& content)
         }
     }
     content.unknownColors = OtherMembers(*colors, known);
+}
+
+/// A server whose address is none is not used, whatever the source.
+void TakeMap(const base::JsonValue& value, FileContent& content)
+{
+    const auto* map = value.As<base::JsonValue::Object>();
+    if (!map) {
+        content.refused.emplace_back("map");
+        return;
+    }
+    CKartenCfg& karte = content.settings.cfg.karte;
+    std::vector<std::string_view> known{"source"};
+    for (const auto& [name, field] : kMapTexts) {
+        known.push_back(name);
+        const base::JsonValue* text = Find(*map, name);
+        const auto* words = text ? text->As<std::string>() : nullptr;
+        if (words && (field != &CKartenCfg::server || words->empty() || krn::TileAddressProblem(*words).empty()))
+            karte.*field = *words;
+        else if (text)
+            content.refused.push_back("map/" + std::string(name));
+    }
+    if (const base::JsonValue* source = Find(*map, "source")) {
+        const auto* name = source->As<std::string>();
+        const auto* const entry = std::find_if(std::begin(kMapSources), std::end(kMapSources),
+                                               [&](const auto& one) { return name && *name == one.first; });
+        if (entry != std::end(kMapSources))
+            karte.quelle = entry->second;
+        else
+            content.refused.emplace_back("map/source");
+    }
+    if (karte.quelle == CKartenCfg::Quelle::server && karte.server.empty())
+        karte.quelle = CKartenCfg::Quelle::keine;
+    content.unknownMap = OtherMembers(*map, known);
 }
 
 FileContent Interpret(const std::string& bytes)
@@ -149,6 +203,8 @@ FileContent Interpret(const std::string& bytes)
     }
     if (const base::JsonValue* value = Find(*root, "colors"))
         TakeColors(*value, content);
+    if (const base::JsonValue* value = Find(*root, "map"))
+        TakeMap(*value, content);
     return content;
 }
 
@@ -173,6 +229,14 @@ std::string ToText(const Settings& settings, const FileContent& before)
         colors.push_back({std::string(color.name), ColorToJson(color.field(cfg))});
     Append(colors, before.unknownColors);
     root.push_back({"colors", std::move(colors)});
+    base::JsonValue::Object map;
+    for (const auto& [name, source] : kMapSources)
+        if (source == settings.cfg.karte.quelle)
+            map.push_back({"source", std::string(name)});
+    for (const auto& [name, field] : kMapTexts)
+        map.push_back({std::string(name), settings.cfg.karte.*field});
+    Append(map, before.unknownMap);
+    root.push_back({"map", std::move(map)});
     Append(root, before.unknown);
     return base::WriteJson(std::move(root), base::JsonLayout::readable);
 }
@@ -204,13 +268,15 @@ std::string LoadSettings(const std::string& path, SettingsUse use)
         for (const std::string& name : content.refused)
             warning += (&name == &content.refused.front() ? " " : ", ") + name;
         warning += whole ? "." : ". Dort gelten die Voreinstellungen.";
-    } else if (whole && !(content.unknown.empty() && content.unknownColors.empty())) {
+    } else if (whole && !(content.unknown.empty() && content.unknownColors.empty() && content.unknownMap.empty())) {
         warning = "In den Einstellungen „" + path + "“ ist unbekannt:";
         const char* joint = " ";
         for (const base::JsonValue::Member& member : content.unknown)
             warning += std::exchange(joint, ", ") + member.name;
         for (const base::JsonValue::Member& member : content.unknownColors)
             warning += std::exchange(joint, ", ") + ("colors/" + member.name);
+        for (const base::JsonValue::Member& member : content.unknownMap)
+            warning += std::exchange(joint, ", ") + ("map/" + member.name);
         warning += ".";
     }
     if (use == SettingsUse::onlyWhole && !warning.empty())

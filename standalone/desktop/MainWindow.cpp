@@ -18,6 +18,7 @@
 #include "frame/RuvMod.h"
 #include "framework/UiThread.h"
 #include "host/RuvCfg.h"
+#include "krn/Tiles.h"
 
 #include <QAction>
 #include <QApplication>
@@ -359,6 +360,7 @@ void MainWindow::EditSettings()
     dialog.Apply(m_preferences);
     ApplyTheme(m_preferences.scheme, m_preferences.fontScale); // also shows every mask afresh
     m_document.Data().BroadcastMessage(WM_RUV_UPDATEDIALOG, 0, 0, nullptr);
+    krn::TilesChanged();
     m_frontEnd.Settle();
     emit settingsChanged();
     m_dark->setChecked(m_preferences.scheme == Scheme::dark);

@@ -6,11 +6,13 @@
 #include "desktop/look/Style.h"
 #include "host/RuvCfg.h"
 #include "host/Units.h"
+#include "krn/Tiles.h"
 
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -108,6 +110,7 @@ SettingsDialog::SettingsDialog(const Preferences& preferences, bool unitsLocked,
     left->setSpacing(2 * Spacing());
     left->addWidget(MakeCalculation());
     left->addWidget(MakeLook(unitsLocked));
+    left->addWidget(MakeMap());
     left->addStretch();
     columns->addLayout(left);
     columns->addWidget(MakeColors());
@@ -180,6 +183,95 @@ QWidget* SettingsDialog::MakeLook(bool unitsLocked)
     form->addRow(QStringLiteral("&Farbschema:"), m_scheme);
     form->addRow(QStringLiteral("S&chriftgröße:"), m_size);
     return group;
+}
+
+QWidget* SettingsDialog::MakeMap()
+{
+    auto* group = new QGroupBox(QStringLiteral("Karte unter Spuren"));
+    auto* form = new QFormLayout(group);
+    m_mapSource = new QComboBox;
+    m_mapSource->setObjectName(QStringLiteral("mapSource"));
+    m_mapSource->addItems({QStringLiteral("keine"), QStringLiteral("Kartendatei (MBTiles)"),
+                           QStringLiteral("Kartenserver im Netz")}); // in the order of CKartenCfg::Quelle
+    m_mapSource->setCurrentIndex(static_cast<int>(RuvCfg.karte.quelle));
+    const auto field = [this](const char* name, const std::string& text) {
+        auto* line = new QLineEdit(QString::fromStdString(text));
+        line->setObjectName(QString::fromLatin1(name));
+        connect(line, &QLineEdit::textChanged, this, [this, line] {
+            line->setProperty(kRefusedProperty, false);
+            m_mapReason->hide();
+        });
+        return line;
+    };
+    m_mapReason = new QLabel;
+    m_mapReason->setObjectName(QStringLiteral("mapReason"));
+    m_mapReason->setWordWrap(true);
+    m_mapReason->hide();
+    m_mapFile = field("mapFile", RuvCfg.karte.datei);
+    m_mapServer = field("mapServer", RuvCfg.karte.server);
+    m_mapAttribution = field("mapAttribution", RuvCfg.karte.herkunft);
+    m_mapServer->setPlaceholderText(QStringLiteral("https://…/{z}/{x}/{y}.png"));
+    m_mapServer->setToolTip(
+        QStringLiteral("Adresse einer Kachel: {z} steht für die Zoomstufe, {x} für die Spalte, {y} für "
+                       "die Zeile. Nur wenn „Kartenserver im Netz“ gewählt ist, wird er gefragt; er "
+                       "erfährt dabei, welche Gegend gezeigt wird."));
+    m_mapAttribution->setPlaceholderText(QStringLiteral("steht auf der Karte"));
+    auto* choose = new QPushButton(QStringLiteral("…"));
+    choose->setAutoDefault(false);
+    choose->setFixedWidth(choose->fontMetrics().averageCharWidth() * 4 + 2 * Spacing());
+    choose->setToolTip(QStringLiteral("Kartendatei wählen"));
+    connect(choose, &QPushButton::clicked, this, [this] {
+        const QString path =
+            QFileDialog::getOpenFileName(this, QStringLiteral("Kartendatei wählen"), m_mapFile->text(),
+                                         QStringLiteral("Kartendateien (*.mbtiles);;Alle Dateien (*)"));
+        if (!path.isEmpty())
+            m_mapFile->setText(path);
+    });
+    auto* file = new QWidget;
+    auto* row = new QHBoxLayout(file);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(m_mapFile);
+    row->addWidget(choose);
+    form->addRow(QStringLiteral("&Quelle:"), m_mapSource);
+    auto* fileLabel = new QLabel(QStringLiteral("Kar&tendatei:"));
+    fileLabel->setBuddy(m_mapFile);
+    form->addRow(fileLabel, file);
+    form->addRow(QStringLiteral("&Internetadresse:"), m_mapServer);
+    form->addRow(QStringLiteral("&Herkunft:"), m_mapAttribution);
+    form->addRow(m_mapReason);
+    const auto enable = [=, this] {
+        file->setEnabled(m_mapSource->currentIndex() == 1);
+        m_mapServer->setEnabled(m_mapSource->currentIndex() == 2);
+        m_mapAttribution->setEnabled(m_mapSource->currentIndex() == 2);
+        m_mapReason->hide();
+    };
+    connect(m_mapSource, &QComboBox::currentIndexChanged, this, enable);
+    enable();
+    return group;
+}
+
+CKartenCfg SettingsDialog::Map() const
+{
+    CKartenCfg map;
+    map.quelle = static_cast<CKartenCfg::Quelle>(m_mapSource->currentIndex());
+    map.datei = m_mapFile->text().toStdString();
+    map.server = m_mapServer->text().trimmed().toStdString();
+    map.herkunft = m_mapAttribution->text().trimmed().toStdString();
+    // What is not used and could not be is not kept: the settings file would be refused for it.
+    if (map.quelle != CKartenCfg::Quelle::server && !krn::TileAddressProblem(map.server).empty())
+        map.server.clear();
+    return map;
+}
+
+bool SettingsDialog::CheckMap()
+{
+    const CKartenCfg map = Map();
+    const std::string problem = krn::TilesProblem(map);
+    if (problem.empty())
+        return true;
+    QLineEdit& field = map.quelle == CKartenCfg::Quelle::datei ? *m_mapFile : *m_mapServer;
+    Refuse(field, *m_mapReason, QString::fromStdString(problem));
+    return false;
 }
 
 QWidget* SettingsDialog::MakeColors()
@@ -260,21 +352,27 @@ bool SettingsDialog::Check(QLineEdit& field, QLabel& reason)
 {
     if (TimeIn(field))
         return true;
+    Refuse(field, reason,
+           QStringLiteral("„%1“ ist keine Zeit von 0 bis %2 s.").arg(field.text(), Number(kLongestTime)));
+    return false;
+}
+
+void SettingsDialog::Refuse(QLineEdit& field, QLabel& reason, const QString& why)
+{
     field.setProperty(kRefusedProperty, true);
     field.update();
     QPalette colors = reason.palette();
     colors.setColor(QPalette::WindowText, Colors().danger);
     reason.setPalette(colors);
-    reason.setText(QStringLiteral("„%1“ ist keine Zeit von 0 bis %2 s.").arg(field.text(), Number(kLongestTime)));
+    reason.setText(why);
     reason.show();
     field.setFocus();
     field.selectAll();
-    return false;
 }
 
 void SettingsDialog::accept()
 {
-    if (Check(*m_reaction, *m_reactionReason) && Check(*m_threshold, *m_thresholdReason))
+    if (Check(*m_reaction, *m_reactionReason) && Check(*m_threshold, *m_thresholdReason) && CheckMap())
         QDialog::accept();
 }
 
@@ -285,6 +383,7 @@ void SettingsDialog::Apply(Preferences& preferences) const
     RuvCfg.defaultThresholdTime = TimeIn(*m_threshold).value_or(RuvCfg.defaultThresholdTime);
     RuvCfg.useVehicleColors = m_vehicleColors->isChecked();
     RuvCfg.decimalPoint = m_decimalSign->currentIndex() == 1;
+    RuvCfg.karte = Map();
     const std::vector<Color> colors = AllColors();
     for (std::size_t i = 0; i < colors.size(); ++i)
         colors[i].field(RuvCfg) = ToColorRef(ColorOf(*m_colors[i]));

@@ -9,6 +9,7 @@
 #include <vector>
 
 class CRuvCfg;
+struct CKartenCfg;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -36,13 +37,17 @@ class SettingsDialog : public QDialog
   private:
     QWidget* MakeCalculation();
     QWidget* MakeLook(bool unitsLocked);
+    QWidget* MakeMap();
     QWidget* MakeColors();
+    CKartenCfg Map() const;
+    bool CheckMap();
     QPushButton* ColorButton();
     void ShowColors(const CRuvCfg& cfg);
     static QColor ColorOf(const QPushButton& button);
     QColor Used(const QPushButton& button, const QColor& color) const;
     void SetColor(QPushButton& button, const QColor& color);
     bool Check(QLineEdit& field, QLabel& reason);
+    static void Refuse(QLineEdit& field, QLabel& reason, const QString& why);
 
     Preferences m_before;
     QCheckBox* m_transfer = nullptr;
@@ -55,6 +60,11 @@ class SettingsDialog : public QDialog
     QComboBox* m_scheme = nullptr;
     QComboBox* m_size = nullptr;
     QCheckBox* m_vehicleColors = nullptr;
+    QComboBox* m_mapSource = nullptr;
+    QLineEdit* m_mapFile = nullptr;
+    QLineEdit* m_mapServer = nullptr;
+    QLineEdit* m_mapAttribution = nullptr;
+    QLabel* m_mapReason = nullptr;
     std::vector<QPushButton*> m_colors; ///< in the order of the settings they stand for
 };
 

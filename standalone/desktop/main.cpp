@@ -8,6 +8,7 @@
 #include "desktop/DeskOutput.h"
 #include "desktop/MainWindow.h"
 #include "desktop/MaskReport.h"
+#include "desktop/TileServer.h"
 #include "desktop/case/CaseDocument.h"
 #include "desktop/case/CaseFileDialogs.h"
 #include "desktop/check/Bench.h"
@@ -153,6 +154,9 @@ int main(int argc, char** argv)
     new desktop::DeskOutput(window, panels, *report);
     window.UsePreferences(preferences, preferencesPath);
 
+    std::optional<desktop::UseTileServer> tiles;
+    if (!line.DrawsOnly())
+        tiles.emplace();
     if (line.DrawsOnly()) {
         if (!line.size.isEmpty())
             window.resize(line.size);

@@ -259,7 +259,7 @@ bool HasSamePixels(const std::string& file, const unsigned char* data, int size,
 }
 } // namespace
 
-DecodedPicture DecodePicture(std::string file)
+DecodedPicture DecodePicture(std::string file, double mostPixels)
 {
     DecodedPicture picture;
     const auto format = std::find_if(std::begin(kFormats), std::end(kFormats),
@@ -274,7 +274,7 @@ DecodedPicture DecodePicture(std::string file)
     if (stbi_info_from_memory(data, size, &picture.width, &picture.height, &channels) == 0)
         return picture;
     const double pixels = static_cast<double>(picture.width) * picture.height;
-    if (pixels > kMostPicturePixels) {
+    if (pixels > mostPixels) {
         picture.outcome = PictureOutcome::tooManyPixels;
         return picture;
     }

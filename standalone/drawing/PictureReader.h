@@ -20,5 +20,5 @@ struct DecodedPicture {
 };
 
 /// Files that end too early or have a wrong checksum are damaged: nothing is shown that only looks like the picture.
-DecodedPicture DecodePicture(std::string file);
+DecodedPicture DecodePicture(std::string file, double mostPixels = kMostPicturePixels);
 } // namespace drawing

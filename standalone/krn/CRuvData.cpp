@@ -76,6 +76,7 @@ void CRuvData::Clear()
     m_bilder.clear();
     m_video = {};
     m_falldatei.clear();
+    m_spuren.clear();
     m_fallParameter = {};
     m_title.clear();
     m_angaben = {};

@@ -40,9 +40,9 @@ CFileRead ReadFileBlocks(const std::string& utf8Path, const FileBlockTaker& take
     return {};
 }
 
-std::string RuvSha256(std::string_view bytes)
+std::string RuvSha256(std::string_view bytes, const std::function<bool(double)>& goOn)
 {
-    return base::Sha256(bytes);
+    return base::Sha256(bytes, goOn);
 }
 
 std::string RuvFileSha256(const std::string& utf8Path, const std::function<bool(double)>& goOn)

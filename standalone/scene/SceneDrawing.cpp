@@ -7,6 +7,7 @@
 #include "host/Physics.h"
 #include "host/Units.h"
 #include "scene/SceneEditing.h"
+#include "scene/SceneGeometry.h"
 #include "scene/SceneGround.h"
 #include "scene/SceneSymbols.h"
 
@@ -27,8 +28,9 @@ constexpr CFont kPlaceFont{12.0, false};
 constexpr CFont kMarkFont{11.0, false};
 constexpr CFont kTitleFont{16.0, true};
 constexpr double kPad = 14.0;
-constexpr double kHandle = 4.0;  // half a side
-constexpr double kPoint = 4.0;   // radius
+constexpr double kHandle = 4.0; // half a side
+constexpr double kPoint = 4.0;  // radius
+constexpr double kRecordedLine = 2.0;
 constexpr double kMark = 6.0;    // half a length
 constexpr double kHalo = 1.6;    // beside a line over a picture
 constexpr double kEndMark = 9.0; // of a measured line, half its length
@@ -205,6 +207,10 @@ class ScenePainter
 
     void DrawBody(const SceneItem& item, CDPoint centre, COLORREF line)
     {
+        if (item.recorded != nullptr) {
+            DrawRecorded(item, line);
+            return;
+        }
         if (item.id.kind == SceneKind::picture)
             return;                        // lies under the grid
         constexpr double kSamePlace = 5.0; // cm
@@ -241,6 +247,31 @@ class ScenePainter
             bounds.Add(TurnHandle(m_camera, item.pose));
         const double margin = item.IsPoint() || chosen ? kPoint + 2.0 : 0.0;
         return {bounds.low.x - margin, bounds.low.y - margin, bounds.high.x + margin, bounds.high.y + margin};
+    }
+
+    void DrawRecorded(const SceneItem& item, COLORREF line)
+    {
+        const CDPoint along = Direction(item.pose.angle * kRadProGrad);
+        const auto placed = [&](const CDPoint& point) {
+            return item.pose.position + along * point.x + CDPoint{-along.y, along.x} * point.y;
+        };
+        const std::vector<CDPoint>& recorded = *item.recorded;
+        std::vector<CDPoint> points;
+        for (std::size_t i = 0; i < recorded.size(); ++i) {
+            if (i > 0 && recorded[i] == recorded[i - 1]) {
+                // A stretch ends: the way to what follows was not recorded.
+                DrawLine(points, {PenStyle::solid, kRecordedLine, line});
+                points.clear();
+                continue;
+            }
+            points.push_back(placed(recorded[i]));
+        }
+        DrawLine(points, {PenStyle::solid, kRecordedLine, line});
+        // The one it begins with.
+        m_dc.SelectPen({PenStyle::solid, 1.0, line});
+        m_dc.SelectBrush({true, m_palette.plot});
+        m_dc.Ellipse(m_camera.ToPixel(placed(recorded.front())), kPoint, kPoint);
+        m_dc.SelectBrush({});
     }
 
     void DrawChosen(const SceneItem& item)

@@ -123,6 +123,37 @@ SceneItem PictureItem(const CSzenenBild& picture, std::size_t index)
     return item;
 }
 
+SceneItem RecordedItem(const CSzenenSpur& track, std::size_t index)
+{
+    SceneItem item;
+    item.id.kind = SceneKind::recorded;
+    item.id.point = index;
+    item.color = RGB(0xA8, 0x32, 0x6E);
+    item.canTurn = !track.gesperrt;
+    item.locked = track.gesperrt;
+    item.recorded = std::make_shared<const std::vector<CDPoint>>(track.punkte);
+    item.pose.name = track.name;
+    item.pose.centred = true;
+    item.pose.position = track.mitte;
+    item.pose.angle = track.winkel / kRadProGrad;
+    for (const CDPoint& point : track.punkte) {
+        item.pose.length = std::max(item.pose.length, 2.0 * std::abs(point.x));
+        item.pose.width = std::max(item.pose.width, 2.0 * std::abs(point.y));
+    }
+    return item;
+}
+
+bool PlaceRecorded(CRuvData& data, const SceneItem& item)
+{
+    if (item.id.point >= data.Spuren().size() || item.locked)
+        return false;
+    CSzenenSpur& track = data.Spuren()[item.id.point];
+    track.mitte = item.pose.position;
+    track.winkel = item.pose.angle * kRadProGrad;
+    data.NotifyMaskenWerte();
+    return true;
+}
+
 /// Its proportions stay: the side that became longer tells the scale.
 bool PlacePicture(CRuvData& data, const SceneItem& item)
 {
@@ -270,6 +301,9 @@ Scene ReadScene(const CRuvData& data)
     for (std::size_t i = 0; i < data.Bilder().size(); ++i)
         if (data.Bilder()[i].sichtbar)
             add(PictureItem(data.Bilder()[i], i));
+    for (std::size_t i = 0; i < data.Spuren().size(); ++i)
+        if (data.Spuren()[i].sichtbar)
+            add(RecordedItem(data.Spuren()[i], i));
     std::vector<SceneItem> waypoints;
     std::vector<SceneItem> rests;
     for (std::size_t i = 0; i < CRuvData::kFahrzeuge; ++i) {
@@ -315,6 +349,8 @@ bool PlaceItem(CRuvData& data, const SceneItem& item)
         return false;
     if (item.id.kind == SceneKind::picture)
         return PlacePicture(data, item);
+    if (item.id.kind == SceneKind::recorded)
+        return PlaceRecorded(data, item);
     if (item.id.kind != SceneKind::maskObject)
         return PlaceVehicle(data, item);
     const krn::PlacingRequest* request = krn::OpenPlacingRequest(data);
@@ -339,6 +375,12 @@ void RemoveItem(CRuvData& data, const SceneId& id)
     if (id.kind == SceneKind::picture) {
         if (id.point < data.Bilder().size())
             data.Bilder().erase(data.Bilder().begin() + static_cast<std::ptrdiff_t>(id.point));
+        data.NotifyMaskenWerte();
+        return;
+    }
+    if (id.kind == SceneKind::recorded) {
+        if (id.point < data.Spuren().size())
+            data.Spuren().erase(data.Spuren().begin() + static_cast<std::ptrdiff_t>(id.point));
         data.NotifyMaskenWerte();
         return;
     }

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,12 +26,13 @@ enum class SceneKind {
     collision,  ///< where a vehicle stood at the collision
     waypoint,   ///< a point of its driving line to the collision
     picture,    ///< under everything else
+    recorded,   ///< a recorded track above the pictures
 };
 
 struct SceneId {
     SceneKind kind = SceneKind::maskObject;
     std::size_t vehicle = 0; ///< index of the vehicle
-    std::size_t point = 0;   ///< of a driving line, earliest first; or the number of a picture
+    std::size_t point = 0;   ///< of a driving line, earliest first; or the number of a picture or recorded track
     CPlacingClient* client = nullptr;
     int object = 0; ///< the mask's own number of the object
 
@@ -55,7 +57,8 @@ struct SceneItem {
     COLORREF color = 0;
     bool canTurn = true;
     bool canSize = false;
-    bool locked = false; ///< the mouse passes through it
+    bool locked = false;                                    ///< the mouse passes through it
+    std::shared_ptr<const std::vector<CDPoint>> recorded{}; ///< cm from the centre, before it is turned
 
     std::string FullName() const { return what.empty() ? pose.name : pose.name + ", " + what; }
     bool IsPoint() const { return id.kind == SceneKind::waypoint; }

@@ -54,6 +54,7 @@ TEST_F(Settings, ComeBackAsTheyWere)
     RuvCfg.diagramPlot = RGB(10, 11, 12);
     RuvCfg.schranken.bremsungDettinger = RGB(13, 14, 15);
     RuvCfg.schranken.geschwindigkeit = RGB(16, 17, 18);
+    RuvCfg.karte = {CKartenCfg::Quelle::server, "/karten/ö.mbtiles", "https://k.example/{z}/{x}/{y}.png", "© Amt"};
     Units().SetSystem(UnitsSystem::imperial);
     ASSERT_TRUE(casefile::SaveSettings(path));
     EXPECT_NE(folder.Read("tavelin/settings.json").find("\"resultText\": \"#10abff\""), std::string::npos);
@@ -76,6 +77,7 @@ TEST_F(Settings, ComeBackAsTheyWere)
     EXPECT_EQ(RuvCfg.schranken.bremsungDettinger, saved.schranken.bremsungDettinger);
     EXPECT_EQ(RuvCfg.schranken.geschwindigkeit, saved.schranken.geschwindigkeit);
     EXPECT_EQ(RuvCfg.schranken.abwicklung, CRuvCfg().schranken.abwicklung);
+    EXPECT_EQ(RuvCfg.karte, saved.karte);
     EXPECT_EQ(Units().System(), UnitsSystem::imperial);
 }
 
@@ -90,6 +92,22 @@ TEST_F(Settings, MembersOfANewerProgramStay)
     EXPECT_NE(text.find(R"("grid": "#123456")"), std::string::npos) << text;
     EXPECT_NE(text.find(R"("transferData": false)"), std::string::npos) << text;
     EXPECT_FALSE(base::FileExists(folder.File("text.json.bak")));
+}
+
+// A server whose address is none is never asked, whoever wrote it there.
+TEST_F(Settings, AServerThatIsNoneIsNotUsed)
+{
+    for (const char* map : {R"({"source": "server"})", R"({"source": "server", "server": "ftp://k/{z}/{x}/{y}"})",
+                            R"({"source": "server", "server": 7})", R"({"source": "netz"})", R"([1])"}) {
+        LoadText(std::string(R"({"map": )") + map + "}");
+        EXPECT_EQ(RuvCfg.karte.quelle, CKartenCfg::Quelle::keine) << map;
+        EXPECT_EQ(RuvCfg.karte.server, "") << map;
+    }
+    EXPECT_NE(LoadText(R"({"map": {"source": "netz"}})").find("map/source"), std::string::npos);
+    EXPECT_EQ(LoadText(R"({"map": {"source": "file", "file": "/k.mbtiles", "zoom": 3}})"), "");
+    EXPECT_EQ(RuvCfg.karte.quelle, CKartenCfg::Quelle::datei);
+    ASSERT_TRUE(casefile::SaveSettings(folder.File("text.json")));
+    EXPECT_NE(folder.Read("text.json").find("\"zoom\": 3"), std::string::npos);
 }
 
 TEST_F(Settings, DamagedFileGivesDefaultsAndIsKept)

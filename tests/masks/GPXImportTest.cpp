@@ -322,6 +322,24 @@ TEST_F(GPXImportTest, AFolderThatCannotBeWrittenLeavesTheImportInMemory)
 }
 
 // Evidence stays as it is, also where the name beside it leads back to it.
+// Nothing is left where the file was to be; the points are there all the same.
+TEST_F(GPXImportTest, WritingTheGpxFileCanBeStopped)
+{
+    const std::string fit = Lege("ride.fit", Fitfahrt(20000).Datei());
+    front.progress = [](const std::string& was, double) { return was != "Die GPX-Datei wird geschrieben"; };
+    framework::Window& maske = Importiere(fit);
+    EXPECT_NE(Meldungen().find("abgebrochen"), std::string::npos) << Meldungen();
+    EXPECT_EQ(Zeilen(maske).count, 20000U);
+    EXPECT_EQ(Zeilen(maske).file, fit);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
+    // An import that is stopped earlier leaves what was there.
+    const std::string gross = Lege("gross.gpx", Gpx(Trkpt(1, 2, "2024-05-01T10:00:00Z") + std::string(9 << 20, ' ')));
+    front.progress = [](const std::string& was, double) { return was != "Die Prüfsumme der Datei wird gebildet"; };
+    Noch(maske, gross);
+    EXPECT_EQ(Zeilen(maske).count, 20000U);
+    EXPECT_EQ(Zeilen(maske).file, fit);
+}
+
 TEST_F(GPXImportTest, TheFitFileItselfIsNeverOverwritten)
 {
     const std::string bytes = Fitfahrt(5).Datei();
@@ -414,6 +432,82 @@ TEST_F(GPXImportTest, AStepBackInTimeIsNotTransferred)
 }
 
 // A click near the track on the map picks the same range as one in the chart; the whole track lies in the picture.
+// Two segments with a pause of a minute between them.
+TEST_F(GPXImportTest, AJointInTheRangeIsSaid)
+{
+    std::string punkte;
+    for (int i = 0; i < 6; ++i)
+        punkte +=
+            (i == 3 ? "</trkseg><trkseg>" : "") +
+            Trkpt(50.0 + i * 1e-4, 8.0, "2024-05-01T10:0" + std::to_string(i / 3) + ":0" + std::to_string(i) + "Z");
+    framework::Window& maske = Importiere(Lege("pause.gpx", Gpx(punkte)));
+    const auto hinweis = [&] { return Control(maske, IDC_IMPORT_HINWEIS).text; };
+    const auto sagtNaht = [&] { return hinweis().find("Nahtstelle") != std::string::npos; };
+    EXPECT_NE(Bericht(maske).find("Vor Punkt 4 beginnt"), std::string::npos);
+    Diagramm(maske).SetRange({0, 2});
+    EXPECT_FALSE(sagtNaht()) << hinweis();
+    Diagramm(maske).SetRange({2, 3});
+    EXPECT_TRUE(sagtNaht());
+    Diagramm(maske).SetRange({3, 5});
+    EXPECT_FALSE(sagtNaht()) << hinweis();
+    // In the scene the stretch ends where the pause begins: that point stands twice.
+    Diagramm(maske).SetRange({0, 5});
+    Press(maske, IDC_GPX_SZENE);
+    const std::vector<CDPoint>& spur = data.Spuren().at(0).punkte;
+    ASSERT_EQ(spur.size(), 7U);
+    for (std::size_t i = 1; i < spur.size(); ++i)
+        EXPECT_EQ(spur[i] == spur[i - 1], i == 3) << i;
+    // The chart shades the minute, in its whole width of 63 s times the width of the plot.
+    CDC dc(600.0, 300.0);
+    Diagramm(maske).DropRange();
+    Diagramm(maske).Paint(dc, false);
+    std::vector<double> breiten;
+    for (const drawing::Primitive& primitive : dc.Primitives())
+        if (const auto* flaeche = std::get_if<drawing::Rectangle>(&primitive); flaeche != nullptr)
+            breiten.push_back(flaeche->right - flaeche->left);
+    ASSERT_EQ(breiten.size(), 3U); // ground, plot, gap
+    EXPECT_NEAR(breiten[2], breiten[1] * 61.0 / 65.0, 0.01);
+}
+
+// The points in cm from the middle of their box, the first one at the origin of the scene.
+TEST_F(GPXImportTest, TheTrackGoesIntoTheScene)
+{
+    framework::Window& maske = OpenMask(492);
+    EXPECT_FALSE(Control(maske, IDC_GPX_SZENE).enabled);
+    Noch(maske, Lege("kreis.gpx", Kreis(50.0, 10.0, 100, 300)));
+    Press(maske, IDC_GPX_SZENE);
+    ASSERT_EQ(data.Spuren().size(), 1U);
+    const CSzenenSpur& spur = data.Spuren()[0];
+    EXPECT_EQ(spur.name, "kreis.gpx");
+    ASSERT_EQ(spur.punkte.size(), 300U);
+    const auto lage = [&](std::size_t i) { return spur.mitte + spur.punkte[i]; };
+    EXPECT_NEAR(lage(0).x, 0.0, 1e-6);
+    EXPECT_NEAR(lage(0).y, 0.0, 1e-6);
+    const std::vector<double> x = Spalte(maske, 13);
+    const std::vector<double> y = Spalte(maske, 14);
+    for (std::size_t i = 0; i < x.size(); i += 37) {
+        EXPECT_NEAR(lage(i).x, 100.0 * x[i], 1e-6) << i;
+        EXPECT_NEAR(lage(i).y, 100.0 * y[i], 1e-6) << i;
+    }
+    EXPECT_NE(Control(maske, IDC_IMPORT_HINWEIS).text.find("mit 300 Punkten"), std::string::npos);
+    // The chosen range alone; of too many points those that say the same way.
+    Diagramm(maske).SetRange({10, 19});
+    Press(maske, IDC_GPX_SZENE);
+    EXPECT_EQ(data.Spuren().at(1).punkte.size(), 10U);
+    Noch(maske, Lege("lang.gpx", Kreis(1000.0, 1.0, 20, 20000))); // 2 cm apart
+    Press(maske, IDC_GPX_SZENE);
+    const std::vector<CDPoint>& wenige = data.Spuren().at(2).punkte;
+    EXPECT_LE(wenige.size(), CSzenenSpur::kMeistePunkte);
+    EXPECT_GT(wenige.size(), CSzenenSpur::kMeistePunkte / 2);
+    for (std::size_t i = 2; i < wenige.size(); ++i)
+        ASSERT_LT(std::hypot(wenige[i].x - wenige[i - 1].x, wenige[i].y - wenige[i - 1].y), 13.0)
+            << i; // 10 cm and a step
+    for (int i = 3; i < 17; ++i)
+        Press(maske, IDC_GPX_SZENE);
+    EXPECT_EQ(data.Spuren().size(), CSzenenSpur::kMeiste);
+    EXPECT_NE(Control(maske, IDC_IMPORT_HINWEIS).text.find("schon 16 Spuren"), std::string::npos);
+}
+
 TEST_F(GPXImportTest, TheMapPicksTheRange)
 {
     framework::Window& maske = Importiere(Lege("kreis.gpx", Kreis(100.0, 15.0, 1000, 30)));

@@ -131,6 +131,24 @@ TEST_F(KartenbildTest, MagnifiesAboutThePointerAndCutsAtTheEdge)
     EXPECT_EQ(Spur(Bild()).size(), Spur(ganz).size());
 }
 
+// The way across a gap is dotted, whatever the speed.
+TEST_F(KartenbildTest, TheStepAcrossAGapIsNotDrawnAsWay)
+{
+    std::vector<Kartenbild::Punkt> punkte;
+    for (const double x : {0.0, 100.0, 400.0, 500.0})
+        punkte.push_back({{x, 0.0}, 50.0});
+    punkte[2].naht = true;
+    karte.SetPunkte(std::move(punkte));
+    const CDC dc = Bild();
+    double gepunktet = 0.0;
+    for (const drawing::Primitive& primitive : dc.Primitives())
+        if (const auto* linie = std::get_if<drawing::Polyline>(&primitive);
+            linie != nullptr && linie->pen.style == PenStyle::dot)
+            gepunktet += linie->points.back().x - linie->points.front().x;
+    EXPECT_NEAR(gepunktet, 372.0 * 300.0 / 500.0, 1e-9); // 500 m on 372 px
+    EXPECT_EQ(Spur(dc).size(), 4U);
+}
+
 TEST_F(KartenbildTest, NothingAndStandingStill)
 {
     karte.SetPunkte({});

@@ -353,4 +353,104 @@ TEST(ScenePictures, AreReadBackAndBadOnesRefusedByName)
     EXPECT_EQ(CaseToJson(data, text).pointer, "/scene/pictures/1/metresPerPixel");
 }
 
+CSzenenSpur Track()
+{
+    return {"fahrt.gpx", {{-300.0, -100.0}, {0.0, 0.0}, {300.0, 100.0}}, {50.0, 20.0}, kPi / 2.0, true, false, {}};
+}
+
+TEST(SceneTracks, AreReadBackAndBadOnesRefusedByName)
+{
+    CRuvData data;
+    data.Spuren() = {Track(), Track()};
+    data.Spuren()[1].gesperrt = true;
+    data.Spuren()[1].sichtbar = false;
+    std::string text;
+    ASSERT_TRUE(CaseToJson(data, text));
+    EXPECT_NE(text.find("\"version\": \"1.4\""), std::string::npos);
+    CRuvData read;
+    ASSERT_TRUE(CaseFromJson(text, read));
+    EXPECT_EQ(read.Spuren(), data.Spuren());
+    std::string newer = text;
+    newer.replace(newer.find("\"points\""), 8, "\"device\": 2.0, \"points\"");
+    ASSERT_TRUE(CaseFromJson(newer, read));
+    std::string again;
+    ASSERT_TRUE(CaseToJson(read, again));
+    EXPECT_NE(again.find("\"device\": 2.0"), std::string::npos);
+    CRuvData taken;
+    ReplaceCase(taken, std::move(read));
+    EXPECT_EQ(taken.Spuren().size(), 2U);
+
+    const struct {
+        const char* from;
+        const char* to;
+        const char* pointer;
+    } refusals[] = {
+        {"\"fahrt.gpx\"", "7", "/scene/tracks/0/name"},
+        {"[0.0, 0.0]", "[0.0]", "/scene/tracks/0/points/1"},
+        {"[0.0, 0.0]", "[0.0, 2e12]", "/scene/tracks/0/points/1"},
+        {"[50.0, 20.0]", "7", "/scene/tracks/0/centre"},
+        {"1.5707963267948966", "\"x\"", "/scene/tracks/0/angle"},
+        {"\"points\"", "\"dots\"", "/scene/tracks/0/points"},
+        {"\"locked\": true", "\"locked\": 1", "/scene/tracks/1/locked"},
+        {"\"tracks\": [", "\"tracks\": [3, ", "/scene/tracks/0"},
+    };
+    for (const auto& refusal : refusals) {
+        std::string wrong = text;
+        const std::size_t at = wrong.find(refusal.from);
+        ASSERT_NE(at, std::string::npos) << refusal.from;
+        wrong.replace(at, std::string(refusal.from).size(), refusal.to);
+        const CaseResult result = CaseFromJson(wrong, taken);
+        EXPECT_FALSE(result) << refusal.to;
+        EXPECT_EQ(result.pointer, refusal.pointer) << refusal.to;
+    }
+    data.Spuren()[0].punkte.resize(CSzenenSpur::kMeistePunkte + 1);
+    EXPECT_EQ(CaseToJson(data, text).pointer, "/scene/tracks/0/points");
+}
+
+// Turned to the left by a quarter, the point that was to the right of the middle lies above it.
+TEST(SceneTracks, AreDrawnMovedTurnedAndRemoved)
+{
+    CRuvData data;
+    data.Spuren() = {Track()};
+    const auto lineOf = [&data](const SceneCamera& camera) {
+        CDC dc(camera.width, camera.height);
+        DrawScene(dc, camera, ReadScene(data), {});
+        for (const drawing::Primitive& primitive : dc.Primitives())
+            if (const auto* line = std::get_if<drawing::Polyline>(&primitive);
+                line != nullptr && line->points.size() == 3)
+                return line->points;
+        return std::vector<CDPoint>{};
+    };
+    const SceneCamera camera = Camera();
+    std::vector<CDPoint> line = lineOf(camera);
+    ASSERT_EQ(line.size(), 3U);
+    ExpectNear(line[0], camera.ToPixel({50.0 + 100.0, 20.0 - 300.0}), 1e-6);
+    ExpectNear(line[2], camera.ToPixel({50.0 - 100.0, 20.0 + 300.0}), 1e-6);
+
+    Scene scene = ReadScene(data);
+    ASSERT_EQ(scene.items.size(), 1U);
+    SceneItem item = scene.items[0];
+    EXPECT_FALSE(item.canSize);
+    EXPECT_TRUE(HitTest(scene, camera, camera.ToPixel({50.0, 20.0 + 290.0}), std::nullopt).has_value());
+    item.pose = TurnedTo(CentredAt(item.pose, {0.0, 0.0}), 0.0);
+    EXPECT_TRUE(PlaceItem(data, item));
+    line = lineOf(camera);
+    ExpectNear(line[2], camera.ToPixel({300.0, 100.0}), 1e-6);
+    // A point that stands twice ends a line.
+    data.Spuren()[0].punkte = {{0.0, 0.0}, {1.0, 0.0}, {2.0, 0.0}, {2.0, 0.0}, {50.0, 9.0}, {60.0, 9.0}, {61.0, 9.0}};
+    line = lineOf(camera);
+    ASSERT_EQ(line.size(), 3U);
+    ExpectNear(line[2], camera.ToPixel({2.0, 0.0}), 1e-6);
+    data.Spuren()[0] = {"", {{-300.0, -100.0}, {300.0, 100.0}}, {}, 0.0, true, false, {}};
+    data.Spuren()[0].gesperrt = true;
+    item = ReadScene(data).items.at(0);
+    item.pose.position = {9.0, 9.0};
+    EXPECT_FALSE(PlaceItem(data, item));
+    EXPECT_EQ(data.Spuren()[0].mitte, CDPoint{});
+    data.Spuren()[0].sichtbar = false;
+    EXPECT_TRUE(ReadScene(data).items.empty());
+    RemoveItem(data, item.id);
+    EXPECT_TRUE(data.Spuren().empty());
+}
+
 } // namespace

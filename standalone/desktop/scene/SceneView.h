@@ -55,6 +55,8 @@ class SceneView : public QWidget
     void ShowMenu(QPoint global, CDPoint at);
     void AddItemActions(QMenu& menu, CDPoint at);
     void FillPictureMenu(QMenu& menu);
+    void FillTrackMenu(QMenu& menu);
+    void Remove(scene::SceneKind kind, std::size_t number, const QString& step);
     void ChoosePicture();
     void AskForDistance(std::size_t picture, CDPoint from, CDPoint to);
     /// Changes a picture: one step that can be undone.

@@ -67,15 +67,51 @@ void SceneView::FillPictureMenu(QMenu& menu)
             });
         own->addSeparator();
         own->addAction(QStringLiteral("&Entfernen"), this, [this, i] {
-            scene::SceneId id;
-            id.kind = scene::SceneKind::picture;
-            id.point = i;
-            m_document.BeginStep();
-            scene::RemoveItem(m_document.Data(), id);
-            m_document.EndStep(QStringLiteral("Szene: Unterlage entfernt"));
-            m_canvas->Reload();
+            Remove(scene::SceneKind::picture, i, QStringLiteral("Szene: Unterlage entfernt"));
         });
     }
+    FillTrackMenu(menu);
+}
+
+void SceneView::FillTrackMenu(QMenu& menu)
+{
+    const std::vector<CSzenenSpur>& tracks = m_document.Data().Spuren();
+    if (!tracks.empty())
+        menu.addSeparator();
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+        QMenu* own =
+            menu.addMenu(QStringLiteral("Spur ") +
+                         QString::fromStdString(tracks[i].name).replace(QLatin1Char('&'), QStringLiteral("&&")));
+        const auto toggle = [&](const QString& text, bool CSzenenSpur::*field) {
+            QAction* action = own->addAction(text);
+            action->setCheckable(true);
+            action->setChecked(tracks[i].*field);
+            connect(action, &QAction::triggered, this, [this, i, text, field](bool on) {
+                if (i >= m_document.Data().Spuren().size())
+                    return;
+                m_document.BeginStep();
+                m_document.Data().Spuren()[i].*field = on;
+                m_document.EndStep(QStringLiteral("Spur: ") + QString(text).remove(QLatin1Char('&')));
+                m_canvas->Reload();
+            });
+        };
+        toggle(QStringLiteral("&Gesperrt"), &CSzenenSpur::gesperrt);
+        toggle(QStringLiteral("&Sichtbar"), &CSzenenSpur::sichtbar);
+        own->addSeparator();
+        own->addAction(QStringLiteral("&Entfernen"), this,
+                       [this, i] { Remove(scene::SceneKind::recorded, i, QStringLiteral("Szene: Spur entfernt")); });
+    }
+}
+
+void SceneView::Remove(scene::SceneKind kind, std::size_t number, const QString& step)
+{
+    scene::SceneId id;
+    id.kind = kind;
+    id.point = number;
+    m_document.BeginStep();
+    scene::RemoveItem(m_document.Data(), id);
+    m_document.EndStep(step);
+    m_canvas->Reload();
 }
 
 void SceneView::ChangePicture(std::size_t picture, const QString& what, const std::function<void(CSzenenBild&)>& change)
