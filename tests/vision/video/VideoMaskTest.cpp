@@ -350,7 +350,8 @@ TEST_F(VideoMaskTest, ATransferWritesTheCurveThatIsShown)
     const CVideoDat& dat = Daten(maske);
     EXPECT_FALSE(Control(maske, IDOK).enabled);
     Diagramm(maske).SetRange({0, dat.zeit.size() - 1});
-    EXPECT_TRUE(Text(maske, IDC_IMPORT_HINWEIS).starts_with("Ein Transfer schreibt: Weg ")) << Text(maske, IDC_IMPORT_HINWEIS);
+    EXPECT_TRUE(Text(maske, IDC_IMPORT_HINWEIS).starts_with("Ein Transfer schreibt: Weg "))
+        << Text(maske, IDC_IMPORT_HINWEIS);
     Press(maske, IDOK);
     ASSERT_TRUE(IsWindow(maske.handle)); // it stays open
     EXPECT_EQ(TransferNews(), std::vector<std::string>{"main 0"});
