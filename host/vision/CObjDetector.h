@@ -87,8 +87,7 @@ inline CYoloV5ORTDetector StandardDetector()
     return {1, 0.4F, 0.4F, 0.0, 1.0 / 255.0, {512, 512}, 0, -1};
 }
 
-/// The path of the running program.
-std::string HostProgramPath();
 /// The file beside the program that the network is expected in: "Dnn", "detector.onnx". Nothing when the path of the
-/// program has no folder.
-std::optional<std::string> DetectorModelPath(const std::string& program = HostProgramPath());
+/// program has no folder. Without an argument, of the running program.
+std::optional<std::string> DetectorModelPath(const std::string& program);
+std::optional<std::string> DetectorModelPath();

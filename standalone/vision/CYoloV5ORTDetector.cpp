@@ -2,17 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // From the rows of the network to boxes: what is a vehicle, which of several boxes around it is the surest.
+#include "vision/ProgramPath.h"
 #include "vision/VideoSource.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include <filesystem>
-#endif
 
 namespace
 {
@@ -132,22 +127,6 @@ int CYoloV5ORTDetector::Detect(const cv::Mat& image, std::vector<VideoBox>& boxe
     return 1;
 }
 
-std::string HostProgramPath()
-{
-#ifdef _WIN32
-    std::wstring wide(32768, L'\0');
-    const DWORD length = GetModuleFileNameW(nullptr, wide.data(), static_cast<DWORD>(wide.size()));
-    std::string path(std::size_t{4} * length, '\0');
-    const int bytes = WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(length), path.data(),
-                                          static_cast<int>(path.size()), nullptr, nullptr);
-    path.resize(static_cast<std::size_t>(std::max(0, bytes)));
-    return path;
-#else
-    std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).string();
-#endif
-}
-
 std::optional<std::string> DetectorModelPath(const std::string& program)
 {
 #ifdef _WIN32
@@ -159,4 +138,9 @@ std::optional<std::string> DetectorModelPath(const std::string& program)
     if (folder == std::string::npos)
         return std::nullopt;
     return program.substr(0, folder + 1) + "Dnn" + kSeparator + "detector.onnx";
+}
+
+std::optional<std::string> DetectorModelPath()
+{
+    return DetectorModelPath(HostProgramPath());
 }

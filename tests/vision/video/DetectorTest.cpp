@@ -5,6 +5,7 @@
 #include "host/vision/CObjDetector.h"
 #include "tests/cli/CliProgram.h"
 #include "tests/support/TemporaryFolder.h"
+#include "vision/ProgramPath.h"
 
 #include <gtest/gtest.h>
 
