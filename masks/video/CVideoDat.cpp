@@ -39,6 +39,7 @@ constexpr NumberRange kFaktor{0, 10};
 constexpr NumberRange kPunktHoehe{0, 5};
 constexpr NumberRange kKameraHoehe{0, 500};
 constexpr NumberRange kSchritt{0, 1000};
+constexpr NumberRange kBilder{0, 1e9};
 constexpr auto kEingabe = FieldRole::input;
 constexpr auto kInnen = FieldRole::internal;
 constexpr SpinnerRange kDrehAbstand{0, 1000, 0.01};
@@ -101,6 +102,7 @@ constexpr NumberRow<Dat> kZahlen[] = {
     {"abspielstufe", At<&Dat::abspielstufe>, units::none, FieldRole::state, {-3, 2}},
     {IDC_VIDEO_BEREICH_ZEIGEN, "bereichZeigen", At<&Dat::bereichZeigen>},
     {"analysiert", At<&Dat::analysiert>},
+    {"analysiertAb", At<&Dat::analysiertAb>},
     {"unvollstaendig", At<&Dat::unvollstaendig>},
     {"id", At<&Dat::id>, units::none, FieldRole::state, {0, 1e6}},
     {IDC_VIDEO_OBJEKTE, "objekte", At<&Dat::objekte>, units::none, {0, 1e6}, 0, FieldRole::result},
@@ -164,6 +166,8 @@ void CVideoDat::Laden()
     halte(flaecheMin, kFlaeche, 0.0);
     halte(flaecheMax, kFlaeche, 0.0);
     halte(ausgleichsspanne, kSpanne, 1.0);
+    halte(analysiert, kBilder, std::int64_t{0});
+    halte(analysiertAb, kBilder, std::int64_t{0});
     halte(bildgroesse[0], {0, kGroessteKoordinate}, 0.0);
     halte(bildgroesse[1], {0, kGroessteKoordinate}, 0.0);
     halte(bilderJeSekunde, {0, 1e6}, 0.0);
@@ -291,14 +295,17 @@ Videospur* CVideoDat::Spur()
 
 void CVideoDat::NeueSpur()
 {
-    NimmSpur(static_cast<int>(m_hoechsteId) + 1, {.punktHoehe = punktHoehe});
-    id = m_hoechsteId;
+    id = ++m_hoechsteId;
+    m_spuren[static_cast<int>(id)] = {.punktHoehe = punktHoehe};
     Rechne();
 }
 
-void CVideoDat::NimmSpur(int nummer, Videospur spur)
+void CVideoDat::NimmKasten(int nummer, const VideoEntry& eintrag, const VideoBox& kasten)
 {
-    m_spuren[nummer] = std::move(spur);
+    const auto [spur, neu] = m_spuren.try_emplace(nummer);
+    if (neu)
+        spur->second.punktHoehe = kKastenHoehe;
+    spur->second.eintraege.push_back({eintrag, kasten.w, kasten.h});
     m_hoechsteId = std::max<std::int64_t>(m_hoechsteId, nummer);
 }
 
@@ -306,7 +313,7 @@ void CVideoDat::LoescheSpuren()
 {
     m_spuren.clear();
     id = 0;
-    analysiert = 0;
+    analysiert = analysiertAb = 0;
     unvollstaendig = 0;
 }
 
@@ -316,7 +323,7 @@ void CVideoDat::LoescheGefundene()
     m_hoechsteId = m_spuren.empty() ? 0 : m_spuren.rbegin()->first;
     if (!m_spuren.contains(static_cast<int>(id)))
         id = 0;
-    analysiert = 0;
+    analysiert = analysiertAb = 0;
     unvollstaendig = 0;
 }
 

@@ -9,6 +9,7 @@
 #include "host/CRuvData.h"
 #include "host/RecordField.h"
 #include "host/vision/CPerspectiveRectifier.h"
+#include "host/vision/VideoBox.h"
 #include "host/vision/VideoSpeeds.h"
 #include "masks/import/Fahrphasen.h"
 #include "masks/import/Importauswahl.h"
@@ -69,7 +70,8 @@ class CVideoDat final : public CDlgData
     std::int64_t abspielstufe = 0; ///< -3..2: speed of the player 2^stufe
     std::uint8_t bereichZeigen = 1;
     std::int64_t analysiert = 0;     ///< frames that the detector went through
-    std::uint8_t unvollstaendig = 0; ///< it did not get to the end
+    std::int64_t analysiertAb = 0;   ///< the first of them, from 0
+    std::uint8_t unvollstaendig = 0; ///< they are not all frames
     std::int64_t id = 0;             ///< chosen, 0 = none
     std::int64_t objekte = 0;        ///< IDs that the frame shown has
     std::vector<std::int64_t> ids;
@@ -111,10 +113,12 @@ class CVideoDat final : public CDlgData
     Videospur* Spur();
     /// A new one, which is chosen then; IDs are not used twice.
     void NeueSpur();
-    void NimmSpur(int nummer, Videospur spur);
-    void LoescheSpuren();
+    /// What the detector saw of a vehicle in the next frame; an ID that is not there yet is made.
+    void NimmKasten(int nummer, const VideoEntry& eintrag, const VideoBox& kasten);
     /// Those that the detector found; what was clicked stays.
     void LoescheGefundene();
+    bool IstGesucht(std::int64_t nummer) const { return nummer >= analysiertAb && nummer - analysiertAb < analysiert; }
+    bool IstGanzGesucht() const { return analysiert > 0 && unvollstaendig == 0; }
     std::int64_t HoechsteId() const { return m_hoechsteId; }
     void Klicke(int bildnummer, double zeit, VisionPoint wo);
     /// Takes back the last click of the chosen ID: its frame, nothing when there is none.
@@ -150,6 +154,7 @@ class CVideoDat final : public CDlgData
 
   private:
     VideoSpeeds Geschwindigkeiten(double z) const;
+    void LoescheSpuren();
     void ZeigeSpur();
 
     std::vector<VisionPoint> m_punkte; // P1 and on, in the raw frame

@@ -132,6 +132,7 @@ void CVideoDlg::ShutDownWindow()
 void CVideoDlg::OnReset()
 {
     HalteAn();
+    m_suche.reset();
     m_dat.Zuruecksetzen();
     m_aktiv.reset();
     ZeigeFrame(0);
@@ -275,6 +276,9 @@ LRESULT CVideoDlg::OnKeyDown(WPARAM key, LPARAM how)
 LRESULT CVideoDlg::OnUpdateDialog(WPARAM, LPARAM)
 {
     if (m_dat.IstFremd()) { // a step taken back, or another window of this mask
+        m_suche.reset();
+        m_ungemerkt = false;
+        HalteAn();
         m_dat.Laden();
         m_aktiv.reset();
         if (m_data.Video().datei.empty() ? HatVideo() : m_data.Video().sha256 != m_offen)

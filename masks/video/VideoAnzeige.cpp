@@ -280,6 +280,6 @@ void CVideoDlg::ZeigeBericht()
                    LoadRuvString(spur.gewaehlteLaengen ? IDS_VIDEO_LAENGEN_GEWAEHLT : IDS_VIDEO_LAENGEN_GEMESSEN)})});
     if (m_dat.analysiert > 0)
         zeilen.push_back({Text(m_dat.unvollstaendig != 0 ? IDS_VIDEO_BERICHT_UNVOLLSTAENDIG : IDS_VIDEO_BERICHT_ANALYSE,
-                               {std::to_string(m_dat.analysiert)})});
+                               {std::to_string(m_dat.analysiert), std::to_string(m_dat.analysiertAb + 1)})});
     static_cast<CGridCtrl*>(GetDlgItem(IDC_VIDEO_BERICHT))->SetRows(std::move(zeilen));
 }
