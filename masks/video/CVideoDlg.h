@@ -54,6 +54,7 @@ class CVideoDlg final : public CMDIRechDialog
     void OnRuecknahme();
     void OnNeueId();
     void OnPunkteLoeschen();
+    void OnLinseNehmen();
     void OnKomplettanalyse();
     void OnFrames();
     void OnTransfer();
@@ -84,6 +85,8 @@ class CVideoDlg final : public CMDIRechDialog
     void ZeigeKurve();
     void ZeigeTexte();
     void ZeigeStrasse();
+    void ZeigeLinse();
+    std::string Linsentext();
     std::string Resttext(std::size_t abstand);
     void ZeigeMittel();
     void ZeigeVerlauf();

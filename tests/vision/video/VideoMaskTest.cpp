@@ -100,22 +100,23 @@ class VideoMaskTest : public test::MaskTest
         Maus(maske, CMouseEvent::Kind::move, nach);
         Maus(maske, CMouseEvent::Kind::release, nach);
     }
-    void Kalibriere(Window& maske)
+    void Kalibriere(Window& maske, const RoadCamera& kamera = kKamera)
     {
         for (const auto& [x, y] : test::kLane)
-            Klicke(maske, kKamera.See(x, y));
+            Klicke(maske, kamera.See(x, y));
         for (const int breite : {IDC_VIDEO_ABSTAND_12, IDC_VIDEO_ABSTAND_43})
             Enter(maske, static_cast<UINT>(breite), "7");
         for (const int laenge : {IDC_VIDEO_ABSTAND_24, IDC_VIDEO_ABSTAND_31})
             Enter(maske, static_cast<UINT>(laenge), "25");
     }
     /// A vehicle at `v0` km/h that brakes with `a` m/s², clicked in every frame from the one shown on.
-    void Verfolge(Window& maske, double v0, int bilder = kBilder - 1, double a = 0.0, double z = 0.0)
+    void Verfolge(Window& maske, double v0, int bilder = kBilder - 1, double a = 0.0, double z = 0.0,
+                  const RoadCamera& kamera = kKamera)
     {
         const auto zeiten = Zeiten();
         for (int i = 0; i < bilder; ++i) {
             const double t = static_cast<double>(zeiten[static_cast<std::size_t>(i)]) / kTakt;
-            Klicke(maske, kKamera.See(-1.0, 15.0 + v0 / 3.6 * t - a / 2.0 * t * t, z));
+            Klicke(maske, kamera.See(-1.0, 15.0 + v0 / 3.6 * t - a / 2.0 * t * t, z));
         }
     }
     std::string Status(Window& maske) { return Text(maske, IDC_VIDEO_STATUS); }
@@ -660,6 +661,134 @@ TEST_F(VideoMaskTest, TheButtonAgainEndsTheAnalysisAndPlayingGoesOnWithIt)
     Press(maske, IDC_VIDEO_PLAY);
     ErwarteBilder(maske, 1, 0, 10);
     ErwarteBilder(maske, 2, 0, 10);
+}
+
+// A lens bends the road's edges: clicked, they tell how strongly and how surely, and 60 km/h are read as such.
+TEST_F(VideoMaskTest, StraightEdgesTellTheLens)
+{
+    RoadCamera kamera = kKamera;
+    kamera.strength = 35.4;
+    Window& maske = Oeffne(Video("fahrt.mp4"));
+    const CVideoDat& dat = Daten(maske);
+    Press(maske, IDC_VIDEO_KANTE);
+    EXPECT_EQ(Text(maske, IDC_VIDEO_NEUE_ID), "Neue Kante");
+    for (const double x : {-6.0, 6.0}) {
+        for (int i = 0; i < 6; ++i) {
+            if (x < 0.0 && i < 3) {
+                EXPECT_FALSE(dat.Linse()) << i; // two points are always straight
+            }
+            Klicke(maske, kamera.See(x, 12.0 + 5.0 * i));
+        }
+        Press(maske, IDC_VIDEO_NEUE_ID);
+    }
+    for (int i = 0; i < 8; ++i)
+        Klicke(maske, kamera.See(-7.0 + 2.0 * i, 13.0));
+    ASSERT_EQ(dat.Kanten().size(), 3U);
+    EXPECT_TRUE(dat.ids.empty());
+    ASSERT_TRUE(dat.Linse());
+    EXPECT_NEAR(dat.Linse()->strength, 35.4, 0.01);
+    EXPECT_TRUE(Text(maske, IDC_VIDEO_LINSE_VORSCHLAG).starts_with("Die geraden Kanten ergeben die Stärke 35,4 ± "))
+        << Text(maske, IDC_VIDEO_LINSE_VORSCHLAG);
+    EXPECT_EQ(dat.Staerke(), 0.0); // not before it is taken
+    Press(maske, IDC_VIDEO_LINSE_NEHMEN);
+    EXPECT_EQ(dat.Staerke(), dat.Linse()->strength);
+    EXPECT_EQ(dat.linsenstaerke, 35);
+    EXPECT_FALSE(Control(maske, IDC_VIDEO_LINSE_NEHMEN).enabled);
+    Press(maske, IDC_VIDEO_KALIBRIEREN);
+    EXPECT_EQ(Text(maske, IDC_VIDEO_NEUE_ID), "Neue &ID");
+    Kalibriere(maske, kamera);
+    Verfolge(maske, 60.0, 20, 0.0, 0.0, kamera);
+    EXPECT_NEAR(dat.mittel, 60.0, 0.05);
+    const auto erwarteUnsicherheit = [&](double u) {
+        const VideoSpeeds v(dat.Strasse(), {.fps = dat.bilderJeSekunde, .strengthUncertainty = u});
+        const auto mean = v.Mean(dat.Spur()->Eintraege());
+        ASSERT_TRUE(mean);
+        EXPECT_EQ(dat.mittelU, mean->uncertainty);
+    };
+    erwarteUnsicherheit(dat.Linse()->uncertainty);
+    EXPECT_GT(std::abs(dat.Linse()->uncertainty - 2.0), 0.1);
+    EXPECT_NE(Bericht(maske).find(" aus geraden Kanten; Kanten 3, Punkte 20\n"), std::string::npos) << Bericht(maske);
+    casefile::CaseHistory schritte(data);
+    const std::string vorher = Zustand(maske);
+    // What was taken follows the points.
+    Press(maske, IDC_VIDEO_KANTE);
+    const VisionPoint ecke = kamera.See(-6.0, 12.0);
+    Ziehe(maske, ecke, {ecke.x + 12.0, ecke.y});
+    EXPECT_EQ(dat.Staerke(), dat.Linse()->strength);
+    EXPECT_GT(std::abs(dat.Staerke() - 35.4), 1.0);
+    ASSERT_TRUE(schritte.Commit("Punkt"));
+    framework::MoveTrackbar(Control(maske, IDC_VIDEO_LINSE), 34);
+    thread.DispatchPending();
+    EXPECT_EQ(dat.Staerke(), 34.0);
+    erwarteUnsicherheit(2.0);
+    EXPECT_NE(Bericht(maske).find("Stärke 34,0 ± 4,0 (k = 2), von Hand gestellt\n"), std::string::npos)
+        << Bericht(maske);
+    Press(maske, IDC_VIDEO_LINSE_NEHMEN);
+    Press(maske, IDC_VIDEO_RUECKNAHME);
+    EXPECT_EQ(dat.Kanten().back().size(), 7U);
+    Press(maske, IDC_VIDEO_PUNKTE_LOESCHEN);
+    EXPECT_TRUE(dat.Kanten().empty());
+    EXPECT_EQ(dat.Punkte().size(), 4U);
+    EXPECT_EQ(dat.staerkeAusKanten, 0); // nothing is left that it is from
+    ASSERT_TRUE(schritte.Commit("Linse"));
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(schritte.Undo());
+        thread.DispatchPending();
+    }
+    GeheZu(maske, 20);
+    EXPECT_EQ(Zustand(maske), vorher);
+    framework::CloseDialog(maske);
+    thread.DispatchPending();
+    Window& wieder = OpenMask(494);
+    GeheZu(wieder, 20);
+    EXPECT_EQ(Zustand(wieder), vorher);
+    EXPECT_EQ(Daten(wieder).Kanten().size(), 3U);
+}
+
+TEST_F(VideoMaskTest, TheLogSaysWhatWasDoneAndWhatFailed)
+{
+    const std::string log = folder.File("log.txt");
+    ::setenv("TAVELIN_LOG", log.c_str(), 1);
+    Window& ohne = OpenMask(494);
+    Press(ohne, IDC_VIDEO_KOMPLETT);
+    Waehle(ohne, Video("fahrt.mp4"));
+    Spiele(ohne, 2);
+    Press(ohne, IDC_VIDEO_PLAY);
+    framework::CloseDialog(ohne);
+    thread.DispatchPending();
+    const std::string modell = *DetectorModelPath();
+    const std::string offen = "[CVideoDlg::BuildObjects] Video analysis building objects started...\n"
+                              "[CVideoDlg::BuildObjects] Video analysis building objects finished successfully!\n"
+                              "[CVideoDlg::SetupWindow] Video analysis module opened!\n";
+    EXPECT_EQ(folder.Read("log.txt"), offen +
+                                          "[CVideoDlg::AnalyzeVideo] Analyzing video failed. Path does not exist\n"
+                                          "[CVideoDlg::InitVideoReader] Video reader initialized properly!\n"
+                                          "[CVideoDlg::LoadVideo] Loaded new video: " +
+                                          folder.File("fahrt.mp4") +
+                                          "\n[CVideoDlg::OnPlay] Play button pressed\n"
+                                          "[CVideoDlg::InitObjDetector] Weight path: " +
+                                          modell +
+                                          "\n[CVideoDlg::InitObjDetector] Config path: \n"
+                                          "[CVideoDlg::InitObjDetector] Object detector could not read the model\n"
+                                          "[CVideoDlg::DetectTrackAndDrawObjs] Object detector,  is a null pointer\n"
+                                          "[CVideoDlg::OnPlay] Pause button pressed\n"
+                                          "[CVideoDlg::ShutDownWindow] Video analysis module closed!\n");
+    const Netz netz;
+    Window& mit = OeffneFahrzeuge();
+    folder.Write("log.txt", "");
+    Spiele(mit, 1);
+    Press(mit, IDC_VIDEO_PLAY);
+    ::unsetenv("TAVELIN_LOG");
+    EXPECT_EQ(folder.Read("log.txt"), "[CVideoDlg::OnPlay] Play button pressed\n"
+                                      "[CVideoDlg::InitObjDetector] Weight path: " +
+                                          modell +
+                                          "\n[CVideoDlg::InitObjDetector] Config path: \n"
+                                          "[CVideoDlg::InitObjDetector] Object detector initialsed properly!\n"
+                                          "[CVideoDlg::InitObjTracker] Initializing object tracker...\n"
+                                          "[CVideoDlg::InitObjTracker] Object tracker initialsed properly!\n"
+                                          "[CVideoDlg::DetectTrackAndDrawObjs] Detected vehicle ID: 1\n"
+                                          "[CVideoDlg::DetectTrackAndDrawObjs] Detected vehicle ID: 2\n"
+                                          "[CVideoDlg::OnPlay] Pause button pressed\n");
 }
 
 // What a case from elsewhere holds is taken only where it makes sense.
