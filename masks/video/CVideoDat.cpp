@@ -26,6 +26,8 @@ constexpr std::int64_t kMuster = 8;
 
 constexpr std::string_view kSpur = "spur_";
 constexpr const char* kPunkte = "punkte";
+constexpr std::string_view kKante = "kante_";
+constexpr std::size_t kKantenpunkte = 3; // that an edge takes to count
 constexpr const char* kHoechsteId = "hoechsteId";
 constexpr const char* kGetippterFaktor = "getippterFaktor";
 constexpr const char* kGetippteHoehe = "getippteHoehe";
@@ -39,6 +41,8 @@ constexpr NumberRange kFaktor{0, 10};
 constexpr NumberRange kPunktHoehe{0, 5};
 constexpr NumberRange kKameraHoehe{0, 500};
 constexpr NumberRange kSchritt{0, 1000};
+constexpr NumberRange kBilder{0, 1e9};
+constexpr NumberRange kStaerke{-CDistortionRectifier::kMaxStrength, CDistortionRectifier::kMaxStrength};
 constexpr auto kEingabe = FieldRole::input;
 constexpr auto kInnen = FieldRole::internal;
 constexpr SpinnerRange kDrehAbstand{0, 1000, 0.01};
@@ -50,7 +54,7 @@ constexpr UINT kMusterKnoepfe[] = {IDC_VIDEO_QUADRAT,        IDC_VIDEO_TRAPEZ,  
                                    IDC_VIDEO_RHOMBUS_R,      IDC_VIDEO_QUADRAT_FREI,  IDC_VIDEO_TRAPEZ_FREI,
                                    IDC_VIDEO_RHOMBUS_L_FREI, IDC_VIDEO_RHOMBUS_R_FREI};
 constexpr UINT kKurvenKnoepfe[] = {IDC_VIDEO_AUSGLEICH, IDC_VIDEO_MESSWERTE};
-constexpr UINT kWerkzeugKnoepfe[] = {IDC_VIDEO_KALIBRIEREN, IDC_VIDEO_VERFOLGEN};
+constexpr UINT kWerkzeugKnoepfe[] = {IDC_VIDEO_KALIBRIEREN, IDC_VIDEO_VERFOLGEN, IDC_VIDEO_KANTE};
 
 template <std::size_t I> constexpr NumberRow<Dat> Abstand(UINT control, std::string_view name)
 {
@@ -75,6 +79,7 @@ constexpr NumberRow<Dat> kZahlen[] = {
     {kMusterKnoepfe, "muster", At<&Dat::muster>, "Form des Vierecks"},
     {IDC_VIDEO_VERZEICHNUNG, "verzeichnungKorrigieren", At<&Dat::verzeichnungKorrigieren>},
     {"linsenstaerke", At<&Dat::linsenstaerke>, units::none, FieldRole::state, {-100, 100}},
+    {"staerkeAusKanten", At<&Dat::staerkeAusKanten>},
     {IDC_VIDEO_FAKTOR, "faktor", At<&Dat::faktor>, units::none, kFaktor, 3, kEingabe, {.spinner = kDrehFaktor}},
     {IDC_VIDEO_PUNKTHOEHE,
      "punktHoehe",
@@ -101,6 +106,7 @@ constexpr NumberRow<Dat> kZahlen[] = {
     {"abspielstufe", At<&Dat::abspielstufe>, units::none, FieldRole::state, {-3, 2}},
     {IDC_VIDEO_BEREICH_ZEIGEN, "bereichZeigen", At<&Dat::bereichZeigen>},
     {"analysiert", At<&Dat::analysiert>},
+    {"analysiertAb", At<&Dat::analysiertAb>},
     {"unvollstaendig", At<&Dat::unvollstaendig>},
     {"id", At<&Dat::id>, units::none, FieldRole::state, {0, 1e6}},
     {IDC_VIDEO_OBJEKTE, "objekte", At<&Dat::objekte>, units::none, {0, 1e6}, 0, FieldRole::result},
@@ -117,6 +123,28 @@ constexpr NumberRow<Dat> kZahlen[] = {
     {"ausgleich", At<&Dat::ausgleich>, units::kmh, kInnen},
     {"ausgleichUnsicherheit", At<&Dat::ausgleichU>, units::kmh, kInnen},
 };
+
+std::vector<double> AlsZahlen(const std::vector<VisionPoint>& punkte)
+{
+    std::vector<double> zahlen;
+    for (const VisionPoint p : punkte)
+        zahlen.insert(zahlen.end(), {p.x, p.y});
+    return zahlen;
+}
+
+std::vector<VisionPoint> AusZahlen(const std::vector<double>& zahlen)
+{
+    std::vector<VisionPoint> punkte;
+    for (std::size_t i = 0; i + 1 < zahlen.size(); i += 2)
+        if (std::abs(zahlen[i]) <= kGroessteKoordinate && std::abs(zahlen[i + 1]) <= kGroessteKoordinate)
+            punkte.push_back({zahlen[i], zahlen[i + 1]});
+    return punkte;
+}
+
+std::string Kantenname(std::size_t kante)
+{
+    return std::string(kKante) + std::to_string(kante + 1);
+}
 
 /// What the case keeps under its own name. Factor and height of the camera stand there as typed, not as shown.
 RecordFields Behaltene(RecordFields felder)
@@ -158,12 +186,15 @@ void CVideoDat::Laden()
         halte(abstand, kAbstand, 0.0);
     halte(muster, {0, kMuster - 1}, std::int64_t{0});
     halte(kurve, {0, 1}, std::int64_t{ausgeglichen});
-    halte(werkzeug, {0, 1}, std::int64_t{kalibrieren});
+    halte(werkzeug, {0, 2}, std::int64_t{kalibrieren});
+    halte(linsenstaerke, kStaerke, std::int64_t{0});
     halte(schritt, kSchritt, std::int64_t{1});
     halte(punktHoehe, kPunktHoehe, 0.0);
     halte(flaecheMin, kFlaeche, 0.0);
     halte(flaecheMax, kFlaeche, 0.0);
     halte(ausgleichsspanne, kSpanne, 1.0);
+    halte(analysiert, kBilder, std::int64_t{0});
+    halte(analysiertAb, kBilder, std::int64_t{0});
     halte(bildgroesse[0], {0, kGroessteKoordinate}, 0.0);
     halte(bildgroesse[1], {0, kGroessteKoordinate}, 0.0);
     halte(bilderJeSekunde, {0, 1e6}, 0.0);
@@ -175,11 +206,15 @@ void CVideoDat::Laden()
     m_getippterFaktor = eine(kGetippterFaktor, kFaktor);
     m_getippteHoehe = eine(kGetippteHoehe, kKameraHoehe);
     m_hoechsteId = static_cast<std::int64_t>(eine(kHoechsteId, {0, 1e6}));
-    m_punkte.clear();
-    const std::vector<double> punkte = m_data.GemerkteWerte(IDD_VIDEO, kPunkte);
-    for (std::size_t i = 0; i + 1 < std::min(punkte.size(), 2 * kEcken); i += 2)
-        if (std::abs(punkte[i]) <= kGroessteKoordinate && std::abs(punkte[i + 1]) <= kGroessteKoordinate)
-            m_punkte.push_back({punkte[i], punkte[i + 1]});
+    m_punkte = AusZahlen(m_data.GemerkteWerte(IDD_VIDEO, kPunkte));
+    m_punkte.resize(std::min(m_punkte.size(), kEcken));
+    m_kanten.clear();
+    for (bool da = true; da;) {
+        auto kante = AusZahlen(m_data.GemerkteWerte(IDD_VIDEO, Kantenname(m_kanten.size())));
+        da = !kante.empty();
+        if (da)
+            m_kanten.push_back(std::move(kante));
+    }
     m_spuren.clear();
     const auto maske = m_data.AlleMaskenWerte().find(IDD_VIDEO);
     m_gemerkt = maske == m_data.AlleMaskenWerte().end() ? CMaskenWerte{} : maske->second;
@@ -211,9 +246,10 @@ void CVideoDat::Merken()
     kept[kGetippterFaktor] = {m_getippterFaktor};
     kept[kGetippteHoehe] = {m_getippteHoehe};
     kept[kHoechsteId] = {static_cast<double>(m_hoechsteId)};
-    std::vector<double>& punkte = kept[kPunkte];
-    for (const VisionPoint& p : m_punkte)
-        punkte.insert(punkte.end(), {p.x, p.y});
+    kept[kPunkte] = AlsZahlen(m_punkte);
+    for (std::size_t i = 0; i < m_kanten.size(); ++i)
+        if (!m_kanten[i].empty())
+            kept[Kantenname(i)] = AlsZahlen(m_kanten[i]);
     for (const auto& [nummer, spur] : m_spuren)
         kept[std::string(kSpur) + std::to_string(nummer)] = spur.AlsZahlen();
     m_gemerkt = kept;
@@ -237,6 +273,8 @@ void CVideoDat::NimmVideo(const Videodaten& video)
         m_hoechsteId = 0;
         verzeichnungKorrigieren = 0;
         linsenstaerke = 0;
+        staerkeAusKanten = 0;
+        m_kanten.clear();
         m_getippterFaktor = m_getippteHoehe = punktHoehe = 0.0;
         auswahl.von = auswahl.bis = kKeineZahl;
         werkzeug = kalibrieren;
@@ -277,6 +315,93 @@ void CVideoDat::LoeschePunkte()
     Rechne();
 }
 
+void CVideoDat::NeueKante()
+{
+    if (m_kanten.empty() || !m_kanten.back().empty())
+        m_kanten.emplace_back();
+}
+
+void CVideoDat::KlickeKante(VisionPoint wo)
+{
+    if (m_kanten.empty())
+        m_kanten.emplace_back();
+    m_kanten.back().push_back(wo);
+    Rechne();
+}
+
+std::optional<VisionPoint> CVideoDat::Kantenpunkt(std::size_t nummer) const
+{
+    for (const auto& kante : m_kanten) {
+        if (nummer < kante.size())
+            return kante[nummer];
+        nummer -= kante.size();
+    }
+    return std::nullopt;
+}
+
+void CVideoDat::SetzeKantenpunkt(std::size_t nummer, VisionPoint wo)
+{
+    for (auto& kante : m_kanten) {
+        if (nummer < kante.size()) {
+            kante[nummer] = wo;
+            break;
+        }
+        nummer -= kante.size();
+    }
+    Rechne();
+}
+
+bool CVideoDat::NimmKantenpunktZurueck()
+{
+    if (!m_kanten.empty() && m_kanten.back().empty())
+        m_kanten.pop_back();
+    if (m_kanten.empty())
+        return false;
+    m_kanten.back().pop_back();
+    Rechne();
+    return true;
+}
+
+void CVideoDat::LoescheKanten()
+{
+    m_kanten.clear();
+    Rechne();
+}
+
+void CVideoDat::NimmLinse()
+{
+    if (!m_linse)
+        return;
+    staerkeAusKanten = verzeichnungKorrigieren = 1;
+    Rechne();
+}
+
+void CVideoDat::StelleLinse(std::int64_t staerke)
+{
+    linsenstaerke = staerke;
+    staerkeAusKanten = 0;
+    Rechne();
+}
+
+double CVideoDat::Staerkeunsicherheit() const
+{
+    return staerkeAusKanten != 0 && m_linse ? m_linse->uncertainty : kStaerkeVonHand;
+}
+
+/// Edges that no longer tell the strength leave it as it was last, as if it had been set by hand.
+void CVideoDat::SchaetzeLinse()
+{
+    std::vector<std::vector<VisionPoint>> kanten = m_kanten;
+    std::erase_if(kanten, [](const auto& kante) { return kante.size() < kKantenpunkte; });
+    m_linse = EstimateLens(static_cast<int>(bildgroesse[0]), static_cast<int>(bildgroesse[1]), kanten);
+    if (staerkeAusKanten == 0)
+        return;
+    if (m_linse)
+        linsenstaerke = std::llround(m_linse->strength);
+    else
+        staerkeAusKanten = 0;
+}
+
 const Videospur* CVideoDat::Spur() const
 {
     const auto spur = m_spuren.find(static_cast<int>(id));
@@ -291,14 +416,17 @@ Videospur* CVideoDat::Spur()
 
 void CVideoDat::NeueSpur()
 {
-    NimmSpur(static_cast<int>(m_hoechsteId) + 1, {.punktHoehe = punktHoehe});
-    id = m_hoechsteId;
+    id = ++m_hoechsteId;
+    m_spuren[static_cast<int>(id)] = {.punktHoehe = punktHoehe};
     Rechne();
 }
 
-void CVideoDat::NimmSpur(int nummer, Videospur spur)
+void CVideoDat::NimmKasten(int nummer, const VideoEntry& eintrag, const VideoBox& kasten)
 {
-    m_spuren[nummer] = std::move(spur);
+    const auto [spur, neu] = m_spuren.try_emplace(nummer);
+    if (neu)
+        spur->second.punktHoehe = kKastenHoehe;
+    spur->second.eintraege.push_back({eintrag, kasten.w, kasten.h});
     m_hoechsteId = std::max<std::int64_t>(m_hoechsteId, nummer);
 }
 
@@ -306,7 +434,7 @@ void CVideoDat::LoescheSpuren()
 {
     m_spuren.clear();
     id = 0;
-    analysiert = 0;
+    analysiert = analysiertAb = 0;
     unvollstaendig = 0;
 }
 
@@ -316,7 +444,7 @@ void CVideoDat::LoescheGefundene()
     m_hoechsteId = m_spuren.empty() ? 0 : m_spuren.rbegin()->first;
     if (!m_spuren.contains(static_cast<int>(id)))
         id = 0;
-    analysiert = 0;
+    analysiert = analysiertAb = 0;
     unvollstaendig = 0;
 }
 
@@ -392,13 +520,14 @@ VideoSpeeds CVideoDat::Geschwindigkeiten(double z) const
     if (KameraHoeheIstGetippt())
         eingabe.cameraHeight = m_getippteHoehe;
     eingabe.pointHeight = z;
-    eingabe.strengthUncertainty = verzeichnungKorrigieren != 0 ? kStaerkeVonHand : 0.0;
+    eingabe.strengthUncertainty = verzeichnungKorrigieren != 0 ? Staerkeunsicherheit() : 0.0;
     eingabe.smoothSpan = ausgleichsspanne;
     return {m_strasse, eingabe};
 }
 
 void CVideoDat::Rechne()
 {
+    SchaetzeLinse();
     m_strasse.Reset();
     for (std::size_t i = 0; i < m_punkte.size(); ++i)
         m_strasse.UpdatePoint(static_cast<int>(i), m_punkte[i]);

@@ -9,6 +9,7 @@
 #include "host/CRuvData.h"
 #include "host/RecordField.h"
 #include "host/vision/CPerspectiveRectifier.h"
+#include "host/vision/VideoBox.h"
 #include "host/vision/VideoSpeeds.h"
 #include "masks/import/Fahrphasen.h"
 #include "masks/import/Importauswahl.h"
@@ -25,7 +26,7 @@ class CVideoDat final : public CDlgData
 {
   public:
     enum Kurve : std::int64_t { ausgeglichen = 0, gemessen = 1 };
-    enum Werkzeug : std::int64_t { kalibrieren = 0, verfolgen = 1 };
+    enum Werkzeug : std::int64_t { kalibrieren = 0, verfolgen = 1, begradigen = 2 };
     static constexpr std::size_t kAbstaende = 6;
     static constexpr double kSchrittFaktor = 0.01; ///< of the buttons "-" and "+"
     static constexpr double kKastenHoehe = 0.72;   ///< m, of a box's centre above the road
@@ -56,11 +57,12 @@ class CVideoDat final : public CDlgData
     std::array<double, kAbstaende> abstaende{}; ///< m: P1P2, P2P4, P4P3, P3P1, P1P4, P2P3; 0 = not measured
     std::int64_t muster = 0;                    ///< 0..3 exact: square, trapez, rhombus L, rhombus R; 4..7 free
     std::uint8_t verzeichnungKorrigieren = 0;
-    std::int64_t linsenstaerke = 0; ///< of the trackbar, -100..100
-    double faktor = 1.0;            ///< on every speed of the chosen ID, as it counts
-    double punktHoehe = 0.0;        ///< m, of the chosen ID
-    double kameraHoehe = 0.0;       ///< m, as it counts; 0 = not known
-    double flaecheMin = 0.0;        ///< px², 0 = no limit
+    std::int64_t linsenstaerke = 0;    ///< of the trackbar, -100..100
+    std::uint8_t staerkeAusKanten = 0; ///< what straightens the edges counts, rounded on the trackbar
+    double faktor = 1.0;               ///< on every speed of the chosen ID, as it counts
+    double punktHoehe = 0.0;           ///< m, of the chosen ID
+    double kameraHoehe = 0.0;          ///< m, as it counts; 0 = not known
+    double flaecheMin = 0.0;           ///< px², 0 = no limit
     double flaecheMax = 0.0;
     double ausgleichsspanne = 1.0; ///< s
     std::int64_t kurve = ausgeglichen;
@@ -69,7 +71,8 @@ class CVideoDat final : public CDlgData
     std::int64_t abspielstufe = 0; ///< -3..2: speed of the player 2^stufe
     std::uint8_t bereichZeigen = 1;
     std::int64_t analysiert = 0;     ///< frames that the detector went through
-    std::uint8_t unvollstaendig = 0; ///< it did not get to the end
+    std::int64_t analysiertAb = 0;   ///< the first of them, from 0
+    std::uint8_t unvollstaendig = 0; ///< they are not all frames
     std::int64_t id = 0;             ///< chosen, 0 = none
     std::int64_t objekte = 0;        ///< IDs that the frame shown has
     std::vector<std::int64_t> ids;
@@ -106,15 +109,35 @@ class CVideoDat final : public CDlgData
     void SetzePunkt(std::size_t punkt, VisionPoint wo);
     void LoeschePunkte();
 
+    /// Points of the raw frame along edges that are straight in nature; from three on an edge counts.
+    const std::vector<std::vector<VisionPoint>>& Kanten() const { return m_kanten; }
+    void NeueKante();
+    /// On the last edge.
+    void KlickeKante(VisionPoint wo);
+    /// Point of all edges in turn, from 0.
+    std::optional<VisionPoint> Kantenpunkt(std::size_t nummer) const;
+    void SetzeKantenpunkt(std::size_t nummer, VisionPoint wo);
+    /// The last one; false when there is none.
+    bool NimmKantenpunktZurueck();
+    void LoescheKanten();
+    /// The strength that straightens the edges; nothing as long as they do not tell it.
+    const std::optional<LensEstimate>& Linse() const { return m_linse; }
+    /// From now on that one counts, and is corrected.
+    void NimmLinse();
+    /// By hand.
+    void StelleLinse(std::int64_t staerke);
+
     const std::map<int, Videospur>& Spuren() const { return m_spuren; }
     const Videospur* Spur() const;
     Videospur* Spur();
     /// A new one, which is chosen then; IDs are not used twice.
     void NeueSpur();
-    void NimmSpur(int nummer, Videospur spur);
-    void LoescheSpuren();
+    /// What the detector saw of a vehicle in the next frame; an ID that is not there yet is made.
+    void NimmKasten(int nummer, const VideoEntry& eintrag, const VideoBox& kasten);
     /// Those that the detector found; what was clicked stays.
     void LoescheGefundene();
+    bool IstGesucht(std::int64_t nummer) const { return nummer >= analysiertAb && nummer - analysiertAb < analysiert; }
+    bool IstGanzGesucht() const { return analysiert > 0 && unvollstaendig == 0; }
     std::int64_t HoechsteId() const { return m_hoechsteId; }
     void Klicke(int bildnummer, double zeit, VisionPoint wo);
     /// Takes back the last click of the chosen ID: its frame, nothing when there is none.
@@ -134,7 +157,14 @@ class CVideoDat final : public CDlgData
     void Rechne();
     const CPerspectiveRectifier& Strasse() const { return m_strasse; }
     RoadInput Strasseneingabe() const;
-    double Staerke() const { return verzeichnungKorrigieren != 0 ? static_cast<double>(linsenstaerke) : 0.0; }
+    /// Of the lens, as it is set; and as it counts.
+    double Linsenstaerke() const
+    {
+        return staerkeAusKanten != 0 && m_linse ? m_linse->strength : static_cast<double>(linsenstaerke);
+    }
+    double Staerke() const { return verzeichnungKorrigieren != 0 ? Linsenstaerke() : 0.0; }
+    /// Standard uncertainty of the strength that is set.
+    double Staerkeunsicherheit() const;
     /// Of the ID in the frame, as it stands beside it; nothing without a speed there.
     std::optional<int> Beschriftung(int nummer, int bildnummer) const;
     /// Mean speed of the entries between two times.
@@ -150,9 +180,13 @@ class CVideoDat final : public CDlgData
 
   private:
     VideoSpeeds Geschwindigkeiten(double z) const;
+    void SchaetzeLinse();
+    void LoescheSpuren();
     void ZeigeSpur();
 
-    std::vector<VisionPoint> m_punkte; // P1 and on, in the raw frame
+    std::vector<VisionPoint> m_punkte;              // P1 and on, in the raw frame
+    std::vector<std::vector<VisionPoint>> m_kanten; // none is empty but the last
+    std::optional<LensEstimate> m_linse;
     std::map<int, Videospur> m_spuren;
     std::int64_t m_hoechsteId = 0;
     double m_getippterFaktor = 0.0;

@@ -66,6 +66,7 @@ const CMessageMap* CVideoDlg::GetMessageMap() const
         OnControl<&CVideoDlg::OnRuecknahme>(IDC_VIDEO_RUECKNAHME),
         OnControl<&CVideoDlg::OnNeueId>(IDC_VIDEO_NEUE_ID),
         OnControl<&CVideoDlg::OnPunkteLoeschen>(IDC_VIDEO_PUNKTE_LOESCHEN),
+        OnControl<&CVideoDlg::OnLinseNehmen>(IDC_VIDEO_LINSE_NEHMEN),
         OnControl<&CVideoDlg::OnKomplettanalyse>(IDC_VIDEO_KOMPLETT),
         OnControl<&CVideoDlg::OnFrames>(IDC_VIDEO_FRAMES),
         OnControl<&CVideoDlg::OnTransfer>(IDOK),
@@ -132,6 +133,7 @@ void CVideoDlg::ShutDownWindow()
 void CVideoDlg::OnReset()
 {
     HalteAn();
+    m_suche.reset();
     m_dat.Zuruecksetzen();
     m_aktiv.reset();
     ZeigeFrame(0);
@@ -141,6 +143,9 @@ void CVideoDlg::OnReset()
 std::optional<Griff> CVideoDlg::Aktiv() const
 {
     const Videospur* spur = m_dat.Spur();
+    if (m_dat.werkzeug == Dat::begradigen)
+        return m_aktiv && m_aktiv->art == Griff::Art::kante && m_dat.Kantenpunkt(m_aktiv->nummer) ? m_aktiv
+                                                                                                  : std::nullopt;
     if (m_dat.werkzeug == Dat::verfolgen) {
         const bool hier = spur != nullptr && !spur->IstGefunden() && spur->ImBild(static_cast<int>(m_dat.bildnummer));
         if (hier && !(m_aktiv && m_aktiv->art == Griff::Art::punkt))
@@ -156,6 +161,13 @@ void CVideoDlg::OnKlick(VisionPoint wo, std::optional<Griff> griff)
     if (!HatVideo())
         return;
     HalteAn();
+    if (m_dat.werkzeug == Dat::begradigen) {
+        if (!griff)
+            m_dat.KlickeKante(wo);
+        m_aktiv = griff;
+        Zeige();
+        return;
+    }
     const std::size_t punkte = m_dat.Punkte().size();
     if (m_dat.werkzeug == Dat::kalibrieren) {
         if (griff && griff->art == Griff::Art::punkt) {
@@ -181,6 +193,8 @@ void CVideoDlg::OnZug(Griff griff, VisionPoint wo, bool fertig)
     m_aktiv = griff;
     if (griff.art == Griff::Art::punkt) {
         m_dat.SetzePunkt(griff.nummer, wo);
+    } else if (griff.art == Griff::Art::kante) {
+        m_dat.SetzeKantenpunkt(griff.nummer, wo);
     } else if (Videospur* spur = m_dat.Spur()) {
         spur->Setze(static_cast<int>(m_dat.bildnummer), m_dat.stelle, wo);
         m_dat.Rechne();
@@ -191,6 +205,12 @@ void CVideoDlg::OnZug(Griff griff, VisionPoint wo, bool fertig)
 void CVideoDlg::OnRuecknahme()
 {
     HalteAn();
+    if (m_dat.werkzeug == Dat::begradigen) {
+        const bool da = m_dat.NimmKantenpunktZurueck();
+        Zeige();
+        Status(LoadRuvString(da ? IDS_VIDEO_KANTENPUNKT_GENOMMEN : IDS_VIDEO_KEIN_KANTENPUNKT));
+        return;
+    }
     const std::string id = std::to_string(m_dat.id);
     const auto bild = m_dat.NimmZurueck();
     if (!bild) {
@@ -204,14 +224,32 @@ void CVideoDlg::OnRuecknahme()
 
 void CVideoDlg::OnNeueId()
 {
+    if (m_dat.werkzeug == Dat::begradigen) {
+        m_dat.NeueKante();
+        m_aktiv.reset();
+        Zeige();
+        return;
+    }
     m_dat.NeueSpur();
     m_dat.werkzeug = Dat::verfolgen;
     m_aktiv.reset();
     Zeige();
 }
 
+void CVideoDlg::OnLinseNehmen()
+{
+    m_dat.NimmLinse();
+    IncValue(IDC_VIDEO_VERZEICHNUNG);
+}
+
 void CVideoDlg::OnPunkteLoeschen()
 {
+    if (m_dat.werkzeug == Dat::begradigen) {
+        m_dat.LoescheKanten();
+        m_aktiv.reset();
+        Zeige();
+        return;
+    }
     m_dat.LoeschePunkte();
     m_dat.werkzeug = Dat::kalibrieren;
     m_aktiv.reset();
@@ -262,6 +300,8 @@ LRESULT CVideoDlg::OnKeyDown(WPARAM key, LPARAM how)
     VisionPoint wo;
     if (griff->art == Griff::Art::punkt) {
         wo = m_dat.Punkte()[griff->nummer];
+    } else if (griff->art == Griff::Art::kante) {
+        wo = *m_dat.Kantenpunkt(griff->nummer);
     } else {
         const Videospur& spur = *m_dat.Spur();
         wo = spur.eintraege[*spur.ImBild(static_cast<int>(m_dat.bildnummer))].punkt.point;
@@ -275,6 +315,9 @@ LRESULT CVideoDlg::OnKeyDown(WPARAM key, LPARAM how)
 LRESULT CVideoDlg::OnUpdateDialog(WPARAM, LPARAM)
 {
     if (m_dat.IstFremd()) { // a step taken back, or another window of this mask
+        m_suche.reset();
+        m_ungemerkt = false;
+        HalteAn();
         m_dat.Laden();
         m_aktiv.reset();
         if (m_data.Video().datei.empty() ? HatVideo() : m_data.Video().sha256 != m_offen)
@@ -351,8 +394,7 @@ LRESULT CVideoDlg::OnHScroll(WPARAM position, LPARAM controlId)
         m_dat.abspielstufe = std::clamp<std::int64_t>(wert, kLangsamste, kSchnellste);
     } else if (controlId == IDC_VIDEO_LINSE) {
         constexpr auto kStaerkste = static_cast<std::int64_t>(CDistortionRectifier::kMaxStrength);
-        m_dat.linsenstaerke = std::clamp(wert, -kStaerkste, kStaerkste);
-        m_dat.Rechne();
+        m_dat.StelleLinse(std::clamp(wert, -kStaerkste, kStaerkste));
     }
     Zeige();
     return 0;

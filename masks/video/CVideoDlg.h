@@ -10,6 +10,7 @@
 #include "host/vision/CVideoReader.h"
 #include "masks/video/CVideoDat.h"
 #include "masks/video/Videobild.h"
+#include "masks/video/Videosuche.h"
 
 #include <memory>
 #include <optional>
@@ -53,14 +54,19 @@ class CVideoDlg final : public CMDIRechDialog
     void OnRuecknahme();
     void OnNeueId();
     void OnPunkteLoeschen();
+    void OnLinseNehmen();
     void OnKomplettanalyse();
     void OnFrames();
     void OnTransfer();
 
     bool LoadVideo(const std::string& pfad);
     void OeffneVideoDesFalls();
-    bool InitObjDetector();
+    std::string InitObjDetector();
     void AnalyzeVideo();
+    void BeginneSuche();
+    bool MussSuchen(std::int64_t bild) const;
+    void NimmGefundene();
+    bool SpieleFrame(std::int64_t bild);
     void Spiele();
     void HalteAn();
     /// Another frame: playing stops.
@@ -79,6 +85,8 @@ class CVideoDlg final : public CMDIRechDialog
     void ZeigeKurve();
     void ZeigeTexte();
     void ZeigeStrasse();
+    void ZeigeLinse();
+    std::string Linsentext();
     std::string Resttext(std::size_t abstand);
     void ZeigeMittel();
     void ZeigeVerlauf();
@@ -92,11 +100,17 @@ class CVideoDlg final : public CMDIRechDialog
     CVideoDat m_dat;
     std::unique_ptr<CVideoReader> m_leser;
     std::unique_ptr<CYoloV5ORTDetector> m_detektor;
-    std::string m_offen; // SHA-256 of the open video
+    std::unique_ptr<Videosuche> m_suche;      // of the open video, as long as what it found stands in the record
+    std::optional<std::int64_t> m_sucheNeuAb; // frame from which on playing dropped what had been found before
+    std::string m_offen;                      // SHA-256 of the open video
     Videobild m_bild;
     chart::Chart m_diagramm;
     std::optional<Videobild::Griff> m_aktiv;
     bool m_spielt = false;
+    bool m_sucht = false;     // while it plays
+    bool m_ungemerkt = false; // playing found what the case does not keep yet
+    bool m_analysiert = false;
+    bool m_abbrechen = false; // of the whole analysis
     bool m_amEnde = false;
     bool m_zeigtKurve = false; // the range that comes and goes meanwhile is not the user's
     std::int64_t m_gezeigtesMuster = 0;

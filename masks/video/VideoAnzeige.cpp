@@ -84,6 +84,9 @@ void CVideoDlg::ZeigeInhalt()
             inhalt.kanten.push_back(std::move(kante));
         }
     }
+    inhalt.nurKanten = m_dat.werkzeug == Dat::begradigen;
+    if (inhalt.nurKanten || m_dat.bereichZeigen != 0)
+        inhalt.gerade = m_dat.Kanten();
     inhalt.aktiv = Aktiv();
     inhalt.punkteZuerst = m_dat.werkzeug == Dat::kalibrieren;
     m_bild.SetInhalt(std::move(inhalt));
@@ -158,11 +161,11 @@ void CVideoDlg::Status(const std::string& text)
 void CVideoDlg::ZeigeTexte()
 {
     GetDlgItem(IDC_IMPORT_PFAD)->SetWindowText(m_dat.Videopfad());
-    ShowPrompt(IDC_VIDEO_LINSE_WERT, std::to_string(m_dat.linsenstaerke));
     const auto stufe = m_dat.abspielstufe;
     ShowPrompt(IDC_VIDEO_TEMPO_WERT,
                stufe < 0 ? "1/" + std::to_string(1LL << -stufe) : std::to_string(1LL << stufe) + "×");
     ZeigeStrasse();
+    ZeigeLinse();
     ZeigeMittel();
     ZeigeVerlauf();
     ZeigeBericht();
@@ -192,6 +195,35 @@ void CVideoDlg::ZeigeStrasse()
     ShowText(IDC_VIDEO_FAKTOR_HERKUNFT, m_dat.FaktorIstGetippt()     ? IDS_VIDEO_GETIPPT
                                         : m_dat.FaktorIstUnbekannt() ? IDS_VIDEO_OHNE_HOEHE
                                                                      : IDS_VIDEO_VORGABE);
+}
+
+void CVideoDlg::ZeigeLinse()
+{
+    const bool kanten = m_dat.werkzeug == Dat::begradigen;
+    GetDlgItem(IDC_VIDEO_NEUE_ID)->SetWindowText(LoadRuvString(kanten ? IDS_VIDEO_NEUE_KANTE : IDS_VIDEO_NEUE_ID));
+    ShowPrompt(IDC_VIDEO_LINSE_WERT, RuvNumberText(m_dat.Linsenstaerke(), m_dat.staerkeAusKanten != 0 ? 1 : 0));
+    const auto& linse = m_dat.Linse();
+    Enable(IDC_VIDEO_LINSE_NEHMEN, linse && (m_dat.staerkeAusKanten == 0 || m_dat.verzeichnungKorrigieren == 0));
+    if (linse) {
+        const std::array<ShownNumber, 2> zahlen{
+            {{linse->strength, units::none, 1}, {kK * linse->uncertainty, units::none, 1}}};
+        ShowPrompt(IDC_VIDEO_LINSE_VORSCHLAG, Zahltext(IDC_VIDEO_LINSE_VORSCHLAG, IDS_VIDEO_LINSE_VORSCHLAG, zahlen));
+    } else {
+        ShowPrompt(IDC_VIDEO_LINSE_VORSCHLAG, kanten ? IDS_VIDEO_LINSE_KLICKEN : 0U);
+    }
+}
+
+/// The lens as it counts, for the report; empty without.
+std::string CVideoDlg::Linsentext()
+{
+    if (m_dat.verzeichnungKorrigieren == 0)
+        return {};
+    std::size_t punkte = 0;
+    for (const auto& kante : m_dat.Kanten())
+        punkte += kante.size();
+    return Text(m_dat.staerkeAusKanten != 0 ? IDS_VIDEO_BERICHT_LINSE_KANTEN : IDS_VIDEO_BERICHT_LINSE,
+                {RuvNumberText(m_dat.Linsenstaerke(), 1), RuvNumberText(kK * m_dat.Staerkeunsicherheit(), 1),
+                 std::to_string(m_dat.Kanten().size()), std::to_string(punkte)});
 }
 
 /// Measured less computed, of a distance; empty where none was measured.
@@ -271,6 +303,8 @@ void CVideoDlg::ZeigeBericht()
     for (std::size_t i = 0; i < Dat::kAbstaende; ++i)
         if (std::string rest = Resttext(i); !rest.empty())
             zeilen.push_back({std::string(kAbstaende[i]) + ": " + rest});
+    if (std::string linse = Linsentext(); !linse.empty())
+        zeilen.push_back({std::move(linse)});
     for (const auto& [nummer, spur] : m_dat.Spuren())
         zeilen.push_back(
             {Text(IDS_VIDEO_BERICHT_ID,
@@ -280,6 +314,6 @@ void CVideoDlg::ZeigeBericht()
                    LoadRuvString(spur.gewaehlteLaengen ? IDS_VIDEO_LAENGEN_GEWAEHLT : IDS_VIDEO_LAENGEN_GEMESSEN)})});
     if (m_dat.analysiert > 0)
         zeilen.push_back({Text(m_dat.unvollstaendig != 0 ? IDS_VIDEO_BERICHT_UNVOLLSTAENDIG : IDS_VIDEO_BERICHT_ANALYSE,
-                               {std::to_string(m_dat.analysiert)})});
+                               {std::to_string(m_dat.analysiert), std::to_string(m_dat.analysiertAb + 1)})});
     static_cast<CGridCtrl*>(GetDlgItem(IDC_VIDEO_BERICHT))->SetRows(std::move(zeilen));
 }

@@ -39,6 +39,7 @@ void CVideoDlg::WaehleDatei()
     HalteAn();
     if (!LoadVideo(dialog.GetPathName()))
         return;
+    m_suche.reset();
     m_aktiv.reset();
     ZeigeFrame(0);
     Zeige();
@@ -190,7 +191,9 @@ void CVideoDlg::OnPlay()
     m_amEnde = false;
     m_spielt = true;
     GetDlgItem(IDC_VIDEO_PLAY)->SetWindowText(LoadRuvString(IDS_VIDEO_PAUSE));
-    Spiele();
+    BeginneSuche();
+    if (!MussSuchen(m_dat.bildnummer) || SpieleFrame(m_dat.bildnummer))
+        Spiele();
 }
 
 /// The timer for the frame that follows, as long as this one is shown; none is skipped.
@@ -216,6 +219,9 @@ void CVideoDlg::HalteAn()
     if (m_spielt || m_amEnde)
         GetDlgItem(IDC_VIDEO_PLAY)->SetWindowText(LoadRuvString(IDS_VIDEO_PLAY));
     m_spielt = m_amEnde = false;
+    // One step for all of it, and none into a case that is another one by now.
+    if (std::exchange(m_ungemerkt, false) && !m_dat.IstFremd())
+        m_dat.Merken();
 }
 
 LRESULT CVideoDlg::OnTimer(WPARAM, LPARAM)
@@ -223,7 +229,7 @@ LRESULT CVideoDlg::OnTimer(WPARAM, LPARAM)
     KillTimer(kUhr);
     if (!m_spielt || !HatVideo())
         return 0;
-    ZeigeFrame(m_dat.bildnummer + 1);
-    Spiele();
+    if (SpieleFrame(m_dat.bildnummer + 1))
+        Spiele();
     return 0;
 }

@@ -148,6 +148,7 @@ void Videobild::Zeichne(CDC& dc, bool bericht)
     const Sicht sicht = MacheSicht(dc.Width(), dc.Height(), bericht);
     ZeichneBild(dc, sicht);
     ZeichneViereck(dc, sicht);
+    ZeichneKanten(dc, sicht);
     dc.SelectPen({PenStyle::none});
     dc.SelectBrush({true, kGelb});
     for (const VisionPoint p : m_inhalt.spur)
@@ -178,6 +179,30 @@ void Videobild::ZeichneViereck(CDC& dc, const Sicht& sicht) const
         Kreuz(dc, p, aktiv ? 10.0 : 7.0, aktiv ? kGelb : kWeiss);
         Schild(dc, {p.x + 5.0, p.y - 4.0}, "P" + std::to_string(i + 1), kBlau);
     }
+}
+
+std::vector<std::pair<Videobild::Griff, VisionPoint>> Videobild::Kantenpunkte() const
+{
+    std::vector<std::pair<Griff, VisionPoint>> punkte;
+    for (const auto& kante : m_inhalt.gerade)
+        for (const VisionPoint p : kante)
+            punkte.emplace_back(Griff{Griff::Art::kante, punkte.size()}, p);
+    return punkte;
+}
+
+void Videobild::ZeichneKanten(CDC& dc, const Sicht& sicht) const
+{
+    dc.SelectPen({PenStyle::solid, 1.0, kGelb});
+    for (const auto& kante : m_inhalt.gerade)
+        for (std::size_t i = 1; i < kante.size(); ++i) {
+            const CDPoint a = sicht.Auf(kante[i - 1]);
+            const CDPoint b = sicht.Auf(kante[i]);
+            if (Liegt(a, dc) && Liegt(b, dc))
+                dc.Line(a, b);
+        }
+    for (const auto& [griff, punkt] : Kantenpunkte())
+        if (const CDPoint p = sicht.Auf(punkt); Liegt(p, dc))
+            Kreuz(dc, p, 5.0, m_inhalt.aktiv == griff ? kGelb : kWeiss);
 }
 
 void Videobild::ZeichneObjekt(CDC& dc, const Sicht& sicht, const Objekt& objekt) const
@@ -226,6 +251,8 @@ VisionPoint Videobild::Ort(Griff griff) const
 {
     if (griff.art == Griff::Art::punkt)
         return m_inhalt.punkte[griff.nummer];
+    if (griff.art == Griff::Art::kante)
+        return Kantenpunkte()[griff.nummer].second;
     for (const Objekt& objekt : m_inhalt.objekte)
         if (objekt.gewaehlt)
             return objekt.punkt;
@@ -240,6 +267,14 @@ std::optional<Videobild::Griff> Videobild::Treffer(const Sicht& sicht, CDPoint w
     };
     std::optional<Griff> punkt;
     double naechster = kTreffer;
+    if (m_inhalt.nurKanten) {
+        for (const auto& [griff, p] : Kantenpunkte())
+            if (const double d = weite(p); d <= naechster) {
+                naechster = d;
+                punkt = griff;
+            }
+        return punkt;
+    }
     for (std::size_t i = 0; i < m_inhalt.punkte.size(); ++i)
         if (const double d = weite(m_inhalt.punkte[i]); d <= naechster) {
             naechster = d;

@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 class Videobild
@@ -21,8 +22,8 @@ class Videobild
   public:
     /// Something that the mouse can take hold of.
     struct Griff {
-        enum class Art { punkt, klick } art = Art::punkt;
-        std::size_t nummer = 0; ///< of the point, from 0
+        enum class Art { punkt, klick, kante } art = Art::punkt;
+        std::size_t nummer = 0; ///< of the point, from 0; of an edge: among those of all edges
         friend bool operator==(const Griff&, const Griff&) = default;
     };
     /// What is followed, in this frame.
@@ -37,10 +38,12 @@ class Videobild
     struct Inhalt {
         std::vector<VisionPoint> punkte{};
         std::vector<std::vector<VisionPoint>> kanten{}; ///< of the quadrilateral, as the lens bends them
+        std::vector<std::vector<VisionPoint>> gerade{}; ///< points along edges that are straight in nature
         std::vector<VisionPoint> spur{};                ///< of the chosen ID, in other frames
         std::vector<Objekt> objekte{};
         std::optional<Griff> aktiv{}; ///< the arrow keys move it
         bool punkteZuerst = true;     ///< where a point and a click lie together
+        bool nurKanten = false;       ///< nothing else can be taken hold of
     };
 
     void SetBild(std::shared_ptr<const drawing::Bitmap> bild, std::string ohneBild);
@@ -72,6 +75,9 @@ class Videobild
     VisionPoint ImBild(VisionPoint p) const;
     void ZeichneBild(CDC& dc, const Sicht& sicht);
     void ZeichneViereck(CDC& dc, const Sicht& sicht) const;
+    void ZeichneKanten(CDC& dc, const Sicht& sicht) const;
+    /// Number and place of each point of the edges.
+    std::vector<std::pair<Griff, VisionPoint>> Kantenpunkte() const;
     void ZeichneObjekt(CDC& dc, const Sicht& sicht, const Objekt& objekt) const;
     void ZeichneLupe(CDC& dc, const Sicht& sicht) const;
     std::shared_ptr<const drawing::Bitmap> Ausschnitt(int links, int oben, int breite, int hoehe) const;

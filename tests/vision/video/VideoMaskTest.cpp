@@ -31,6 +31,21 @@ constexpr int kBilder = 40;
 constexpr double kTakt = 12800.0; // 1/s
 constexpr RoadCamera kKamera{640, 360, 500.0, 6.0, 12.0};
 
+const std::vector<test::RoadVehicle> kFahrzeuge{{{1, 0, 0}, -1.75, 52.0, -50.0 / 3.6},
+                                                {{0, 1, 0}, 1.75, 18.0, 60.0 / 3.6}};
+
+/// A network beside the program, as long as this lives.
+struct Netz {
+    Netz()
+    {
+        std::filesystem::create_directories(datei.parent_path());
+        std::filesystem::copy_file(std::string(TAVELIN_SOURCE_DIR) + "/tests/data/vision/detector.onnx", datei,
+                                   std::filesystem::copy_options::overwrite_existing);
+    }
+    ~Netz() { std::filesystem::remove_all(datei.parent_path()); }
+    const std::filesystem::path datei = *DetectorModelPath();
+};
+
 /// 30 to 55 ms apart and no pattern.
 std::vector<std::int64_t> Zeiten(std::int64_t nach = 0)
 {
@@ -85,25 +100,69 @@ class VideoMaskTest : public test::MaskTest
         Maus(maske, CMouseEvent::Kind::move, nach);
         Maus(maske, CMouseEvent::Kind::release, nach);
     }
-    void Kalibriere(Window& maske)
+    void Kalibriere(Window& maske, const RoadCamera& kamera = kKamera)
     {
         for (const auto& [x, y] : test::kLane)
-            Klicke(maske, kKamera.See(x, y));
+            Klicke(maske, kamera.See(x, y));
         for (const int breite : {IDC_VIDEO_ABSTAND_12, IDC_VIDEO_ABSTAND_43})
             Enter(maske, static_cast<UINT>(breite), "7");
         for (const int laenge : {IDC_VIDEO_ABSTAND_24, IDC_VIDEO_ABSTAND_31})
             Enter(maske, static_cast<UINT>(laenge), "25");
     }
     /// A vehicle at `v0` km/h that brakes with `a` m/s², clicked in every frame from the one shown on.
-    void Verfolge(Window& maske, double v0, int bilder = kBilder - 1, double a = 0.0, double z = 0.0)
+    void Verfolge(Window& maske, double v0, int bilder = kBilder - 1, double a = 0.0, double z = 0.0,
+                  const RoadCamera& kamera = kKamera)
     {
         const auto zeiten = Zeiten();
         for (int i = 0; i < bilder; ++i) {
             const double t = static_cast<double>(zeiten[static_cast<std::size_t>(i)]) / kTakt;
-            Klicke(maske, kKamera.See(-1.0, 15.0 + v0 / 3.6 * t - a / 2.0 * t * t, z));
+            Klicke(maske, kamera.See(-1.0, 15.0 + v0 / 3.6 * t - a / 2.0 * t * t, z));
         }
     }
     std::string Status(Window& maske) { return Text(maske, IDC_VIDEO_STATUS); }
+    /// Two vehicles as the network sees them, and a field in which the frames are pixel by pixel.
+    Window& OeffneFahrzeuge()
+    {
+        test::VideoPlan plan;
+        plan.width = kKamera.width;
+        plan.height = kKamera.height;
+        plan.times = Zeiten();
+        plan.draw = [](AVFrame& frame, int nummer) {
+            std::vector<test::ColouredBox> kaesten;
+            for (const test::RoadVehicle& fahrzeug : kFahrzeuge)
+                kaesten.push_back({fahrzeug.At(Sekunden(nummer), kKamera), fahrzeug.colour});
+            test::DrawBoxes(frame, kaesten);
+        };
+        test::WriteVideo(folder.File("fahrzeuge.mp4"), plan);
+        Window& maske = Oeffne(folder.File("fahrzeuge.mp4"));
+        Kalibriere(maske);
+        return maske;
+    }
+    static double Sekunden(int bild) { return static_cast<double>(Zeiten()[static_cast<std::size_t>(bild)]) / kTakt; }
+    void GeheZu(Window& maske, int bild) { Enter(maske, IDC_VIDEO_ZEIT, Videozeit(Sekunden(bild))); }
+    void Spiele(Window& maske, int bilder)
+    {
+        Press(maske, IDC_VIDEO_PLAY);
+        for (int i = 0; i < bilder; ++i)
+            thread.FireTimer(maske.handle, 1);
+    }
+    /// The frames of an ID are these, without a gap.
+    static void ErwarteBilder(Window& maske, int id, int von, int bis)
+    {
+        ASSERT_TRUE(Daten(maske).Spuren().contains(id)) << id;
+        const auto& eintraege = Daten(maske).Spuren().at(id).eintraege;
+        ASSERT_EQ(eintraege.size(), static_cast<std::size_t>(bis - von + 1)) << id;
+        for (int bild = von; bild <= bis; ++bild)
+            EXPECT_EQ(eintraege[static_cast<std::size_t>(bild - von)].punkt.frame, bild) << id;
+    }
+    static std::string Bericht(Window& maske)
+    {
+        std::string text;
+        for (const auto& zeile : Control(maske, IDC_VIDEO_BERICHT).grid->rows)
+            text += zeile.front() + '\n';
+        return text;
+    }
+    bool ImFall(const std::string& name) { return data.MaskenWerte(494).contains(name); }
     static chart::Chart& Diagramm(Window& maske)
     {
         return dynamic_cast<chart::Chart&>(
@@ -471,6 +530,265 @@ TEST_F(VideoMaskTest, TimesPlaybackAndWhatIsNotThere)
     Press(maske, IDC_VIDEO_KOMPLETT);
     EXPECT_TRUE(Status(maske).starts_with("Keine Komplettanalyse: ")) << Status(maske);
     EXPECT_TRUE(front.messages.empty());
+}
+
+// One playing after the other finds what the analysis of all frames does, and is one step of the case.
+TEST_F(VideoMaskTest, PlayingFollowsWhatTheNetworkSees)
+{
+    const Netz netz;
+    Window& maske = OeffneFahrzeuge();
+    Klicke(maske, kKamera.See(-1.0, 15.0)); // ID 1, by hand
+    GeheZu(maske, 0);
+    casefile::CaseHistory schritte(data);
+    const CVideoDat& dat = Daten(maske);
+    Spiele(maske, 19);
+    EXPECT_EQ(dat.bildnummer, 19);
+    EXPECT_EQ(dat.ids, (std::vector<std::int64_t>{1, 2, 3}));
+    EXPECT_EQ(dat.objekte, 2);
+    for (const int id : {2, 3}) {
+        ErwarteBilder(maske, id, 0, 19);
+        const test::RoadVehicle& fahrzeug =
+            kFahrzeuge[dat.Spuren().at(id).eintraege[0].punkt.point.x < kKamera.width / 2.0 ? 0 : 1];
+        for (const Videospur::Eintrag& e : dat.Spuren().at(id).eintraege) {
+            const VideoBox kasten = fahrzeug.At(Sekunden(e.punkt.frame), kKamera);
+            EXPECT_LT(Distance(e.punkt.point, kasten.Centre()), 1.5) << e.punkt.frame;
+            EXPECT_NEAR(e.breite, kasten.w, 3.0) << e.punkt.frame;
+        }
+        ASSERT_TRUE(dat.Beschriftung(id, 19));
+        EXPECT_NEAR(*dat.Beschriftung(id, 19), std::abs(fahrzeug.v) * 3.6, 6.0);
+    }
+    EXPECT_EQ(dat.id, 1); // the one that was chosen
+    EXPECT_FALSE(ImFall("spur_2"));
+    Press(maske, IDC_VIDEO_PLAY);
+    EXPECT_TRUE(ImFall("spur_2"));
+    EXPECT_NE(Bericht(maske).find("unvollständig, nur 20 Bilder ab Bild 1\n"), std::string::npos) << Bericht(maske);
+    const std::string halb = Zustand(maske);
+    ASSERT_TRUE(schritte.Commit("Play"));
+    // On from there, up to the end: what was seen is seen on.
+    Spiele(maske, kBilder);
+    EXPECT_EQ(Text(maske, IDC_VIDEO_PLAY), "Reset and Play");
+    EXPECT_EQ(dat.ids, (std::vector<std::int64_t>{1, 2, 3}));
+    EXPECT_NE(Bericht(maske).find("alle 40 Bilder\n"), std::string::npos) << Bericht(maske);
+    const auto gespielt = dat.Spuren();
+    ASSERT_TRUE(schritte.Commit("Play"));
+    front.answers[1980] = IDOK;
+    Press(maske, IDC_VIDEO_KOMPLETT);
+    EXPECT_EQ(TakeMessages(), (std::vector<UINT>{1980, 30202}));
+    EXPECT_EQ(dat.Spuren(), gespielt);
+    // A whole analysis stands, whatever is played after it.
+    Enter(maske, IDC_VIDEO_FLAECHE_MIN, "100000");
+    GeheZu(maske, 5);
+    Spiele(maske, 3);
+    Press(maske, IDC_VIDEO_PLAY);
+    EXPECT_EQ(dat.Spuren(), gespielt);
+    GeheZu(maske, 19);
+    schritte.Revert();
+    ASSERT_TRUE(schritte.Undo());
+    thread.DispatchPending();
+    EXPECT_EQ(Zustand(maske), halb);
+    ErwarteBilder(maske, 2, 0, 19);
+    // The tracker went with what it had followed, its frames are not searched twice.
+    GeheZu(maske, 3);
+    Spiele(maske, 10);
+    Press(maske, IDC_VIDEO_PLAY);
+    ErwarteBilder(maske, 2, 0, 19);
+    ASSERT_TRUE(schritte.Undo());
+    thread.DispatchPending();
+    EXPECT_EQ(dat.ids, std::vector<std::int64_t>{1});
+}
+
+TEST_F(VideoMaskTest, PlayedFromElsewhereTheSearchBeginsAnewAndSaysSo)
+{
+    const Netz netz;
+    Window& maske = OeffneFahrzeuge();
+    const CVideoDat& dat = Daten(maske);
+    Spiele(maske, 5);
+    Press(maske, IDC_VIDEO_PLAY);
+    EXPECT_EQ(dat.id, 1); // found first, nothing else was there to choose
+    Press(maske, IDC_VIDEO_NEUE_ID);
+    Klicke(maske, kKamera.See(-1.0, 15.0)); // ID 3, by hand
+    Spiele(maske, 2);                       // from frame 6 on, as before
+    Press(maske, IDC_VIDEO_PLAY);
+    ErwarteBilder(maske, 2, 0, 8);
+    EXPECT_EQ(dat.ids, (std::vector<std::int64_t>{1, 2, 3}));
+    GeheZu(maske, 20);
+    Spiele(maske, 4);
+    EXPECT_TRUE(Status(maske).starts_with("Ab Bild 21 sucht der Detektor von vorn;")) << Status(maske);
+    EXPECT_EQ(dat.ids, (std::vector<std::int64_t>{3, 4, 5}));
+    ErwarteBilder(maske, 4, 20, 24);
+    EXPECT_NE(Bericht(maske).find("unvollständig, nur 5 Bilder ab Bild 21\n"), std::string::npos) << Bericht(maske);
+    Press(maske, IDC_VIDEO_PLAY);
+    GeheZu(maske, 21); // seen already
+    Spiele(maske, 6);
+    ErwarteBilder(maske, 4, 20, 27);
+    // Other limits are another search.
+    Enter(maske, IDC_VIDEO_FLAECHE_MIN, "100000");
+    thread.FireTimer(maske.handle, 1);
+    EXPECT_EQ(dat.ids, std::vector<std::int64_t>{3});
+    EXPECT_EQ(dat.analysiertAb, 28);
+    // Closed while it plays, the case keeps what was seen.
+    Enter(maske, IDC_VIDEO_FLAECHE_MIN, "0");
+    thread.FireTimer(maske.handle, 1);
+    ErwarteBilder(maske, 4, 29, 29);
+    framework::CloseDialog(maske);
+    thread.DispatchPending();
+    EXPECT_EQ(data.MaskenWerte(494)["analysiertAb"], std::vector<double>{29.0});
+    EXPECT_TRUE(ImFall("spur_4"));
+}
+
+TEST_F(VideoMaskTest, TheButtonAgainEndsTheAnalysisAndPlayingGoesOnWithIt)
+{
+    const Netz netz;
+    Window& maske = OeffneFahrzeuge();
+    front.answers[1980] = IDOK;
+    int schritt = 0;
+    front.progress = [&](const std::string&, double) {
+        EXPECT_EQ(Text(maske, IDC_VIDEO_KOMPLETT), std::to_string(schritt + 1));
+        if (++schritt == 8)
+            framework::Click(Control(maske, IDC_VIDEO_KOMPLETT));
+        return true;
+    };
+    Press(maske, IDC_VIDEO_KOMPLETT);
+    front.progress = {};
+    EXPECT_EQ(schritt, 8);
+    EXPECT_EQ(TakeMessages(), std::vector<UINT>{1980});
+    EXPECT_EQ(Status(maske), "Die Analyse ist unvollständig: Sie wurde abgebrochen.");
+    EXPECT_EQ(Text(maske, IDC_VIDEO_KOMPLETT), "&Komplettanalyse");
+    ErwarteBilder(maske, 1, 0, 6);
+    EXPECT_EQ(Daten(maske).unvollstaendig, 1);
+    GeheZu(maske, 7);
+    Spiele(maske, 3);
+    Press(maske, IDC_VIDEO_PLAY);
+    ErwarteBilder(maske, 1, 0, 10);
+    ErwarteBilder(maske, 2, 0, 10);
+}
+
+// A lens bends the road's edges: clicked, they tell how strongly and how surely, and 60 km/h are read as such.
+TEST_F(VideoMaskTest, StraightEdgesTellTheLens)
+{
+    RoadCamera kamera = kKamera;
+    kamera.strength = 35.4;
+    Window& maske = Oeffne(Video("fahrt.mp4"));
+    const CVideoDat& dat = Daten(maske);
+    Press(maske, IDC_VIDEO_KANTE);
+    EXPECT_EQ(Text(maske, IDC_VIDEO_NEUE_ID), "Neue Kante");
+    for (const double x : {-6.0, 6.0}) {
+        for (int i = 0; i < 6; ++i) {
+            if (x < 0.0 && i < 3) {
+                EXPECT_FALSE(dat.Linse()) << i; // two points are always straight
+            }
+            Klicke(maske, kamera.See(x, 12.0 + 5.0 * i));
+        }
+        Press(maske, IDC_VIDEO_NEUE_ID);
+    }
+    for (int i = 0; i < 8; ++i)
+        Klicke(maske, kamera.See(-7.0 + 2.0 * i, 13.0));
+    ASSERT_EQ(dat.Kanten().size(), 3U);
+    EXPECT_TRUE(dat.ids.empty());
+    ASSERT_TRUE(dat.Linse());
+    EXPECT_NEAR(dat.Linse()->strength, 35.4, 0.01);
+    EXPECT_TRUE(Text(maske, IDC_VIDEO_LINSE_VORSCHLAG).starts_with("Die geraden Kanten ergeben die Stärke 35,4 ± "))
+        << Text(maske, IDC_VIDEO_LINSE_VORSCHLAG);
+    EXPECT_EQ(dat.Staerke(), 0.0); // not before it is taken
+    Press(maske, IDC_VIDEO_LINSE_NEHMEN);
+    EXPECT_EQ(dat.Staerke(), dat.Linse()->strength);
+    EXPECT_EQ(dat.linsenstaerke, 35);
+    EXPECT_FALSE(Control(maske, IDC_VIDEO_LINSE_NEHMEN).enabled);
+    Press(maske, IDC_VIDEO_KALIBRIEREN);
+    EXPECT_EQ(Text(maske, IDC_VIDEO_NEUE_ID), "Neue &ID");
+    Kalibriere(maske, kamera);
+    Verfolge(maske, 60.0, 20, 0.0, 0.0, kamera);
+    EXPECT_NEAR(dat.mittel, 60.0, 0.05);
+    const auto erwarteUnsicherheit = [&](double u) {
+        const VideoSpeeds v(dat.Strasse(), {.fps = dat.bilderJeSekunde, .strengthUncertainty = u});
+        const auto mean = v.Mean(dat.Spur()->Eintraege());
+        ASSERT_TRUE(mean);
+        EXPECT_EQ(dat.mittelU, mean->uncertainty);
+    };
+    erwarteUnsicherheit(dat.Linse()->uncertainty);
+    EXPECT_GT(std::abs(dat.Linse()->uncertainty - 2.0), 0.1);
+    EXPECT_NE(Bericht(maske).find(" aus geraden Kanten; Kanten 3, Punkte 20\n"), std::string::npos) << Bericht(maske);
+    casefile::CaseHistory schritte(data);
+    const std::string vorher = Zustand(maske);
+    // What was taken follows the points.
+    Press(maske, IDC_VIDEO_KANTE);
+    const VisionPoint ecke = kamera.See(-6.0, 12.0);
+    Ziehe(maske, ecke, {ecke.x + 12.0, ecke.y});
+    EXPECT_EQ(dat.Staerke(), dat.Linse()->strength);
+    EXPECT_GT(std::abs(dat.Staerke() - 35.4), 1.0);
+    ASSERT_TRUE(schritte.Commit("Punkt"));
+    framework::MoveTrackbar(Control(maske, IDC_VIDEO_LINSE), 34);
+    thread.DispatchPending();
+    EXPECT_EQ(dat.Staerke(), 34.0);
+    erwarteUnsicherheit(2.0);
+    EXPECT_NE(Bericht(maske).find("Stärke 34,0 ± 4,0 (k = 2), von Hand gestellt\n"), std::string::npos)
+        << Bericht(maske);
+    Press(maske, IDC_VIDEO_LINSE_NEHMEN);
+    Press(maske, IDC_VIDEO_RUECKNAHME);
+    EXPECT_EQ(dat.Kanten().back().size(), 7U);
+    Press(maske, IDC_VIDEO_PUNKTE_LOESCHEN);
+    EXPECT_TRUE(dat.Kanten().empty());
+    EXPECT_EQ(dat.Punkte().size(), 4U);
+    EXPECT_EQ(dat.staerkeAusKanten, 0); // nothing is left that it is from
+    ASSERT_TRUE(schritte.Commit("Linse"));
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(schritte.Undo());
+        thread.DispatchPending();
+    }
+    GeheZu(maske, 20);
+    EXPECT_EQ(Zustand(maske), vorher);
+    framework::CloseDialog(maske);
+    thread.DispatchPending();
+    Window& wieder = OpenMask(494);
+    GeheZu(wieder, 20);
+    EXPECT_EQ(Zustand(wieder), vorher);
+    EXPECT_EQ(Daten(wieder).Kanten().size(), 3U);
+}
+
+TEST_F(VideoMaskTest, TheLogSaysWhatWasDoneAndWhatFailed)
+{
+    const std::string log = folder.File("log.txt");
+    ::setenv("TAVELIN_LOG", log.c_str(), 1);
+    Window& ohne = OpenMask(494);
+    Press(ohne, IDC_VIDEO_KOMPLETT);
+    Waehle(ohne, Video("fahrt.mp4"));
+    Spiele(ohne, 2);
+    Press(ohne, IDC_VIDEO_PLAY);
+    framework::CloseDialog(ohne);
+    thread.DispatchPending();
+    const std::string modell = *DetectorModelPath();
+    const std::string offen = "[CVideoDlg::BuildObjects] Video analysis building objects started...\n"
+                              "[CVideoDlg::BuildObjects] Video analysis building objects finished successfully!\n"
+                              "[CVideoDlg::SetupWindow] Video analysis module opened!\n";
+    EXPECT_EQ(folder.Read("log.txt"), offen +
+                                          "[CVideoDlg::AnalyzeVideo] Analyzing video failed. Path does not exist\n"
+                                          "[CVideoDlg::InitVideoReader] Video reader initialized properly!\n"
+                                          "[CVideoDlg::LoadVideo] Loaded new video: " +
+                                          folder.File("fahrt.mp4") +
+                                          "\n[CVideoDlg::OnPlay] Play button pressed\n"
+                                          "[CVideoDlg::InitObjDetector] Weight path: " +
+                                          modell +
+                                          "\n[CVideoDlg::InitObjDetector] Config path: \n"
+                                          "[CVideoDlg::InitObjDetector] Object detector could not read the model\n"
+                                          "[CVideoDlg::DetectTrackAndDrawObjs] Object detector,  is a null pointer\n"
+                                          "[CVideoDlg::OnPlay] Pause button pressed\n"
+                                          "[CVideoDlg::ShutDownWindow] Video analysis module closed!\n");
+    const Netz netz;
+    Window& mit = OeffneFahrzeuge();
+    folder.Write("log.txt", "");
+    Spiele(mit, 1);
+    Press(mit, IDC_VIDEO_PLAY);
+    ::unsetenv("TAVELIN_LOG");
+    EXPECT_EQ(folder.Read("log.txt"), "[CVideoDlg::OnPlay] Play button pressed\n"
+                                      "[CVideoDlg::InitObjDetector] Weight path: " +
+                                          modell +
+                                          "\n[CVideoDlg::InitObjDetector] Config path: \n"
+                                          "[CVideoDlg::InitObjDetector] Object detector initialsed properly!\n"
+                                          "[CVideoDlg::InitObjTracker] Initializing object tracker...\n"
+                                          "[CVideoDlg::InitObjTracker] Object tracker initialsed properly!\n"
+                                          "[CVideoDlg::DetectTrackAndDrawObjs] Detected vehicle ID: 1\n"
+                                          "[CVideoDlg::DetectTrackAndDrawObjs] Detected vehicle ID: 2\n"
+                                          "[CVideoDlg::OnPlay] Pause button pressed\n");
 }
 
 // What a case from elsewhere holds is taken only where it makes sense.
