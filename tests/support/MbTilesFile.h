@@ -25,7 +25,7 @@ inline std::string TilePicture(std::uint32_t color, int side = 256)
         for (int x = 0; x < side; ++x) {
             const bool frame = x == 0 || y == 0 || x == side - 1 || y == side - 1;
             for (const unsigned bit : {16U, 8U, 0U})
-                rgb.push_back(frame ? 255 : static_cast<unsigned char>(color >> bit & 0xFFU));
+                rgb.push_back(static_cast<unsigned char>(frame ? 0xFFU : color >> bit & 0xFFU));
         }
     return drawing::PngFile(side, side, rgb.data());
 }
