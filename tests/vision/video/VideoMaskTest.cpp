@@ -6,6 +6,7 @@
 #include "masks/video/CVideoDlg.h"
 
 #include "base/FileSystem.h"
+#include "base/NumberText.h"
 #include "casefile/CaseFile.h"
 #include "casefile/CaseHistory.h"
 #include "host/Charts.h"
@@ -847,7 +848,8 @@ TEST(VideoMaskCommandLine, AWholeAnalysisFromFileToPhases)
                                     "press:5201", "49418=7", "49419=25", "49420=7", "49421=25"};
     for (const auto& [x, y] : test::kLane) {
         const VisionPoint p = kamera.See(x, y);
-        skript.push_back("click:49401=" + std::to_string(p.x / 3.0 + 64.0) + "," + std::to_string(p.y / 3.0));
+        skript.push_back("click:49401=" + base::ShortestDigits(p.x / 3.0 + 64.0) + "," +
+                         base::ShortestDigits(p.y / 3.0));
     }
     for (const char* aktion : {"answer:1980=1", "press:49417", "range:5202=0.2,0.8", "state", "press:1"})
         skript.emplace_back(aktion);
