@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// Map tiles of an MBTiles file (MBTiles specification 1.3: an SQLite database with the tables "tiles" and "metadata").
+// Map tiles of an MBTiles 1.3 file: an SQLite database with the tables "tiles" and "metadata".
 #pragma once
 
 #include "host/Tiles.h"
