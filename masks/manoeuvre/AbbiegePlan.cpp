@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/manoeuvre/AbbiegePlan.h"
 
+#include "chart/Diagrammfarben.h"
 #include "host/CWnd.h"
 #include "host/RuvCfg.h"
 #include "res/manoeuvre.h"
@@ -21,24 +22,6 @@ constexpr double kSchrift = 11.0;       // px
 constexpr double kZeile = 14.0;         // px between the lines of two names
 constexpr std::size_t kUmrisse = 60;    // bodies that make up the ground passed over
 
-unsigned Kanal(COLORREF farbe, unsigned stelle)
-{
-    return farbe >> (8U * stelle) & 0xFFU;
-}
-
-COLORREF Mische(COLORREF von, COLORREF zu, double anteil)
-{
-    const auto mische = [&](unsigned stelle) {
-        return static_cast<unsigned>(std::lround(Kanal(von, stelle) * (1.0 - anteil) + Kanal(zu, stelle) * anteil));
-    };
-    return RGB(mische(0), mische(1), mische(2));
-}
-
-bool IstDunkel(COLORREF farbe)
-{
-    return 0.299 * Kanal(farbe, 0) + 0.587 * Kanal(farbe, 1) + 0.114 * Kanal(farbe, 2) < 128.0;
-}
-
 /// The longest of 1, 2, 5, 10, ... m that does not exceed this length.
 double Massstab(double laenge)
 {
@@ -51,8 +34,8 @@ class Zeichner
   public:
     Zeichner(CDC& dc, const CAbDaten::Lauf& lauf, bool rechts, COLORREF farbe)
         : m_dc(dc), m_lauf(lauf), m_spiegel(rechts ? -1.0 : 1.0), m_grund(RuvCfg.diagramPlot),
-          m_schrift(IstDunkel(m_grund) ? RGB(235, 235, 235) : RGB(40, 40, 40)),
-          m_farbe(IstDunkel(m_grund) == IstDunkel(farbe) ? Mische(farbe, m_schrift, 0.4) : farbe)
+          m_schrift(chart::IstDunkel(m_grund) ? RGB(235, 235, 235) : RGB(40, 40, 40)),
+          m_farbe(chart::IstDunkel(m_grund) == chart::IstDunkel(farbe) ? chart::Mische(farbe, m_schrift, 0.4) : farbe)
     {
         PasseEin();
     }
@@ -121,7 +104,7 @@ class Zeichner
     void ZeichneFlaeche()
     {
         m_dc.SelectPen({PenStyle::none});
-        m_dc.SelectBrush({true, Mische(m_grund, m_farbe, 0.18)});
+        m_dc.SelectBrush({true, chart::Mische(m_grund, m_farbe, 0.18)});
         // Each body, and what its front and its outer side pass over until the next one.
         std::array<CDPoint, 4> vorher = Umriss(m_lauf.vorgabe, m_lauf.fahrt.verlauf.front());
         FuerUmrisse([&](const std::array<CDPoint, 4>& u) {
@@ -209,7 +192,8 @@ std::array<CDPoint, 4> Umriss(const Vorgabe& g, const Lage& lage)
 void ZeichnePlan(CDC& dc, const CAbDaten::Lauf* lauf, bool rechts, COLORREF fahrzeugfarbe)
 {
     const COLORREF grund = RuvCfg.diagramPlot;
-    dc.SelectPen({PenStyle::solid, 1.0, Mische(grund, IstDunkel(grund) ? RGB(255, 255, 255) : RGB(0, 0, 0), 0.25)});
+    dc.SelectPen({PenStyle::solid, 1.0,
+                  chart::Mische(grund, chart::IstDunkel(grund) ? RGB(255, 255, 255) : RGB(0, 0, 0), 0.25)});
     dc.SelectBrush({true, grund});
     dc.Rectangle(0.5, 0.5, dc.Width() - 0.5, dc.Height() - 0.5);
     if (lauf != nullptr) {
@@ -217,7 +201,7 @@ void ZeichnePlan(CDC& dc, const CAbDaten::Lauf* lauf, bool rechts, COLORREF fahr
         return;
     }
     dc.SelectFont({kSchrift, false});
-    dc.SetTextColor(IstDunkel(grund) ? RGB(200, 200, 200) : RGB(110, 110, 110));
+    dc.SetTextColor(chart::IstDunkel(grund) ? RGB(200, 200, 200) : RGB(110, 110, 110));
     dc.TextOut({dc.Width() / 2.0, dc.Height() / 2.0}, LoadRuvString(IDS_ABVOR_LEERE_ZEICHNUNG), TextAlign::center);
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/manoeuvre/HalbeSichtZeichnung.h"
 
+#include "chart/Diagrammfarben.h"
 #include "host/CWnd.h"
 #include "masks/manoeuvre/Planzeichner.h"
 #include "masks/manoeuvre/Texte.h"
@@ -75,7 +76,7 @@ void ZeichneHalbeSicht(CDC& dc, const CHalbeSichtDat& dat, COLORREF farbeA, COLO
             const double von = std::min(x(at), x(at + way * teil.weg));
             const double bis = std::max(x(at), x(at + way * teil.weg));
             dc.SelectPen({PenStyle::solid, 1.0, farbe[i]});
-            dc.SelectBrush({true, Aufgehellt(farbe[i], farben.grund, teil.anteil)});
+            dc.SelectBrush({true, chart::Mische(farbe[i], farben.grund, teil.anteil)});
             dc.Rectangle(von, mitte - kBalken / 2.0, std::max(bis, von + kSchmalster), mitte + kBalken / 2.0);
             const std::string name = std::string(teil.name) + " " + Dezimal(teil.weg, 1) + " m";
             if (dc.TextWidth(name) <= bis - von)
@@ -83,7 +84,7 @@ void ZeichneHalbeSicht(CDC& dc, const CHalbeSichtDat& dat, COLORREF farbeA, COLO
             at += way * teil.weg;
         }
         dc.SelectPen({PenStyle::solid, 1.0, farbe[i]});
-        dc.SelectBrush({true, Aufgehellt(farbe[i], farben.grund, 0.5)});
+        dc.SelectBrush({true, chart::Mische(farbe[i], farben.grund, 0.5)});
         const double rear = x(start) - way * kWagen;
         dc.Rectangle(std::min(x(start), rear), mitte - kBreite / 2.0, std::max(x(start), rear), mitte + kBreite / 2.0,
                      2.0, 2.0);

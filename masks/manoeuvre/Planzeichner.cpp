@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/manoeuvre/Planzeichner.h"
 
+#include "chart/Diagrammfarben.h"
 #include "host/RuvCfg.h"
 
 #include <algorithm>
@@ -13,11 +14,6 @@ namespace
 constexpr double kRand = 8.0;       // px
 constexpr double kKleinster = 20.0; // px, a smaller field stays empty
 constexpr double kFensterAnteil = 0.3;
-
-unsigned Kanal(COLORREF color, unsigned index)
-{
-    return color >> (8U * index) & 0xFFU;
-}
 
 CFont Schrift(const CDC& dc)
 {
@@ -33,21 +29,10 @@ void FuelleGrund(CDC& dc, COLORREF color)
 
 } // namespace
 
-COLORREF Aufgehellt(COLORREF color, COLORREF grund, double anteil)
-{
-    COLORREF mixed = 0;
-    for (unsigned index = 0; index < 3; ++index) {
-        const double channel = Kanal(color, index) * (1.0 - anteil) + Kanal(grund, index) * anteil;
-        mixed |= static_cast<COLORREF>(std::lround(channel)) << (8U * index);
-    }
-    return mixed;
-}
-
 Planfarben Planfarben::AusEinstellungen()
 {
     const COLORREF grund = RuvCfg.diagramPlot;
-    const double helligkeit = 0.299 * Kanal(grund, 0) + 0.587 * Kanal(grund, 1) + 0.114 * Kanal(grund, 2);
-    const bool dunkel = helligkeit < 128.0;
+    const bool dunkel = chart::IstDunkel(grund);
     return {grund, dunkel ? RGB(230, 230, 230) : RGB(20, 20, 20), dunkel ? RGB(130, 130, 130) : RGB(140, 140, 140),
             dunkel ? RGB(110, 170, 255) : RGB(20, 84, 196)};
 }
@@ -99,7 +84,7 @@ void Planzeichner::Fahrzeug(CDPoint mitte, double winkel, double laenge, double 
         return p;
     };
     Flaeche({corner(1, 1), corner(1, -1), corner(-1, -1), corner(-1, 1)}, color,
-            Aufgehellt(color, m_farben.grund, 0.75));
+            chart::Mische(color, m_farben.grund, 0.75));
     const double scheibe = 1.0 - 2.0 * kFensterAnteil;
     Linie({corner(scheibe, 0.8), corner(scheibe, -0.8)}, PenStyle::solid, 1.5, color);
 }

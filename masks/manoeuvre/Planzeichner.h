@@ -49,6 +49,3 @@ class Planzeichner
     double m_massstab = 0.0; // px per m
     CDPoint m_ursprung{};    // of the metres, px
 };
-
-/// The colour nearer the ground, for fills.
-COLORREF Aufgehellt(COLORREF color, COLORREF grund, double anteil);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/manoeuvre/SpurwechselZeichnung.h"
 
+#include "chart/Diagrammfarben.h"
 #include "host/CWnd.h"
 #include "host/Physics.h"
 #include "masks/manoeuvre/Planzeichner.h"
@@ -57,7 +58,7 @@ void ZeichneSpurwechsel(CDC& dc, const CSpurVorDat& dat, COLORREF farbe, bool al
     body(0.0, farbe);
     body(kurve.Sehne(), farbe);
     if (e.zwischen)
-        body(*e.zwischen, Aufgehellt(farbe, farben.grund, 0.35));
+        body(*e.zwischen, chart::Mische(farbe, farben.grund, 0.35));
     std::vector<CDPoint> achse;
     std::vector<CDPoint> front;
     for (int i = 0; i <= kPunkte; ++i) {
