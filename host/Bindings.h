@@ -12,8 +12,10 @@
 #include "host/Units.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -239,15 +241,21 @@ class CChoiceCombo : public CBinding
     std::int64_t Value() const { return m_field.Value(); }
 
   protected:
-    struct Entry {
-        std::int64_t number;
-        std::string text;
-        friend bool operator==(const Entry&, const Entry&) = default;
-    };
-    virtual std::vector<Entry> Entries() const = 0;
+    /// Takes one choice: the number that the field gets, the count that stands before its name, if any, and the name.
+    using TakeEntry =
+        std::function<void(std::int64_t number, std::optional<std::int64_t> count, std::string_view name)>;
+    /// Hands over the choices in their order. They are asked for whenever the dialog shows its fields anew.
+    virtual void Entries(const TakeEntry& take) const = 0;
     CIntField m_field;
 
   private:
+    struct Entry {
+        std::int64_t number;
+        std::optional<std::int64_t> count;
+        std::string name;
+    };
+    bool ShowsEntries() const;
+
     std::vector<Entry> m_shown;
 };
 
@@ -265,7 +273,7 @@ class CFzgCombo : public CChoiceCombo
     void Ausser(std::vector<CIntField> excluded) { m_excluded = std::move(excluded); }
 
   protected:
-    std::vector<Entry> Entries() const override;
+    void Entries(const TakeEntry& take) const override;
 
   private:
     int m_first;
@@ -285,7 +293,7 @@ class CAbsCombo : public CChoiceCombo
     void SetBereich(std::size_t first, std::size_t last = CWegZeitDat::kSpalten - 1);
 
   protected:
-    std::vector<Entry> Entries() const override;
+    void Entries(const TakeEntry& take) const override;
 
   private:
     std::optional<CIntField> m_vehicle;

@@ -15,12 +15,10 @@ class CTextCombo final : public CChoiceCombo
     }
 
   protected:
-    std::vector<Entry> Entries() const override
+    void Entries(const TakeEntry& take) const override
     {
-        std::vector<Entry> entries;
         for (int i = 0; i < m_texts; ++i)
-            entries.push_back({i, LoadRuvString(m_firstText + static_cast<UINT>(i))});
-        return entries;
+            take(i, std::nullopt, LoadRuvString(m_firstText + static_cast<UINT>(i)));
     }
 
   private:

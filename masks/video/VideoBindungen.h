@@ -41,12 +41,10 @@ class CIdCombo final : public CChoiceCombo
     }
 
   protected:
-    std::vector<Entry> Entries() const override
+    void Entries(const TakeEntry& take) const override
     {
-        std::vector<Entry> entries;
         for (const std::int64_t id : m_ids)
-            entries.push_back({id, std::to_string(id)});
-        return entries;
+            take(id, std::nullopt, std::to_string(id));
     }
 
   private:

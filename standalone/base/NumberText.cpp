@@ -30,8 +30,15 @@ constexpr std::array<std::string_view, 9> kBlanks{" ",      "\t",     "\r",     
                                                   "\u2007", "\u2009", "\u202F", "\uFEFF"};
 constexpr std::string_view kMinusSign = "\u2212";
 
+bool IsPlainCharacter(char c)
+{
+    return c > ' ' && c < '\x7F';
+}
+
 std::string_view Trimmed(std::string_view text)
 {
+    if (!text.empty() && IsPlainCharacter(text.front()) && IsPlainCharacter(text.back()))
+        return text;
     const auto cut = [&](auto stands, auto remove) {
         const auto blank = std::find_if(kBlanks.begin(), kBlanks.end(), [&](auto b) { return (text.*stands)(b); });
         if (blank != kBlanks.end())
@@ -73,6 +80,12 @@ std::string FormatNumber(double value, int decimals)
         return "—";
     if (std::isinf(value))
         return value > 0 ? "∞" : "-∞";
+    if (value == 0.0 && decimals >= 0) { // most fields of a mask that opens
+        std::string zero(decimals == 0 ? 1 : static_cast<std::size_t>(decimals) + 2, '0');
+        if (decimals > 0)
+            zero[1] = RuvCfg.decimalPoint ? '.' : ',';
+        return zero;
+    }
     std::array<char, 64> buffer{};
     const bool fixed = std::abs(value) < kLargestFixed;
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,

@@ -101,10 +101,9 @@ void Session::CheckFields()
     const Window* mask = Mask();
     if (!m_fields || mask == nullptr)
         return;
-    for (const std::string& name : *m_fields)
-        if (!HasRecordField(*mask, name))
-            Fail("Der Datensatz von " + NameOfMask() + " hat kein Feld „" + name + "“; „tavelin-cli describe " +
-                 std::to_string(m_number) + "“ nennt alle");
+    for (const std::string& name : NoRecordFields(*mask, *m_fields))
+        Fail("Der Datensatz von " + NameOfMask() + " hat kein Feld „" + name + "“; „tavelin-cli describe " +
+             std::to_string(m_number) + "“ nennt alle");
 }
 
 void Session::Continue(const std::function<bool()>& running)

@@ -10,6 +10,7 @@
 #include "krn/ControlMeaning.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 
 namespace cli
@@ -257,9 +258,13 @@ std::string RecordText(Window& mask, const std::vector<std::string>& fields)
     return json.Take();
 }
 
-bool HasRecordField(const Window& mask, const std::string& name)
+std::vector<std::string> NoRecordFields(const Window& mask, const std::vector<std::string>& names)
 {
-    return FindField(FieldsOf(mask), name) != nullptr;
+    const RecordFields all = FieldsOf(mask);
+    std::vector<std::string> none;
+    std::copy_if(names.begin(), names.end(), std::back_inserter(none),
+                 [&](const std::string& name) { return FindField(all, name) == nullptr; });
+    return none;
 }
 
 std::string FieldsText(const MaskImage& image, const ScriptedFrontEnd& front)

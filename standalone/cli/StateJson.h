@@ -30,7 +30,8 @@ MaskImage ImageOf(framework::Window& mask);
 
 /// These fields of the mask's record as a JSON object; those it does not have are left out.
 std::string RecordText(framework::Window& mask, const std::vector<std::string>& fields);
-bool HasRecordField(const framework::Window& mask, const std::string& name);
+/// Those of the names that no field of the mask's record has.
+std::vector<std::string> NoRecordFields(const framework::Window& mask, const std::vector<std::string>& names);
 
 /// The state object of a script that wants record fields only; it says when they are outdated.
 std::string FieldsText(const MaskImage& image, const ScriptedFrontEnd& front);

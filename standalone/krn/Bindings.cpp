@@ -373,16 +373,29 @@ void CChoiceCombo::Show()
     auto* combo = static_cast<CComboBox*>(Control());
     if (combo == nullptr)
         return;
-    auto entries = Entries();
-    if (entries != m_shown || combo->GetCount() != static_cast<int>(entries.size())) {
+    if (combo->GetCount() != static_cast<int>(m_shown.size()) || !ShowsEntries()) {
         combo->ResetContent();
-        for (const Entry& entry : entries)
-            combo->AddString(entry.text);
-        m_shown = std::move(entries);
+        m_shown.clear();
+        Entries([&](std::int64_t number, std::optional<std::int64_t> count, std::string_view name) {
+            m_shown.push_back({number, count, std::string(name)});
+            combo->AddString((count ? std::to_string(*count) + "  " : std::string()).append(name));
+        });
     }
     const auto chosen = std::find_if(m_shown.begin(), m_shown.end(),
                                      [number = m_field.Value()](const Entry& entry) { return entry.number == number; });
     combo->SetCurSel(chosen == m_shown.end() ? -1 : static_cast<int>(chosen - m_shown.begin()));
+}
+
+bool CChoiceCombo::ShowsEntries() const
+{
+    std::size_t entries = 0;
+    bool same = true;
+    Entries([&](std::int64_t number, std::optional<std::int64_t> count, std::string_view name) {
+        same = same && entries < m_shown.size() && m_shown[entries].number == number &&
+               m_shown[entries].count == count && m_shown[entries].name == name;
+        ++entries;
+    });
+    return same && entries == m_shown.size();
 }
 
 EntryResult CChoiceCombo::Take(const std::string& text)
@@ -404,22 +417,18 @@ CFzgCombo::CFzgCombo(CMDIDialog* parent, UINT controlId, int first, CIntField fi
         Ausser({excluded});
 }
 
-std::vector<CChoiceCombo::Entry> CFzgCombo::Entries() const
+void CFzgCombo::Entries(const TakeEntry& take) const
 {
     const CRuvData& data = static_cast<CMDIRechDialog&>(Dialog()).RuvData();
-    std::vector<Entry> entries;
-    entries.reserve(CRuvData::kFahrzeuge + 1);
     if (m_first < 0)
-        entries.push_back({m_first, "(keines)"});
+        take(m_first, std::nullopt, "(keines)");
     for (std::size_t i = static_cast<std::size_t>(std::max(m_first, 0)); i < CRuvData::kFahrzeuge; ++i) {
         const auto number = static_cast<std::int64_t>(i);
         const bool excluded = std::any_of(m_excluded.begin(), m_excluded.end(),
                                           [number](const CIntField& other) { return other.Value() == number; });
-        if (excluded || !data.IsFzgValid(number))
-            continue;
-        entries.push_back({number, std::to_string(i + 1) + "  " + data.KfzDat(i).name});
+        if (!excluded && data.IsFzgValid(number))
+            take(number, number + 1, data.KfzDat(i).name);
     }
-    return entries;
 }
 
 CAbsCombo::CAbsCombo(CMDIDialog* parent, UINT controlId, CIntField field, const CEditColors* normal,
@@ -434,20 +443,18 @@ void CAbsCombo::SetBereich(std::size_t first, std::size_t last)
     m_last = last;
 }
 
-std::vector<CChoiceCombo::Entry> CAbsCombo::Entries() const
+void CAbsCombo::Entries(const TakeEntry& take) const
 {
-    std::vector<Entry> entries;
     const CRuvData& data = static_cast<CMDIRechDialog&>(Dialog()).RuvData();
     if (!m_vehicle || !data.IsFzgValid(m_vehicle->Value()))
-        return entries;
+        return;
     const CWegZeitDat& phases = data.WZRechDat(static_cast<std::size_t>(m_vehicle->Value()));
     const std::size_t last = std::min(m_last, phases.FirstFree());
     for (std::size_t column = m_first; column < CWegZeitDat::kSpalten && column <= last; ++column) {
         const auto number = static_cast<std::int64_t>(column);
         const std::int64_t phase = number - static_cast<std::int64_t>(CWegZeitDat::kErsteSpalte) + 1;
-        entries.push_back({number, std::to_string(phase) + "  " + PhasenArtName(phases.spalten[column].art)});
+        take(number, phase, PhasenArtName(phases.spalten[column].art));
     }
-    return entries;
 }
 
 const char* PhasenArtName(PhasenArt art)
