@@ -3,6 +3,7 @@
 #include "casefile/CaseHistory.h"
 
 #include "tests/support/MaskFixture.h"
+#include "tests/support/Rounds.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -122,11 +123,7 @@ void RandomEdit(CRuvData& data, std::mt19937& random)
     }
 }
 
-#ifdef __SANITIZE_ADDRESS__
-constexpr std::size_t kSteps = 200; // a step is twenty times as slow there
-#else
-constexpr std::size_t kSteps = 1000;
-#endif
+constexpr std::size_t kSteps = test::Rounds(1000);
 
 TEST(CaseHistory, RandomEditsUndoneAndRedoneGiveTheSameFiles)
 {

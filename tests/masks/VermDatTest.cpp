@@ -6,6 +6,7 @@
 #include "host/CRuvData.h"
 #include "masks/manoeuvre/CVermDat.h"
 #include "masks/manoeuvre/VermSuche.h"
+#include "tests/support/Rounds.h"
 
 #include <gtest/gtest.h>
 
@@ -249,12 +250,13 @@ constexpr Setting kSettings[] = {
 TEST(VermDat, EveryLimitIsALimitInASimulationOfBothVehicles)
 {
     constexpr double kSlack = 1e-5; // m
+    constexpr int kRounds = test::Rounds(500);
     CRuvData data;
     CVermDat dat(data);
     RandomCase random(462);
     for (const Setting setting : kSettings) {
         int avoided = 0, limits = 0;
-        for (int round = 0; round < 500; ++round) {
+        for (int round = 0; round < kRounds; ++round) {
             Case c = random.Next(setting.direction, setting.kind);
             Give(dat, c);
             SCOPED_TRACE(Describe(c));
@@ -298,9 +300,9 @@ TEST(VermDat, EveryLimitIsALimitInASimulationOfBothVehicles)
             ASSERT_EQ(Says(messages, Meldung::keinGrenzwert),
                       dat.hoechstBestimmt == 0 || dat.reaktBestimmt == 0 || dat.grenzBestimmt == 0);
         }
-        EXPECT_GT(avoided, 50);
-        EXPECT_LT(avoided, 450);
-        EXPECT_GT(limits, 700);
+        EXPECT_GT(avoided, kRounds / 10);
+        EXPECT_LT(avoided, kRounds * 9 / 10);
+        EXPECT_GT(limits, kRounds * 7 / 5);
     }
 }
 
