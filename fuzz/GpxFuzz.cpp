@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 //
-// Any bytes as a GPX file: points with possible positions, joints between them, and an XML text's entities.
+// Any bytes as a GPX file: points with possible positions, joints between them, the same ones however the file is
+// spelled, and an XML text's entities.
 #include "host/Assert.h"
 #include "masks/import/GpxLeser.h"
 #include "masks/import/XmlLeser.h"
@@ -9,6 +10,15 @@
 #include <cmath>
 #include <cstdint>
 #include <string>
+#include <string_view>
+
+namespace
+{
+
+constexpr std::string_view kPunkt = "<trkpt ";
+constexpr std::size_t kRest = 1000;
+
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size)
 {
@@ -27,6 +37,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         RUV_ASSERT(naht > vorige && naht < inhalt.punkte.size());
         vorige = naht;
     }
+    // A second blank keeps points from being read in the usual spelling, the ones behind them from ending too near.
+    std::string anders = datei + std::string(kRest, ' ');
+    const GpxInhalt alle = LiesGpx(anders);
+    for (std::size_t p = anders.find(kPunkt); p != std::string::npos; p = anders.find(kPunkt, p + kPunkt.size()))
+        anders.insert(p + kPunkt.size(), 1, ' ');
+    const GpxInhalt einzeln = LiesGpx(anders);
+    RUV_ASSERT(alle.punkte == einzeln.punkte && alle.nahtstellen == einzeln.nahtstellen);
+    RUV_ASSERT(alle.unvollstaendig == einzeln.unvollstaendig && alle.unmoeglich == einzeln.unmoeglich);
+    RUV_ASSERT(alle.ausgang == einzeln.ausgang && alle.vollstaendig == einzeln.vollstaendig);
     RUV_ASSERT(XmlText(datei).size() <= size);
     return 0;
 }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/import/FitLeser.h"
 
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace
@@ -124,7 +126,8 @@ class FitDekoder
 {
   public:
     FitDekoder(const FitVerteiler& verteiler, std::string_view bytes, const std::function<bool(double)>& weiter)
-        : m_verteiler(verteiler), m_bytes(bytes), m_weiter(weiter)
+        : m_verteiler(verteiler), m_bytes(bytes), m_weiter(weiter),
+          m_frage(weiter ? kZwischenfrage : std::numeric_limits<std::size_t>::max())
     {
     }
 
@@ -226,7 +229,7 @@ class FitDekoder
     {
         if (m_stelle - m_crcStelle >= kCrcBlock)
             SetzeCrcFort(m_stelle);
-        if (m_stelle >= m_frage && m_weiter) {
+        if (m_stelle >= m_frage) {
             m_frage = m_stelle + kZwischenfrage;
             if (!m_weiter(static_cast<double>(m_stelle) / static_cast<double>(m_bytes.size()))) {
                 m_befund.abgebrochen = true;
@@ -313,11 +316,22 @@ class FitDekoder
         const FitDefinition& definition = m_definitionen[lokal];
         if (!definition.definiert)
             return DefinitionFehler("Missing FIT message definition for local message number ", lokal);
-        if (!Vorhanden(1 + std::size_t{definition.groesse}))
+        const std::size_t schritt = 1 + std::size_t{definition.groesse};
+        if (!Vorhanden(schritt))
             return false;
-        const char* const bytes = m_bytes.data() + m_stelle + 1;
-        const char* const ende = m_bytes.data() + m_bytes.size();
-        FitNachricht nachricht(definition, bytes, ende);
+        // Those of the same kind that follow are read with it, as far as nothing else is to be done between.
+        const std::size_t bis = std::min({m_ende, m_bytes.size(), m_crcStelle + kCrcBlock, m_frage});
+        const char kopf = m_bytes[m_stelle];
+        do {
+            Sende(definition, m_bytes.data() + m_stelle + 1, versatz);
+            m_stelle += schritt;
+        } while (!versatz && m_stelle + schritt <= bis && m_bytes[m_stelle] == kopf);
+        return true;
+    }
+
+    void Sende(const FitDefinition& definition, const char* bytes, std::optional<unsigned> versatz)
+    {
+        FitNachricht nachricht(definition, bytes, m_bytes.data() + m_bytes.size());
         const auto voll = definition.zeit == nullptr ? std::nullopt : nachricht.Zahl(*definition.zeit);
         if (voll) {
             m_letzteZeit = static_cast<std::uint32_t>(*voll);
@@ -332,8 +346,6 @@ class FitDekoder
         for (FitHoerer* const hoerer : definition.hoerer)
             hoerer->Empfange(nachricht);
         ++m_befund.nachrichten;
-        m_stelle += 1 + std::size_t{definition.groesse};
-        return true;
     }
 
     void SetzeCrcFort(std::size_t bis)
@@ -372,7 +384,7 @@ class FitDekoder
     std::size_t m_stelle = 0;
     std::size_t m_ende = 0; ///< of the messages
     std::size_t m_crcStelle = 0;
-    std::size_t m_frage = kZwischenfrage;
+    std::size_t m_frage; ///< the byte from which on `m_weiter` is asked again
     std::uint16_t m_crc = 0;
     bool m_schaden = false;
 };

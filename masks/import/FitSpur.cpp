@@ -49,70 +49,65 @@ using Felder = std::array<std::uint8_t, kMesswerte>;
 constexpr Felder kRecordFelder{0, 1, 2, 78, 6, 73, 3, 4, 13, kKeins};
 constexpr Felder kMetadatenFelder{1, 2, kKeins, 3, kKeins, 4, kKeins, kKeins, kKeins, 0};
 
-/// The numbers that a point has room for: others are no measured value.
-struct Spanne {
-    std::int64_t von, bis;
-};
-template <class T> constexpr Spanne kSpanne{std::numeric_limits<T>::min(), std::numeric_limits<T>::max()};
-constexpr std::array<Spanne, kMesswerte> kSpannen{
-    kSpanne<std::int32_t>,  kSpanne<std::int32_t>,  kSpanne<std::uint32_t>, kSpanne<std::uint32_t>,
-    kSpanne<std::uint32_t>, kSpanne<std::uint32_t>, kSpanne<std::uint16_t>, kSpanne<std::uint16_t>,
-    kSpanne<std::int16_t>,  Spanne{0, 999}};
-
 /// Where the messages of a definition have them: looked up once, for all messages of it.
 struct Leseplan {
-    struct Stelle {
-        FitDefinition::Feld feld{};
-        Messwert wert{};
-    };
-    std::size_t folge = 0; ///< of the definition
-    std::size_t anzahl = 0;
-    std::array<Stelle, kMesswerte> stellen{};
+    std::size_t folge = 0;  ///< of the definition
+    unsigned vorhanden = 0; ///< one bit for each of them that the definition has
+    std::array<FitDefinition::Feld, kMesswerte> felder{};
 
-    void Richte(const FitDefinition& definition, const Felder& felder)
+    void Richte(const FitDefinition& definition, const Felder& nummern)
     {
         folge = definition.folge;
-        anzahl = 0;
+        vorhanden = 0;
         for (std::size_t i = 0; i < kMesswerte; ++i)
-            if (const FitDefinition::Feld* feld = felder[i] == kKeins ? nullptr : definition.Finde(felder[i]))
-                stellen[anzahl++] = {*feld, static_cast<Messwert>(i)};
+            if (const FitDefinition::Feld* feld = nummern[i] == kKeins ? nullptr : definition.Finde(nummern[i])) {
+                felder[i] = *feld;
+                vorhanden |= 1U << i;
+            }
     }
+};
+
+/// Reads the measured values of one message, each into its place of the point.
+class Messwertleser
+{
+  public:
+    Messwertleser(const FitNachricht& nachricht, const Leseplan& plan) : m_nachricht(nachricht), m_plan(plan) {}
+
+    /// False, with nothing changed, when the message has no such value or one that the place has no room for, which is
+    /// no measured value.
+    template <Messwert wert, class T> bool Nimm(T& ziel, std::int64_t groesster = std::numeric_limits<T>::max()) const
+    {
+        if ((m_plan.vorhanden & 1U << wert) == 0)
+            return false;
+        const auto zahl = m_nachricht.Zahl(std::get<wert>(m_plan.felder));
+        if (!zahl || *zahl < std::numeric_limits<T>::min() || *zahl > groesster)
+            return false;
+        ziel = static_cast<T>(*zahl);
+        return true;
+    }
+
+  private:
+    const FitNachricht& m_nachricht;
+    const Leseplan& m_plan;
 };
 
 /// False when the message has no position.
 bool Lies(const FitNachricht& nachricht, const Leseplan& plan, FitPunkt& punkt)
 {
-    std::array<std::int64_t, kMesswerte> werte{};
-    unsigned gelesen = 0; // one bit each
-    for (std::size_t i = 0; i < plan.anzahl; ++i) {
-        const Leseplan::Stelle& stelle = plan.stellen[i];
-        const auto zahl = nachricht.Zahl(stelle.feld);
-        if (!zahl || *zahl < kSpannen[stelle.wert].von || *zahl > kSpannen[stelle.wert].bis)
-            continue;
-        werte[stelle.wert] = *zahl;
-        gelesen |= 1U << stelle.wert;
-    }
-    const auto hat = [gelesen](Messwert wert) { return (gelesen & 1U << wert) != 0; };
-    if (!hat(breite) || !hat(laenge))
+    const Messwertleser leser(nachricht, plan);
+    if (!leser.Nimm<breite>(punkt.breite) || !leser.Nimm<laenge>(punkt.laenge))
         return false;
-    punkt.breite = static_cast<std::int32_t>(werte[breite]);
-    punkt.laenge = static_cast<std::int32_t>(werte[laenge]);
-    punkt.hoeheRoh = static_cast<std::uint32_t>(werte[hat(hoeheGenau) ? hoeheGenau : hoehe]);
-    punkt.tempoRoh = static_cast<std::uint32_t>(werte[hat(tempoGenau) ? tempoGenau : tempo]);
-    punkt.pulsRoh = static_cast<std::uint16_t>(werte[puls]);
-    punkt.trittRoh = static_cast<std::uint16_t>(werte[tritt]);
-    punkt.temperaturC = static_cast<std::int16_t>(werte[temperatur]);
-    punkt.millisekunde = static_cast<std::uint16_t>(werte[millisekunde]);
-    const auto zeitstempel = nachricht.Zeitstempel();
-    punkt.zeitstempel = zeitstempel.value_or(0);
     unsigned vorhanden = 0;
     const auto merke = [&vorhanden](bool da, FitPunkt::Vorhanden was) { vorhanden |= da ? unsigned{was} : 0U; };
+    merke(leser.Nimm<hoeheGenau>(punkt.hoeheRoh) || leser.Nimm<hoehe>(punkt.hoeheRoh), FitPunkt::hoehe);
+    merke(leser.Nimm<tempoGenau>(punkt.tempoRoh) || leser.Nimm<tempo>(punkt.tempoRoh), FitPunkt::tempo);
+    merke(leser.Nimm<puls>(punkt.pulsRoh), FitPunkt::puls);
+    merke(leser.Nimm<tritt>(punkt.trittRoh), FitPunkt::tritt);
+    merke(leser.Nimm<temperatur>(punkt.temperaturC), FitPunkt::temperatur);
+    leser.Nimm<millisekunde>(punkt.millisekunde, 999);
+    const auto zeitstempel = nachricht.Zeitstempel();
+    punkt.zeitstempel = zeitstempel.value_or(0);
     merke(zeitstempel.has_value(), FitPunkt::zeit);
-    merke(hat(hoehe) || hat(hoeheGenau), FitPunkt::hoehe);
-    merke(hat(tempo) || hat(tempoGenau), FitPunkt::tempo);
-    merke(hat(puls), FitPunkt::puls);
-    merke(hat(tritt), FitPunkt::tritt);
-    merke(hat(temperatur), FitPunkt::temperatur);
     punkt.vorhanden = static_cast<std::uint16_t>(vorhanden);
     return true;
 }

@@ -37,4 +37,6 @@ struct GPXTrackPoint {
 
     bool HatLage() const { return latitude != -1.0 && longitude != -1.0; }
     bool HatZeit() const { return second != -1; }
+
+    friend bool operator==(const GPXTrackPoint&, const GPXTrackPoint&) = default;
 };

@@ -3,201 +3,48 @@
 #include "masks/import/GpxLeser.h"
 
 #include "host/Memory.h"
+#include "masks/import/Gpxwerte.h"
 #include "masks/import/XmlLeser.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstring>
 
 namespace
 {
 
-/// A number in a calendar text has no more digits.
-constexpr int kHoechstensZiffern = 9;
-/// Whole numbers up to here and powers of ten up to the 22nd are exact doubles, so that their quotient is the nearest
-/// double to the decimal number (W. D. Clinger, How to read floating point numbers accurately, 1990).
-constexpr std::uint64_t kExakt = std::uint64_t{1} << 53U;
-constexpr std::array<double, 23> kZehnerpotenzen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr GPXTrackPoint kLeererPunkt{}; // copied, it needs no step of filling with zeros before
 constexpr double kGroessteBreite = 90.0;
 constexpr double kGroessteLaenge = 360.0; // some count eastwards from Greenwich to 360°
 
-bool IstZiffer(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-bool IstLeer(char c)
-{
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
-
-std::string_view OhneLeerraum(std::string_view text)
-{
-    while (!text.empty() && IstLeer(text.front()))
-        text.remove_prefix(1);
-    return text;
-}
-
-/// Takes a number without decimals from the front of the text, blanks and sign before it allowed.
-bool NimmGanze(std::string_view& text, std::int32_t& zahl)
-{
-    text = OhneLeerraum(text);
-    std::size_t i = 0;
-    const bool negativ = !text.empty() && text.front() == '-';
-    if (negativ || (!text.empty() && text.front() == '+'))
-        i = 1;
-    const std::size_t von = i;
-    std::int32_t wert = 0;
-    while (i < text.size() && IstZiffer(text[i])) {
-        if (i - von == kHoechstensZiffern)
-            return false;
-        wert = wert * 10 + (text[i] - '0');
-        ++i;
-    }
-    if (i == von)
-        return false;
-    zahl = negativ ? -wert : wert;
-    text.remove_prefix(i);
-    return true;
-}
-
-bool NimmZeichen(std::string_view& text, char zeichen)
-{
-    if (text.empty() || text.front() != zeichen)
-        return false;
-    text.remove_prefix(1);
-    return true;
-}
-
-/// "2024-05-01T10:00:00", as nearly every file writes it, without a look at each digit's neighbours. False for anything
-/// else, which is read number by number.
-bool NimmUeblicheZeit(std::string_view& text, GPXTrackPoint& punkt)
-{
-    constexpr std::size_t kLaenge = 19;
-    if (text.size() < kLaenge || text[4] != '-' || text[7] != '-' || text[10] != 'T' || text[13] != ':' ||
-        text[16] != ':' || (text.size() > kLaenge && IstZiffer(text[kLaenge])))
-        return false;
-    bool ziffern = true;
-    const auto zwei = [&](std::size_t stelle) {
-        const auto zehner = static_cast<unsigned>(text[stelle] - '0');
-        const auto einer = static_cast<unsigned>(text[stelle + 1] - '0');
-        ziffern = ziffern && zehner <= 9 && einer <= 9;
-        return static_cast<std::int32_t>(zehner * 10 + einer);
-    };
-    const std::array<std::int32_t, 7> werte{zwei(0), zwei(2), zwei(5), zwei(8), zwei(11), zwei(14), zwei(17)};
-    if (!ziffern)
-        return false;
-    punkt.year = werte[0] * 100 + werte[1];
-    punkt.month = werte[2];
-    punkt.day = werte[3];
-    punkt.hour = werte[4];
-    punkt.minute = werte[5];
-    punkt.second = werte[6];
-    text.remove_prefix(kLaenge);
-    return true;
-}
-
-/// The decimals of the seconds: milliseconds, and microseconds beyond them.
-void NimmBruchteil(std::string_view& text, GPXTrackPoint& punkt)
-{
-    std::int32_t mikro = 0;
-    std::int32_t gewicht = 100000;
-    std::size_t i = 0;
-    for (; i < text.size() && IstZiffer(text[i]); ++i) {
-        mikro += (text[i] - '0') * gewicht;
-        gewicht /= 10;
-    }
-    punkt.millisecond = mikro / 1000;
-    punkt.mikrosekunde = static_cast<std::uint16_t>(mikro % 1000);
-    text.remove_prefix(i);
-}
-
-/// "+01:00", "+0100" or "+01" as minutes; 0 for anything else.
-std::int16_t Zonenversatz(std::string_view text)
-{
-    if (text.empty() || (text.front() != '+' && text.front() != '-'))
-        return 0;
-    std::array<int, 4> ziffern{};
-    std::size_t anzahl = 0;
-    for (const char c : text.substr(1))
-        if (IstZiffer(c) && anzahl < 4)
-            ziffern[anzahl++] = c - '0';
-        else if (c != ':' || anzahl != 2)
-            break;
-    if (anzahl < 2)
-        return 0;
-    const int minuten = (ziffern[0] * 10 + ziffern[1]) * 60 + ziffern[2] * 10 + ziffern[3];
-    return static_cast<std::int16_t>(text.front() == '-' ? -minuten : minuten);
-}
-
-/// See GpxZeit.
-void NimmZeit(std::string_view text, GPXTrackPoint& punkt)
-{
-    if (!NimmUeblicheZeit(text, punkt) &&
-        (!NimmGanze(text, punkt.year) || !NimmZeichen(text, '-') || !NimmGanze(text, punkt.month) ||
-         !NimmZeichen(text, '-') || !NimmGanze(text, punkt.day) || !NimmZeichen(text, 'T') ||
-         !NimmGanze(text, punkt.hour) || !NimmZeichen(text, ':') || !NimmGanze(text, punkt.minute) ||
-         !NimmZeichen(text, ':') || !NimmGanze(text, punkt.second)))
-        return;
-    punkt.millisecond = 0;
-    punkt.mikrosekunde = 0;
-    if (NimmZeichen(text, '.') || NimmZeichen(text, ','))
-        NimmBruchteil(text, punkt);
-    punkt.zone = Zonenversatz(text);
-}
-
-/// See GpxZahl; false when there is no number.
-bool NimmZahl(std::string_view text, double& zahl)
-{
-    if (!text.empty() && IstLeer(text.front()))
-        text = OhneLeerraum(text);
-    if (!text.empty() && text.front() == '+')
-        text.remove_prefix(1);
-    const char* p = text.data();
-    const char* const ende = p + text.size();
-    const bool negativ = p != ende && *p == '-';
-    if (negativ)
-        ++p;
-    std::uint64_t ziffern = 0;
-    std::size_t nachkomma = 0;
-    const char* const von = p;
-    while (p != ende && IstZiffer(*p))
-        ziffern = ziffern * 10 + static_cast<unsigned>(*p++ - '0');
-    std::size_t anzahl = static_cast<std::size_t>(p - von);
-    if (p != ende && *p == '.') {
-        const char* const punkt = ++p;
-        while (p != ende && IstZiffer(*p))
-            ziffern = ziffern * 10 + static_cast<unsigned>(*p++ - '0');
-        nachkomma = static_cast<std::size_t>(p - punkt);
-        anzahl += nachkomma;
-    }
-    if (anzahl == 0)
-        return false; // "nan", "inf"
-    // 19 digits fit into 64 bits.
-    if (anzahl <= 19 && ziffern <= kExakt && (p == ende || (*p != 'e' && *p != 'E'))) {
-        const double betrag = static_cast<double>(ziffern) / kZehnerpotenzen[nachkomma];
-        zahl = negativ ? -betrag : betrag;
-        return true;
-    }
-    const auto ergebnis = std::from_chars(text.data(), ende, zahl);
-    return ergebnis.ec == std::errc{} && std::isfinite(zahl);
-}
+/// A point in the usual spelling has no more bytes, nor those looked at behind it.
+constexpr std::ptrdiff_t kKurzwegBytes = 4 * kUeblicheGpxBytes + 256;
+constexpr int kNah = 32; // bytes between two tags
 
 /// -1 where the text holds none.
 double Zahlwert(std::string_view text)
 {
-    double zahl = 0.0;
-    return NimmZahl(text, zahl) ? zahl : -1.0;
+    return GpxZahl(text).value_or(-1.0);
 }
 
 /// Comparison with a word of known length, which compilers turn into one or two instructions.
 template <std::size_t N> bool Ist(std::string_view name, const char (&wort)[N])
 {
     return name.size() == N - 1 && std::memcmp(name.data(), wort, N - 1) == 0;
+}
+
+template <std::size_t N> bool Hat(const char* p, const char (&wort)[N])
+{
+    return std::memcmp(p, wort, N - 1) == 0;
+}
+
+/// The next '<' if it is near.
+const char* NaheMarke(const char* p)
+{
+    const char* const fern = p + kNah;
+    while (*p != '<' && p != fern)
+        ++p;
+    return p;
 }
 
 class Spurleser
@@ -228,6 +75,46 @@ class Spurleser
         }
     }
 
+    /// <trkpt lat="48.1" lon="11.5"> <ele>512.3</ele> <time>2024-05-01T10:00:00.000Z</time> </trkpt>, spelled as nearly
+    /// every file does it, or the beginning of that.
+    const char* Kurzweg(const char* p, const char* ende)
+    {
+        if (m_imPunkt || ende - p < kKurzwegBytes || !Hat(p, "<trkpt lat=\""))
+            return nullptr;
+        double breite = 0.0;
+        double laenge = 0.0;
+        p = UeblicheGpxZahl(p + 12, breite);
+        if (p == nullptr || !Hat(p, "\" lon=\""))
+            return nullptr;
+        p = UeblicheGpxZahl(p + 7, laenge);
+        if (p == nullptr || !Hat(p, "\">"))
+            return nullptr;
+        NeuerPunkt();
+        m_tiefe = 0;
+        m_punkt->latitude = breite;
+        m_punkt->longitude = laenge;
+        p = NaheMarke(p + 2);
+        if (Hat(p, "<ele>")) {
+            double hoehe = 0.0;
+            const char* const danach = UeblicheGpxZahl(p + 5, hoehe);
+            if (danach == nullptr || !Hat(danach, "</ele>"))
+                return p;
+            m_punkt->elevation = hoehe;
+            p = NaheMarke(danach + 6);
+        }
+        if (Hat(p, "<time>")) {
+            const char* const danach = UeblicheGpxZeit(p + 6, *m_punkt);
+            if (danach == nullptr)
+                return p;
+            p = NaheMarke(danach);
+        }
+        if (!Hat(p, "</trkpt>"))
+            return p;
+        Nimm();
+        m_imPunkt = false;
+        return p + 8;
+    }
+
     bool WillAttribute() const { return m_attribute; }
     bool WillText() const { return m_feld != nullptr || m_zeit; }
 
@@ -242,7 +129,7 @@ class Spurleser
     void Text(std::string_view text)
     {
         if (m_zeit)
-            NimmZeit(text, *m_punkt);
+            GpxZeit(text, *m_punkt);
         else
             *m_feld = Zahlwert(text);
     }
@@ -336,17 +223,6 @@ class Spurleser
 };
 
 } // namespace
-
-std::optional<double> GpxZahl(std::string_view text)
-{
-    double zahl = 0.0;
-    return NimmZahl(text, zahl) ? std::optional(zahl) : std::nullopt;
-}
-
-void GpxZeit(std::string_view text, GPXTrackPoint& punkt)
-{
-    NimmZeit(text, punkt);
-}
 
 GpxInhalt LiesGpx(std::string_view bytes, const std::function<bool(double)>& weiter)
 {

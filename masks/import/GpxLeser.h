@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -37,8 +36,3 @@ struct GpxInhalt {
 /// a time, the calendar fields hold the text; a zone offset ("+01:00") is kept beside them, none is UTC. Memory stays
 /// below three times that of the bytes, as long as the points have a time.
 GpxInhalt LiesGpx(std::string_view bytes, const std::function<bool(double)>& weiter = {});
-
-/// The number a text begins with, blanks before it allowed; nothing when it begins with none or one that is not finite.
-std::optional<double> GpxZahl(std::string_view text);
-/// Takes over the time of a text like "2024-05-01T10:00:00.5Z". As far as the text goes: what it lacks stays.
-void GpxZeit(std::string_view text, GPXTrackPoint& punkt);

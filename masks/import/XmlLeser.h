@@ -33,6 +33,8 @@ struct XmlName {
 ///   bool WillText() const                    asked when the start tag has ended
 ///   void Text(std::string_view text)         what stands between the start tag and the next tag; comments left out
 ///   void Ende(const XmlName& name)           an element ends; of <a/> too
+///   const char* Kurzweg(p, end)              asked at each '<': the place behind what the handler has read by itself,
+///                                            as it would have been read otherwise; null for nothing
 template <class Handler> class XmlLeser
 {
   public:
@@ -51,7 +53,10 @@ template <class Handler> class XmlLeser
                     return false;
                 frage = m_p + kZwischenfrage;
             }
-            Marke();
+            if (const char* const dahinter = m_handler.Kurzweg(m_p, m_ende))
+                m_p = dahinter;
+            else
+                Marke();
         }
         return true;
     }

@@ -317,6 +317,37 @@ TEST(FitLeserTest, IntegrityIsHeaderLengthAndChecksum)
 }
 
 // Cut off anywhere, a file gives the points before and says that it ends.
+// Messages of one kind in a row are read together; one of another kind between them changes nothing, nor do pauses for
+// the checksum and the question whether to go on.
+TEST(FitLeserTest, ManyMessagesInARowOrMixed)
+{
+    constexpr int kPunkte = 300000; // more than 4 MB
+    for (const bool bigEndian : {false, true}) {
+        FitSchreiber reihe(bigEndian);
+        FitSchreiber gemischt(bigEndian);
+        reihe.DefiniereRecord();
+        gemischt.DefiniereRecord().DefiniereRecord(5).Definiere(1, 21, {{0, 1, kU8}});
+        for (int i = 0; i < kPunkte; ++i) {
+            reihe.Record(1000000000 + i, i, -i, i % 60000, i % 200, i % 100);
+            gemischt.Record(1000000000 + i, i, -i, i % 60000, i % 200, i % 100, i % 7 < 3 ? 5 : 0);
+            if (i % 11 == 0)
+                gemischt.Byte(1).Byte(7);
+        }
+        int fragen = 0;
+        const FitSpur a = LiesFit(reihe.Datei(), [&fragen](double teil) {
+            ++fragen;
+            return teil > 0.0 && teil < 1.0;
+        });
+        const FitSpur b = LiesFit(gemischt.Datei());
+        EXPECT_EQ(fragen, 1);
+        EXPECT_TRUE(a.befund.unversehrt && b.befund.unversehrt);
+        EXPECT_EQ(a.befund.nachrichten, static_cast<std::size_t>(kPunkte));
+        ASSERT_EQ(a.punkte.size(), static_cast<std::size_t>(kPunkte));
+        EXPECT_EQ(a.punkte.back().laenge, 1 - kPunkte);
+        EXPECT_EQ(Kurz(a), Kurz(b));
+    }
+}
+
 TEST(FitLeserTest, EveryPrefixGivesThePointsBefore)
 {
     FitSchreiber erste;

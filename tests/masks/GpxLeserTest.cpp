@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "masks/import/GpxLeser.h"
 
+#include "masks/import/Gpxwerte.h"
 #include "masks/import/XmlLeser.h"
 #include "masks/import/Zivilzeit.h"
 
@@ -20,9 +21,27 @@ std::string Gpx(const std::string& inhalt)
     return "<?xml version=\"1.0\"?>\n<gpx version=\"1.1\">\n<trk><trkseg>\n" + inhalt + "\n</trkseg></trk>\n</gpx>\n";
 }
 
+/// Points of the usual spelling are read in another way than all others, and only far from the end of the file. Both
+/// ways must give the same: a second blank in their tags keeps them from the shorter one.
+GpxInhalt LiesBeide(std::string text)
+{
+    text.append(1000, ' ');
+    const GpxInhalt kurz = LiesGpx(text);
+    for (std::size_t p = text.find("<trkpt "); p != std::string::npos; p = text.find("<trkpt ", p + 7))
+        text.insert(p + 7, 1, ' ');
+    const GpxInhalt lang = LiesGpx(text);
+    EXPECT_EQ(kurz.punkte, lang.punkte) << text;
+    EXPECT_EQ(kurz.nahtstellen, lang.nahtstellen) << text;
+    EXPECT_EQ(kurz.spuren, lang.spuren) << text;
+    EXPECT_EQ(kurz.unvollstaendig, lang.unvollstaendig) << text;
+    EXPECT_EQ(kurz.unmoeglich, lang.unmoeglich) << text;
+    EXPECT_EQ(kurz.vollstaendig, lang.vollstaendig) << text;
+    return kurz;
+}
+
 GpxInhalt Lies(const std::string& inhalt)
 {
-    return LiesGpx(Gpx(inhalt));
+    return LiesBeide(Gpx(inhalt));
 }
 
 GPXTrackPoint Zeit(const std::string& text)
@@ -99,6 +118,91 @@ TEST(GpxLeserTest, TheSamePointInOtherWords)
     }
     EXPECT_EQ(Alles(Lies("<trkpt lat='1.5' lon='-2'/>").punkte.at(0)).substr(0, 18), schlicht.substr(0, 18));
     EXPECT_EQ(LiesGpx("\xEF\xBB\xBF" + Gpx("<trkpt/>")).punkte.size(), 1U);
+}
+
+// Pieces of tracks in every order, usual ones and such that are nearly so, whole and cut off anywhere.
+TEST(GpxLeserTest, TheUsualSpellingIsReadAsAnyOther)
+{
+    std::mt19937 zufall(11);
+    const auto eine = [&zufall](const std::vector<std::string>& texte) { return texte[zufall() % texte.size()]; };
+    const std::vector<std::string> zahlen{"48.1234567",
+                                          "-0.5",
+                                          "12",
+                                          "7.",
+                                          ".5",
+                                          "-",
+                                          "1e1",
+                                          "12345678.5",
+                                          "123456789",
+                                          "0.12345678",
+                                          "0.123456789",
+                                          "1.1234567890123456",
+                                          "1.12345678901234567",
+                                          "12345678.1234567",
+                                          "48.135135326534509658813476562500",
+                                          "90071992.547409931",
+                                          "+3",
+                                          "&#49;",
+                                          "",
+                                          " 4",
+                                          "4 ",
+                                          "91.5",
+                                          "1.5/",
+                                          "1.:5",
+                                          "-1"};
+    const std::vector<std::string> zeiten{"2024-05-01T10:20:30Z",
+                                          "1999-12-31T23:59:58.070Z",
+                                          "2024-05-01T10:20:30.5Z",
+                                          "2024-05-01T10:20:30.1234Z",
+                                          "2024-05-01T10:20:30+01:00",
+                                          "2024-05-01T10:20:30.123+0100",
+                                          "2024-5-1T1:2:3Z",
+                                          "2024-05-01 10:20:30Z",
+                                          "2O24-05-01T10:20:30Z",
+                                          "2024-05-01T10:20:3:Z",
+                                          "2024-05-01T10:20:/0Z",
+                                          "2024-05-01T10:2",
+                                          "2024-05-01T10:20:300Z",
+                                          "2024/05/01T10:20:30Z",
+                                          "2024-05-01T10.20:30Z",
+                                          "2024-05-01T10:20:30Z<!-- x -->",
+                                          "2024-05-01T10:20:30.12<x/>",
+                                          "\xB0"
+                                          "024-05-01T10:20:30Z"};
+    const std::vector<std::string> zwischen{"",
+                                            "",
+                                            "\n    ",
+                                            " ",
+                                            std::string(31, ' '),
+                                            std::string(33, '\t'),
+                                            "<!-- <trkpt lat=\"8\" lon=\"9\"></trkpt> -->",
+                                            "<![CDATA[<trkpt lat=\"8\" lon=\"9\">]]>",
+                                            "text",
+                                            "<x>",
+                                            "</x>"};
+    for (int lauf = 0; lauf < 3000; ++lauf) {
+        std::string gpx = "<gpx><trk><trkseg>";
+        const auto leer = [&] { return zufall() % 4 == 0 ? eine(zwischen) : "\n  "; };
+        const auto zahl = [&] {
+            return zufall() % 4 == 0 ? eine(zahlen)
+                                     : std::to_string(zufall() % 90) + '.' + std::to_string(zufall() % 10000000);
+        };
+        for (unsigned punkte = 1 + zufall() % 4; punkte > 0; --punkte) {
+            gpx += eine({"<trkpt lat=\"", "<trkpt lat=\"", "<trkpt lat='", "<trkpt lon=\""}) + zahl() +
+                   eine({"\" lon=\"", "\" lon=\"", "\"  lon=\"", "' lat='"}) + zahl() +
+                   eine({"\">", "\">", "\">", "\" >", "\"/>", "'>", ">"});
+            for (unsigned kind = zufall() % 4; kind > 0; --kind)
+                gpx += leer() + (zufall() % 2 == 0 ? "<ele>" + zahl() + eine({"</ele>", "</ele>", "</ele >", "<b/>"})
+                                                   : "<time>" + eine(zeiten) + "</time>");
+            gpx += leer() + (zufall() % 8 == 0 ? "<hr>12</hr>" : "") + (zufall() % 8 == 0 ? "" : "</trkpt>") + leer();
+            if (zufall() % 6 == 0)
+                gpx += "</trkseg><trkseg>";
+        }
+        gpx += "</trkseg></trk></gpx>";
+        LiesBeide(zufall() % 3 == 0 ? gpx.substr(0, zufall() % gpx.size()) : gpx);
+        if (HasFailure())
+            return;
+    }
 }
 
 TEST(GpxLeserTest, ExtensionsByTheBeginningOfTheirNames)
@@ -221,6 +325,50 @@ TEST(GpxZahlTest, IsTheNearestDouble)
     EXPECT_EQ(GpxZahl("0.0000000000000000000000001"), 1e-25);
     for (const char* keine : {"", " ", "-", ".", "nan", "inf", "abc", "1e999", "-1e999"})
         EXPECT_EQ(GpxZahl(keine), std::nullopt) << keine;
+}
+
+// The shorter ways, beside the others on the same texts.
+TEST(GpxwerteTest, TheUsualSpellings)
+{
+    const std::string rest(kUeblicheGpxBytes, 'x');
+    std::mt19937_64 zufall(3);
+    for (int i = 0; i < 20000; ++i) {
+        char text[80];
+        const double wert = static_cast<double>(zufall() >> (11U + zufall() % 40U)) / 1e9;
+        const auto stellen = static_cast<int>(zufall() % 18);
+        std::string zahl(text, std::to_chars(text, text + 60, wert, std::chars_format::fixed, stellen).ptr);
+        if (zufall() % 2 == 0)
+            zahl.insert(0, 1, '-');
+        double gelesen = 0.0;
+        const std::string mitRest = zahl + rest;
+        const char* const ende = UeblicheGpxZahl(mitRest.data(), gelesen);
+        if (ende == nullptr || *ende != 'x')
+            continue; // too many digits for it
+        ASSERT_EQ(ende - mitRest.data(), static_cast<std::ptrdiff_t>(zahl.size()));
+        ASSERT_EQ(gelesen, GpxZahl(zahl)) << zahl;
+    }
+    for (const char* usual : {"48.1234567", "-11.57", "0", "512.3", "12345678.12345678"}) {
+        double zahl = 0.0;
+        EXPECT_NE(UeblicheGpxZahl((usual + rest).c_str(), zahl), nullptr) << usual;
+        EXPECT_EQ(zahl, GpxZahl(usual));
+    }
+    for (const std::string text : {"2024-02-29T23:59:58Z", "1999-12-31T00:00:09.807Z"}) {
+        GPXTrackPoint punkt;
+        EXPECT_NE(UeblicheGpxZeit((text + "</time>" + rest).c_str(), punkt), nullptr);
+        EXPECT_EQ(punkt, Zeit(text));
+        // With any one character changed it is read alike or left to the other way, untouched.
+        for (std::size_t stelle = 0; stelle < text.size(); ++stelle)
+            for (int zeichen = 1; zeichen < 256; ++zeichen) {
+                std::string anders = text;
+                anders[stelle] = static_cast<char>(zeichen);
+                GPXTrackPoint kurz;
+                const bool gelesen = UeblicheGpxZeit((anders + "</time>" + rest).c_str(), kurz) != nullptr;
+                ASSERT_EQ(kurz, gelesen ? Zeit(anders) : GPXTrackPoint{}) << anders;
+                ASSERT_EQ(gelesen, (zeichen >= '0' && zeichen <= '9' && text[stelle] >= '0' && text[stelle] <= '9') ||
+                                       anders == text)
+                    << anders;
+            }
+    }
 }
 
 TEST(XmlTextTest, EntitiesAndWhatIsNone)
