@@ -95,10 +95,14 @@ using Primitive = std::variant<Polyline, Polygon, Rectangle, Ellipse, Text, Pict
 class CDC
 {
   public:
-    CDC(double width, double height) : m_width(width), m_height(height) {}
+    CDC(double width, double height, double sharpness = 1.0) : m_width(width), m_height(height), m_sharpness(sharpness)
+    {
+    }
 
     double Width() const { return m_width; }
     double Height() const { return m_height; }
+    /// Pixels of the screen for one of the drawing, each way; 1 when it is for no screen.
+    double Sharpness() const { return m_sharpness; }
 
     void SelectPen(const CPen& pen) { m_pen = pen; }
     void SelectBrush(const CBrush& brush) { m_brush = brush; }
@@ -124,6 +128,7 @@ class CDC
   private:
     double m_width;
     double m_height;
+    double m_sharpness;
     CPen m_pen{};
     CBrush m_brush{};
     CFont m_font{};

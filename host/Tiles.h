@@ -29,6 +29,10 @@ class CTileSource
     virtual std::string Attribution() const = 0;
     /// Null when it is not there. It may come later; then the listeners are told. Never waits.
     virtual std::shared_ptr<const drawing::Bitmap> Tile(const CTile& tile) = 0;
+    /// The same, but nobody is asked for it.
+    virtual std::shared_ptr<const drawing::Bitmap> TileAtHand(const CTile& tile) { return Tile(tile); }
+    /// Whether a tile has been asked for and may come.
+    virtual bool IsComing(const CTile&) const { return false; }
 };
 
 /// The source of the settings in force; null when they name none, or none that can be used.

@@ -24,10 +24,11 @@ constexpr double kZugBeginn = 4.0;      // px that a click may move
 constexpr double kMeisteVergroesserung = 1e5;
 constexpr double kJeRaste = 1.25; // zoom per notch of the wheel
 constexpr double kSchrift = 11.0;
-constexpr double kKleineSchrift = 9.0; // of whose the map is
-constexpr double kDeckkraft = 0.75;    // of the map: the track stands out
-constexpr int kFeinheitImBericht = 2;  // pixels of the map per pixel of the drawing, each way
-constexpr int kGroesstesBild = 2000;   // px
+constexpr double kKleineSchrift = 9.0;     // of whose the map is
+constexpr double kDeckkraft = 0.75;        // of the map: the track stands out
+constexpr double kFeinheitImBericht = 2.0; // pixels of the map per pixel of the drawing, each way
+constexpr double kMeisteFeinheit = 4.0;    // of a screen
+constexpr double kGroesstesBild = 4000.0;  // pixels of the map
 
 /// From slow to fast, told apart by colour-blind readers too (viridis of matplotlib, S. van der Walt and N. Smith).
 constexpr std::array<COLORREF, 7> kFarben{RGB(68, 1, 84),    RGB(68, 57, 131),  RGB(49, 104, 142), RGB(33, 145, 140),
@@ -283,10 +284,11 @@ bool Kartenbild::ZeichneGrund(CDC& dc, const Abbildung& sicht, bool bericht) con
     }
     if (anker == nullptr)
         return false;
-    const int fein = bericht ? kFeinheitImBericht : 1;
-    const Kartenausschnitt ausschnitt{sicht.mitte, sicht.massstab * fein,
-                                      std::clamp(static_cast<int>(sicht.breite), 1, kGroesstesBild) * fein,
-                                      std::clamp(static_cast<int>(sicht.hoehe), 1, kGroesstesBild) * fein};
+    const double fein = bericht ? kFeinheitImBericht : std::clamp(dc.Sharpness(), 1.0, kMeisteFeinheit);
+    const auto pixel = [fein](double laenge) {
+        return static_cast<int>(std::clamp(laenge * fein, 1.0, kGroesstesBild));
+    };
+    const Kartenausschnitt ausschnitt{sicht.mitte, sicht.massstab * fein, pixel(sicht.breite), pixel(sicht.hoehe)};
     const COLORREF leer = RuvCfg.diagramPlot;
     if (!m_grund.gezeichnet || !(m_grund.ausschnitt == ausschnitt) || m_grund.leer != leer) {
         const auto kanal = [leer](unsigned bit) { return static_cast<std::uint32_t>(leer >> bit & 0xFFU); };
@@ -296,8 +298,8 @@ bool Kartenbild::ZeichneGrund(CDC& dc, const Abbildung& sicht, bool bericht) con
     }
     if (m_grund.bild == nullptr)
         return false;
-    const double breite = ausschnitt.breite / static_cast<double>(fein);
-    const double hoehe = ausschnitt.hoehe / static_cast<double>(fein);
+    const double breite = ausschnitt.breite / fein;
+    const double hoehe = ausschnitt.hoehe / fein;
     const CDPoint ecke{(sicht.breite - breite) / 2.0, (sicht.hoehe - hoehe) / 2.0};
     dc.Picture(ecke, {breite, 0.0}, {0.0, hoehe}, kDeckkraft, m_grund.bild);
     return true;

@@ -16,6 +16,7 @@ namespace
 constexpr double kKachelPixel = 256.0; // of a usual tile
 constexpr double kWeich = 0.3;         // of a zoom that the map may be enlarged rather than take a finer one
 constexpr int kMeisteKacheln = 150;    // for one picture
+constexpr int kGroebereZooms = 3;      // in which a tile is looked for that is missing
 
 /// The tiles x0..x1, y0..y1 of a zoom.
 struct Feld {
@@ -23,6 +24,32 @@ struct Feld {
     int x0 = 0, y0 = 0, x1 = -1, y1 = -1;
     int Anzahl() const { return (x1 - x0 + 1) * (y1 - y0 + 1); }
 };
+
+/// What is drawn of one tile: the picture of it, or the part of a coarser one.
+struct Stueck {
+    std::shared_ptr<const drawing::Bitmap> bild{};
+    double links = 0.0; ///< parts of the picture's width and height
+    double oben = 0.0;
+    double seite = 1.0;
+};
+
+/// As fine as it is there. Coarser tiles are asked for only when a finer one will not come.
+Stueck Hole(CTileSource& quelle, const CTile& kachel)
+{
+    Stueck stueck{quelle.Tile(kachel)};
+    bool kommt = stueck.bild == nullptr && quelle.IsComing(kachel);
+    for (int stufe = 1; stueck.bild == nullptr && stufe <= kGroebereZooms; ++stufe) {
+        const CTile grob{kachel.zoom - stufe, kachel.x >> stufe, kachel.y >> stufe};
+        if (grob.zoom < quelle.SmallestZoom())
+            break;
+        stueck.bild = kommt ? quelle.TileAtHand(grob) : quelle.Tile(grob);
+        kommt = kommt || (stueck.bild == nullptr && quelle.IsComing(grob));
+        stueck.seite = std::ldexp(1.0, -stufe);
+        stueck.links = (kachel.x - (grob.x << stufe)) * stueck.seite;
+        stueck.oben = (kachel.y - (grob.y << stufe)) * stueck.seite;
+    }
+    return stueck;
+}
 
 class Zeichner
 {
@@ -79,12 +106,12 @@ class Zeichner
     {
         const Feld feld = Waehle(quelle);
         const int welt = 1 << feld.zoom;
-        std::vector<std::shared_ptr<const drawing::Bitmap>> kacheln;
+        std::vector<Stueck> stuecke;
         bool etwas = false;
         for (int y = feld.y0; y <= feld.y1; ++y)
             for (int x = feld.x0; x <= feld.x1; ++x) {
-                kacheln.push_back(quelle.Tile({feld.zoom, (x % welt + welt) % welt, y}));
-                etwas = etwas || kacheln.back() != nullptr;
+                stuecke.push_back(Hole(quelle, {feld.zoom, (x % welt + welt) % welt, y}));
+                etwas = etwas || stuecke.back().bild != nullptr;
             }
         if (!etwas)
             return nullptr;
@@ -104,8 +131,8 @@ class Zeichner
                 const bool drin = x >= feld.x0 && x <= feld.x1 && y >= feld.y0 && y <= feld.y1;
                 const auto platz =
                     static_cast<std::size_t>(drin ? (y - feld.y0) * (feld.x1 - feld.x0 + 1) + x - feld.x0 : 0);
-                const drawing::Bitmap* const kachel = drin ? kacheln[platz].get() : nullptr;
-                bild->pixels.push_back(kachel == nullptr ? leer : Farbe(*kachel, ort - x, anfang.y - y));
+                const Stueck& stueck = stuecke[platz];
+                bild->pixels.push_back(!drin || stueck.bild == nullptr ? leer : Farbe(stueck, ort - x, anfang.y - y));
             }
         }
         return bild;
@@ -114,8 +141,11 @@ class Zeichner
   private:
     /// Between the four pixels about a place of a tile, given as parts of its width and height; those of the tile
     /// beside it are not asked.
-    static std::uint32_t Farbe(const drawing::Bitmap& kachel, double x, double y)
+    static std::uint32_t Farbe(const Stueck& stueck, double x, double y)
     {
+        const drawing::Bitmap& kachel = *stueck.bild;
+        x = stueck.links + x * stueck.seite;
+        y = stueck.oben + y * stueck.seite;
         const double px = std::clamp(x * kachel.width - 0.5, 0.0, kachel.width - 1.0);
         const double py = std::clamp(y * kachel.height - 0.5, 0.0, kachel.height - 1.0);
         const auto links = static_cast<std::size_t>(px);

@@ -52,30 +52,39 @@ TileServer::~TileServer()
 
 std::shared_ptr<const drawing::Bitmap> TileServer::Tile(const CTile& tile)
 {
+    if (auto bitmap = TileAtHand(tile))
+        return bitmap;
     const int count = 1 << std::clamp(tile.zoom, 0, LargestZoom());
-    if (tile.zoom < 0 || tile.zoom > LargestZoom() || std::min(tile.x, tile.y) < 0 || std::max(tile.x, tile.y) >= count)
-        return nullptr;
-    if (const auto kept = m_memory.Find(tile))
-        return *kept;
-    if (m_asked.count(tile) != 0)
+    if (tile.zoom < 0 || tile.zoom > LargestZoom() || std::min(tile.x, tile.y) < 0 ||
+        std::max(tile.x, tile.y) >= count || m_asked.count(tile) != 0)
         return nullptr;
     if (const auto failed = m_failed.find(tile); failed != m_failed.end()) {
         if (failed->second.elapsed() < m_limits.retryMilliseconds)
             return nullptr;
         m_failed.erase(failed);
     }
-    const std::string file = m_name + "/" + krn::TileAddress("{z}/{x}/{y}", tile);
-    if (auto bytes = m_disk.Get(file, krn::kMostTileBytes))
-        if (auto bitmap = krn::DecodeTile(std::move(*bytes))) {
-            m_memory.Keep(tile, bitmap);
-            return bitmap;
-        }
     std::erase(m_wanted, tile);
     m_wanted.push_back(tile);
     if (m_wanted.size() > kMostWanted)
         m_wanted.pop_front();
     Ask();
     return nullptr;
+}
+
+std::shared_ptr<const drawing::Bitmap> TileServer::TileAtHand(const CTile& tile)
+{
+    if (const auto kept = m_memory.Find(tile))
+        return *kept;
+    auto bytes = m_disk.Get(m_name + "/" + krn::TileAddress("{z}/{x}/{y}", tile), krn::kMostTileBytes);
+    auto bitmap = bytes ? krn::DecodeTile(std::move(*bytes)) : nullptr;
+    if (bitmap != nullptr)
+        m_memory.Keep(tile, bitmap);
+    return bitmap;
+}
+
+bool TileServer::IsComing(const CTile& tile) const
+{
+    return m_asked.count(tile) != 0 || std::find(m_wanted.begin(), m_wanted.end(), tile) != m_wanted.end();
 }
 
 void TileServer::Ask()
@@ -111,8 +120,8 @@ void TileServer::Finished(const CTile& tile, QNetworkReply& reply)
     reply.deleteLater();
     m_asked.erase(tile);
     std::shared_ptr<const drawing::Bitmap> bitmap;
-    if (reply.error() == QNetworkReply::NoError &&
-        reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == 200) {
+    const int status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (reply.error() == QNetworkReply::NoError && status == 200) {
         std::string bytes = reply.readAll().toStdString();
         bitmap = krn::DecodeTile(bytes);
         if (bitmap != nullptr)
@@ -126,7 +135,8 @@ void TileServer::Finished(const CTile& tile, QNetworkReply& reply)
         m_failed[tile].start();
     }
     Ask();
-    if (m_failed.count(tile) == 0)
+    // A tile that the server does not have is news too: a coarser one may take its place.
+    if (m_failed.count(tile) == 0 || status == 404)
         krn::TilesChanged();
 }
 

@@ -41,6 +41,8 @@ class TileServer final : public CTileSource
     std::string Attribution() const override { return m_attribution; }
     /// What is in memory or on disk comes at once, the rest is asked for.
     std::shared_ptr<const drawing::Bitmap> Tile(const CTile& tile) override;
+    std::shared_ptr<const drawing::Bitmap> TileAtHand(const CTile& tile) override;
+    bool IsComing(const CTile& tile) const override;
 
   private:
     void Ask();

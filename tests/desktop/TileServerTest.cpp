@@ -24,7 +24,7 @@ namespace
 class LocalServer
 {
   public:
-    enum class Manner { tiles, missing, silent, garbage, endless, dripping, elsewhere };
+    enum class Manner { tiles, missing, silent, garbage, endless, dripping, elsewhere, coarse };
 
     LocalServer()
     {
@@ -47,6 +47,7 @@ class LocalServer
         return "http://127.0.0.1:" + std::to_string(m_server.serverPort()) + "/{z}/{x}/{y}.png";
     }
 
+    static constexpr int kCoarse = 16; ///< the largest zoom of that manner
     Manner manner = Manner::tiles;
     int connections = 0;
     QList<QByteArray> asked;
@@ -62,6 +63,12 @@ class LocalServer
         switch (manner) {
         case Manner::tiles:
             answer("200 OK", m_picture);
+            break;
+        case Manner::coarse:
+            if (path.split('/').at(1).toInt() <= kCoarse)
+                answer("200 OK", m_picture);
+            else
+                answer("404 Not Found", "nichts");
             break;
         case Manner::missing:
             answer("404 Not Found", "nichts");
@@ -236,6 +243,32 @@ TEST_F(MapTilesTest, NoRequestUnlessTheUserChoseTheServer)
     EXPECT_GT(server.connections, 0);
     RuvCfg.karte = {};
     EXPECT_FALSE(MapSays("© Kartentest"));
+}
+
+// The map of a server that does not go so far is enlarged, without a question for more than its last zoom.
+TEST_F(MapTilesTest, CoarserTilesAreAskedForWhenFinerOnesAreNotThere)
+{
+    server.manner = LocalServer::Manner::coarse;
+    RuvCfg.karte.server = server.Address();
+    RuvCfg.karte.herkunft = "© Kartentest";
+    RuvCfg.karte.quelle = CKartenCfg::Quelle::server;
+    int told = 0;
+    const CTilesListener listener([&told] { ++told; });
+    EXPECT_FALSE(MapSays("© Kartentest"));
+    int drawn = 0;
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] {
+            if (drawn == told)
+                return false; // drawn anew only when there is news
+            drawn = told;
+            return MapSays("© Kartentest");
+        },
+        5000));
+    QTest::qWait(200);
+    EXPECT_TRUE(std::all_of(server.asked.begin(), server.asked.end(), [](const QByteArray& path) {
+        return path.split('/').at(1).toInt() >= LocalServer::kCoarse;
+    }));
+    RuvCfg.karte = {};
 }
 
 TEST_F(MapTilesTest, TheSettingsAreCheckedBeforeTheyAreTaken)

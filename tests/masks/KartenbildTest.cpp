@@ -3,6 +3,7 @@
 #include "masks/import/Kartenbild.h"
 
 #include "host/RuvCfg.h"
+#include "krn/Tiles.h"
 
 #include <gtest/gtest.h>
 
@@ -157,4 +158,47 @@ TEST_F(KartenbildTest, NothingAndStandingStill)
     karte.SetPunkte({{{3.0, 4.0}, std::nan("")}, {{3.0, 4.0}, std::nan("")}});
     EXPECT_TRUE(HatText(Bild(), "5 m")); // 272 px are 10 m
     EXPECT_EQ(Klick({200.0, 150.0}), 0);
+}
+
+// Where a pixel of the drawing is two of the screen's, the map has as many, of tiles one zoom finer, in the same place.
+TEST_F(KartenbildTest, TheMapIsAsFineAsTheScreen)
+{
+    struct Grau final : CTileSource {
+        explicit Grau(int& zoom) : m_zoom(zoom) {}
+        int SmallestZoom() const override { return 0; }
+        int LargestZoom() const override { return 19; }
+        std::string Attribution() const override { return "grau"; }
+        std::shared_ptr<const drawing::Bitmap> Tile(const CTile& tile) override
+        {
+            m_zoom = tile.zoom;
+            auto bitmap = std::make_shared<drawing::Bitmap>();
+            bitmap->width = bitmap->height = 1;
+            bitmap->pixels = {0xFF808080U};
+            return bitmap;
+        }
+        int& m_zoom;
+    };
+    int zoom = 0;
+    krn::SetServerTiles([&zoom](const CKartenCfg&) { return std::make_unique<Grau>(zoom); });
+    RuvCfg.karte.quelle = CKartenCfg::Quelle::server;
+    RuvCfg.karte.server = "https://karte.example/{z}/{x}/{y}.png";
+    karte.SetPunkte({{{0.0, 0.0}, 10.0, 50.0, 8.0}, {{715.0, 1113.0}, 10.0, 50.01, 8.01}});
+    int erster = 0;
+    for (const double schaerfe : {1.0, 1.5, 2.0, 1.0}) {
+        CDC dc(kBreite, kHoehe, schaerfe);
+        karte.Zeichne(dc, false);
+        const drawing::Picture* bild = nullptr;
+        for (const drawing::Primitive& primitive : dc.Primitives())
+            if (const auto* eines = std::get_if<drawing::Picture>(&primitive))
+                bild = eines;
+        ASSERT_NE(bild, nullptr);
+        EXPECT_EQ(bild->bitmap->width, static_cast<int>(kBreite * schaerfe));
+        EXPECT_EQ(bild->bitmap->height, static_cast<int>(kHoehe * schaerfe));
+        EXPECT_NEAR(bild->across.x, kBreite, 1e-9);
+        EXPECT_NEAR(bild->down.y, kHoehe, 1e-9);
+        erster = erster == 0 ? zoom : erster;
+        EXPECT_EQ(zoom, schaerfe == 2.0 ? erster + 1 : schaerfe == 1.0 ? erster : zoom);
+    }
+    krn::SetServerTiles({});
+    RuvCfg = CRuvCfg{};
 }

@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <map>
 #include <numbers>
 #include <set>
 
@@ -15,8 +17,10 @@ namespace
 {
 
 constexpr std::uint32_t kLeer = 0xFFFFFFFFU;
+constexpr int kFeinster = 17;
 
-/// Tiles in one colour each: their column in the green, their row in the blue.
+/// The tiles of zoom kFeinster in one colour each, their column in the green, their row in the blue; those of other
+/// zooms show the same.
 class Schachbrett final : public CTileSource
 {
   public:
@@ -26,12 +30,28 @@ class Schachbrett final : public CTileSource
     std::shared_ptr<const drawing::Bitmap> Tile(const CTile& tile) override
     {
         gefragt.insert(tile);
-        if (fehlt.count(tile) != 0)
+        return TileAtHand(tile);
+    }
+    std::shared_ptr<const drawing::Bitmap> TileAtHand(const CTile& tile) override
+    {
+        if (fehlt.count(tile) != 0 || kommt.count(tile) != 0)
             return nullptr;
-        auto bitmap = std::make_shared<drawing::Bitmap>();
+        std::shared_ptr<drawing::Bitmap>& bitmap = m_gemalt[tile];
+        if (bitmap != nullptr)
+            return bitmap;
+        bitmap = std::make_shared<drawing::Bitmap>();
         bitmap->width = bitmap->height = 256;
-        bitmap->pixels.assign(256 * 256, Farbe(tile));
+        for (int y = 0; y < 256; ++y)
+            for (int x = 0; x < 256; ++x)
+                bitmap->pixels.push_back(
+                    Farbe({tile.zoom, Feinste(tile.zoom, tile.x, x), Feinste(tile.zoom, tile.y, y)}));
         return bitmap;
+    }
+    bool IsComing(const CTile& tile) const override { return kommt.count(tile) != 0; }
+
+    static int Feinste(int zoom, int kachel, int pixel)
+    {
+        return zoom > kFeinster ? kachel : (kachel * 256 + pixel) << (kFeinster - zoom) >> 8;
     }
     static std::uint32_t Farbe(const CTile& tile)
     {
@@ -43,6 +63,10 @@ class Schachbrett final : public CTileSource
     int groesster = 19;
     std::set<CTile> gefragt;
     std::set<CTile> fehlt;
+    std::set<CTile> kommt; ///< asked for, not yet there
+
+  private:
+    std::map<CTile, std::shared_ptr<drawing::Bitmap>> m_gemalt;
 };
 
 std::uint32_t Pixel(const drawing::Bitmap& bild, double x, double y)
@@ -115,16 +139,12 @@ TEST(KartengrundTest, FinenessGapsAndLimits)
     EXPECT_EQ(zoom(0.001), -1); // 400 km would take too many
     EXPECT_LE(quelle.gefragt.size(), 0U);
     quelle.kleinster = 0;
-    // What is missing stays empty; when all is missing there is no picture.
-    const CDPoint ort = Kachelort(50.0, 8.0, 17);
-    const CTile mitte{17, static_cast<int>(ort.x), static_cast<int>(ort.y)};
-    quelle.fehlt = {mitte};
-    const auto bild = ZeichneKartengrund(quelle, anker, {{0.0, 0.0}, 1.0, 400, 300}, kLeer);
-    ASSERT_NE(bild, nullptr);
-    EXPECT_EQ(Pixel(*bild, 200.0, 150.0), kLeer);
-    EXPECT_NE(bild->pixels.front(), kLeer);
+    // When all is missing there is no picture.
+    EXPECT_EQ(zoom(1.0), 17);
     quelle.fehlt = quelle.gefragt;
+    quelle.kleinster = 17;
     EXPECT_EQ(ZeichneKartengrund(quelle, anker, {{0.0, 0.0}, 1.0, 400, 300}, kLeer), nullptr);
+    quelle.kleinster = 0;
     // Across the date line the columns begin anew; near the poles there is no map.
     quelle.fehlt.clear();
     quelle.gefragt.clear();
@@ -132,4 +152,45 @@ TEST(KartengrundTest, FinenessGapsAndLimits)
     EXPECT_EQ(quelle.gefragt.begin()->x, 0);
     EXPECT_EQ(quelle.gefragt.rbegin()->x, (1 << quelle.gefragt.rbegin()->zoom) - 1);
     EXPECT_EQ(ZeichneKartengrund(quelle, {{0.0, 0.0}, 89.0, 8.0}, {{0.0, 0.0}, 1.0, 400, 300}, kLeer), nullptr);
+}
+
+// The part of a coarser tile that shows the same, from up to three zooms away; beyond that the place is empty. While
+// the tile itself may come, no coarser one is asked for.
+TEST(KartengrundTest, CoarserTilesTakeThePlaceOfMissingOnes)
+{
+    const Kartenanker anker{{0.0, 0.0}, 50.0, 8.0};
+    const Kartenausschnitt ausschnitt{{0.0, 0.0}, 1.0, 400, 300};
+    Schachbrett quelle;
+    const auto ganz = ZeichneKartengrund(quelle, anker, ausschnitt, kLeer);
+    ASSERT_NE(ganz, nullptr);
+    const std::set<CTile> feine = quelle.gefragt;
+    ASSERT_EQ(feine.begin()->zoom, kFeinster);
+    for (const CTile& tile : feine)
+        for (int stufe = 0; stufe < 3; ++stufe) {
+            quelle.fehlt.insert({tile.zoom - stufe, tile.x >> stufe, tile.y >> stufe});
+            quelle.gefragt.clear();
+            const auto bild = ZeichneKartengrund(quelle, anker, ausschnitt, kLeer);
+            ASSERT_NE(bild, nullptr);
+            EXPECT_EQ(quelle.gefragt.begin()->zoom, quelle.fehlt.begin()->zoom - 1);
+            // Only between two tiles the mixture is another.
+            std::size_t andere = 0;
+            for (std::size_t i = 0; i < bild->pixels.size(); ++i)
+                andere += bild->pixels[i] == ganz->pixels[i] ? 0U : 1U;
+            EXPECT_LT(andere, bild->pixels.size() / 25) << stufe;
+            EXPECT_EQ(std::count(bild->pixels.begin(), bild->pixels.end(), kLeer), 0);
+        }
+    const CTile erste = *feine.begin();
+    quelle.fehlt.insert({erste.zoom - 3, erste.x >> 3, erste.y >> 3});
+    quelle.gefragt.clear();
+    const auto loch = ZeichneKartengrund(quelle, anker, ausschnitt, kLeer);
+    ASSERT_TRUE(loch == nullptr || std::count(loch->pixels.begin(), loch->pixels.end(), kLeer) > 0);
+    EXPECT_EQ(quelle.gefragt.begin()->zoom, kFeinster - 3);
+
+    quelle.fehlt.clear();
+    quelle.kommt = {erste};
+    quelle.gefragt.clear();
+    const auto bald = ZeichneKartengrund(quelle, anker, ausschnitt, kLeer);
+    EXPECT_EQ(quelle.gefragt, feine);
+    ASSERT_NE(bald, nullptr);
+    EXPECT_EQ(std::count(bald->pixels.begin(), bald->pixels.end(), kLeer), 0);
 }

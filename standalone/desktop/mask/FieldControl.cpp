@@ -155,8 +155,8 @@ void FieldControl::paintEvent(QPaintEvent*)
 {
     if (m_control == nullptr || !m_control->painter)
         return;
-    if (!m_drawing) {
-        m_drawing.emplace(width(), height());
+    if (!m_drawing || m_drawing->Sharpness() != devicePixelRatioF()) { // also on a screen of another scale
+        m_drawing.emplace(width(), height(), devicePixelRatioF());
         m_control->painter(*m_drawing, CRect{0, 0, width(), height()});
     }
     QPainter painter(this);
