@@ -11,8 +11,11 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <chrono>
 #include <optional>
+#include <set>
 #include <utility>
 
 namespace krn
@@ -20,11 +23,17 @@ namespace krn
 namespace
 {
 
-/// Steps of the database's machine that one question may take: a file without an index, or a view that runs for ever,
-/// gives no answer then.
+// The file may come from anybody. What one question may take, beyond which the file is not asked again: steps of the
+// database's machine, of which a map without an index takes many and a view that runs for ever all, and time, because a
+// step may be a long one.
 constexpr int kStepsAtOnce = 1000;
 constexpr int kMostTimes = 2000;
+constexpr std::chrono::seconds kLongest{2};
 constexpr int kCacheKilobytes = 4096;
+/// Of all open map files together: a view of views of views needs as much as it can get.
+constexpr sqlite3_int64 kMostMemory = sqlite3_int64{32} << 20U;
+/// What a map's views may compute with. Others may take hours for one step, as a search in megabytes.
+constexpr std::array<std::string_view, 4> kFunctions{"coalesce", "ifnull", "max", "min"};
 
 struct Close {
     void operator()(sqlite3* database) const { sqlite3_close(database); }
@@ -51,6 +60,14 @@ std::string AddressOf(const std::string& path)
     return address + "?mode=ro&immutable=1";
 }
 
+/// What a question has taken so far.
+struct Question {
+    int times = 0;
+    std::chrono::steady_clock::time_point began = std::chrono::steady_clock::now();
+
+    bool Enough() { return ++times > kMostTimes || std::chrono::steady_clock::now() - began > kLongest; }
+};
+
 class MbTiles final : public CTileSource
 {
   public:
@@ -63,15 +80,25 @@ class MbTiles final : public CTileSource
         m_database.reset(database);
         if (opened != SQLITE_OK)
             return "lässt sich nicht lesen.";
-        // The file may come from anybody: nothing in it is run but views, and those not for long.
+        // Nothing in the file is run but views, and those not for long.
+        sqlite3_hard_heap_limit64(kMostMemory);
         sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
         sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
         sqlite3_limit(database, SQLITE_LIMIT_LENGTH, static_cast<int>(2 * kMostTileBytes));
         sqlite3_limit(database, SQLITE_LIMIT_ATTACHED, 0);
         sqlite3_progress_handler(
-            database, kStepsAtOnce, [](void* times) { return ++*static_cast<int*>(times) > kMostTimes ? 1 : 0; },
-            &m_times);
-        Prepare("PRAGMA cache_size = -" + std::to_string(kCacheKilobytes));
+            database, kStepsAtOnce, [](void* question) { return static_cast<Question*>(question)->Enough() ? 1 : 0; },
+            &m_question);
+        Set("cache_size = -" + std::to_string(kCacheKilobytes));
+        Set("temp_store = MEMORY"); // sorting leaves nothing on the disk
+        WithdrawFunctions();
+        sqlite3_set_authorizer(
+            database,
+            [](void*, int what, const char*, const char*, const char*, const char*) {
+                return what == SQLITE_SELECT || what == SQLITE_READ || what == SQLITE_FUNCTION ? SQLITE_OK
+                                                                                               : SQLITE_DENY;
+            },
+            nullptr);
         m_tile = Prepare("SELECT tile_data FROM tiles WHERE zoom_level = ?1 AND tile_column = ?2 AND tile_row = ?3");
         if (m_tile == nullptr)
             return "ist keine Karte im Format MBTiles.";
@@ -83,8 +110,12 @@ class MbTiles final : public CTileSource
         m_fromNorth = Metadata("scheme") == "xyz";
         const auto smallest = Zoom("minzoom", "SELECT min(zoom_level) FROM tiles");
         const auto largest = Zoom("maxzoom", "SELECT max(zoom_level) FROM tiles");
-        if (!smallest || !largest || *smallest > *largest)
+        if (!m_slow && (!smallest || !largest || *smallest > *largest))
             return "enthält keine Kacheln.";
+        if (!m_slow)
+            Blob({*largest, -1, -1}); // there is none: without an index all have to be looked at
+        if (m_slow)
+            return "lässt sich nicht rasch genug lesen; meist fehlt ihren Kacheln ein Index.";
         m_smallest = *smallest;
         m_largest = *largest;
         m_attribution = AttributionText(Metadata("attribution"));
@@ -113,13 +144,39 @@ class MbTiles final : public CTileSource
   private:
     Statement Prepare(const std::string& sql)
     {
-        m_times = 0;
+        m_question = {};
         sqlite3_stmt* statement = nullptr;
         sqlite3_prepare_v2(m_database.get(), sql.c_str(), -1, &statement, nullptr);
-        Statement owned(statement);
-        if (sql.starts_with("PRAGMA") && owned != nullptr)
-            sqlite3_step(statement);
-        return owned;
+        return Statement(statement);
+    }
+
+    /// Whether there is a row.
+    bool Step(sqlite3_stmt* statement)
+    {
+        m_question = {};
+        const int outcome = statement == nullptr ? SQLITE_DONE : sqlite3_step(statement);
+        m_slow = m_slow || outcome == SQLITE_INTERRUPT || outcome == SQLITE_NOMEM;
+        return outcome == SQLITE_ROW;
+    }
+
+    void Set(const std::string& pragma) { Step(Prepare("PRAGMA " + pragma).get()); }
+
+    /// A function of the program's own cannot be used by what the file defines (SQLITE_DBCONFIG_TRUSTED_SCHEMA): each
+    /// of the database's is replaced by one that would fail.
+    void WithdrawFunctions()
+    {
+        std::set<std::string> names;
+        const Statement list = Prepare("SELECT name FROM pragma_function_list");
+        while (Step(list.get()))
+            names.insert(Bytes(list.get()));
+        for (const std::string& name : names)
+            if (std::find(kFunctions.begin(), kFunctions.end(), name) == kFunctions.end())
+                sqlite3_create_function_v2(
+                    m_database.get(), name.c_str(), -1, SQLITE_UTF8, nullptr,
+                    [](sqlite3_context* context, int, sqlite3_value**) {
+                        sqlite3_result_error(context, "not for maps", -1);
+                    },
+                    nullptr, nullptr, nullptr);
     }
 
     std::string Bytes(sqlite3_stmt* statement) const
@@ -135,7 +192,7 @@ class MbTiles final : public CTileSource
         if (statement == nullptr)
             return {};
         sqlite3_bind_text(statement.get(), 1, name, -1, SQLITE_STATIC);
-        return sqlite3_step(statement.get()) == SQLITE_ROW ? Bytes(statement.get()) : std::string();
+        return Step(statement.get()) ? Bytes(statement.get()) : std::string();
     }
 
     /// As the file says, or else as its tiles are.
@@ -146,30 +203,35 @@ class MbTiles final : public CTileSource
         std::from_chars(text.data(), text.data() + text.size(), zoom);
         if (zoom < 0)
             if (const Statement statement = Prepare(otherwise);
-                statement != nullptr && sqlite3_step(statement.get()) == SQLITE_ROW &&
-                sqlite3_column_type(statement.get(), 0) == SQLITE_INTEGER)
+                Step(statement.get()) && sqlite3_column_type(statement.get(), 0) == SQLITE_INTEGER)
                 zoom = sqlite3_column_int(statement.get(), 0);
         return zoom < 0 ? std::nullopt : std::optional(std::min(zoom, kLargestTileZoom));
     }
 
-    std::shared_ptr<const drawing::Bitmap> Read(const CTile& tile)
+    std::string Blob(const CTile& tile)
     {
-        m_times = 0;
+        if (m_slow)
+            return {};
         sqlite3_stmt* const statement = m_tile.get();
         sqlite3_bind_int(statement, 1, tile.zoom);
         sqlite3_bind_int(statement, 2, tile.x);
         // The format counts its rows from the south.
         sqlite3_bind_int(statement, 3, m_fromNorth ? tile.y : (1 << tile.zoom) - 1 - tile.y);
-        std::string bytes;
-        if (sqlite3_step(statement) == SQLITE_ROW)
-            bytes = Bytes(statement);
+        std::string bytes = Step(statement) ? Bytes(statement) : std::string();
         sqlite3_reset(statement);
+        return bytes;
+    }
+
+    std::shared_ptr<const drawing::Bitmap> Read(const CTile& tile)
+    {
+        std::string bytes = Blob(tile);
         return bytes.empty() ? nullptr : DecodeTile(std::move(bytes));
     }
 
     Database m_database;
-    Statement m_tile; // before the database goes
-    int m_times = 0;
+    Statement m_tile; // goes before the database
+    Question m_question;
+    bool m_slow = false; ///< a question took too much
     int m_smallest = 0;
     int m_largest = 0;
     bool m_fromNorth = false;
