@@ -36,6 +36,7 @@ constexpr std::array<COLORREF, 7> kFarben{RGB(68, 1, 84),    RGB(68, 57, 131),  
 constexpr COLORREF kUnbekannt = RGB(128, 128, 128);
 constexpr COLORREF kAuswahl = RGB(213, 94, 0);
 constexpr double kStrich = 3.0;
+constexpr double kRandbreite = 2.0; // px on each side of the track over a map, half of it dark, half bright
 /// The step across a gap between two segments.
 constexpr CPen kNaht{PenStyle::dot, 1.5, kUnbekannt};
 constexpr COLORREF kSchwarz = RGB(0, 0, 0);
@@ -113,6 +114,12 @@ class Linienzug
             return;
         Schluss();
         m_stift = stift;
+    }
+    /// The next point begins a line of its own.
+    void SetzeAb()
+    {
+        Schluss();
+        m_vorher.reset();
     }
     void Zu(CDPoint punkt, bool muss)
     {
@@ -236,7 +243,9 @@ void Kartenbild::Zeichne(CDC& dc, bool bericht) const
     const bool karte = ZeichneGrund(dc, sicht, bericht);
     if (!karte)
         ZeichneGitter(dc, sicht, schritt);
-    ZeichneBereich(dc, sicht);
+    ZeichneBereich(dc, sicht, karte);
+    if (karte)
+        ZeichneSpurrand(dc, sicht);
     ZeichneSpur(dc, sicht);
     if (const CTileSource* const quelle = RuvTiles(); quelle != nullptr && karte)
         ZeichneHerkunft(dc, quelle->Attribution());
@@ -316,14 +325,30 @@ void Kartenbild::ZeichneHerkunft(CDC& dc, const std::string& text) const
     dc.SelectFont({kSchrift});
 }
 
-void Kartenbild::ZeichneBereich(CDC& dc, const Abbildung& sicht) const
+void Kartenbild::ZeichneBereich(CDC& dc, const Abbildung& sicht, bool karte) const
 {
     if (!m_bereich)
         return;
     Linienzug zug(dc, sicht.breite, sicht.hoehe);
-    zug.Stift({PenStyle::solid, 8.0, kAuswahl});
+    zug.Stift({PenStyle::solid, (karte ? kStrich + 2.0 * kRandbreite : kStrich) + 5.0, kAuswahl});
     for (std::size_t i = m_bereich->first; i <= m_bereich->second && i < m_punkte.size(); ++i)
         zug.Zu(sicht.Bild(m_punkte[i].lage), i == m_bereich->second);
+}
+
+void Kartenbild::ZeichneSpurrand(CDC& dc, const Abbildung& sicht) const
+{
+    const CPen stifte[] = {{PenStyle::solid, kStrich + 2.0 * kRandbreite, Schriftfarbe()},
+                           {PenStyle::solid, kStrich + kRandbreite, RuvCfg.diagramPlot}};
+    for (const CPen& stift : stifte) {
+        Linienzug zug(dc, sicht.breite, sicht.hoehe);
+        zug.Stift(stift);
+        for (std::size_t i = 0; i < m_punkte.size(); ++i) {
+            if (m_punkte[i].naht)
+                zug.SetzeAb();
+            const bool letzter = i + 1 == m_punkte.size() || m_punkte[i + 1].naht;
+            zug.Zu(sicht.Bild(m_punkte[i].lage), letzter);
+        }
+    }
 }
 
 void Kartenbild::ZeichneSpur(CDC& dc, const Abbildung& sicht) const
@@ -355,6 +380,8 @@ void Kartenbild::ZeichneLegende(CDC& dc, const Abbildung& sicht, double schritt)
     dc.TextOut({10.0 + laenge / 2.0, unten - 4.0}, Laenge(schritt), TextAlign::center);
     // North is up.
     const double x = sicht.breite - 16.0;
+    Unterlage(dc, x - 9.0, 4.0, sicht.breite - 4.0, 39.0);
+    dc.SelectPen({PenStyle::solid, 1.5, schrift});
     dc.SelectBrush({true, schrift});
     dc.Polygon({{x, 8.0}, {x + 5.0, 24.0}, {x, 20.0}, {x - 5.0, 24.0}});
     dc.TextOut({x, 36.0}, "N", TextAlign::center);

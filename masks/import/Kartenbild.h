@@ -67,8 +67,10 @@ class Kartenbild
     bool ZeichneGrund(CDC& dc, const Abbildung& sicht, bool bericht) const;
     void ZeichneHerkunft(CDC& dc, const std::string& text) const;
     void ZeichneGitter(CDC& dc, const Abbildung& sicht, double schritt) const;
+    /// About the track, so that it shows on a map of any colours.
+    void ZeichneSpurrand(CDC& dc, const Abbildung& sicht) const;
     void ZeichneSpur(CDC& dc, const Abbildung& sicht) const;
-    void ZeichneBereich(CDC& dc, const Abbildung& sicht) const;
+    void ZeichneBereich(CDC& dc, const Abbildung& sicht, bool karte) const;
     void ZeichneLegende(CDC& dc, const Abbildung& sicht, double schritt) const;
 
     std::vector<Punkt> m_punkte;
