@@ -1,18 +1,24 @@
 // SPDX-FileCopyrightText: The RuvMod authors
 // SPDX-License-Identifier: Apache-2.0
 #include "casefile/CaseFile.h"
+#include "casefile/CaseHistory.h"
+#include "drawing/DrawingExport.h"
 #include "host/CRuvData.h"
 #include "krn/VehicleFields.h"
 #include "scene/SceneDrawing.h"
 #include "scene/SceneEditing.h"
 #include "scene/SceneGround.h"
 #include "scene/ScenePath.h"
+#include "tests/support/DrawingFiles.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <random>
+#include <regex>
 
 namespace
 {
@@ -451,6 +457,82 @@ TEST(SceneTracks, AreDrawnMovedTurnedAndRemoved)
     EXPECT_TRUE(ReadScene(data).items.empty());
     RemoveItem(data, item.id);
     EXPECT_TRUE(data.Spuren().empty());
+}
+
+/// Whether two numbers one after the other are those of the point.
+bool HoldsPoint(const std::string& text, CDPoint point)
+{
+    static const std::regex pair("(-?[0-9.]+)[ ,](-?[0-9.]+)");
+    return std::any_of(std::sregex_iterator(text.begin(), text.end(), pair), {}, [&](const std::smatch& match) {
+        const auto number = [](const std::string& digits) {
+            double value = 0.0;
+            std::from_chars(digits.data(), digits.data() + digits.size(), value);
+            return value;
+        };
+        return std::hypot(number(match[1]) - point.x, number(match[2]) - point.y) < 0.01;
+    });
+}
+
+TEST(SceneTracks, AreInTheFilesOfTheScene)
+{
+    CRuvData data;
+    data.Spuren() = {Track()};
+    const SceneCamera camera = Camera();
+    for (const bool visible : {true, false}) {
+        data.Spuren()[0].sichtbar = visible;
+        CDC dc(camera.width, camera.height);
+        DrawScene(dc, camera, ReadScene(data), {});
+        const drawing_test::PdfReader pdf(drawing::ToPdf(dc));
+        std::string page;
+        for (std::size_t i = 1; i < pdf.Count(); ++i)
+            if (pdf.Object(i).find("/Contents ") != std::string::npos)
+                page = pdf.Stream(drawing_test::PdfReader::Reference(pdf.Object(i), "Contents"));
+        for (const CDPoint at : {CDPoint{150.0, -280.0}, CDPoint{50.0, 20.0}, CDPoint{-50.0, 320.0}}) {
+            EXPECT_EQ(HoldsPoint(drawing::ToSvg(dc), camera.ToPixel(at)), visible);
+            EXPECT_EQ(HoldsPoint(page, camera.ToPixel(at)), visible);
+        }
+    }
+}
+
+// Put, moved, turned and removed: each is a step that is taken back and repeated to the letter.
+TEST(SceneTracks, AreStepsOfTheCase)
+{
+    CRuvData data;
+    CaseHistory history(data);
+    std::vector<std::string> texts{history.Text()};
+    const auto step = [&](const char* label) {
+        EXPECT_TRUE(history.Commit(label)) << label;
+        texts.push_back(history.Text());
+    };
+    const auto place = [&data](const auto& change) {
+        SceneItem item = ReadScene(data).items.at(0);
+        item.pose = change(item.pose);
+        EXPECT_TRUE(PlaceItem(data, item));
+    };
+    data.Spuren().push_back(Track());
+    step("gelegt");
+    place([](const CPlacedObject& pose) { return CentredAt(pose, {1234.5, -678.9}); });
+    step("verschoben");
+    place([](const CPlacedObject& pose) { return TurnedTo(pose, 33.3); });
+    step("gedreht");
+    RemoveItem(data, ReadScene(data).items.at(0).id);
+    step("entfernt");
+    EXPECT_EQ(texts.back(), texts.front());
+    for (int round = 0; round < 2; ++round) {
+        for (std::size_t i = texts.size() - 1; i > 0; --i) {
+            EXPECT_EQ(history.Text(), texts[i]);
+            ASSERT_TRUE(history.Undo());
+            EXPECT_EQ(data.Spuren().size(), i == 1 ? 0U : 1U) << i;
+        }
+        EXPECT_FALSE(history.CanUndo());
+        for (std::size_t i = 0; i + 1 < texts.size(); ++i) {
+            EXPECT_EQ(history.Text(), texts[i]);
+            ASSERT_TRUE(history.Redo());
+        }
+    }
+    std::string text;
+    ASSERT_TRUE(CaseToJson(data, text));
+    EXPECT_EQ(text, texts.back());
 }
 
 } // namespace
