@@ -109,8 +109,6 @@ class CVideoDlg final : public CMDIRechDialog
     bool m_spielt = false;
     bool m_sucht = false;     // while it plays
     bool m_ungemerkt = false; // playing found what the case does not keep yet
-    bool m_analysiert = false;
-    bool m_abbrechen = false; // of the whole analysis
     bool m_amEnde = false;
     bool m_zeigtKurve = false; // the range that comes and goes meanwhile is not the user's
     std::int64_t m_gezeigtesMuster = 0;

@@ -47,10 +47,6 @@ std::string CVideoDlg::InitObjDetector()
 
 void CVideoDlg::OnKomplettanalyse()
 {
-    if (m_analysiert) { // the button again
-        m_abbrechen = true;
-        return;
-    }
     HalteAn();
     if (!HatVideo()) {
         RuvLog(kAnalyse, "Analyzing video failed. Path does not exist");
@@ -74,13 +70,11 @@ void CVideoDlg::AnalyzeVideo()
     const int bilder = m_leser->GetFrameCount();
     std::string grund;
     int unlesbar = 0;
-    m_analysiert = true;
-    m_abbrechen = false;
     m_suche = std::make_unique<Videosuche>(m_dat, 0);
     while (m_suche->NaechstesBild() < bilder && grund.empty()) {
         const int bild = m_suche->NaechstesBild();
         knopf->SetWindowText(std::to_string(bild + 1));
-        if (RuvProgress(was, static_cast<double>(bild) / bilder) == Work::cancel || m_abbrechen) {
+        if (RuvProgress(was, static_cast<double>(bild) / bilder) == Work::cancel) {
             grund = LoadRuvString(IDS_VIDEO_VOM_BENUTZER);
             break;
         }
@@ -88,7 +82,6 @@ void CVideoDlg::AnalyzeVideo()
         grund = std::move(gesucht.reason);
         unlesbar += gesucht.isUnreadable ? 1 : 0;
     }
-    m_analysiert = false;
     NimmGefundene();
     knopf->SetWindowText(beschriftung);
     const auto gefunden = std::count_if(m_dat.Spuren().begin(), m_dat.Spuren().end(),

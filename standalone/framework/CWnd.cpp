@@ -233,8 +233,7 @@ Work RuvProgress(const std::string& what, double done)
     UiThread* thread = UiThread::Current();
     if (thread == nullptr)
         return Work::goOn;
-    const UiThread::Scope scope(*thread);
-    return thread->Front().Progress(what, done) ? Work::goOn : Work::cancel;
+    return thread->Report(what, done) ? Work::goOn : Work::cancel;
 }
 
 int AfxMessageBox(const std::string& utf8)

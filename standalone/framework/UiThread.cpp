@@ -8,6 +8,7 @@
 #include "host/Charts.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace framework
 {
@@ -258,6 +259,29 @@ void UiThread::SetFocus(Window& control)
         return;
     m_focus = control.handle;
     m_frontEnd->FocusChanged(control);
+}
+
+bool UiThread::Report(const std::string& what, double done)
+{
+    const Scope scope(*this);
+    if (m_cancelled)
+        return false;
+    const bool before = std::exchange(m_reporting, true);
+    const bool goOn = m_frontEnd->Progress(what, done);
+    m_reporting = before;
+    return goOn && !m_cancelled;
+}
+
+UiThread::ClickScope::ClickScope(UiThread& thread, const Window& button)
+    : m_thread(thread), m_clickedBefore(std::exchange(thread.m_clicked, button.handle)),
+      m_cancelledBefore(std::exchange(thread.m_cancelled, false))
+{
+}
+
+UiThread::ClickScope::~ClickScope()
+{
+    m_thread.m_clicked = m_clickedBefore;
+    m_thread.m_cancelled = m_cancelledBefore;
 }
 
 UiThread::Scope::~Scope()

@@ -53,6 +53,14 @@ class UiThread : public CWinThread
     void SetFocus(Window& control);
     Window* Focus() const { return Find(m_focus); }
 
+    /// Tells the front end how far long work has come; false asks the work to stop. Meanwhile no input reaches a
+    /// dialog, and another click of the button that is being handled cancels.
+    bool Report(const std::string& what, double done);
+    bool IsReporting() const { return m_reporting; }
+    /// The button whose click is being handled, the innermost one, or null.
+    Window* ClickedButton() const { return Find(m_clicked); }
+    void CancelWork() { m_cancelled = true; }
+
     /// Holds deletions back while user input or a modal dialog is being handled.
     class Scope
     {
@@ -64,6 +72,21 @@ class UiThread : public CWinThread
 
       private:
         UiThread& m_thread;
+    };
+
+    /// A button's click is being handled.
+    class ClickScope
+    {
+      public:
+        ClickScope(UiThread& thread, const Window& button);
+        ~ClickScope();
+        ClickScope(const ClickScope&) = delete;
+        ClickScope& operator=(const ClickScope&) = delete;
+
+      private:
+        UiThread& m_thread;
+        HWND m_clickedBefore;
+        bool m_cancelledBefore;
     };
 
   private:
@@ -80,6 +103,9 @@ class UiThread : public CWinThread
     std::vector<CWnd*> m_condemned;
     HWND m_focus = nullptr;
     int m_depth = 0;
+    HWND m_clicked = nullptr;
+    bool m_reporting = false;
+    bool m_cancelled = false; // by its button
 };
 
 } // namespace framework

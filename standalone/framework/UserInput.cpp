@@ -24,6 +24,8 @@ std::optional<InputResult> Obstacle(const Window& control, std::initializer_list
 {
     if (control.parent == nullptr || std::find(kinds.begin(), kinds.end(), control.kind) == kinds.end())
         return InputResult::wrongKind;
+    if (UiThread::Current()->IsReporting())
+        return InputResult::disabled; // nothing changes under long work
     for (const Window* above = control.parent; above != nullptr; above = above->page ? above->parent : nullptr)
         if (!above->enabled)
             return InputResult::disabled;
@@ -170,6 +172,10 @@ InputResult Step(Window& edit, int direction)
 
 InputResult Click(Window& button)
 {
+    if (UiThread::Current()->IsReporting() && UiThread::Current()->ClickedButton() == &button) {
+        UiThread::Current()->CancelWork();
+        return InputResult::done;
+    }
     if (const auto obstacle = Obstacle(button, {Kind::button, Kind::check, Kind::radio}))
         return *obstacle;
     UiThread& thread = *UiThread::Current();
@@ -188,6 +194,7 @@ InputResult Click(Window& button)
             Changed(*radio);
         }
     }
+    const UiThread::ClickScope clicked(thread, button);
     Notify(button, BN_CLICKED);
     return InputResult::done;
 }
@@ -244,6 +251,11 @@ InputResult Mouse(Window& field, const CMouseEvent& event)
     UiThread& thread = *UiThread::Current();
     const UiThread::Scope scope(thread);
     const HWND handle = field.handle;
+    if (thread.IsReporting()) {
+        if (event.kind == What::release && event.button == field.held)
+            field.held = MouseButton::none;
+        return InputResult::disabled;
+    }
     if (event.kind == What::release) {
         if (field.held == MouseButton::none || event.button != field.held)
             return InputResult::unused;
@@ -292,7 +304,7 @@ InputResult Key(Window& target, const KeyPress& press)
         if (!MoveFocusTo(target))
             return InputResult::refused;
         control = target.id;
-    } else if (!target.enabled || !IsShown(target)) {
+    } else if (!target.enabled || !IsShown(target) || thread.IsReporting()) {
         return InputResult::disabled;
     }
     const auto lParam = static_cast<LPARAM>(MAKEWPARAM(press.modifiers, control));
@@ -318,7 +330,8 @@ InputResult TakeRange(Window& chart, double from, double to, std::string& why)
 
 void CloseDialog(Window& dialog)
 {
-    UiThread::Current()->Send(dialog.handle, WM_CLOSE, 0, 0);
+    if (!UiThread::Current()->IsReporting())
+        UiThread::Current()->Send(dialog.handle, WM_CLOSE, 0, 0);
 }
 
 } // namespace framework

@@ -16,7 +16,7 @@ namespace framework
 enum class InputResult {
     done,
     refused,   ///< the entry was not taken; the front end was told why
-    disabled,  ///< the control cannot be used now
+    disabled,  ///< the control cannot be used now, or long work is going on
     readOnly,  ///< the edit is write-protected
     wrongKind, ///< the control does not know this
     noSuchItem,
@@ -45,6 +45,7 @@ InputResult EnterText(Window& edit, const std::string& text);
 /// One spinner step, direction +1 or -1.
 InputResult Step(Window& edit, int direction);
 /// Clicks a button, check box or radio button. Pending entries of the dialog are finished first, as the focus moves.
+/// The button whose click began the long work that is going on cancels it.
 InputResult Click(Window& button);
 /// Chooses an entry of a combo or list box by index.
 InputResult Select(Window& list, int index);

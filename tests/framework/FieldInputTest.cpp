@@ -136,4 +136,36 @@ TEST_F(FieldInputTest, LongWorkIsToldToStop)
     EXPECT_EQ(seen.size(), 6U);
 }
 
+TEST_F(FieldInputTest, LongWorkTakesNoInputButItsButtonAgain)
+{
+    framework::Window& button = dialog.Control(InputDialog::kButton);
+    int steps = 0;
+    int wanted = 4;
+    dialog.work = [&] {
+        for (steps = 0; steps < 10 && RuvProgress("Suchen", steps / 10.0) == Work::goOn;)
+            ++steps;
+        EXPECT_EQ(RuvProgress("Suchen", 1.0), steps < 10 ? Work::cancel : Work::goOn) << "for the rest of it";
+    };
+    front.progress = [&](const std::string&, double) {
+        EXPECT_EQ(framework::EnterText(edit, "3"), InputResult::disabled);
+        EXPECT_EQ(framework::Key(field, {VK_LEFT, 0, 0}), InputResult::disabled);
+        EXPECT_EQ(Mouse(What::press, {1, 1}), InputResult::disabled);
+        framework::CloseDialog(*thread.Find(dialog.m_hWnd));
+        if (steps == wanted) {
+            EXPECT_EQ(framework::Click(button), InputResult::done);
+        }
+        return true;
+    };
+    framework::Click(button);
+    EXPECT_EQ(steps, 4);
+    EXPECT_EQ(dialog.pressed, 1);
+    EXPECT_TRUE(dialog.mouse.empty());
+    EXPECT_TRUE(dialog.keys.empty());
+    ASSERT_NE(dialog.m_hWnd, nullptr);
+    wanted = 99;
+    framework::Click(button);
+    EXPECT_EQ(steps, 10) << "cancelled was the work before";
+    EXPECT_EQ(dialog.pressed, 2);
+}
+
 } // namespace

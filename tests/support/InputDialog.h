@@ -11,6 +11,7 @@
 #include "host/CRuvFileDialog.h"
 #include "host/Progress.h"
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -90,6 +91,7 @@ class InputDialog : public CMDIDialog
     std::vector<Cell> cells;
     std::vector<std::pair<int, int>> selections;
     int pressed = 0;
+    std::function<void()> work; ///< of the button
     bool usesMouse = true;
     LRESULT keyAnswer = 0;
 
@@ -116,7 +118,13 @@ class InputDialog : public CMDIDialog
         return 0;
     }
     void OnRows() { selections.emplace_back(Grid().GetFirstSelected(), Grid().GetLastSelected()); }
-    void OnButton() { ++pressed; }
+    void OnButton()
+    {
+        ++pressed;
+        if (work) {
+            work();
+        }
+    }
 
     framework::UiThread& m_thread;
 };

@@ -224,6 +224,10 @@ void MaskWindow::Act(const std::function<void()>& input)
     UiThread* thread = UiThread::Current();
     if (thread == nullptr || m_dialog == nullptr)
         return;
+    if (thread->IsReporting()) { // all it can do is cancel the work
+        input();
+        return;
+    }
     HideRefusal();
     const QScopedValueRollback<QPointer<MaskWindow>> work(g_atWork, &Root());
     {

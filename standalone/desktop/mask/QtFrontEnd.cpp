@@ -255,8 +255,13 @@ bool QtFrontEnd::IsWorking() const
 
 bool QtFrontEnd::Progress(const std::string& what, double done)
 {
-    if (!m_progress)
-        m_progress = std::make_unique<ProgressView>(ShellOf(nullptr));
+    if (!m_progress) {
+        const Window* button = UiThread::Current()->ClickedButton();
+        const MaskWindow* mask = button == nullptr ? nullptr : WindowFor(*button);
+        ControlView* view = mask == nullptr ? nullptr : mask->ViewOf(*button);
+        QWidget* shown = view == nullptr ? nullptr : view->Widget();
+        m_progress = std::make_unique<ProgressView>(shown == nullptr ? ShellOf(nullptr) : shown->window(), shown);
+    }
     const QString text = QString::fromStdString(what);
     const bool goOn = m_progress->Report(text, done);
     // Work that returns to the event loop has ended, whatever it said last.

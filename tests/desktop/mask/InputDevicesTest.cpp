@@ -8,6 +8,7 @@
 
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QProgressDialog>
 #include <QTableView>
 #include <QWheelEvent>
 
@@ -189,6 +190,65 @@ TEST_F(InputDevicesTest, ShortWorkShowsTheWaitCursorAndMasksWait)
     QApplication::processEvents();
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
     EXPECT_EQ(dialog.keys.size(), 1U);
+}
+
+// Real events of the window: those of a button behind a modal dialog would not arrive.
+TEST_F(InputDevicesTest, TheButtonThatBeganLongWorkEndsItAndNothingElseCanBeUsed)
+{
+    QWidget& button = Widget(Shown(), InputDialog::kButton);
+    const auto clickIn = [this](QWidget& widget) {
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
+                          widget.mapTo(&window, QPoint(widget.width() / 2, widget.height() / 2)));
+    };
+    qint64 ended = 0;
+    dialog.work = [&] {
+        QElapsedTimer clock;
+        for (clock.start(); clock.elapsed() < 10'000 && RuvProgress("Suchen", 0.5) == Work::goOn;) {
+        }
+        ended = clock.elapsed();
+    };
+    const auto progress = [this]() -> QProgressDialog* {
+        const auto dialogs = window.findChildren<QProgressDialog*>();
+        return dialogs.isEmpty() || !dialogs.front()->isVisible() ? nullptr : dialogs.front();
+    };
+    // What the user does while the progress is seen, the last of which ends the work.
+    const auto work = [&](const std::function<void()>& user) {
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+            if (progress() == nullptr)
+                return;
+            timer.stop();
+            QTimer::singleShot(100, &timer, user);
+        });
+        timer.start(20);
+        ended = 0;
+        clickIn(button);
+        EXPECT_GT(ended, 1000);
+        EXPECT_LT(ended, 5000);
+        QApplication::processEvents();
+        EXPECT_EQ(progress(), nullptr);
+    };
+    work([&] {
+        EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+        EXPECT_FALSE(progress()->frameGeometry().intersects(QRect(button.mapToGlobal(QPoint()), button.size())));
+        clickIn(Field());
+        QTest::keyClick(&Field(), Qt::Key_B);
+        QTest::keyClick(&button, Qt::Key_F1);
+        window.close();
+        window.windowHandle()->close();
+        EXPECT_TRUE(window.isVisible());
+        EXPECT_EQ(ended, 0);
+        clickIn(button);
+    });
+    EXPECT_EQ(dialog.pressed, 1);
+    EXPECT_TRUE(std::none_of(dialog.mouse.begin(), dialog.mouse.end(),
+                             [](const CMouseEvent& e) { return e.kind == What::press; }));
+    EXPECT_TRUE(dialog.keys.empty());
+    work([&] { QTest::keyClick(&window, Qt::Key_Escape); });
+    work([&] { QTest::keyClick(progress(), Qt::Key_Escape); });
+    EXPECT_EQ(dialog.pressed, 3);
+    clickIn(Field());
+    EXPECT_FALSE(dialog.mouse.empty()) << "afterwards everything is as before";
 }
 
 } // namespace
