@@ -19,12 +19,14 @@ std::string Sha256(std::string_view bytes, const std::function<bool(double)>& go
 class Sha256Sum
 {
   public:
-    Sha256Sum();
+    /// `portable`: without the instructions that some processors have for it.
+    explicit Sha256Sum(bool portable = false);
     void Add(std::string_view bytes);
     /// Of all that was added.
     std::string Digits() const;
 
   private:
+    bool m_portable;
     std::array<std::uint32_t, 8> m_state;
     std::string m_rest; ///< shorter than a block
     std::uint64_t m_size = 0;
