@@ -71,6 +71,9 @@ foreach(source IN LISTS fuzz_sources)
     add_executable(${name}-replay "${source}" fuzz/ReplayMain.cpp)
     target_link_libraries(${name}-replay
         PRIVATE tavelin-cli-parts RuvMod ClassKrn ruv_standalone_includes ruv_third_party)
+    if(name STREQUAL "OnnxFuzz") # not in a library that can be linked to
+        target_sources(${name}-replay PRIVATE standalone/vision/video/OnnxFile.cpp)
+    endif()
     if(name STREQUAL "VideoFuzz")
         target_link_libraries(${name}-replay PRIVATE ruv_libav)
         add_dependencies(${name}-replay RuvVideo)
