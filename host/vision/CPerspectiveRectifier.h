@@ -73,6 +73,9 @@ class CPerspectiveRectifier
     std::vector<std::optional<VisionPoint>> RectifyPoints(const std::vector<VisionPoint>& raw) const;
     /// The same for many: `road` gets as many, not a number where there is no point.
     void RectifyPoints(std::span<const VisionPoint> raw, std::span<VisionPoint> road) const;
+    /// The first half of it, for calibrations that share their lens; then the second.
+    std::vector<VisionPoint> StraightenPoints(std::span<const VisionPoint> raw) const;
+    void RectifyStraightened(std::span<const VisionPoint> straight, std::span<VisionPoint> road) const;
     /// The raw frame's point that a rectified one is seen at.
     VisionPoint PicturePoint(VisionPoint road) const;
     /// Metres per rectified pixel, 0 when not calibrated.

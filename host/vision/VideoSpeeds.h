@@ -10,6 +10,11 @@
 #include <span>
 #include <vector>
 
+namespace vision
+{
+struct UncutPath;
+}
+
 /// Where a vehicle was seen, or a point of it clicked.
 struct VideoEntry {
     double time = 0.0; ///< s
@@ -74,7 +79,7 @@ class VideoSpeeds
     };
     double FactorOf(const CPerspectiveRectifier& road) const;
     double HeightUncertainty() const;
-    void Smooth(std::span<const VideoEntry> entries, std::vector<VideoSpeed>& speeds,
+    void Smooth(const vision::UncutPath& path, std::vector<VideoSpeed>& speeds,
                 std::span<const double> systematic) const;
 
     CPerspectiveRectifier m_road;

@@ -5,6 +5,7 @@
 #include "host/vision/CPerspectiveRectifier.h"
 
 #include "vision/LinearSolve.h"
+#include "vision/Pair.h"
 #include "vision/PlaneShape.h"
 #include "vision/Uncertainties.h"
 
@@ -223,22 +224,49 @@ void CPerspectiveRectifier::EstimateCamera()
     m_cameraHeight = height;
 }
 
-void CPerspectiveRectifier::RectifyPoints(std::span<const VisionPoint> raw, std::span<VisionPoint> road) const
+std::vector<VisionPoint> CPerspectiveRectifier::StraightenPoints(std::span<const VisionPoint> raw) const
+{
+    std::vector<VisionPoint> straight(raw.size());
+    std::transform(raw.begin(), raw.end(), straight.begin(), [this](VisionPoint p) { return m_lens.Straighten(p); });
+    return straight;
+}
+
+void CPerspectiveRectifier::RectifyStraightened(std::span<const VisionPoint> straight,
+                                                std::span<VisionPoint> road) const
 {
     constexpr double kNowhere = std::numeric_limits<double>::quiet_NaN();
-    for (std::size_t i = 0; i < raw.size(); ++i) {
-        double w = 0.0;
-        const VisionPoint p = Apply(m_toRoad, m_lens.Straighten(raw[i]), w);
-        // Also false for what is no number.
-        const bool isPlace = w > 0.0 && std::isfinite(p.x) && std::isfinite(p.y) && m_fault == RoadFault::none;
-        road[i] = isPlace ? p : VisionPoint{kNowhere, kNowhere};
+    constexpr VisionPoint kNoPlace{kNowhere, kNowhere};
+    if (m_fault != RoadFault::none) {
+        std::fill(road.begin(), road.end(), kNoPlace);
+        return;
     }
+    const Homography h = m_toRoad;
+    const std::size_t count = straight.size();
+    for (std::size_t i = 0; i < count; i += 2) {
+        const std::size_t j = std::min(i + 1, count - 1); // an odd last one is computed twice
+        const vision::Pair x{straight[i].x, straight[j].x};
+        const vision::Pair y{straight[i].y, straight[j].y};
+        const vision::Pair w = h[6] * x + h[7] * y + h[8];
+        const vision::Pair perW = 1.0 / w;
+        const vision::Pair px = (h[0] * x + h[1] * y + h[2]) * perW;
+        const vision::Pair py = (h[3] * x + h[4] * y + h[5]) * perW;
+        // False for what is no number too: an infinite one less itself is none.
+        const auto isPlace = (w > 0.0) & (px - px == 0.0) & (py - py == 0.0);
+        road[i] = isPlace[0] != 0 ? VisionPoint{px[0], py[0]} : kNoPlace;
+        road[j] = isPlace[1] != 0 ? VisionPoint{px[1], py[1]} : kNoPlace;
+    }
+}
+
+void CPerspectiveRectifier::RectifyPoints(std::span<const VisionPoint> raw, std::span<VisionPoint> road) const
+{
+    RectifyStraightened(StraightenPoints(raw), road);
 }
 
 std::optional<VisionPoint> CPerspectiveRectifier::RectifyPoint(VisionPoint raw) const
 {
+    const VisionPoint straight = m_lens.Straighten(raw);
     VisionPoint road;
-    RectifyPoints(std::span(&raw, 1), std::span(&road, 1));
+    RectifyStraightened(std::span(&straight, 1), std::span(&road, 1));
     return std::isnan(road.x) ? std::nullopt : std::optional(road);
 }
 

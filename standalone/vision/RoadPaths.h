@@ -14,13 +14,13 @@ namespace vision
 
 inline constexpr double kKmhPerMs = 3.6;
 
-/// Rectified; not a number where an entry has no place on the road.
+/// Rectified, from points that the lens no longer bends; not a number where an entry has no place on the road.
 class RoadPath
 {
   public:
-    RoadPath(const CPerspectiveRectifier& road, std::span<const VisionPoint> raw) : m_places(raw.size())
+    RoadPath(const CPerspectiveRectifier& road, std::span<const VisionPoint> straight) : m_places(straight.size())
     {
-        road.RectifyPoints(raw, m_places);
+        road.RectifyStraightened(straight, m_places);
     }
     VisionPoint At(std::size_t i) const { return m_places[i]; }
     bool IsPlace(std::size_t i) const { return !std::isnan(m_places[i].x); }
@@ -63,22 +63,26 @@ inline double Along(const CPerspectiveRectifier::Spread& spread, VisionPoint dir
 /// What counts for courses and means: entries on the road that the frame's edge does not cut.
 struct UncutPath {
     UncutPath(const CPerspectiveRectifier& road, std::span<const VideoEntry> entries)
+        : UncutPath(entries, RoadPath(road, road.StraightenPoints(RawPoints(entries))), Spreads(road, entries))
+    {
+    }
+    UncutPath(std::span<const VideoEntry> entries, const RoadPath& path,
+              std::span<const CPerspectiveRectifier::Spread> spreads)
     {
         time.reserve(entries.size());
         place.reserve(entries.size());
         spread.reserve(entries.size());
         weight.reserve(entries.size());
         source.reserve(entries.size());
-        for (const VideoEntry& entry : entries) {
-            const auto point = entry.cut ? std::nullopt : road.RectifyPoint(entry.point);
-            const auto reach = point ? road.PointSpread(entry.point) : std::nullopt;
-            if (!reach || !(reach->xx + reach->yy > 0.0))
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            const CPerspectiveRectifier::Spread& reach = spreads[i];
+            if (entries[i].cut || !path.IsPlace(i) || !(reach.xx + reach.yy > 0.0))
                 continue;
-            time.push_back(entry.time);
-            place.push_back(*point);
-            spread.push_back(*reach);
-            weight.push_back(1.0 / (reach->xx + reach->yy));
-            source.push_back(entry);
+            time.push_back(entries[i].time);
+            place.push_back(path.At(i));
+            spread.push_back(reach);
+            weight.push_back(1.0 / (reach.xx + reach.yy));
+            source.push_back(entries[i]);
         }
     }
     std::size_t size() const { return time.size(); }

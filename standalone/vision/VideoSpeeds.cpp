@@ -5,7 +5,7 @@
 // around each moment.
 #include "host/vision/VideoSpeeds.h"
 
-#include "vision/LinearSolve.h"
+#include "vision/Pair.h"
 #include "vision/RoadPaths.h"
 #include "vision/Uncertainties.h"
 
@@ -17,11 +17,12 @@ namespace
 {
 
 using vision::kKmhPerMs;
+using vision::Pair;
 using vision::RoadPath;
 
-/// How many entries before the last one the speed is taken to: -7, then -6 to -3, where the last is -1.
 /// A smooth speed that is so many times less sure than the measured one beside it is none.
 constexpr double kMuchLessSure = 4.0;
+/// How many entries before the last one the speed is taken to: -7, then -6 to -3, where the last is -1.
 constexpr std::size_t kOldest = 6;
 constexpr std::size_t kYoungest = 2;
 
@@ -56,6 +57,41 @@ std::vector<Interval> Intervals(std::span<const VideoEntry> entries, const RoadP
         }
     }
     return intervals;
+}
+
+/// Of weighted entries around a moment: of w tⁿ, n from 0 to 4, of w tⁿ p, n from 0 to 2, and of w p².
+struct Sums {
+    Pair w01{};
+    Pair w23{};
+    Pair w4Squares{};
+    Pair right0{};
+    Pair right1{};
+    Pair right2{};
+};
+
+/// As many weights and places as times.
+Sums SumsOf(std::span<const double> times, const double* weights, const VisionPoint* places, double moment,
+            VisionPoint origin)
+{
+    Sums sums;
+    const double* const time = times.data();
+    const std::size_t count = times.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const double t = time[i] - moment;
+        const double w = weights[i];
+        const double wt = w * t;
+        const double wtt = wt * t;
+        const double wttt = wtt * t;
+        const Pair p{places[i].x - origin.x, places[i].y - origin.y};
+        const Pair square = p * p;
+        sums.w01 += Pair{w, wt};
+        sums.w23 += Pair{wtt, wttt};
+        sums.w4Squares += Pair{wttt, w} * Pair{t, square[0] + square[1]};
+        sums.right0 += w * p;
+        sums.right1 += wt * p;
+        sums.right2 += wtt * p;
+    }
+    return sums;
 }
 
 } // namespace
@@ -127,7 +163,8 @@ double VideoSpeeds::HeightUncertainty() const
 std::vector<VideoSpeed> VideoSpeeds::Of(std::span<const VideoEntry> entries) const
 {
     const std::vector<VisionPoint> raw = vision::RawPoints(entries);
-    const RoadPath path(m_road, raw);
+    const std::vector<VisionPoint> straight = m_road.StraightenPoints(raw);
+    const RoadPath path(m_road, straight);
     const std::vector<Interval> intervals = Intervals(entries, path, m_input.fps);
     std::vector<VideoSpeed> speeds(intervals.size());
     std::vector<double> systematic(intervals.size(), 0.0); // variance, (km/h)²
@@ -142,7 +179,9 @@ std::vector<VideoSpeed> VideoSpeeds::Of(std::span<const VideoEntry> entries) con
         speeds[i].label = SpeedLabel(speeds[i].speed);
     }
     for (const Variant& variant : m_variants) {
-        const RoadPath varied(variant.road, raw);
+        const bool sameLens = variant.road.Input().strength == m_road.Input().strength;
+        const RoadPath varied =
+            sameLens ? RoadPath(variant.road, straight) : RoadPath(variant.road, variant.road.StraightenPoints(raw));
         for (std::size_t i = 0; i < intervals.size(); ++i) {
             const double speed = Distance(varied.At(intervals[i].older), varied.At(intervals[i].newer)) *
                                  perPixel(variant.factor, intervals[i]);
@@ -162,16 +201,15 @@ std::vector<VideoSpeed> VideoSpeeds::Of(std::span<const VideoEntry> entries) con
         // A changed calibration that no longer sees the points says nothing but that it is bad.
         speeds[i].uncertainty = m_isSure && std::isfinite(sum) ? sum : std::numeric_limits<double>::infinity();
     }
-    Smooth(entries, speeds, systematic);
+    Smooth(vision::UncutPath(entries, path, spreads), speeds, systematic);
     return speeds;
 }
 
 /// W. S. Cleveland's local regression (1979) with even weights over the span: x(t) and y(t) each a quadratic around the
 /// moment, the entries weighted by how far a pixel reaches on the road; the speed is the length of the linear terms.
-void VideoSpeeds::Smooth(std::span<const VideoEntry> entries, std::vector<VideoSpeed>& speeds,
+void VideoSpeeds::Smooth(const vision::UncutPath& path, std::vector<VideoSpeed>& speeds,
                          std::span<const double> systematic) const
 {
-    const vision::UncutPath path(m_road, entries);
     if (path.size() == 0)
         return;
     std::size_t first = 0;
@@ -190,29 +228,14 @@ void VideoSpeeds::Smooth(std::span<const VideoEntry> entries, std::vector<VideoS
             continue;
         const std::size_t middle = first + count / 2;
         const VisionPoint origin = path.place[middle];
-        double w0 = 0.0;
-        double w1 = 0.0;
-        double w2 = 0.0;
-        double w3 = 0.0;
-        double w4 = 0.0;
-        std::array<VisionPoint, 3> right{};
-        double squares = 0.0;
-        for (std::size_t i = first; i < end; ++i) {
-            const double t = path.time[i] - speed.time;
-            const double w = path.weight[i];
-            const double wt = w * t;
-            const double wtt = wt * t;
-            const VisionPoint p = path.place[i] - origin;
-            w0 += w;
-            w1 += wt;
-            w2 += wtt;
-            w3 += wtt * t;
-            w4 += wtt * t * t;
-            right[0] = {right[0].x + w * p.x, right[0].y + w * p.y};
-            right[1] = {right[1].x + wt * p.x, right[1].y + wt * p.y};
-            right[2] = {right[2].x + wtt * p.x, right[2].y + wtt * p.y};
-            squares += w * (p.x * p.x + p.y * p.y);
-        }
+        const Sums sums = SumsOf(std::span(path.time).subspan(first, count), &path.weight[first], &path.place[first],
+                                 speed.time, origin);
+        const double w0 = sums.w01[0];
+        const double w1 = sums.w01[1];
+        const double w2 = sums.w23[0];
+        const double w3 = sums.w23[1];
+        const double w4 = sums.w4Squares[0];
+        const double squares = sums.w4Squares[1];
         // The inverse of the symmetric normal matrix {{w0, w1, w2}, {w1, w2, w3}, {w2, w3, w4}} by its cofactors.
         const double c00 = w2 * w4 - w3 * w3;
         const double c01 = w2 * w3 - w1 * w4;
@@ -224,27 +247,20 @@ void VideoSpeeds::Smooth(std::span<const VideoEntry> entries, std::vector<VideoS
         // Entries at fewer than three different times fix no quadratic.
         if (!(determinant > 1e-12 * w0 * w2 * w4))
             continue;
-        const auto solve = [&](double a, double b, double c, double r0, double r1, double r2) {
-            return (a * r0 + b * r1 + c * r2) / determinant;
+        const auto solve = [&](double a, double b, double c) {
+            return (a * sums.right0 + b * sums.right1 + c * sums.right2) / determinant;
         };
-        const VisionPoint velocity{solve(c01, c11, c12, right[0].x, right[1].x, right[2].x),
-                                   solve(c01, c11, c12, right[0].y, right[1].y, right[2].y)};
+        const Pair linear = solve(c01, c11, c12);
+        const VisionPoint velocity{linear[0], linear[1]};
         const double length = std::hypot(velocity.x, velocity.y);
         const double unit = m_factor * kRectifiedPixel * kKmhPerMs;
         speed.smooth = length * unit;
         double scatter = 1.0;
         if (count > 3) {
-            double explained = 0.0;
-            for (const bool isX : {true, false}) {
-                const auto of = [isX](VisionPoint p) { return isX ? p.x : p.y; };
-                const double r0 = of(right[0]);
-                const double r1 = of(right[1]);
-                const double r2 = of(right[2]);
-                explained += r0 * solve(c00, c01, c02, r0, r1, r2) + r1 * solve(c01, c11, c12, r0, r1, r2) +
-                             r2 * solve(c02, c12, c22, r0, r1, r2);
-            }
+            const Pair explained =
+                sums.right0 * solve(c00, c01, c02) + sums.right1 * linear + sums.right2 * solve(c02, c12, c22);
             // Points that scatter more than by a pixel widen the band.
-            scatter = std::max(1.0, (squares - explained) / static_cast<double>(count - 3));
+            scatter = std::max(1.0, (squares - (explained[0] + explained[1])) / static_cast<double>(count - 3));
         }
         const double share = vision::Along(path.spread[middle], velocity) * path.weight[middle];
         const double random = c11 / determinant * share * scatter * unit * unit;

@@ -193,6 +193,35 @@ TEST(PerspectiveRectifier, BeyondTheHorizonIsNoPoint)
     EXPECT_TRUE(points[1]);
 }
 
+/// Points are rectified two at a time: however many there are, each gets the very bits that it gets alone.
+TEST(PerspectiveRectifier, ManyPointsAreRectifiedAsEachAlone)
+{
+    for (const double strength : {0.0, 30.0}) {
+        RoadCamera camera;
+        camera.strength = strength;
+        const CPerspectiveRectifier road = Calibrated(InputOf(camera, kLane));
+        ASSERT_EQ(road.Fault(), RoadFault::none);
+        std::mt19937 random(3);
+        std::uniform_real_distribution<double> x(-200.0, 2120.0);
+        std::uniform_real_distribution<double> y(0.0, 1080.0); // some beyond the horizon
+        std::vector<VisionPoint> raw;
+        for (int i = 0; i < 501; ++i) {
+            raw.push_back({x(random), y(random)});
+            raw[raw.size() / 2].x = i % 9 == 0 ? std::nan("") : raw[raw.size() / 2].x;
+            std::vector<VisionPoint> places(raw.size());
+            road.RectifyPoints(raw, places);
+            for (const std::size_t k : {std::size_t{0}, raw.size() / 2, raw.size() - 1}) {
+                const auto alone = road.RectifyPoint(raw[k]);
+                ASSERT_EQ(alone.has_value(), !std::isnan(places[k].x)) << i;
+                if (alone) {
+                    ASSERT_EQ(alone->x, places[k].x) << i;
+                    ASSERT_EQ(alone->y, places[k].y) << i;
+                }
+            }
+        }
+    }
+}
+
 /// With the camera's axis on the horizon, which goes through the picture's centre, everything stays finite.
 TEST(PerspectiveRectifier, AHorizonThroughTheCentreDoesNotMatter)
 {
