@@ -5,6 +5,7 @@
 #include "host/Bindings.h"
 #include "host/Charts.h"
 #include "host/FehlerMeldung.h"
+#include "host/Keys.h"
 #include "host/Log.h"
 #include "host/RuvCfg.h"
 #include "masks/manoeuvre/Texte.h"
@@ -65,6 +66,7 @@ const CMessageMap* CVideoDlg::GetMessageMap() const
         OnControl<&CVideoDlg::OnFaktorPlus>(IDC_VIDEO_FAKTOR_PLUS),
         OnControl<&CVideoDlg::OnRuecknahme>(IDC_VIDEO_RUECKNAHME),
         OnControl<&CVideoDlg::OnNeueId>(IDC_VIDEO_NEUE_ID),
+        OnControl<&CVideoDlg::OnVorschlag>(IDC_VIDEO_VORSCHLAG),
         OnControl<&CVideoDlg::OnPunkteLoeschen>(IDC_VIDEO_PUNKTE_LOESCHEN),
         OnControl<&CVideoDlg::OnLinseNehmen>(IDC_VIDEO_LINSE_NEHMEN),
         OnControl<&CVideoDlg::OnKomplettanalyse>(IDC_VIDEO_KOMPLETT),
@@ -134,6 +136,7 @@ void CVideoDlg::OnReset()
 {
     HalteAn();
     m_suche.reset();
+    m_angebot.reset();
     m_dat.Zuruecksetzen();
     m_aktiv.reset();
     ZeigeFrame(0);
@@ -181,11 +184,7 @@ void CVideoDlg::OnKlick(VisionPoint wo, std::optional<Griff> griff)
         Zeige();
         return;
     }
-    m_dat.Klicke(static_cast<int>(m_dat.bildnummer), m_dat.stelle, wo);
-    m_aktiv = Griff{Griff::Art::klick, 0};
-    if (m_dat.schritt > 0)
-        ZeigeFrame(m_dat.bildnummer + m_dat.schritt);
-    Zeige();
+    KlickeFahrzeug(wo);
 }
 
 void CVideoDlg::OnZug(Griff griff, VisionPoint wo, bool fertig)
@@ -286,6 +285,11 @@ LRESULT CVideoDlg::OnKeyDown(WPARAM key, LPARAM how)
     case VK_BACK:
         OnRuecknahme();
         return 0;
+    case VK_RETURN:
+        if (!Vorschlag())
+            return 1;
+        OnVorschlag();
+        return 0;
     case VK_HOME:
         m_bild.ZeigeGanz();
         GetDlgItem(IDC_VIDEO_BILD)->Invalidate();
@@ -316,6 +320,7 @@ LRESULT CVideoDlg::OnUpdateDialog(WPARAM, LPARAM)
 {
     if (m_dat.IstFremd()) { // a step taken back, or another window of this mask
         m_suche.reset();
+        m_angebot.reset();
         m_ungemerkt = false;
         HalteAn();
         m_dat.Laden();

@@ -53,6 +53,7 @@ class CVideoDlg final : public CMDIRechDialog
     void OnFaktorPlus() { SchrittFaktor(CVideoDat::kSchrittFaktor); }
     void OnRuecknahme();
     void OnNeueId();
+    void OnVorschlag();
     void OnPunkteLoeschen();
     void OnLinseNehmen();
     void OnKomplettanalyse();
@@ -73,6 +74,12 @@ class CVideoDlg final : public CMDIRechDialog
     void GeheZu(std::int64_t bild);
     void ZeigeFrame(std::int64_t bild);
     void OnKlick(VisionPoint wo, std::optional<Videobild::Griff> griff);
+    /// A click on the followed point of the vehicle, then on to where the next one is wanted.
+    void KlickeFahrzeug(VisionPoint wo);
+    /// In the frame shown, for what was clicked in another one.
+    void SucheVorschlag(const drawing::Bitmap* vorher, int bildVorher, VisionPoint wo);
+    /// Of the frame shown; nothing once anything that it came from is another.
+    std::optional<VisionPoint> Vorschlag() const;
     void OnZug(Videobild::Griff griff, VisionPoint wo, bool fertig);
     /// What the arrow keys move now.
     std::optional<Videobild::Griff> Aktiv() const;
@@ -97,6 +104,16 @@ class CVideoDlg final : public CMDIRechDialog
     bool HatVideo() const { return m_leser && m_leser->IsOpened() != 0; }
     std::string Gezaehlt() const;
 
+    /// Not an entry: neither the case nor a speed knows it before the user takes it.
+    struct Angebot {
+        std::int64_t id = 0;
+        int bild = 0;        ///< that it lies in
+        int bildVorher = 0;  ///< that was clicked in
+        VisionPoint klick{}; ///< there
+        VisionPoint punkt{};
+        double korrelation = 0.0;
+    };
+
     CVideoDat m_dat;
     std::unique_ptr<CVideoReader> m_leser;
     std::unique_ptr<CYoloV5ORTDetector> m_detektor;
@@ -106,6 +123,7 @@ class CVideoDlg final : public CMDIRechDialog
     Videobild m_bild;
     chart::Chart m_diagramm;
     std::optional<Videobild::Griff> m_aktiv;
+    std::optional<Angebot> m_angebot;
     bool m_spielt = false;
     bool m_sucht = false;     // while it plays
     bool m_ungemerkt = false; // playing found what the case does not keep yet

@@ -88,6 +88,10 @@ void CVideoDlg::ZeigeInhalt()
     if (inhalt.nurKanten || m_dat.bereichZeigen != 0)
         inhalt.gerade = m_dat.Kanten();
     inhalt.aktiv = Aktiv();
+    const auto vorschlag = Vorschlag();
+    if (vorschlag)
+        inhalt.vorschlag = {*vorschlag, Text(IDS_VIDEO_VORSCHLAG_SCHILD, {RuvNumberText(m_angebot->korrelation, 2)})};
+    Enable(IDC_VIDEO_VORSCHLAG, vorschlag ? TRUE : FALSE);
     inhalt.punkteZuerst = m_dat.werkzeug == Dat::kalibrieren;
     m_bild.SetInhalt(std::move(inhalt));
     Update(IDC_VIDEO_ZEIT);

@@ -40,6 +40,7 @@ void CVideoDlg::WaehleDatei()
     if (!LoadVideo(dialog.GetPathName()))
         return;
     m_suche.reset();
+    m_angebot.reset();
     m_aktiv.reset();
     ZeigeFrame(0);
     Zeige();

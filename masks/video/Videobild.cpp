@@ -19,8 +19,9 @@ constexpr double kSchrift = 11.0;
 constexpr double kLupe = 120.0; // px, side of the magnifier
 constexpr int kLupeBild = 20;   // px of the frame in it
 constexpr double kStrich = 2.0;
-constexpr double kTextOben = 5.0; // px of the frame between an object and its label
-constexpr double kZeile = 30.0;   // px of the frame between its two lines
+constexpr double kVorschlag = 8.0; // px, radius of a proposal's ring
+constexpr double kTextOben = 5.0;  // px of the frame between an object and its label
+constexpr double kZeile = 30.0;    // px of the frame between its two lines
 
 constexpr COLORREF kRot = RGB(240, 0, 0);
 constexpr COLORREF kBlau = RGB(0, 114, 178);
@@ -157,6 +158,8 @@ void Videobild::Zeichne(CDC& dc, bool bericht)
     dc.SelectBrush({});
     for (const Objekt& objekt : m_inhalt.objekte)
         ZeichneObjekt(dc, sicht, objekt);
+    if (m_inhalt.vorschlag && !bericht)
+        ZeichneVorschlag(dc, sicht);
     if (m_zeiger && !bericht)
         ZeichneLupe(dc, sicht);
 }
@@ -225,6 +228,19 @@ void Videobild::ZeichneObjekt(CDC& dc, const Sicht& sicht, const Objekt& objekt)
     Schild(dc, {schild.x, schild.y - (objekt.kmh ? schritt : 0.0)}, "id " + std::to_string(objekt.id), kRot);
     if (objekt.kmh)
         Schild(dc, schild, std::to_string(*objekt.kmh) + " km/h", kRot);
+}
+
+/// A dashed ring: crosses are what counts.
+void Videobild::ZeichneVorschlag(CDC& dc, const Sicht& sicht) const
+{
+    const CDPoint p = sicht.Auf(m_inhalt.vorschlag->punkt);
+    if (!Liegt(p, dc))
+        return;
+    for (const CPen& stift : {CPen{PenStyle::solid, 3.0, kSchwarz}, CPen{PenStyle::dash, 1.5, kGelb}}) {
+        dc.SelectPen(stift);
+        dc.Ellipse(p, kVorschlag, kVorschlag);
+    }
+    Schild(dc, {p.x + kVorschlag + 2.0, p.y - kVorschlag}, m_inhalt.vorschlag->text, kBlau);
 }
 
 void Videobild::ZeichneLupe(CDC& dc, const Sicht& sicht) const

@@ -35,19 +35,25 @@ class Videobild
         std::optional<int> kmh{};
         bool gewaehlt = false;
     };
+    /// A place that is only proposed.
+    struct Vorschlag {
+        VisionPoint punkt{};
+        std::string text{};
+    };
     struct Inhalt {
         std::vector<VisionPoint> punkte{};
         std::vector<std::vector<VisionPoint>> kanten{}; ///< of the quadrilateral, as the lens bends them
         std::vector<std::vector<VisionPoint>> gerade{}; ///< points along edges that are straight in nature
         std::vector<VisionPoint> spur{};                ///< of the chosen ID, in other frames
         std::vector<Objekt> objekte{};
+        std::optional<Vorschlag> vorschlag{};
         std::optional<Griff> aktiv{}; ///< the arrow keys move it
         bool punkteZuerst = true;     ///< where a point and a click lie together
         bool nurKanten = false;       ///< nothing else can be taken hold of
     };
 
     void SetBild(std::shared_ptr<const drawing::Bitmap> bild, std::string ohneBild);
-    const drawing::Bitmap* Bild() const { return m_bild.get(); }
+    const std::shared_ptr<const drawing::Bitmap>& Bild() const { return m_bild; }
     void SetInhalt(Inhalt inhalt) { m_inhalt = std::move(inhalt); }
     /// A click into the frame that took hold of nothing, or did not move it.
     void OnKlick(std::function<void(VisionPoint, std::optional<Griff>)> klick) { m_klick = std::move(klick); }
@@ -79,6 +85,7 @@ class Videobild
     /// Number and place of each point of the edges.
     std::vector<std::pair<Griff, VisionPoint>> Kantenpunkte() const;
     void ZeichneObjekt(CDC& dc, const Sicht& sicht, const Objekt& objekt) const;
+    void ZeichneVorschlag(CDC& dc, const Sicht& sicht) const;
     void ZeichneLupe(CDC& dc, const Sicht& sicht) const;
     std::shared_ptr<const drawing::Bitmap> Ausschnitt(int links, int oben, int breite, int hoehe) const;
 

@@ -62,6 +62,24 @@ std::vector<VideoEntry> Videospur::Eintraege() const
     return alle;
 }
 
+std::optional<Videospur::Erwartung> Videospur::Erwartet(double zeit) const
+{
+    const auto danach =
+        std::find_if(eintraege.begin(), eintraege.end(), [zeit](const Eintrag& e) { return e.punkt.time >= zeit; });
+    if (danach == eintraege.begin())
+        return std::nullopt;
+    const VideoEntry& letzter = std::prev(danach)->punkt;
+    if (danach - eintraege.begin() < 2)
+        return Erwartung{letzter.point, {}};
+    const VideoEntry& vorher = std::prev(danach, 2)->punkt;
+    const double schritt = letzter.time - vorher.time;
+    if (!(schritt > 0.0))
+        return Erwartung{letzter.point, {}};
+    const double teil = (zeit - letzter.time) / schritt;
+    const VisionPoint d = letzter.point - vorher.point;
+    return Erwartung{{letzter.point.x + teil * d.x, letzter.point.y + teil * d.y}, teil * std::hypot(d.x, d.y)};
+}
+
 std::vector<double> Videospur::AlsZahlen() const
 {
     std::vector<double> zahlen{punktHoehe, gewaehlteLaengen ? 1.0 : 0.0};

@@ -44,6 +44,14 @@ struct Videospur {
     /// With the times that count: the chosen lengths sum up from the first entry's time on.
     std::vector<VideoEntry> Eintraege() const;
 
+    /// Where the entry before that time leads, straight on from the one before it; where it is, when it is the first.
+    /// Nothing without any. And by how much, px.
+    struct Erwartung {
+        VisionPoint punkt{};
+        std::optional<double> bewegung{};
+    };
+    std::optional<Erwartung> Erwartet(double zeit) const;
+
     /// As numbers that a case keeps, and back; nothing when they are none.
     std::vector<double> AlsZahlen() const;
     static std::optional<Videospur> AusZahlen(std::span<const double> zahlen);

@@ -8,6 +8,7 @@
 #include "host/vision/VisionPoint.h"
 #include "vision/DetectorNet.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -47,6 +48,13 @@ struct OpenedVideo {
     std::string reason{}; ///< German, why there is no source
 };
 
+/// Rows from the top, without gaps.
+struct GreyPicture {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint8_t> values{};
+};
+
 struct VideoLibrary {
     OpenedVideo (*open)(const std::string& path);
     OpenedNet (*openNet)(const std::string& path, const NetInput& input);
@@ -59,6 +67,8 @@ struct VideoLibrary {
                   const std::function<VisionPoint(VisionPoint)>& source);
     /// A closed polygon with marked corners.
     bool (*drawPolygon)(cv::Mat& image, const std::vector<VisionPoint>& corners);
+    /// Normalised cross-correlation of the patch with every part of the picture as large as it, row by row.
+    bool (*correlate)(const GreyPicture& picture, const GreyPicture& patch, std::vector<float>& values);
 };
 
 /// Null when this build reads no videos or the library does not load; `reason` then says why.

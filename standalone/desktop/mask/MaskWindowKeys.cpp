@@ -8,6 +8,7 @@
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
 #include "host/CDialog.h"
+#include "host/Keys.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -102,6 +103,9 @@ void MaskWindow::Enter(ControlView* view)
             framework::Click(*focused);
             return;
         }
+        if (focused != nullptr && focused->kind == Kind::field &&
+            framework::Key(*focused, {VK_RETURN, 0, 0}) == InputResult::done)
+            return;
         if (focused != nullptr && focused->kind == Kind::edit) {
             if (framework::FinishEntry(*focused) == InputResult::refused || thread.Find(handle) == nullptr)
                 return;

@@ -100,6 +100,22 @@ bool DrawPolygon(cv::Mat& image, const std::vector<VisionPoint>& corners)
     }
 }
 
+bool Correlate(const GreyPicture& picture, const GreyPicture& patch, std::vector<float>& values)
+{
+    try {
+        // OpenCV does not write to what it only reads.
+        const auto matrix = [](const GreyPicture& grey) {
+            return cv::Mat(grey.height, grey.width, CV_8UC1, const_cast<std::uint8_t*>(grey.values.data()));
+        };
+        cv::Mat result;
+        cv::matchTemplate(matrix(picture), matrix(patch), result, cv::TM_CCOEFF_NORMED);
+        values.assign(result.begin<float>(), result.end<float>());
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
 } // namespace
 } // namespace vision
 
@@ -107,7 +123,8 @@ extern "C" const vision::VideoLibrary* RuvVideoLibrary();
 
 const vision::VideoLibrary* RuvVideoLibrary()
 {
-    static const vision::VideoLibrary library{vision::Open,  vision::OpenNet, vision::MakeImage, vision::FreeImage,
-                                              vision::Width, vision::Height,  vision::Remap,     vision::DrawPolygon};
+    static const vision::VideoLibrary library{vision::Open,      vision::OpenNet,     vision::MakeImage,
+                                              vision::FreeImage, vision::Width,       vision::Height,
+                                              vision::Remap,     vision::DrawPolygon, vision::Correlate};
     return &library;
 }
