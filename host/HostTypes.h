@@ -66,6 +66,7 @@ inline constexpr UINT EN_CHANGE = 0x0300;
 
 // Keys of WM_KEYDOWN; letters and digits are their upper-case ASCII code, other characters 0.
 inline constexpr UINT VK_BACK = 0x08;
+inline constexpr UINT VK_RETURN = 0x0D; // a drawing field may use it, otherwise the default button does
 inline constexpr UINT VK_SPACE = 0x20;
 inline constexpr UINT VK_PRIOR = 0x21;
 inline constexpr UINT VK_NEXT = 0x22;

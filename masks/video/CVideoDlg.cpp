@@ -5,7 +5,6 @@
 #include "host/Bindings.h"
 #include "host/Charts.h"
 #include "host/FehlerMeldung.h"
-#include "host/Keys.h"
 #include "host/Log.h"
 #include "host/RuvCfg.h"
 #include "masks/manoeuvre/Texte.h"

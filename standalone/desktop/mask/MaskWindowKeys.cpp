@@ -8,7 +8,6 @@
 #include "framework/UiThread.h"
 #include "framework/UserInput.h"
 #include "host/CDialog.h"
-#include "host/Keys.h"
 
 #include <QApplication>
 #include <QKeyEvent>

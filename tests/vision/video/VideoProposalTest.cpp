@@ -7,7 +7,6 @@
 
 #include "casefile/CaseHistory.h"
 #include "host/CDC.h"
-#include "host/Keys.h"
 #include "tests/vision/video/VideoMaskFixture.h"
 
 #include <cstdint>
