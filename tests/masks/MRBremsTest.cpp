@@ -392,8 +392,13 @@ TEST_F(MRBremsTest, CarelessInputLeavesNumbersInTheCase)
                 Enter(mask, field, random.Text());
             }
         }
-        for (Window* left : thread.Dialogs())
-            framework::CloseDialog(*left);
+        std::vector<HWND> left;
+        for (const Window* dialog : thread.Dialogs())
+            left.push_back(dialog->handle);
+        for (HWND handle : left) // one may take another along
+            if (Window* dialog = thread.Find(handle)) {
+                framework::CloseDialog(*dialog);
+            }
         thread.DispatchPending();
         for (const std::size_t vehicle : {0U, 1U})
             for (const CWegZeitSpalte& s : data.WZRechDat(vehicle).spalten) {
