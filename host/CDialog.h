@@ -202,6 +202,8 @@ class CMDIRechDialog : public CMDIDialog
 
     /// Index of the vehicle whose colour the edits may take, -1 = none.
     virtual std::int64_t ColorVehicle() const { return -1; }
+    /// The same for the number that lies in this field of the record, where a mask is about several vehicles.
+    virtual std::int64_t ColorVehicleOf(const void* /*field*/) const { return ColorVehicle(); }
     /// For WM_RUV_EDITCHANGED of a mask that takes a finished entry as it takes a spinner's step.
     LRESULT EntryAsStep(WPARAM controlId, LPARAM);
     /// Asks whether all entries shall be cleared.
@@ -228,6 +230,8 @@ class CMDIRechDialog : public CMDIDialog
     int m_isCalculationMask = 0;
 
   private:
+    void ShowOwnVehicles();
+
     enum class Results { none, ofInputs, ofOthers };
     Results m_results = Results::none;
     int m_calculations = 0;

@@ -12,6 +12,7 @@
 #include "res/manoeuvre.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace
 {
@@ -93,6 +94,14 @@ void CHalbeSichtDlg::SetupWindow()
     SetDrawing(IDC_HALBESICHT_ZEICHENFELD,
                [this](CDC& dc) { ZeichneHalbeSicht(dc, m_dat, Farbe(m_dat.a), Farbe(m_dat.b), m_geaendert); });
     CMDIRechDialog::SetupWindow();
+}
+
+std::int64_t CHalbeSichtDlg::ColorVehicleOf(const void* field) const
+{
+    for (const CHalbeSichtDat::Teilnehmer* seite : {&m_dat.a, &m_dat.b})
+        if (std::greater_equal<const void*>()(field, seite) && std::less<const void*>()(field, seite + 1))
+            return seite->fahrzeug;
+    return -1; // of both
 }
 
 COLORREF CHalbeSichtDlg::Farbe(const CHalbeSichtDat::Teilnehmer& seite) const

@@ -24,6 +24,7 @@ class CHalbeSichtDlg : public CMDIRechDialog
 
   protected:
     std::int64_t ColorVehicle() const override { return m_dat.a.fahrzeug; }
+    std::int64_t ColorVehicleOf(const void* field) const override;
 
   private:
     LRESULT OnEditChanged(WPARAM controlId, LPARAM);

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <string>
 #include <utility>
+#include <variant>
 
 namespace
 {
@@ -60,6 +61,19 @@ std::string Satz(Uebertragung ausgang, std::int64_t fahrzeug, UINT was)
                                             : MitFahrzeug(IDS_VERM_KEIN_FAHRZEUG, fahrzeug);
 }
 
+/// All that the user has entered and chosen.
+std::vector<double> Eingaben(CVermDat& dat)
+{
+    std::vector<double> eingaben;
+    for (const RecordField& feld : dat.Felder())
+        if (feld.spec->role == FieldRole::input)
+            eingaben.push_back(*std::get<double*>(feld.value));
+    for (const std::int64_t wahl :
+         {dat.fahrzeug, dat.phase, dat.ziel, dat.gegner, dat.zielGegner, dat.art, dat.richtung, dat.version})
+        eingaben.push_back(static_cast<double>(wahl));
+    return eingaben;
+}
+
 } // namespace
 
 CVermDlg::CVermDlg(CRuvData& data, CWnd* parent)
@@ -103,7 +117,7 @@ void CVermDlg::BuildObjects()
 void CVermDlg::SetupWindow()
 {
     m_dat.Oeffne();
-    m_geaendert = m_uebertragen = m_fallGilt = false;
+    m_geaendert = m_uebertragen = false;
     m_stand.reset();
     const auto fahrzeuge = Fahrzeuge();
     std::transform(
@@ -132,28 +146,25 @@ void CVermDlg::GlobalWZDatChanged(UINT_PTR hint)
     if (changed == m_dat.fahrzeug)
         m_dat.FahrzeugGeaendert();
     VerwirfErgebnis();
-    if (m_dat.berechnet == 0)
-        FallIstAnders();
-    else if (changed == m_dat.ziel || changed == m_dat.zielGegner)
-        PruefeFall();
     UpdateDialog();
 }
 
-void CVermDlg::FallIstAnders()
+std::int64_t CVermDlg::ColorVehicleOf(const void* field) const
 {
-    m_fallGilt = false;
-    m_stand.reset();
+    const void* const desGegners[] = {&m_dat.vG, &m_dat.aG, &m_dat.sFB, &m_dat.sFR, &m_dat.xV};
+    const bool seine = std::find(std::begin(desGegners), std::end(desGegners), field) != std::end(desGegners);
+    return seine ? m_dat.gegner : m_dat.fahrzeug;
 }
 
-/// Undone and done again, the case holds the transfer as it was.
-void CVermDlg::PruefeFall()
+bool CVermDlg::FallGilt()
 {
-    m_fallGilt = m_stand && !m_geaendert && m_stand->ziel == WZDat(static_cast<std::size_t>(m_dat.ziel)) &&
-                 m_stand->gegner == WZDat(static_cast<std::size_t>(m_dat.zielGegner));
-    if (!m_fallGilt)
-        return;
-    ShowText(IDC_VERM_UEBERTRAGUNG, m_stand->satz);
-    ShowText(IDC_VERM_UEBERTRAGUNG_GEGNER, m_stand->satzGegner);
+    return m_stand && !m_geaendert && m_stand->eingaben == Eingaben(m_dat) && m_stand->ziel == Phasen(m_dat.ziel) &&
+           m_stand->gegner == Phasen(m_dat.zielGegner);
+}
+
+std::optional<CWegZeitDat> CVermDlg::Phasen(std::int64_t fahrzeug) const
+{
+    return m_data.IsFzgValid(fahrzeug) ? std::optional(WZDat(static_cast<std::size_t>(fahrzeug))) : std::nullopt;
 }
 
 std::array<std::int64_t*, 4> CVermDlg::Fahrzeuge()
@@ -208,13 +219,11 @@ BOOL CVermDlg::OnCommand(WPARAM wParam, LPARAM lParam)
 void CVermDlg::AendereEingabe()
 {
     m_geaendert = true;
-    FallIstAnders();
 }
 
 LRESULT CVermDlg::OnEditChanged(WPARAM wParam, LPARAM)
 {
     const auto controlId = static_cast<UINT>(wParam);
-    FallIstAnders();
     switch (controlId) {
     case IDC_VERM_FAHRZEUG:
     case IDC_VERM_ZIEL:
@@ -281,7 +290,6 @@ bool CVermDlg::BringeAufStand()
 
 void CVermDlg::Rechnen()
 {
-    FallIstAnders();
     if (RechneUndMelde(true) && RuvCfg.transferData)
         Uebertrage();
     UpdateDialog();
@@ -289,7 +297,7 @@ void CVermDlg::Rechnen()
 
 void CVermDlg::OnButtonOk()
 {
-    if (BringeAufStand() && RuvCfg.transferData && !m_fallGilt)
+    if (BringeAufStand() && RuvCfg.transferData && !FallGilt())
         Uebertrage();
     OnOK();
 }
@@ -311,13 +319,7 @@ void CVermDlg::Uebertrage()
     const std::string gegner = ergebnis.ohneWegDesGegners
                                    ? LoadRuvString(IDS_VERM_GEGNER_STEHT)
                                    : Satz(ergebnis.gegner, m_dat.zielGegner, IDS_VERM_WEG_DES_GEGNERS);
-    ShowText(IDC_VERM_UEBERTRAGUNG, eigen);
-    ShowText(IDC_VERM_UEBERTRAGUNG_GEGNER, gegner);
-    m_fallGilt = true;
-    m_stand.reset();
-    if (m_data.IsFzgValid(m_dat.ziel) && m_data.IsFzgValid(m_dat.zielGegner))
-        m_stand = Stand{WZDat(static_cast<std::size_t>(m_dat.ziel)), WZDat(static_cast<std::size_t>(m_dat.zielGegner)),
-                        eigen, gegner};
+    m_stand = Stand{Eingaben(m_dat), Phasen(m_dat.ziel), Phasen(m_dat.zielGegner), eigen, gegner};
     const auto melde = [this](Uebertragung ausgang, std::int64_t fahrzeug) {
         if (ausgang != Uebertragung::erfolgt)
             return;
@@ -358,8 +360,11 @@ void CVermDlg::ZeigeBefund()
         fehlt(m_dat.grenzBestimmt, IDS_VERM_GRENZE_VERZ);
     }
     ShowText(IDC_VERM_HINWEIS, fehlend.empty() ? fehlend : LoadRuvString(IDS_VERM_OHNE_GRENZE) + fehlend + ".");
-    if (m_fallGilt)
+    if (FallGilt()) {
+        ShowText(IDC_VERM_UEBERTRAGUNG, m_stand->satz);
+        ShowText(IDC_VERM_UEBERTRAGUNG_GEGNER, m_stand->satzGegner);
         return;
+    }
     ShowText(IDC_VERM_UEBERTRAGUNG, m_uebertragen ? IDS_VERM_FALL_ANDERS : kKeinText);
     ShowText(IDC_VERM_UEBERTRAGUNG_GEGNER, kKeinText);
 }

@@ -31,6 +31,7 @@ class CVermDlg : public CMDIRechDialog
 
   protected:
     std::int64_t ColorVehicle() const override { return m_dat.fahrzeug; }
+    std::int64_t ColorVehicleOf(const void* field) const override;
 
   private:
     LRESULT OnEditChanged(WPARAM controlId, LPARAM);
@@ -45,9 +46,9 @@ class CVermDlg : public CMDIRechDialog
     void Uebertrage();
     void AendereEingabe();
     void VerwirfErgebnis();
-    /// The case no longer holds what the mask shows, whatever happens to it.
-    void FallIstAnders();
-    void PruefeFall();
+    /// The case holds what the mask shows: as the last transfer left it, and the mask as it was then.
+    bool FallGilt();
+    std::optional<CWegZeitDat> Phasen(std::int64_t fahrzeug) const;
     void ZeigeBefund();
     void Zeichne(CDC& dc);
 
@@ -56,12 +57,12 @@ class CVermDlg : public CMDIRechDialog
     std::array<std::int64_t, 4> m_gewaehlt{}; // vehicles before the choice that is being made
     bool m_geaendert = false;                 // an input, since the last calculation
     bool m_ergebnis = false;                  // results are shown that belong to a calculation
-    bool m_uebertragen = false;               // the case holds a transfer of this mask
-    bool m_fallGilt = false;                  // and it is what the mask shows
-    // The case as the transfer left it, and what was said of it; nothing once the mask shows something else.
+    bool m_uebertragen = false;               // the case held a transfer of this mask
+    // The last transfer: the mask's inputs and choices, what the case held after it, and what was said of it.
     struct Stand {
-        CWegZeitDat ziel;
-        CWegZeitDat gegner;
+        std::vector<double> eingaben;
+        std::optional<CWegZeitDat> ziel;
+        std::optional<CWegZeitDat> gegner;
         std::string satz;
         std::string satzGegner;
     };

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -83,7 +84,8 @@ struct Window {
     bool enabled = true;
     bool visible = true;
     bool iconic = false;
-    std::int64_t vehicle = -1; ///< dialog: index of the vehicle whose colour its edits may take, -1 = none
+    std::int64_t vehicle = -1;              ///< dialog: index of the vehicle whose colour its edits may take, -1 = none
+    std::optional<std::int64_t> ownVehicle; ///< edit: it belongs to another one than its dialog
 
     bool readOnly = false; ///< edit: write-protected
     bool prompt = false;   ///< label: its text only asks the user to do something

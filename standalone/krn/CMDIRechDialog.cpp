@@ -159,11 +159,32 @@ void CMDIRechDialog::UpdateDialog()
 {
     const std::int64_t vehicle = ColorVehicle();
     SetUseFzgColors(RuvCfg.useVehicleColors && m_data.IsFzgValid(vehicle) ? vehicle : -1);
+    ShowOwnVehicles();
     CMDIDialog::UpdateDialog();
     for (const auto& binding : Bindings())
         if (binding->Spec() != nullptr && binding->Spec()->extra.onlyWith != 0)
             Enable(binding->ControlId(), IsChecked(binding->Spec()->extra.onlyWith));
     ShowOutdated();
+}
+
+/// Numbers of another vehicle than the mask's take its colour.
+void CMDIRechDialog::ShowOwnVehicles()
+{
+    framework::Window* window = m_hWnd == nullptr ? nullptr : framework::WindowOf(*this);
+    if (window == nullptr)
+        return;
+    for (const auto& binding : Bindings()) {
+        framework::Window* control = window->Child(binding->ControlId());
+        if (control == nullptr || control->kind != framework::Kind::edit)
+            continue;
+        const std::int64_t vehicle = ColorVehicleOf(binding->Field());
+        const std::int64_t shown = m_data.IsFzgValid(vehicle) ? vehicle : -1;
+        const auto own = vehicle == ColorVehicle() ? std::nullopt : std::optional(shown);
+        if (control->ownVehicle == own)
+            continue;
+        control->ownVehicle = own;
+        framework::Changed(*control);
+    }
 }
 
 void CMDIRechDialog::ResultsComputed(std::initializer_list<UINT> exceptOf)

@@ -280,6 +280,53 @@ TEST_F(VermTest, TransferWritesWhatIsShownAndCanBeUndone)
     TakeMessages();
 }
 
+TEST_F(VermTest, WhatTheCaseHoldsIsComparedWithWhatWasTransferred)
+{
+    RuvCfg.transferData = true;
+    casefile::CaseHistory history(data);
+    history.Reset();
+    Window& mask = Open();
+    EnterExample(mask);
+    Enter(mask, kSFR, "8");
+    // V as its phases give it: what is read afresh is the same again.
+    Choose(mask, kPhases, 3);
+    Press(mask, kCalculate);
+    const std::string said = Text(mask, kTransferHint);
+    ASSERT_NE(said.find("In Fahrzeug 3 übertragen"), std::string::npos) << said;
+    history.Commit("Übertragen");
+    const auto otherwise = [&] { return Text(mask, kTransferHint).find("etwas anderes") != std::string::npos; };
+
+    // Another mask writes phases of V, and that is taken back.
+    data.WZRechDat(0).spalten[kFirst].vEnd += 5.0;
+    data.NotifyWZ(0);
+    EXPECT_TRUE(otherwise());
+    history.Commit("Andere Maske");
+    ASSERT_TRUE(history.Undo());
+    EXPECT_EQ(Text(mask, kTransferHint), said);
+    ASSERT_TRUE(history.Redo());
+    EXPECT_TRUE(otherwise());
+    ASSERT_TRUE(history.Undo());
+    // The transfer itself, all of it or half.
+    ASSERT_TRUE(history.Undo());
+    EXPECT_TRUE(otherwise());
+    ASSERT_TRUE(history.Redo());
+    EXPECT_EQ(Text(mask, kTransferHint), said);
+    data.WZRechDat(3).spalten[kFirst].zeit += 0.1;
+    data.NotifyWZ(3);
+    EXPECT_TRUE(otherwise());
+    ASSERT_TRUE(history.Undo());
+    EXPECT_EQ(Text(mask, kTransferHint), said);
+    // Entered anew, the same number is the transferred one only after a calculation.
+    Enter(mask, kXV, "1");
+    EXPECT_TRUE(otherwise());
+    RuvCfg.transferData = false;
+    Enter(mask, kXV, "0");
+    EXPECT_TRUE(otherwise());
+    Press(mask, kCalculate);
+    EXPECT_EQ(Text(mask, kTransferHint), said);
+    TakeMessages();
+}
+
 TEST_F(VermTest, EveryTransferIsADriveThatTheCaseKeeps)
 {
     RuvCfg.transferData = true;

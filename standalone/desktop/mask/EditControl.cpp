@@ -64,9 +64,10 @@ QColor TintOf(const Window& control, const CEditColors* colors)
                 return color;
     const auto* mask = dynamic_cast<const CMDIRechDialog*>(control.parent->object);
     // What holds no value of the record, a path or a report, is nothing of the vehicle's.
-    if (mask == nullptr || BindingOf(control) == nullptr || !mask->RuvData().IsFzgValid(control.parent->vehicle))
+    const std::int64_t vehicle = control.ownVehicle.value_or(control.parent->vehicle);
+    if (mask == nullptr || BindingOf(control) == nullptr || !mask->RuvData().IsFzgValid(vehicle))
         return {};
-    return FromColorRef(mask->RuvData().KfzDat(static_cast<std::size_t>(control.parent->vehicle)).color);
+    return FromColorRef(mask->RuvData().KfzDat(static_cast<std::size_t>(vehicle)).color);
 }
 
 /// A ground that the user chose instead of the scheme's own.

@@ -5,9 +5,12 @@
 #include "tests/desktop/DesktopFixture.h"
 
 #include "desktop/look/Style.h"
+#include "desktop/look/Theme.h"
+#include "framework/UserInput.h"
 #include "host/CDC.h"
 #include "host/CDialog.h"
 #include "masks/dynamics/CBeschlDlg.h"
+#include "res/manoeuvre.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -275,6 +278,46 @@ TEST_F(ModalTest, LongWorkShowsItselfAndCanBeStopped)
     EXPECT_LT(clock.elapsed(), 3000);
     QApplication::processEvents();
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "gone when the work has ended";
+}
+
+class VehicleColorTest : public test::DesktopTest
+{
+  protected:
+    static QColor Tint(const MaskWindow& mask, UINT id)
+    {
+        return Widget(mask, id).property(desktop::kTintProperty).value<QColor>();
+    }
+    QColor ColorOf(std::size_t vehicle) { return desktop::FromColorRef(document.Data().KfzDat(vehicle).color); }
+};
+
+TEST_F(VehicleColorTest, AFieldTakesTheColourOfTheVehicleItBelongsTo)
+{
+    document.Data().KfzDat(2) = TypicalCar("Pkw 3", RGB(0, 130, 70));
+    MaskWindow& sight = Open(472);
+    EXPECT_EQ(Tint(sight, IDC_HALBESICHT_A_VERZOEGERUNG), ColorOf(0));
+    EXPECT_EQ(Tint(sight, IDC_HALBESICHT_A_ANHALTEWEG), ColorOf(0));
+    EXPECT_EQ(Tint(sight, IDC_HALBESICHT_B_VERZOEGERUNG), ColorOf(1));
+    EXPECT_EQ(Tint(sight, IDC_HALBESICHT_B_GRENZGESCHW), ColorOf(1));
+    for (const UINT both : {IDC_HALBESICHT_SICHTWEITE, IDC_HALBESICHT_GESAMTZEIT, IDC_HALBESICHT_SUMME})
+        EXPECT_FALSE(Tint(sight, both).isValid()) << both;
+    // Chosen anew, or without a vehicle.
+    sight.Act([&] { framework::Select(Control(sight, IDC_HALBESICHT_B_FAHRZEUG), 1); });
+    ASSERT_NE(Control(sight, IDC_HALBESICHT_B_FAHRZEUG).text, "Pkw 2");
+    EXPECT_EQ(Tint(sight, IDC_HALBESICHT_A_VERZOEGERUNG), ColorOf(0));
+    EXPECT_EQ(Tint(sight, IDC_HALBESICHT_B_VERZOEGERUNG), ColorOf(2));
+    document.Data().KfzDat(2).color = RGB(1, 2, 3);
+    document.Data().NotifyGeo(2);
+    EXPECT_EQ(Tint(sight, IDC_HALBESICHT_B_VERZOEGERUNG), QColor(1, 2, 3));
+    document.Data().KfzDat(2) = {};
+    document.Data().NotifyGeo(2);
+    EXPECT_FALSE(Tint(sight, IDC_HALBESICHT_B_VERZOEGERUNG).isValid());
+    EXPECT_EQ(Tint(sight, IDC_HALBESICHT_A_VERZOEGERUNG), ColorOf(0));
+
+    const MaskWindow& avoidable = Open(462);
+    EXPECT_EQ(Tint(avoidable, IDC_VERM_VT), ColorOf(0));
+    EXPECT_EQ(Tint(avoidable, IDC_VERM_VHOECHST), ColorOf(0));
+    EXPECT_EQ(Tint(avoidable, IDC_VERM_VG), ColorOf(1));
+    EXPECT_EQ(Tint(avoidable, IDC_VERM_SFR), ColorOf(1));
 }
 
 } // namespace
