@@ -67,16 +67,21 @@ void DeskOutput::FillExport()
 
 void DeskOutput::Print()
 {
-    const QWidget* focus = QApplication::focusWidget();
+    QWidget* focus = QApplication::focusWidget();
     const auto in = [focus](const QWidget* panel) {
         return focus != nullptr && (focus == panel || panel->isAncestorOf(focus));
     };
-    const auto print = [this](const Source& source) { AskAndPrintDrawing(source.draw(), source.name, &m_window); };
     const std::vector<Source> sources = Sources();
+    const MaskWindow* mask = m_window.Masks().Active();
+    const auto print = [focus, this](const Source& source) {
+        AskAndPrintDrawing(source.draw(), source.name, focus == nullptr ? &m_window : focus->window());
+    };
     if (in(m_panels.scene))
         print(sources[1]);
-    else if (m_window.Masks().Active() == nullptr || in(m_panels.diagram))
+    else if (mask == nullptr || in(m_panels.diagram))
         print(sources[0]);
+    else if (mask->IsDrawing() && sources.size() > 2)
+        print(sources[2]);
     else
         m_report.AskAndPrint();
 }

@@ -270,7 +270,7 @@ void MainWindow::FillWindowMenu()
         action->setEnabled(!m_masks->HasTabs());
     int count = 0;
     for (MaskFrame* frame : m_masks->Frames()) {
-        QString text = QStringLiteral("%1  %2").arg(frame->Mask()->Number()).arg(Literal(frame->Mask()->windowTitle()));
+        QString text = Literal(frame->windowTitle());
         if (++count < 10)
             text = QStringLiteral("&%1  ").arg(count) + text;
         QAction* action = menu->addAction(text);

@@ -233,6 +233,7 @@ void MainWindow::UsePreferences(const Preferences& preferences, const QString& p
     m_dark->setChecked(preferences.scheme == Scheme::dark);
     m_tabs->setChecked(preferences.tabs);
     m_masks->SetTabs(preferences.tabs);
+    m_masks->SetOwnPlaces(layout.tornOff);
 }
 
 QString MainWindow::ScreenSize() const
@@ -254,6 +255,7 @@ void MainWindow::ResetLayout()
     restoreState(m_firstDocks);
     ShowPanelsByWidth();
     m_masks->TakeAllBack();
+    m_masks->SetOwnPlaces({});
     m_preferences.tabs = false;
     m_tabs->setChecked(false);
     m_masks->SetTabs(false);
@@ -328,7 +330,7 @@ void MainWindow::SaveSettings()
     if (m_preferencesPath.isEmpty())
         return;
     const base::FileResult saved = casefile::SaveSettings(casefile::DefaultSettingsPath());
-    m_preferences.layout = {saveGeometry(), saveState()};
+    m_preferences.layout = {saveGeometry(), saveState(), m_masks->OwnPlaces()};
     m_preferences.ofScreen[ScreenSize()] = m_preferences.layout;
     if (!saved)
         statusBar()->showMessage(QString::fromStdString(saved.Text()), kMessageTime);

@@ -44,7 +44,7 @@ constexpr double kClipboardUnit = 3.0; // pixels of a dialog unit in the picture
 } // namespace
 
 MaskReport::MaskReport(MainWindow& window, CaseDocument& document, QtFrontEnd& frontEnd)
-    : QObject(&window), m_window(window), m_document(document)
+    : QObject(&window), m_window(window), m_document(document), m_frontEnd(frontEnd)
 {
     AddCommands();
     connect(
@@ -70,6 +70,14 @@ void MaskReport::AddCommands()
     add(QStringLiteral("&Werte kopieren"), "copy", QStringLiteral("Ctrl+Shift+C"), &MaskReport::Copy);
     add(QStringLiteral("&Protokoll speichern…"), "report", QStringLiteral("Ctrl+Shift+E"), &MaskReport::AskAndSave);
     add(QStringLiteral("Protokoll &drucken…"), "print", QStringLiteral("Ctrl+Shift+P"), &MaskReport::AskAndPrint);
+}
+
+MaskWindow* MaskReport::Active() const
+{
+    MaskWindow* active = m_window.Masks().Active();
+    if (active == nullptr || !active->IsDrawing() || active->Dialog()->parent == nullptr)
+        return active;
+    return m_frontEnd.WindowOf(framework::DialogOf(*active->Dialog()->parent).handle);
 }
 
 void MaskReport::Note(HWND dialog, const QString& message)
@@ -137,7 +145,7 @@ QMimeData* MaskReport::ForClipboard(MaskWindow& mask)
 
 void MaskReport::Copy()
 {
-    MaskWindow* mask = m_window.Masks().Active();
+    MaskWindow* mask = Active();
     if (mask == nullptr)
         return;
     QApplication::clipboard()->setMimeData(ForClipboard(*mask));
@@ -146,11 +154,11 @@ void MaskReport::Copy()
 
 void MaskReport::AskAndSave()
 {
-    MaskWindow* mask = m_window.Masks().Active();
+    MaskWindow* mask = Active();
     if (mask == nullptr)
         return;
     const QString title = QStringLiteral("Protokoll speichern");
-    QFileDialog dialog(&m_window, title, QFileInfo(m_document.Path()).absolutePath(),
+    QFileDialog dialog(mask->window(), title, QFileInfo(m_document.Path()).absolutePath(),
                        QStringLiteral("PDF-Dokument (*.pdf);;OpenDocument-Text (*.odt);;HTML-Seite (*.html)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(QStringLiteral("pdf"));
@@ -178,12 +186,12 @@ void MaskReport::TellEnd(const std::optional<QString>& why, const QString& title
 
 void MaskReport::AskAndPrint()
 {
-    MaskWindow* mask = m_window.Masks().Active();
+    MaskWindow* mask = Active();
     if (mask == nullptr)
         return;
     const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     printer->setDocName(QStringLiteral("Protokoll %1").arg(mask->Number()));
-    QPrintDialog dialog(printer.get(), &m_window);
+    QPrintDialog dialog(printer.get(), mask->window());
     const QPointer<MaskWindow> still(mask);
     if (dialog.exec() != QDialog::Accepted || !still || mask->Dialog() == nullptr)
         return;

@@ -24,8 +24,8 @@ class MainWindow;
 class MaskWindow;
 class QtFrontEnd;
 
-/// The commands "Werte kopieren", "Protokoll speichern" and "Protokoll drucken" for the active mask. Notes the messages
-/// that masks show, for their protocols.
+/// The commands "Werte kopieren", "Protokoll speichern" and "Protokoll drucken" for the active mask, or the one that
+/// the active drawing belongs to. Notes the messages that masks show, for their protocols.
 class MaskReport : public QObject
 {
     Q_OBJECT
@@ -49,12 +49,14 @@ class MaskReport : public QObject
 
   private:
     void AddCommands();
+    MaskWindow* Active() const;
     void Note(HWND dialog, const QString& message);
     void Copy();
     void TellEnd(const std::optional<QString>& why, const QString& title, const QString& done);
 
     MainWindow& m_window;
     CaseDocument& m_document;
+    QtFrontEnd& m_frontEnd;
     report::MessageLog m_messages;
 };
 

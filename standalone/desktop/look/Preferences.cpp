@@ -17,10 +17,34 @@ constexpr const char* kScheme = "scheme";
 constexpr const char* kFontScale = "fontScale";
 constexpr const char* kGeometry = "geometry";
 constexpr const char* kDocks = "docks";
+constexpr const char* kTornOff = "tornOff";
 constexpr const char* kScreens = "screens";
 constexpr const char* kDark = "dark";
 constexpr const char* kMasks = "masks";
 constexpr const char* kTabs = "tabs";
+
+/// `group` is empty or ends in a slash.
+Preferences::Layout LayoutOf(QSettings& file, const QString& group)
+{
+    Preferences::Layout layout{file.value(group + QLatin1String(kGeometry)).toByteArray(),
+                               file.value(group + QLatin1String(kDocks)).toByteArray(),
+                               {}};
+    file.beginGroup(group + QLatin1String(kTornOff));
+    for (const QString& number : file.childKeys())
+        if (const UINT dialog = number.toUInt(); dialog != 0)
+            layout.tornOff[dialog] = file.value(number).toByteArray();
+    file.endGroup();
+    return layout;
+}
+
+void KeepLayout(QSettings& file, const QString& group, const Preferences::Layout& layout)
+{
+    file.setValue(group + QLatin1String(kGeometry), layout.geometry);
+    file.setValue(group + QLatin1String(kDocks), layout.docks);
+    file.remove(group + QLatin1String(kTornOff));
+    for (auto mask = layout.tornOff.begin(); mask != layout.tornOff.end(); ++mask)
+        file.setValue(QStringLiteral("%1%2/%3").arg(group, QLatin1String(kTornOff)).arg(mask.key()), *mask);
+}
 
 } // namespace
 
@@ -41,11 +65,10 @@ Preferences Preferences::Load(const QString& path)
     if (scale >= kSmallestFontScale && scale <= kLargestFontScale)
         loaded.fontScale = scale;
     loaded.tabs = file.value(kMasks).toString() == QLatin1String(kTabs);
-    loaded.layout = {file.value(kGeometry).toByteArray(), file.value(kDocks).toByteArray()};
+    loaded.layout = LayoutOf(file, {});
     file.beginGroup(kScreens);
     for (const QString& size : file.childGroups())
-        loaded.ofScreen[size] = {file.value(size + QLatin1Char('/') + QLatin1String(kGeometry)).toByteArray(),
-                                 file.value(size + QLatin1Char('/') + QLatin1String(kDocks)).toByteArray()};
+        loaded.ofScreen[size] = LayoutOf(file, size + QLatin1Char('/'));
     return loaded;
 }
 
@@ -57,13 +80,9 @@ bool Preferences::Save(const QString& path) const
     file.setValue(kScheme, scheme == Scheme::dark ? QString::fromLatin1(kDark) : QStringLiteral("light"));
     file.setValue(kFontScale, fontScale);
     file.setValue(kMasks, tabs ? QString::fromLatin1(kTabs) : QStringLiteral("windows"));
-    file.setValue(kGeometry, layout.geometry);
-    file.setValue(kDocks, layout.docks);
-    for (auto screen = ofScreen.begin(); screen != ofScreen.end(); ++screen) {
-        const QString group = QStringLiteral("%1/%2/").arg(QLatin1String(kScreens), screen.key());
-        file.setValue(group + QLatin1String(kGeometry), screen->geometry);
-        file.setValue(group + QLatin1String(kDocks), screen->docks);
-    }
+    KeepLayout(file, {}, layout);
+    for (auto screen = ofScreen.begin(); screen != ofScreen.end(); ++screen)
+        KeepLayout(file, QStringLiteral("%1/%2/").arg(QLatin1String(kScreens), screen.key()), *screen);
     file.sync();
     return file.status() == QSettings::NoError;
 }

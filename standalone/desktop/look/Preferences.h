@@ -17,10 +17,11 @@ struct Preferences {
     Scheme scheme = Scheme::light;
     double fontScale = 1.0; ///< 0.8 to 2
     bool tabs = false;      ///< masks as tabs, not as windows
-    /// Where the main window and its panels are.
+    /// Where the main window, its panels and the windows of masks are.
     struct Layout {
         QByteArray geometry;
         QByteArray docks;
+        QMap<UINT, QByteArray> tornOff; ///< geometry of a mask torn off, by the number of its dialog
     };
     Layout layout;                  ///< as used last
     QMap<QString, Layout> ofScreen; ///< by the size of the screen, "1366x768"

@@ -9,7 +9,9 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QPainter>
+#include <QScreen>
 #include <QStyle>
 
 #include <algorithm>
@@ -32,6 +34,24 @@ constexpr Hint kHints[] = {
 };
 
 constexpr QSize kLeastCell(360, 260); // of a frame beside others: small enough to scroll in, large enough to work in
+
+/// A window may have been put on a screen that is gone, or that is smaller now.
+void MoveOntoScreen(QWidget& shown)
+{
+    if (shown.isMaximized() || shown.isFullScreen())
+        return;
+    const QScreen* screen = QGuiApplication::screenAt(shown.geometry().center());
+    const QRect room = (screen == nullptr ? QGuiApplication::primaryScreen() : screen)->availableGeometry();
+    // Title and edges are not known before it has been shown.
+    const int title = shown.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QSize frame = (shown.frameGeometry().size() - shown.size()).expandedTo({title, title});
+    shown.resize(shown.size().boundedTo(room.size() - frame));
+    const QSize size = shown.size() + frame;
+    const QPoint place(std::clamp(shown.x(), room.left(), room.right() + 1 - size.width()),
+                       std::clamp(shown.y(), room.top(), room.bottom() + 1 - size.height()));
+    if (place != shown.pos()) // moved to where it is, it would lie beside by its frame
+        shown.move(place);
+}
 
 } // namespace
 
@@ -213,7 +233,7 @@ bool MaskArea::Remove(MaskWindow& mask)
         SetActive(nullptr);
     frame->hide();
     if (TornOffMask* own = frame->Own()) {
-        m_ownPlaces[mask.Number()] = own->saveGeometry();
+        m_ownPlaces[mask.DialogId()] = own->saveGeometry();
         frame->TakeBack();
         frame->hide();
     } else
@@ -268,10 +288,10 @@ void MaskArea::TearOff(MaskFrame& frame)
     frame.hide();
     TornOffMask& own = frame.TearOff(window());
     connect(&own, &TornOffMask::backWanted, this, [this, &frame] { TakeBack(frame); });
-    if (const auto kept = m_ownPlaces.find(frame.Mask()->Number()); kept != m_ownPlaces.end())
-        own.restoreGeometry(kept->second);
-    else
+    const auto kept = m_ownPlaces.constFind(frame.Mask()->DialogId());
+    if (kept == m_ownPlaces.constEnd() || !own.restoreGeometry(*kept))
         own.move(place);
+    MoveOntoScreen(own);
     SetActive(&frame);
     own.show();
     own.activateWindow();
@@ -284,7 +304,7 @@ void MaskArea::TakeBack(MaskFrame& frame)
 {
     if (frame.Own() == nullptr)
         return;
-    m_ownPlaces[frame.Mask()->Number()] = frame.Own()->saveGeometry();
+    m_ownPlaces[frame.Mask()->DialogId()] = frame.Own()->saveGeometry();
     const bool minimised = frame.Own()->isMinimized();
     frame.TakeBack();
     addSubWindow(&frame);
@@ -315,6 +335,15 @@ void MaskArea::TakeAllBack()
 {
     for (MaskFrame* frame : Frames())
         TakeBack(*frame);
+}
+
+QMap<UINT, QByteArray> MaskArea::OwnPlaces() const
+{
+    QMap<UINT, QByteArray> places = m_ownPlaces;
+    for (const MaskFrame* frame : Frames())
+        if (const TornOffMask* own = frame->Own())
+            places[frame->Mask()->DialogId()] = own->saveGeometry();
+    return places;
 }
 
 QSize MaskArea::Room() const

@@ -8,10 +8,10 @@
 #include "desktop/mask/MaskFrame.h"
 #include "host/HostTypes.h"
 
+#include <QMap>
 #include <QMdiArea>
 #include <QPointer>
 
-#include <map>
 #include <utility>
 #include <vector>
 
@@ -44,6 +44,10 @@ class MaskArea : public QMdiArea
     /// Tears the active mask off, or takes it back.
     void TearOffActive();
     void TakeAllBack();
+    /// Geometries of the windows of masks, torn off now or before, by the number of the dialog.
+    QMap<UINT, QByteArray> OwnPlaces() const;
+    /// Where a mask is put when it is torn off next.
+    void SetOwnPlaces(const QMap<UINT, QByteArray>& places) { m_ownPlaces = places; }
 
     /// Arranges the frames that are not minimised side by side: each in its own size, or in equal parts of the area
     /// when there is no room for that. When those would be too small to work in, the last ones are minimised.
@@ -87,7 +91,7 @@ class MaskArea : public QMdiArea
     std::vector<MaskFrame*> m_frames; ///< in the order they came
     QPointer<MaskFrame> m_active;
     std::vector<std::pair<QPointer<MaskFrame>, QRect>> m_tiles; ///< as Tile left them
-    std::map<UINT, QByteArray> m_ownPlaces;                     ///< of torn off masks, by number
+    QMap<UINT, QByteArray> m_ownPlaces;
 };
 
 } // namespace desktop

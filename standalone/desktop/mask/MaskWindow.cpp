@@ -41,6 +41,19 @@ CRect ShownRect(const Window& control)
     return rect;
 }
 
+bool ShowsOnlyADrawing(const Window& dialog)
+{
+    return dialog.children.size() == 1 && dialog.children.front()->kind == Kind::field;
+}
+
+/// A drawing in a window of its own belongs to the mask that opened it.
+const Window& MaskOf(Window& dialog)
+{
+    return ShowsOnlyADrawing(dialog) && dialog.parent != nullptr && dialog.parent->kind == Kind::dialog
+               ? framework::DialogOf(*dialog.parent)
+               : dialog;
+}
+
 } // namespace
 
 QSizeF MaskWindow::DialogUnit()
@@ -62,7 +75,7 @@ QRect MaskWindow::ToPixels(const CRect& units)
 
 MaskWindow::MaskWindow(Window& dialog, MaskWindow* parentMask, QWidget* parent)
     : QWidget(parentMask == nullptr ? parent : parentMask), m_dialog(&dialog), m_handle(dialog.handle),
-      m_number(dialog.id), m_parentMask(parentMask)
+      m_number(MaskOf(dialog).id), m_dialogId(dialog.id), m_parentMask(parentMask)
 {
     setAutoFillBackground(true);
     for (const auto& control : dialog.children) {
@@ -112,7 +125,7 @@ void MaskWindow::Layout()
 
 bool MaskWindow::IsDrawing() const
 {
-    return m_dialog != nullptr && m_views.size() == 1 && m_dialog->children.front()->kind == Kind::field;
+    return m_dialog != nullptr && ShowsOnlyADrawing(*m_dialog);
 }
 
 /// The drawing keeps the margins of its template.

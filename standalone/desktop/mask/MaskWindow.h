@@ -30,8 +30,9 @@ class MaskWindow : public QWidget
     /// The dialog, or null when it is gone.
     framework::Window* Dialog() const { return m_dialog; }
     HWND Handle() const { return m_handle; }
-    /// The dialog's number; stays when the dialog is gone.
+    /// The mask's number, also of the windows that masks open for their drawings; stays when the dialog is gone.
     UINT Number() const { return m_number; }
+    UINT DialogId() const { return m_dialogId; }
     /// The mask a page lies on, or the mask itself.
     MaskWindow& Root();
     void AddPage(MaskWindow& page) { m_pages.push_back(&page); }
@@ -100,6 +101,7 @@ class MaskWindow : public QWidget
     framework::Window* m_dialog;
     HWND m_handle;
     UINT m_number;
+    UINT m_dialogId;
     MaskWindow* m_parentMask;
     std::vector<QPointer<MaskWindow>> m_pages;
     std::vector<ControlView*> m_views; // the widgets among the children
