@@ -3,6 +3,7 @@
 #include "desktop/look/Theme.h"
 
 #include "desktop/look/Style.h"
+#include "drawing/DiagramColor.h"
 #include "drawing/FontMetrics.h"
 
 #include <QApplication>
@@ -27,7 +28,8 @@ constexpr float kDarkest = 0.13F;
 constexpr float kLightest = 0.93F;
 constexpr float kPastel = 0.6F;
 constexpr double kBright = 0.5;
-constexpr float kTint = 0.07F;
+constexpr COLORREF kPaper = RGB(255, 255, 255);
+constexpr float kTint = 0.025F; // more of red would look like a refused entry
 
 const SchemeColors& LightColors()
 {
@@ -203,13 +205,9 @@ double Brightness(const QColor& color)
     return 0.2126 * color.redF() + 0.7152 * color.greenF() + 0.0722 * color.blueF();
 }
 
-} // namespace
-
-QColor OnScreen(COLORREF color)
+/// On dark ground, light and dark exchanged.
+QColor Exchanged(const QColor& paper)
 {
-    const QColor paper = FromColorRef(color);
-    if (Now().scheme == Scheme::light)
-        return paper;
     if (paper.hslSaturation() == 0) {
         const auto mix = [&](float black, float white) { return black + (white - black) * paper.lightnessF(); };
         const SchemeColors& c = Colors();
@@ -224,6 +222,20 @@ QColor OnScreen(COLORREF color)
     if (lightness < kPastel && Brightness(paper) > kBright)
         return paper;
     return QColor::fromHslF(std::max(hue, 0.0F), saturation, kLightest - (kLightest - kDarkest) * lightness);
+}
+
+} // namespace
+
+QColor OnScreen(COLORREF color)
+{
+    const QColor paper = FromColorRef(color);
+    if (Now().scheme == Scheme::light)
+        return paper;
+    const QColor shown = Exchanged(paper);
+    // What is no line on paper is a ground: it may stay near the dark one.
+    if (drawing::Contrast(color, kPaper) < kLeastContrast)
+        return shown;
+    return FromColorRef(drawing::Legible(ToColorRef(shown), ToColorRef(Colors().field), kLeastContrast));
 }
 
 QColor Tinted(const QColor& ground, const QColor& color)

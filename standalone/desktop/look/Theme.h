@@ -50,8 +50,11 @@ int Spacing();
 double CornerRadius();
 
 /// A drawing's colour as the scheme shows it: unchanged in the light one; in the dark one hue and saturation stay and
-/// light and dark change places, so that black lines on white paper become those of text on the ground of fields.
+/// light and dark change places, so that black lines on white paper become those of text on the ground of fields. What
+/// has kLeastContrast with white paper has it with that ground, too.
 QColor OnScreen(COLORREF color);
+/// Of curves and other lines with their ground (WCAG 2.1, 1.4.11, asks it of graphics).
+inline constexpr double kLeastContrast = 3.0;
 QColor FromColorRef(COLORREF color);
 COLORREF ToColorRef(const QColor& color);
 

@@ -4,6 +4,7 @@
 // Colours that can be read, drawings that come out as they were recorded, settings that are checked.
 #include "tests/desktop/DesktopFixture.h"
 
+#include "chart/Chart.h"
 #include "desktop/SettingsDialog.h"
 #include "desktop/look/CdcPainter.h"
 #include "desktop/look/Preferences.h"
@@ -70,6 +71,50 @@ TEST(ThemeTest, DarkDrawingsExchangeLightAndDarkAndKeepTheirColours)
     const QColor blue = desktop::OnScreen(RGB(30, 60, 200));
     EXPECT_NEAR(blue.hue(), QColor(30, 60, 200).hue(), 2);
     EXPECT_GE(Contrast(blue, desktop::OnScreen(RGB(255, 255, 255))), 3.0);
+    desktop::ApplyTheme(Scheme::light);
+}
+
+TEST(ThemeTest, EverySeriesStandsOutFromItsGroundInBothSchemes)
+{
+    constexpr COLORREF kPaper = RGB(255, 255, 255);
+    std::vector<COLORREF> series;
+    for (const COLORREF color : chart::kCurveColors) // charts see to it on paper
+        series.push_back(drawing::Legible(color, kPaper, desktop::kLeastContrast));
+    for (unsigned red = 0; red < 256; red += 51) // a user's own
+        for (unsigned green = 0; green < 256; green += 51)
+            for (unsigned blue = 0; blue < 256; blue += 51)
+                if (Contrast(QColor(static_cast<int>(red), static_cast<int>(green), static_cast<int>(blue)),
+                             Qt::white) >= desktop::kLeastContrast)
+                    series.push_back(RGB(red, green, blue));
+    ASSERT_GT(series.size(), 100U);
+    for (const Scheme scheme : {Scheme::light, Scheme::dark}) {
+        desktop::ApplyTheme(scheme);
+        for (const COLORREF color : series)
+            EXPECT_GE(Contrast(desktop::OnScreen(color), desktop::OnScreen(kPaper)), 3.0)
+                << desktop::FromColorRef(color).name().toStdString();
+        // And from each other.
+        for (std::size_t i = 0; i < chart::kCurveColors.size(); ++i)
+            for (std::size_t k = i + 1; k < chart::kCurveColors.size(); ++k) {
+                const QColor a = desktop::OnScreen(series[i]);
+                const QColor b = desktop::OnScreen(series[k]);
+                EXPECT_GT(std::hypot(a.red() - b.red(), a.green() - b.green(), a.blue() - b.blue()), 60.0)
+                    << i << " and " << k;
+            }
+    }
+    desktop::ApplyTheme(Scheme::light);
+}
+
+TEST(ThemeTest, AFieldOfARedVehicleIsNotTakenForARefusedOne)
+{
+    for (const Scheme scheme : {Scheme::light, Scheme::dark}) {
+        desktop::ApplyTheme(scheme);
+        const auto& c = desktop::Colors();
+        const auto apart = [](const QColor& a, const QColor& b) {
+            return std::hypot(a.red() - b.red(), a.green() - b.green(), a.blue() - b.blue());
+        };
+        const QColor red = desktop::Tinted(c.field, QColor(200, 30, 30));
+        EXPECT_LT(2.0 * apart(red, c.field), apart(red, c.dangerSoft)) << "nearer to any other field by far";
+    }
     desktop::ApplyTheme(Scheme::light);
 }
 
@@ -193,14 +238,19 @@ TEST_F(SettingsDialogTest, PreferencesComeBackAndBadOnesAreReplaced)
     kept.scheme = Scheme::dark;
     kept.fontScale = 1.3;
     kept.layout.geometry = QByteArray("\0\x7f geo", 6);
-    kept.ofScreen["1366x768"] = {{}, QByteArray("d\0", 2)};
+    kept.ofScreen["1366x768"] = {{}, QByteArray("d\0", 2), {{487, QByteArray("\0p", 2)}, {400, "q"}}};
     ASSERT_TRUE(kept.Save(path));
     const auto back = desktop::Preferences::Load(path);
     EXPECT_EQ(back.scheme, Scheme::dark);
     EXPECT_EQ(back.fontScale, 1.3);
     EXPECT_EQ(back.layout.geometry, kept.layout.geometry);
     EXPECT_EQ(back.ofScreen.value("1366x768").docks, QByteArray("d\0", 2));
+    EXPECT_EQ(back.ofScreen.value("1366x768").tornOff, kept.ofScreen.value("1366x768").tornOff);
     EXPECT_TRUE(back.ofScreen.value("1440x900").docks.isEmpty());
+    EXPECT_TRUE(back.layout.tornOff.isEmpty());
+    kept.ofScreen["1366x768"].tornOff.remove(487);
+    ASSERT_TRUE(kept.Save(path));
+    EXPECT_EQ(desktop::Preferences::Load(path).ofScreen.value("1366x768").tornOff.keys(), QList<UINT>{400});
     kept.fontScale = 50.0;
     ASSERT_TRUE(kept.Save(path));
     EXPECT_EQ(desktop::Preferences::Load(path).fontScale, 1.0);
