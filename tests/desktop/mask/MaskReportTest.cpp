@@ -17,6 +17,10 @@
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextLayout>
+#include <QTextTable>
+
+#include <cmath>
+#include <limits>
 
 namespace
 {
@@ -94,6 +98,70 @@ TEST_F(MaskReportTest, NoPageBreakLosesText)
             EXPECT_EQ(pageOf(block), pageOf(block.next())) << text << ", page of " << height;
         }
         EXPECT_GE(headings, 7);
+    }
+}
+
+/// The lines of a row's cells, from the first one's top to the last one's foot.
+std::pair<double, double> ExtentOf(const QTextDocument& document, const QTextTable& table, int row)
+{
+    double top = std::numeric_limits<double>::max();
+    double foot = 0.0;
+    for (int column = 0; column < table.columns(); ++column) {
+        const QTextTableCell cell = table.cellAt(row, column);
+        for (QTextBlock block = cell.firstCursorPosition().block();
+             block.isValid() && block.position() <= cell.lastPosition(); block = block.next()) {
+            const double at = document.documentLayout()->blockBoundingRect(block).top();
+            for (int i = 0; i < block.layout()->lineCount(); ++i) {
+                const QTextLine line = block.layout()->lineAt(i);
+                top = std::min(top, at + line.y());
+                foot = std::max(foot, at + line.y() + line.naturalTextRect().height());
+            }
+        }
+    }
+    return {top, foot};
+}
+
+TEST_F(MaskReportTest, NoRowOfALongTableIsTornByAPageEnd)
+{
+    constexpr int kRows = 24;
+    const auto label = [](int i) { // of one to four lines
+        std::string text = "Größe " + std::to_string(i);
+        for (int word = 0; word < i * 7 % 23; ++word)
+            text += " mit Umlauten äöü";
+        return text;
+    };
+    const auto cell = [](const std::string& text) { return report::TextLine{{text}}; };
+    report::Protocol protocol;
+    protocol.title = "Lange Tabelle";
+    protocol.inputs.push_back({"Eingaben", {}});
+    report::TextBlock table{report::TextBlock::Kind::table};
+    for (int i = 0; i < kRows; ++i) {
+        protocol.inputs[0].entries.push_back({label(i), std::to_string(i) + ",00", "m"});
+        table.rows.push_back({cell(label(i)), cell("x" + std::to_string(i)), cell(label(i + 5))});
+    }
+    protocol.tables.push_back(table);
+    for (const double height : {947.0, 640.0}) {
+        desktop::AsideWork work;
+        const auto pages = desktop::ProtocolOnPages(protocol, QSizeF(642.0, height), work);
+        std::string text = pages->toPlainText().toStdString();
+        int rows = 0;
+        for (QTextFrame* part : pages->rootFrame()->childFrames()) {
+            const auto* rowsOf = qobject_cast<QTextTable*>(part);
+            if (rowsOf == nullptr)
+                continue;
+            double before = 0.0;
+            for (int row = 0; row < rowsOf->rows(); ++row, ++rows) {
+                const auto [top, foot] = ExtentOf(*pages, *rowsOf, row);
+                ASSERT_LT(top, foot) << "row " << row << " is lost";
+                EXPECT_GE(top, before - 1.0) << "row " << row << " lies on the one before";
+                EXPECT_EQ(std::floor((top + 0.5) / height), std::floor((foot - 2.0) / height))
+                    << "row " << row << " at " << top << " to " << foot << ", page of " << height;
+                before = foot;
+            }
+        }
+        EXPECT_GE(rows, 2 * kRows);
+        for (int i = 0; i < kRows; ++i)
+            EXPECT_NE(text.find(std::to_string(i) + ",00"), std::string::npos) << i;
     }
 }
 
