@@ -29,6 +29,7 @@
 #include <QMenu>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScreen>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTableView>
@@ -291,6 +292,53 @@ TEST_F(DeskTest, PrintingTakesWhatHasTheFocus)
     QApplication::processEvents();
     focus(*panels.diagram);
     EXPECT_EQ(printed(), "Weg-Zeit-Diagramm");
+
+    // In a mask torn off, by its keys.
+    desktop::MaskWindow& torn = Open(469);
+    window.Masks().TearOff(*window.Masks().FrameOf(torn));
+    desktop::TornOffMask* own = window.Masks().FrameOf(torn)->Own();
+    focus(panels.scene->Canvas());
+    own->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(own));
+    QWidget* field = &Widget(torn, IDC_MRBREMS_SPURLAENGE);
+    field->setFocus();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == field; }));
+    QString name;
+    const QWidget* asked = nullptr;
+    InModal([&](QWidget& modal) {
+        if (auto* dialog = qobject_cast<QPrintDialog*>(&modal))
+            name = dialog->printer()->docName();
+        asked = modal.parentWidget();
+        modal.close();
+    });
+    Press(Qt::Key_P, Qt::ControlModifier);
+    EXPECT_EQ(name, "Protokoll 469");
+    EXPECT_EQ(asked, own) << "asked beside it, so that the focus comes back to it";
+}
+
+TEST_F(DeskTest, ADrawingInAWindowOfItsOwnIsThatOfItsMask)
+{
+    const desktop::DeskOutput output(window, panels, report);
+    desktop::MaskWindow& mask = Open(487);
+    mask.Act([&] { framework::Click(Control(mask, IDC_SCHR_GROSSES_DIAGRAMM)); });
+    QApplication::processEvents();
+    desktop::MaskWindow* drawing = window.Masks().Active();
+    ASSERT_NE(drawing, &mask);
+    EXPECT_EQ(window.Masks().FrameOf(*drawing)->windowTitle(), "487  Schrankenverfahren - Diagramm");
+    ASSERT_EQ(output.Sources().size(), 3U);
+    EXPECT_EQ(output.Sources().back().name, "Maske 487, Diagramm");
+    const auto asked = [&](const auto& command) {
+        QString name;
+        InModal([&](QWidget& modal) {
+            if (auto* dialog = qobject_cast<QPrintDialog*>(&modal))
+                name = dialog->printer()->docName();
+            modal.close();
+        });
+        command();
+        return name.toStdString();
+    };
+    EXPECT_EQ(asked([&] { window.PrintCommand().trigger(); }), "Maske 487, Diagramm");
+    EXPECT_EQ(asked([&] { report.AskAndPrint(); }), "Protokoll 487") << "of the mask";
 }
 
 TEST_F(DeskTest, TheDiagramReadsTheMotionUnderTheMouse)
@@ -392,6 +440,44 @@ TEST_F(DeskTest, AMaskAsTabOrTornOffWorksAsInAWindow)
     EXPECT_TRUE(area.Frames().empty());
     EXPECT_EQ(area.Active(), nullptr);
     EXPECT_TRUE(thread.Dialogs().empty());
+}
+
+TEST_F(DeskTest, AMaskIsTornOffToWhereItWasLastAndNeverBeyondAnEdge)
+{
+    const test::TemporaryFolder folder;
+    const QString kept = QString::fromStdString(folder.File("desktop.ini"));
+    window.UsePreferences({}, kept);
+    const auto tearOff = [this](UINT number) -> desktop::TornOffMask& {
+        window.Masks().TearOff(*window.Masks().FrameOf(Open(number)));
+        return *window.Masks().FrameOf(*window.Masks().Active())->Own();
+    };
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    desktop::TornOffMask& own = tearOff(400);
+    own.setGeometry(QRect(screen.topLeft() + QPoint(31, 57), own.size() + QSize(20, 10)));
+    const QRect place = own.geometry();
+    ASSERT_TRUE(screen.contains(place));
+    // Kept with the other settings, with the size of the screen, when the program ends.
+    window.close();
+    ASSERT_TRUE(window.Masks().Frames().empty());
+    window.Masks().SetOwnPlaces({});
+    window.show();
+    window.UsePreferences(desktop::Preferences::Load(kept), kept);
+    EXPECT_EQ(tearOff(400).geometry(), place);
+
+    // A screen that is gone.
+    QWidget beyond;
+    beyond.setGeometry(screen.right() + 3000, screen.bottom() + 2000, 5 * screen.width(), 200);
+    window.Masks().SetOwnPlaces({{401, beyond.saveGeometry()}, {469, "no geometry"}});
+    EXPECT_TRUE(screen.contains(tearOff(401).frameGeometry()));
+    EXPECT_TRUE(screen.contains(tearOff(469).frameGeometry()));
+
+    for (QAction* action : window.findChildren<QAction*>())
+        if (action->text() == "Anordnung &zurücksetzen")
+            action->trigger();
+    EXPECT_TRUE(window.Masks().OwnPlaces().isEmpty());
+    const auto layouts = desktop::Preferences::Load(kept).ofScreen;
+    ASSERT_EQ(layouts.size(), 1);
+    EXPECT_TRUE(layouts.first().tornOff.isEmpty());
 }
 
 TEST_P(DeskSizeTest, SideBySideNoMaskCoversAnother)
