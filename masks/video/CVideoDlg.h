@@ -37,6 +37,8 @@ class CVideoDlg final : public CMDIRechDialog
 
   protected:
     std::int64_t ColorVehicle() const override { return m_dat.auswahl.fahrzeug; }
+    /// The numbers are those of the camera and of all that drives before it.
+    std::int64_t ColorVehicleOf(const void*) const override { return -1; }
 
   private:
     LRESULT OnUpdateDialog(WPARAM, LPARAM);

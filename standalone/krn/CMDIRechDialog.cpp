@@ -173,13 +173,18 @@ void CMDIRechDialog::ShowOwnVehicles()
     framework::Window* window = m_hWnd == nullptr ? nullptr : framework::WindowOf(*this);
     if (window == nullptr)
         return;
+    const std::int64_t ofMask = ColorVehicle();
+    const bool had = std::any_of(window->children.begin(), window->children.end(),
+                                 [](const auto& control) { return control->ownVehicle.has_value(); });
     for (const auto& binding : Bindings()) {
+        const std::int64_t vehicle = ColorVehicleOf(binding->Field());
+        if (vehicle == ofMask && !had) // as in most masks
+            continue;
         framework::Window* control = window->Child(binding->ControlId());
         if (control == nullptr || control->kind != framework::Kind::edit)
             continue;
-        const std::int64_t vehicle = ColorVehicleOf(binding->Field());
         const std::int64_t shown = m_data.IsFzgValid(vehicle) ? vehicle : -1;
-        const auto own = vehicle == ColorVehicle() ? std::nullopt : std::optional(shown);
+        const auto own = vehicle == ofMask ? std::nullopt : std::optional(shown);
         if (control->ownVehicle == own)
             continue;
         control->ownVehicle = own;
