@@ -236,14 +236,7 @@ TEST_P(AllMasksTest, CarelessInputLeavesNumbersInMaskAndCase)
         }
         if (opened.Child(kOk) != nullptr && random.Number(2) == 0)
             Press(opened, kOk);
-        std::vector<HWND> left;
-        for (const Window* dialog : thread.Dialogs())
-            left.push_back(dialog->handle);
-        for (HWND handle : left) // one may take another along
-            if (Window* dialog = thread.Find(handle)) {
-                framework::CloseDialog(*dialog);
-            }
-        thread.DispatchPending();
+        CloseAllDialogs();
         for (std::size_t vehicle = 0; vehicle < CRuvData::kFahrzeuge; ++vehicle)
             for (const CWegZeitSpalte& s : Phases(vehicle).spalten) {
                 ASSERT_GE(s.zeit, 0.0);

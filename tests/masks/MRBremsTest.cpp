@@ -392,14 +392,7 @@ TEST_F(MRBremsTest, CarelessInputLeavesNumbersInTheCase)
                 Enter(mask, field, random.Text());
             }
         }
-        std::vector<HWND> left;
-        for (const Window* dialog : thread.Dialogs())
-            left.push_back(dialog->handle);
-        for (HWND handle : left) // one may take another along
-            if (Window* dialog = thread.Find(handle)) {
-                framework::CloseDialog(*dialog);
-            }
-        thread.DispatchPending();
+        CloseAllDialogs();
         for (const std::size_t vehicle : {0U, 1U})
             for (const CWegZeitSpalte& s : data.WZRechDat(vehicle).spalten) {
                 transferred += s.IsUsed();

@@ -95,6 +95,18 @@ class MaskTest : public ::testing::Test
             std::find_if(dialogs.rbegin(), dialogs.rend(), [&](const auto* d) { return d->id == number; });
         return mask == dialogs.rend() ? *dialogs.back() : **mask;
     }
+    /// As far as they are still there: one may take another along.
+    void CloseAllDialogs()
+    {
+        std::vector<HWND> left;
+        for (const framework::Window* dialog : thread.Dialogs())
+            left.push_back(dialog->handle);
+        for (const HWND handle : left) {
+            if (framework::Window* dialog = thread.Find(handle))
+                framework::CloseDialog(*dialog);
+        }
+        thread.DispatchPending();
+    }
     /// Control of a dialog by ID; fails the test when it is not there.
     static framework::Window& Control(framework::Window& dialog, UINT id)
     {
