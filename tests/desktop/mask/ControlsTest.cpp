@@ -298,7 +298,8 @@ TEST_F(VehicleColorTest, AFieldTakesTheColourOfTheVehicleItBelongsTo)
     EXPECT_EQ(Tint(sight, IDC_HALBESICHT_A_ANHALTEWEG), ColorOf(0));
     EXPECT_EQ(Tint(sight, IDC_HALBESICHT_B_VERZOEGERUNG), ColorOf(1));
     EXPECT_EQ(Tint(sight, IDC_HALBESICHT_B_GRENZGESCHW), ColorOf(1));
-    for (const UINT both : {IDC_HALBESICHT_SICHTWEITE, IDC_HALBESICHT_GESAMTZEIT, IDC_HALBESICHT_SUMME})
+    for (const UINT both :
+         std::initializer_list<UINT>{IDC_HALBESICHT_SICHTWEITE, IDC_HALBESICHT_GESAMTZEIT, IDC_HALBESICHT_SUMME})
         EXPECT_FALSE(Tint(sight, both).isValid()) << both;
     // Chosen anew, or without a vehicle.
     sight.Act([&] { framework::Select(Control(sight, IDC_HALBESICHT_B_FAHRZEUG), 1); });
