@@ -226,6 +226,17 @@ TEST(FitLeserTest, ChainedFilesFollowEachOther)
     FitSchreiber komprimiert;
     komprimiert.Definiere(1, kRecord, {{0, 4, kS32}, {1, 4, kS32}}).Byte(0x80 | 1 << 5 | 3).Zahl(1, 4).Zahl(2, 4);
     EXPECT_FALSE(LiesFit(erste.Datei() + komprimiert.Datei()).punkte.at(2).Hat(FitPunkt::zeit));
+    // A checksum that begins like a message is none, nor is the file that follows it.
+    bool gleich = false;
+    for (int i = 0; i < 2000; ++i) {
+        FitSchreiber anfang;
+        anfang.DefiniereRecord().Record(10, 1, i);
+        const std::string bytes = anfang.Datei();
+        gleich = gleich || bytes[bytes.size() - 2] == 0;
+        ASSERT_EQ(Kurz(LiesFit(bytes + erste.Datei())),
+                  "10 1 " + std::to_string(i) + " 2600\n10 1 2 2600\n11 3 4 2600\n");
+    }
+    EXPECT_TRUE(gleich);
     FitSchreiber ohne;
     ohne.Record(20, 5, 6);
     const std::string lose = erste.Datei() + ohne.Datei();
@@ -240,10 +251,15 @@ TEST(FitLeserTest, MetadataCountWhereRecordsHaveNoPosition)
     fit.Definiere(0, 160, felder).Definiere(1, kRecord, {{253, 4, kU32}, {3, 1, kU8}});
     for (int i = 0; i < 3; ++i)
         fit.Byte(0).Zahl(50, 4).Zahl(100 * i, 2).Zahl(7, 4).Zahl(8, 4).Zahl(2500 + i, 4).Zahl(12000, 4);
+    // A second has a thousand milliseconds.
+    for (const int milli : {999, 1000})
+        fit.Byte(0).Zahl(51, 4).Zahl(milli, 2).Zahl(7, 4).Zahl(8, 4).Zahl(2500, 4).Zahl(12000, 4);
     fit.Byte(1).Zahl(50, 4).Byte(90);
     const FitSpur spur = LiesFit(fit.Datei());
     EXPECT_TRUE(spur.ausMetadaten);
-    ASSERT_EQ(spur.punkte.size(), 3U);
+    ASSERT_EQ(spur.punkte.size(), 5U);
+    EXPECT_EQ(spur.punkte[3].millisekunde, 999);
+    EXPECT_EQ(spur.punkte[4].millisekunde, 0);
     EXPECT_EQ(spur.punkte[2].millisekunde, 200);
     EXPECT_EQ(spur.punkte[2].breite, 7);
     EXPECT_EQ(spur.punkte[2].laenge, 8);

@@ -197,6 +197,45 @@ TEST(VideoSpeeds, TheMeanOfAnUnsteadyMotionIsItsPathOverTime)
     EXPECT_FALSE(Speeds(InputOf({}, kLane)).Mean(drive.At({0.0})));
 }
 
+/// Five entries that swing to and fro by 1, -4, 6, -4 and 1 times a length: a fourth difference, which no quadratic
+/// follows, so that the sum of its squares, 70, is all scatter.
+TEST(VideoSpeeds, PointsThatScatterMoreThanAPixelWidenTheBand)
+{
+    constexpr double kSwing[] = {1.0, -4.0, 6.0, -4.0, 1.0};
+    const CPerspectiveRectifier road = Calibrated(InputOf({}, kLane));
+    SpeedInput input;
+    input.smoothSpan = 0.2;
+    const VideoSpeeds speeds(road, input);
+    const VisionPoint start = road.RectifyPoint(RoadCamera{}.See(1.5, 15.0, 0.0)).value();
+    const auto swinging = [&](double length) {
+        std::vector<VideoEntry> entries;
+        for (int i = 0; i < 5; ++i) {
+            const double aside = length * kSwing[i] / std::sqrt(2.0);
+            entries.push_back({0.04 * i, i, road.PicturePoint({start.x + aside, start.y + aside + i}), false});
+        }
+        return speeds.Of(entries).back();
+    };
+    const auto reach = road.PointSpread(road.PicturePoint(start)).value();
+    const double unit = std::sqrt((5 - 3) / 70.0 * (reach.xx + reach.yy)); // as much scatter as a pixel makes
+    const auto variance = [&](double scatter) {
+        const double u = swinging(scatter * unit).smoothUncertainty;
+        return u * u;
+    };
+    EXPECT_NEAR((variance(2.0) - variance(0.0)) / (variance(4.0) - variance(0.0)), (4.0 - 1.0) / (16.0 - 1.0), 0.005);
+    // It is left out where it is four times less sure than what was measured, and only there.
+    int given = 0;
+    int missing = 0;
+    for (double scatter = 0.0; scatter < 20.0; scatter += 0.5) {
+        const VideoSpeed speed = swinging(scatter * unit);
+        const double ratio = speed.smoothUncertainty / speed.uncertainty;
+        EXPECT_EQ(speed.smooth.has_value(), ratio <= 4.0) << ratio;
+        given += ratio > 3.0 && ratio <= 4.0 ? 1 : 0;
+        missing += ratio > 4.0 && ratio < 5.0 ? 1 : 0;
+    }
+    EXPECT_GT(given, 0);
+    EXPECT_GT(missing, 0);
+}
+
 /// Boxes with a pixel of noise: the smooth course is near the truth, the rule alone is not.
 TEST(VideoSpeeds, TheSmoothCourseIsNearTheTruth)
 {
@@ -337,6 +376,16 @@ TEST(VideoSpeeds, TheUncertaintyIsTheSumOfItsParts)
     speed.pointHeight = 0.72;
     variance += std::pow(60.0 * 0.15 / 6.0, 2.0);
     EXPECT_NEAR(Speeds(input, speed).Of(entries).back().uncertainty, std::sqrt(variance), 0.03 * std::sqrt(variance));
+    // The lens, so little known that it counts.
+    const auto varianceWith = [&](double strengthUncertainty) {
+        speed.pointHeight = 0.0;
+        speed.strengthUncertainty = strengthUncertainty;
+        return std::pow(Speeds(input, speed).Of(entries).back().uncertainty, 2.0);
+    };
+    changed.strength = input.strength + 40.0;
+    const double byLens = speedWith(changed, 1.0) - 60.0;
+    EXPECT_GT(std::fabs(byLens), 0.1);
+    EXPECT_NEAR(varianceWith(40.0) - varianceWith(0.0), byLens * byLens, 1e-6);
 }
 
 /// The same of a mean, of a vehicle that drives across as well as along, by a line and by a path.
